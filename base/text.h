@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelvane {
+
+/// The text without blanks, tabs and line ends at either end.
+std::string_view trimmed(std::string_view text);
+
+/// The parts between separators; always at least one, for an empty text an empty part.
+std::vector<std::string_view> split(std::string_view text, char separator);
+
+/// ASCII letters in upper case; other bytes (of UTF-8 too) stay.
+std::string upper(std::string_view text);
+
+bool equalIgnoringCase(std::string_view a, std::string_view b);
+
+}  // namespace kelvane

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ui/colour.h"
+
+namespace kelvane {
+
+/// What one control shows, as plain values. The panel's units change them; the window's skin puts
+/// on the screen whatever differs from what is there, at most once a frame.
+struct Control {
+  std::string text;
+  Colour fore = kWindowText;
+  Colour back = kButtonFace;
+  bool visible = true;
+  bool enabled = true;
+  bool pressed = false;   ///< a check box drawn as a button is down
+  bool selected = false;  ///< a digit box: its one character is marked
+  std::string tip;
+
+  bool operator==(const Control&) const = default;
+};
+
+/// One tab of a tab strip.
+struct Tab {
+  std::string caption;
+  std::string tip;
+  bool highlighted = false;
+
+  bool operator==(const Tab&) const = default;
+};
+
+struct TabRow {
+  std::vector<Tab> tabs;
+  int selected = -1;
+
+  bool operator==(const TabRow&) const = default;
+};
+
+}  // namespace kelvane

@@ -1,0 +1,42 @@
+#pragma once
+
+namespace kelvane::id {
+
+/// Ids of the controls, under the controls' names; an array's id is that of its first element.
+/// A program outside finds a control by them (`GetDlgItem`).
+enum ControlId : int {
+  None = 0,
+
+  // MAin
+  TabStrip = 1000,
+  FrqFrame = 1001,
+  FrqDotit = 1002,
+  FrqFocus = 1003,
+  FrqBfo = 1004,
+  RxMask = 1005,
+  SQ = 1006,
+  SM = 1007,
+  LChn = 1008,
+  VChn = 1009,
+  IChn = 1010,
+  IBank = 1011,
+  VBank = 1012,
+  Band = 1013,
+  RNG = 1014,
+  FAlt = 1015,
+  HFF = 1016,
+  BMod = 1017,
+  BFlt = 1018,
+  FDif = 1019,
+  DDESts = 1020,
+  ConfigButton = 1021,
+  FrqDigit = 1100,  // 0..8
+  LockImg = 1110,   // 0..1
+  GenEvent = 1120,  // 0..2
+  ModEvent = 1130,  // 0..4
+  IO = 1140,        // 0..3
+  VStep = 1150,     // 0..1
+  IStep = 1160,     // 0..1
+};
+
+}  // namespace kelvane::id

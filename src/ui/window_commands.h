@@ -1,0 +1,19 @@
+#pragma once
+
+namespace kelvane {
+
+/// The few things a unit asks of its window that are no values. Controls are named by
+/// ui/control_ids.h, an array's element by the array's id plus its index.
+class WindowCommands {
+ public:
+  virtual ~WindowCommands() = default;
+
+  /// Moves the keyboard focus; where the control is hidden or disabled nothing happens.
+  virtual void focus(int control) = 0;
+  virtual void beep() = 0;
+  /// Lets waiting window messages and component events run once; does nothing inside itself.
+  virtual void runPending() = 0;
+  virtual void close() = 0;
+};
+
+}  // namespace kelvane
