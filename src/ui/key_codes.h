@@ -1,0 +1,26 @@
+#pragma once
+
+namespace kelvane::key {
+
+/// Key codes of key-down, as Windows numbers them.
+enum KeyCode : int {
+  PageUp = 33,
+  PageDown = 34,
+  Home = 36,
+  Left = 37,
+  Up = 38,
+  Right = 39,
+  Down = 40,
+  Delete = 46,
+  PadPlus = 107,
+  PadMinus = 109,
+  F1 = 112,
+};
+
+/// Characters of key-press that have no sign.
+enum Character : int { Backspace = 8, Tab = 9, Enter = 13, Escape = 27 };
+
+/// Bits of a shift state.
+enum Shift : int { ShiftHeld = 1, CtrlHeld = 2, AltHeld = 4 };
+
+}  // namespace kelvane::key
