@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace kelvane {
 
@@ -15,9 +16,27 @@ struct FileResult {
   explicit operator bool() const { return ok; }
 };
 
+/// The steps of which a safe write consists, each one operation on the disk; a failure's reason is
+/// the system's own words. A test puts its own in between to fail or stop the write at each step.
+class FileSteps {
+ public:
+  virtual ~FileSteps() = default;
+  virtual FileResult makeFolders(const std::filesystem::path& folder);
+  /// Writes a new file, replacing one of that name.
+  virtual FileResult write(const std::filesystem::path& file, std::string_view content);
+  /// Returns when the file's content is on the disk and no longer in a buffer.
+  virtual FileResult flush(const std::filesystem::path& file);
+  /// Gives `from` the name of `to` in one step; a file that had the name is gone then.
+  virtual FileResult swapIn(const std::filesystem::path& from, const std::filesystem::path& to);
+  virtual void remove(const std::filesystem::path& file);
+};
+
 /// Replaces a file's content: written beside it, flushed to the disk, and swapped in, so that a
-/// crash at any moment leaves the old or the new file whole. Makes missing folders.
+/// crash at any moment leaves the old or the new file whole. Makes missing folders. After a failure
+/// the old file is as it was.
 FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content);
+FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content,
+                           FileSteps& steps);
 
 /// The whole content of a file, at most `limit` bytes. None when it cannot be opened or read, or is
 /// larger; `reason` then says why when it is asked for, and is empty when there is no such file.
@@ -27,5 +46,14 @@ std::optional<std::string> readFile(const std::filesystem::path& path, std::size
 /// Moves a damaged file aside under a name of its own beside it, and answers that name; empty when
 /// it could not be moved.
 std::filesystem::path keepAside(const std::filesystem::path& path);
+
+/// What the system says about an error, UTF-8.
+std::string systemWords(const std::error_code& error);
+
+/// The path as UTF-8 text, for messages.
+std::string pathText(const std::filesystem::path& path);
+
+/// The path that a UTF-8 text names; bytes that are no UTF-8 become "_".
+std::filesystem::path pathFromText(std::string_view text);
 
 }  // namespace kelvane

@@ -15,6 +15,9 @@ std::vector<std::string_view> split(std::string_view text, char separator);
 /// ASCII letters in upper case; other bytes (of UTF-8 too) stay.
 std::string upper(std::string_view text);
 
+/// The text with each byte that is no part of well-formed UTF-8 replaced.
+std::string validUtf8(std::string_view text, char replacement);
+
 bool equalIgnoringCase(std::string_view a, std::string_view b);
 
 }  // namespace kelvane

@@ -1,0 +1,145 @@
+#include "base/safe_file.h"
+
+#include <cerrno>
+#include <chrono>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+#include "base/text.h"
+
+namespace kelvane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kUnfinished = ".unfinished";
+
+std::error_code lastError() {
+  return std::error_code(errno ? errno : EIO, std::generic_category());
+}
+
+FileResult failure(const fs::path& path, const std::string& reason) {
+  return {false, "Cannot write " + pathText(path) + ": " + reason};
+}
+
+/// A name beside the file that no other write, of this or another process, uses at this time.
+fs::path nameBeside(const fs::path& path) {
+  const auto moment = std::chrono::system_clock::now().time_since_epoch().count();
+  const auto thread = std::hash<std::thread::id>{}(std::this_thread::get_id());
+  fs::path name = path;
+  name += "." + std::to_string(moment) + "-" + std::to_string(thread % 1000000);
+  name += kUnfinished;
+  return name;
+}
+
+/// Removes what an earlier write left when it was killed. Young files may belong to a write that
+/// another process is busy with.
+void removeLeftovers(const fs::path& path, FileSteps& steps) {
+  const std::string start = pathText(path.filename()) + ".";
+  const auto old = fs::file_time_type::clock::now() - std::chrono::minutes(10);
+  std::error_code error;
+  const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+  fs::directory_iterator entries(folder, error);
+  for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+    const std::string name = pathText(entries->path().filename());
+    if (!name.starts_with(start) || !name.ends_with(kUnfinished)) continue;
+    std::error_code none;
+    const auto time = entries->last_write_time(none);
+    if (!none && time < old) steps.remove(entries->path());
+  }
+}
+
+}  // namespace
+
+FileResult FileSteps::makeFolders(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  return error ? FileResult{false, systemWords(error)} : FileResult{};
+}
+
+FileResult FileSteps::write(const fs::path& file, std::string_view content) {
+  errno = 0;
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out.write(content.data(), static_cast<std::streamsize>(content.size()));
+  out.close();
+  if (out) return {};
+  return {false, systemWords(lastError())};
+}
+
+void FileSteps::remove(const fs::path& file) {
+  std::error_code ignored;
+  fs::remove(file, ignored);
+}
+
+FileResult writeFileSafely(const fs::path& path, std::string_view content) {
+  FileSteps disk;
+  return writeFileSafely(path, content, disk);
+}
+
+FileResult writeFileSafely(const fs::path& path, std::string_view content, FileSteps& steps) {
+  if (path.has_parent_path()) {
+    const FileResult made = steps.makeFolders(path.parent_path());
+    if (!made) return failure(path, made.reason);
+    removeLeftovers(path, steps);
+  }
+  const fs::path unfinished = nameBeside(path);
+  FileResult result = steps.write(unfinished, content);
+  if (result) result = steps.flush(unfinished);
+  if (result) result = steps.swapIn(unfinished, path);
+  if (result) return result;
+  steps.remove(unfinished);
+  return failure(path, result.reason);
+}
+
+std::optional<std::string> readFile(const fs::path& path, std::size_t limit, std::string* reason) {
+  const auto none = [reason](std::string why) {
+    if (reason) *reason = std::move(why);
+    return std::nullopt;
+  };
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (status.type() == fs::file_type::not_found) return none({});
+  if (status.type() != fs::file_type::regular) return none(pathText(path) + " is not a file");
+  errno = 0;
+  std::ifstream in(path, std::ios::binary);
+  const auto cannotRead = [&] {
+    return "Cannot read " + pathText(path) + ": " + systemWords(lastError());
+  };
+  if (!in) return none(cannotRead());
+  const auto size = fs::file_size(path, error);
+  if (!error && size > limit) return none(pathText(path) + " is too large");
+  std::string content(error ? limit : static_cast<std::size_t>(size) + 1, '\0');
+  in.read(content.data(), static_cast<std::streamsize>(content.size()));
+  if (in.bad()) return none(cannotRead());
+  content.resize(static_cast<std::size_t>(in.gcount()));
+  if (content.size() > limit) return none(pathText(path) + " is too large");
+  return content;
+}
+
+fs::path keepAside(const fs::path& path) {
+  constexpr int kTries = 1000;
+  for (int i = 1; i <= kTries; ++i) {
+    fs::path aside = path.parent_path() / path.stem();
+    aside += ".damaged-" + std::to_string(i);
+    aside += path.extension();
+    std::error_code error;
+    if (fs::exists(fs::symlink_status(aside, error))) continue;
+    fs::rename(path, aside, error);
+    return error ? fs::path() : aside;
+  }
+  return {};
+}
+
+std::string pathText(const fs::path& path) {
+  const std::u8string text = path.u8string();
+  return std::string(text.begin(), text.end());
+}
+
+fs::path pathFromText(std::string_view text) {
+  const std::string valid = validUtf8(text, '_');
+  return fs::path(std::u8string(valid.begin(), valid.end()));
+}
+
+}  // namespace kelvane

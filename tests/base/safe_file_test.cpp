@@ -1,0 +1,116 @@
+#include "base/safe_file.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "fakes/failing_steps.h"
+#include "fakes/temp_folder.h"
+
+namespace kelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using fakes::FailingSteps;
+using fakes::TempFolder;
+
+std::vector<std::string> names(const fs::path& folder) {
+  std::vector<std::string> result;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    result.push_back(pathText(entry.path().filename()));
+  }
+  return result;
+}
+
+TEST(SafeFile, WritesAndReadsBackWhateverIsInIt) {
+  TempFolder folder;
+  const fs::path file = folder.path() / "a" / pathFromText("b \xC3\xBC") / "list.txt";
+  const std::string content("one\r\n\0two\xFF", 10);
+  ASSERT_TRUE(writeFileSafely(file, content));
+  EXPECT_EQ(readFile(file, 100), content);
+  ASSERT_TRUE(writeFileSafely(file, ""));
+  EXPECT_EQ(readFile(file, 100), "");
+  EXPECT_EQ(names(file.parent_path()), std::vector<std::string>{"list.txt"});
+}
+
+TEST(SafeFile, LeavesTheOldOrTheNewFileWholeWhereverItFailsOrStops) {
+  const std::string old(5000, 'o');
+  const std::string young(7000, 'n');
+  for (const auto how : {FailingSteps::How::Fail, FailingSteps::How::Stop}) {
+    int reached = 0;
+    for (int step = 1;; ++step) {
+      TempFolder folder;
+      const fs::path file = folder.path() / "list.txt";
+      ASSERT_TRUE(writeFileSafely(file, old));
+      FailingSteps steps(step, how);
+      const FileResult result = writeFileSafely(file, young, steps);
+      if (!steps.struck()) break;
+      reached = step;
+      EXPECT_FALSE(result);
+      EXPECT_NE(result.reason.find("list.txt"), std::string::npos) << result.reason;
+      EXPECT_EQ(readFile(file, 10000), old) << "step " << step;
+      if (how == FailingSteps::How::Fail) {
+        EXPECT_EQ(names(folder.path()).size(), 1u) << "step " << step;
+      }
+      ASSERT_TRUE(writeFileSafely(file, young)) << "the next write is not held up";
+      EXPECT_EQ(readFile(file, 10000), young);
+    }
+    EXPECT_EQ(reached, 4) << "folder, content, flush and swap each were struck";
+  }
+}
+
+TEST(SafeFile, SweepsUpWhatAKilledWriteLeftLongAgo) {
+  TempFolder folder;
+  const fs::path file = folder.path() / "list.txt";
+  const fs::path left = folder.path() / "list.txt.123-4.unfinished";
+  const fs::path young = folder.path() / "list.txt.124-4.unfinished";
+  const fs::path other = folder.path() / "other.txt.123-4.unfinished";
+  for (const auto& path : {left, young, other}) std::ofstream(path) << "half";
+  for (const auto& path : {left, other}) {
+    fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(1));
+  }
+  ASSERT_TRUE(writeFileSafely(file, "whole"));
+  EXPECT_FALSE(fs::exists(left));
+  EXPECT_TRUE(fs::exists(young));
+  EXPECT_TRUE(fs::exists(other));
+}
+
+TEST(SafeFile, SaysWhyItCannotReadOrWrite) {
+  TempFolder folder;
+  std::string reason = "untouched";
+  EXPECT_EQ(readFile(folder.path() / "none", 10, &reason), std::nullopt);
+  EXPECT_EQ(reason, "") << "a file that is not there is no failure";
+  EXPECT_EQ(readFile(folder.path(), 10, &reason), std::nullopt);
+  EXPECT_NE(reason, "");
+  const fs::path file = folder.path() / "file";
+  ASSERT_TRUE(writeFileSafely(file, "12345"));
+  EXPECT_EQ(readFile(file, 5), "12345");
+  EXPECT_EQ(readFile(file, 4, &reason), std::nullopt);
+  EXPECT_NE(reason.find("too large"), std::string::npos) << reason;
+  EXPECT_FALSE(writeFileSafely(file / "below a file", "x"));
+  EXPECT_FALSE(writeFileSafely(folder.path(), "a folder is in the way"));
+}
+
+TEST(KeepAside, FindsANameOfItsOwn) {
+  TempFolder folder;
+  const fs::path file = folder.path() / "list.txt";
+  std::vector<fs::path> kept;
+  for (const char* content : {"first", "second"}) {
+    ASSERT_TRUE(writeFileSafely(file, content));
+    kept.push_back(keepAside(file));
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_EQ(kept.back().extension(), ".txt");
+    EXPECT_EQ(readFile(kept.back(), 100), content);
+  }
+  EXPECT_NE(kept[0], kept[1]);
+  EXPECT_EQ(keepAside(file), fs::path()) << "there is nothing to move";
+}
+
+TEST(PathFromText, TakesAnyBytes) {
+  EXPECT_EQ(pathText(pathFromText("\xE2\x82\xAC\xF0\x9F\x93\xBB")), "\xE2\x82\xAC\xF0\x9F\x93\xBB");
+  EXPECT_EQ(pathText(pathFromText("a\xFF\xC3z")), "a__z");
+  EXPECT_EQ(pathText(pathFromText("\xC0\xAF\xED\xA0\x80\xF4\x90\x80\x80\xE0\x80")), "___________");
+}
+
+}  // namespace
+}  // namespace kelvane
