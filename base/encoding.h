@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kelvane {
+
+/// Whether the bytes are well-formed UTF-8: no overlong forms, no surrogates, nothing beyond
+/// U+10FFFF.
+bool isUtf8(std::string_view bytes);
+
+/// Latin-1 bytes as UTF-8.
+std::string utf8FromLatin1(std::string_view bytes);
+
+}  // namespace kelvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "contract/types.h"
+
+namespace kelvane::ambrel {
+
+class AmbrelCore;
+
+/// The component's own windows. Called on the user-interface thread; every call returns at once,
+/// with the window open and in front, and a window that is open already is only brought to the
+/// front. The core outlives the windows' use of it.
+class ComponentWindows {
+ public:
+  virtual ~ComponentWindows() = default;
+  /// Handle of the window above which the others open; 0 for none.
+  virtual void setOwner(Long window) = 0;
+  virtual void showKnownList(AmbrelCore& core) = 0;
+  virtual void showSource(AmbrelCore& core) = 0;
+  virtual void showData(AmbrelCore& core) = 0;
+};
+
+}  // namespace kelvane::ambrel

@@ -1,0 +1,63 @@
+#include "components/ambrel/data_files.h"
+
+#include <map>
+#include <system_error>
+#include <utility>
+
+#include "base/instance_name.h"
+#include "base/safe_file.h"
+
+namespace kelvane::ambrel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kUsersMark = ".user";
+
+std::string usersName(std::string_view name) {
+  const fs::path path = pathFromText(name);
+  return pathText(path.stem()) + std::string(kUsersMark) + pathText(path.extension());
+}
+
+/// The name that a file stands for: a user's file beside a shipped one stands for that one's.
+std::string plainName(const fs::path& file) {
+  const fs::path stem = file.stem();
+  if (pathText(stem.extension()) != kUsersMark) return pathText(file.filename());
+  return pathText(stem.stem()) + pathText(file.extension());
+}
+
+}  // namespace
+
+DataFiles::DataFiles(fs::path shipped, fs::path user, std::string_view instance)
+    : folders_{user / pathFromText(safeFileName(instance)), user, std::move(shipped)} {}
+
+std::vector<fs::path> DataFiles::named(std::string_view name) const {
+  std::vector<fs::path> found;
+  for (const fs::path& folder : folders_) {
+    for (const std::string& candidate : {usersName(name), std::string(name)}) {
+      const fs::path file = folder / pathFromText(candidate);
+      std::error_code error;
+      if (fs::is_regular_file(file, error)) found.push_back(file);
+    }
+  }
+  return found;
+}
+
+std::vector<fs::path> DataFiles::allLike(std::string_view start, std::string_view end) const {
+  std::map<std::string, fs::path> winners;
+  for (const fs::path& folder : folders_) {
+    std::error_code error;
+    fs::directory_iterator entries(folder, error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+      const std::string name = plainName(entries->path());
+      if (!name.starts_with(start) || !name.ends_with(end)) continue;
+      if (!winners.contains(name)) winners[name] = named(name).front();
+    }
+  }
+  std::vector<fs::path> files;
+  for (auto& [name, file] : winners) files.push_back(std::move(file));
+  return files;
+}
+
+}  // namespace kelvane::ambrel
