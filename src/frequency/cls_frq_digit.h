@@ -85,23 +85,29 @@ class clsFrqDigit {
   bool DrmPending() const { return drmPending_; }
 
  private:
-  static constexpr int kLast = FrqDigitControls::kPlaces - 1;
+  static constexpr int kPlaces = FrqDigitControls::kPlaces;
+  static constexpr int kLast = kPlaces - 1;
+  static constexpr double kMost = 999'999'999;  ///< what the digits can show
 
   bool selectable(int index) const { return index >= firstDigit_ && index <= lastDigit_; }
-  void leaveBeforeDisabling(bool staysEnabled);
-  void takeOverTyped();
-  void moveTo(int& index, int direction);
-  void overwrite(int index, char digit);
+  int selectedDigit() const;
   void showAll(char c);
   void showCurrent(double current);
-  void stepBy(int index, int direction, double current, bool& committed);
-  void offset(double current, double by, bool& committed);
   void commit(bool& committed);
-  double typedHertz(const std::string& typed) const;
+
+  void takeOverTyped();
+  bool moveByKey(int& index, int keyCode);
+  bool tuneByKey(int index, int keyCode, double current, bool& committed);
+  void moveTo(int& index, int next);
+  int rightOf(int index) const { return index >= lastDigit_ ? firstDigit_ : index + 1; }
+  int leftOf(int index) const { return index <= firstDigit_ ? lastDigit_ : index - 1; }
+  void overwrite(int index, char digit);
+  bool tune(double hertz, bool& committed);
+  void enterDigits(bool& committed);
+
   void typeDigit(char digit);
-  void typePoint();
   void eraseTyped();
-  void enterTyped(double current, bool& committed);
+  void enterTyped(bool& committed);
 
   FrqDigitControls controls_;
   WindowCommands& window_;
@@ -113,7 +119,7 @@ class clsFrqDigit {
   bool digitSelected_ = false;
   bool chnPending_ = false;
   bool drmPending_ = false;
-  bool overwritten_ = false;
+  bool overwritten_ = false;  ///< the digits are the hand's, not a receiver's
 };
 
 }  // namespace kelvane
