@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace kelvane {
 
 /// The few things a unit asks of its window that are no values. Controls are named by
@@ -14,6 +16,10 @@ class WindowCommands {
   /// Lets waiting window messages and component events run once; does nothing inside itself.
   virtual void runPending() = 0;
   virtual void close() = 0;
+  /// A dialog or message box is open above the window.
+  virtual bool modalOpen() const = 0;
+  /// The window's handle, for components whose windows open above it.
+  virtual std::int32_t handle() const = 0;
 };
 
 }  // namespace kelvane

@@ -1,0 +1,76 @@
+#include "frequency/frq_entry.h"
+
+#include "base/number.h"
+
+namespace kelvane {
+
+FrqEntry::Limits FrqEntry::limits() const {
+  const Index rx = shown_.index();
+  const Hz finest = component_.GetRxMinStep(rx);
+  return {component_.GetRxFrqMax(rx), component_.GetRxFrqMin(rx),
+          finest > 0 ? finest : component_.GetRxMaxStep(rx).value()};
+}
+
+void FrqEntry::receiverSelected() {
+  const Limits now = limits();
+  if (takenFor_ == shown_.index() && now == taken_) return;
+  taken_ = now;
+  takenFor_ = shown_.index();
+  row_.Boundary(now.max, now.min, now.resolution);
+  row_.Chn();
+  lockKnown_ = false;
+}
+
+void FrqEntry::lock(bool locked) {
+  if (lockKnown_ && locked == locked_) return;
+  lockKnown_ = true;
+  locked_ = locked;
+  row_.LockAll(locked);
+  arrived(present());
+}
+
+void FrqEntry::arrived(Hz frequency) {
+  if (!row_.EntryInProgress()) row_.Value(frequency);
+}
+
+void FrqEntry::send(bool committed, bool channelized) {
+  if (committed && present() != -1)
+    component_.SetRxFrequency(shown_.index(), channelized, nearestLong(row_.Value()));
+}
+
+void FrqEntry::afterKey(bool committed, bool wasInProgress) {
+  // What arrived meanwhile was held back; after a commit the receiver's answer comes anyway.
+  if (wasInProgress && !committed) arrived(present());
+}
+
+void FrqEntry::FrqDigit_GotFocus(int index) { row_.Focus(index, true); }
+
+void FrqEntry::FrqDigit_LostFocus(int index) { row_.Focus(index, false); }
+
+void FrqEntry::FrqDigit_KeyDown(int index, int keyCode, int shift) {
+  bool committed = false;
+  row_.KeyDown(index, keyCode, shift, present(), committed);
+  send(committed, false);
+}
+
+void FrqEntry::FrqDigit_KeyPress(int index, int keyAscii) {
+  bool committed = false;
+  row_.KeyPress(index, keyAscii, present(), committed);
+  send(committed, false);
+}
+
+void FrqEntry::FrqFocus_GotFocus() {
+  // Digits that were overwritten and not entered are given up when the row is left.
+  arrived(present());
+}
+
+void FrqEntry::FrqFocus_KeyPress(int keyAscii) {
+  if (!shown_.remote()) return;
+  const bool typing = row_.EntryInProgress();
+  bool committed = false;
+  row_.ProcessKey(keyAscii, present(), committed);
+  if (committed) send(true, row_.Chn());
+  afterKey(committed, typing);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "contract/components.h"
+
+namespace kelvane {
+
+/// The receiver that the panel shows (`nReceiver`), and the questions that every unit asks of it.
+class ShownReceiver {
+ public:
+  explicit ShownReceiver(ReceiverComponent& component) : component_(component) {}
+
+  Index index() const { return nReceiver_; }
+  void show(Index rx) { nReceiver_ = rx; }
+
+  /// The receiver answers.
+  bool online() const { return component_.IsRxOnline(nReceiver_); }
+  /// The remote-state test: the receiver is under remote control.
+  bool remote() const { return component_.GetRxRemote(nReceiver_); }
+  /// The operator's commands are kept from it.
+  bool locked() const { return !online() || !remote(); }
+  /// An event for receiver rx belongs on the display.
+  bool shows(Index rx) const { return rx == nReceiver_ && online(); }
+
+ private:
+  ReceiverComponent& component_;
+  Index nReceiver_ = 0;
+};
+
+}  // namespace kelvane

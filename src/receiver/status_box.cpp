@@ -1,0 +1,66 @@
+#include "receiver/status_box.h"
+
+#include "contract/link_state.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr Colour kOrange = Colour::rgb(255, 192, 128);
+constexpr Colour kRed = Colour::rgb(255, 0, 0);
+constexpr std::string_view kNotConnected = "Not connected";
+
+}  // namespace
+
+LinkWords linkWords(Long code) {
+  switch (static_cast<LinkState>(code)) {
+    case LinkState::NoLoop:
+      return {"Link: No loop", kOrange};
+    case LinkState::Timeout:
+      return {"Link: Timeout", kOrange};
+    case LinkState::BadAddress:
+      return {"Link: Bad address", kRed};
+    case LinkState::Configuration:
+      return {"Link: Configuration", kRed};
+    case LinkState::CannotOpen:
+      return {"Link: Cannot open", kOrange};
+    case LinkState::Error:
+      return {"Link: Error", kOrange};
+    case LinkState::BadIdentity:
+      return {"Rx: Bad ID", kRed};
+    case LinkState::BadReceiverAddress:
+      return {"Rx: Bad Address", kRed};
+    case LinkState::BuiltInTestError:
+      return {"Rx: BITE Error", kRed};
+    default:
+      return {"Rx: Not responding", kOrange};
+  }
+}
+
+StatusBox::StatusBox(Control& RxMask) : RxMask_(RxMask) {
+  RxMask_.text = kNotConnected;
+  RxMask_.fore = kOrange;
+  RxMask_.back = kBlack;
+}
+
+void StatusBox::reported(Index rx, Long code) {
+  if (rx >= 0 && rx < kMostReceivers) lastCode_[rx] = code;
+}
+
+void StatusBox::forget() { lastCode_.fill(kNothingYet); }
+
+void StatusBox::show(Index rx, bool online) {
+  RxMask_.visible = !online;
+  const Long code = rx >= 0 && rx < kMostReceivers ? lastCode_[rx] : kNothingYet;
+  // A link that was up and is not asked for any more has no words of its own.
+  const bool nothing = code == kNothingYet || code == static_cast<Long>(LinkState::Up);
+  const LinkWords words = nothing ? LinkWords{kNotConnected, kOrange} : linkWords(code);
+  RxMask_.text = words.text;
+  RxMask_.fore = words.colour;
+}
+
+void StatusBox::blink(bool online) {
+  if (!online) RxMask_.visible = !RxMask_.visible;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "receiver/rx_events.h"
+#include "shell/options.h"
+#include "ui/control_events.h"
+#include "ui/control_ids.h"
+
+namespace kelvane {
+
+/// What the main window stands on.
+struct PanelServices {
+  ReceiverComponent& receiver;
+  FrequencyComponent& frequency;
+  SettingsStore& settings;
+  WindowCommands& window;
+  std::function<Instant()> now;
+};
+
+/// A window's place on the desktop, in twips.
+struct Placement {
+  std::int32_t left = 0, top = 0, width = 0, height = 0;
+
+  bool operator==(const Placement&) const = default;
+};
+
+/// The main window: the receiver front panel. Owns the panel's units and hands each event of the
+/// window to the one that it concerns. All calls come on the user-interface thread.
+class MAin : public ControlEvents {
+ public:
+  /// Both components are open and at least one receiver is configured. Builds the tabs, selects the
+  /// first receiver and starts the timers.
+  explicit MAin(const PanelServices& services);
+
+  MainView& view() { return view_; }
+  const Options& options() const { return options_; }
+  ReceiverListener& receiverEvents() { return events_; }
+
+  /// Where the window was when it was last closed; only left and top are restored.
+  Placement startPlace() const;
+
+  void gotFocus(int control) override;
+  void lostFocus(int control) override;
+  void keyDown(int control, int keyCode, int shift) override;
+  void keyPress(int control, int character) override;
+  void clicked(int control, MouseButton button, bool pressed) override;
+  void tabClicked(int tab);
+  /// Alt and a character. Answers whether a tab took it.
+  bool accelerator(char32_t character) { return tabs_.accelerator(character); }
+  /// The window became the active one.
+  void activated() { services_.window.focus(id::FrqFocus); }
+
+  /// Time has passed.
+  void tick(Instant now);
+  /// When `tick` has something to do next.
+  Instant nextDue() const;
+
+  /// Closes every receiver's link in order and saves where the window was.
+  void unload(const Placement& place);
+
+ private:
+  static constexpr milliseconds kBlink{800};
+
+  PanelServices services_;
+  Options options_;
+  MainView view_;
+  ShownReceiver shown_;
+  clsFrqDigit row_;
+  FrqEntry entry_;
+  RemoteState remote_;
+  StatusBox status_;
+  LinkRetry retry_;
+  ReceiverTabs tabs_;
+  RxEvents events_;
+  Timer TimBlk_;
+};
+
+}  // namespace kelvane

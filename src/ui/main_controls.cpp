@@ -1,0 +1,88 @@
+#include "ui/main_controls.h"
+
+#include <array>
+
+namespace kelvane {
+
+namespace {
+
+constexpr auto kRows = std::to_array<ControlRow>({
+    {id::FrqFocus,
+     "FrqFocus",
+     1,
+     Kind::Keys,
+     Font::Normal,
+     {60, -30, 60, 20},
+     0,
+     "Frequency entry",
+     [](MainView& v, int) -> Control& { return v.FrqFocus; }},
+    {id::FrqDigit,
+     "FrqDigit",
+     9,
+     Kind::Digit,
+     Font::Digits,
+     {58, 46, 47, 70},
+     47,
+     "Frequency digit",
+     [](MainView& v, int i) -> Control& { return v.FrqDigit[i]; }},
+    {id::RxMask,
+     "RxMask",
+     1,
+     Kind::Label,
+     Font::Status,
+     {56, 44, 456, 74},
+     0,
+     "Link state",
+     [](MainView& v, int) -> Control& { return v.RxMask; }},
+    {id::FrqDotit,
+     "FrqDotit",
+     1,
+     Kind::Label,
+     Font::Normal,
+     {20, 88, 24, 24},
+     0,
+     "Entry lamp",
+     [](MainView& v, int) -> Control& { return v.FrqDotit; }},
+    {id::LockImg,
+     "LockImg",
+     2,
+     Kind::Picture,
+     Font::Normal,
+     {20, 50, 24, 28},
+     0,
+     "Remote control",
+     [](MainView& v, int i) -> Control& { return v.LockImg[i]; }},
+    {id::FrqBfo,
+     "FrqBfo",
+     1,
+     Kind::Label,
+     Font::Bold,
+     {528, 50, 60, 24},
+     0,
+     "BFO offset",
+     [](MainView& v, int) -> Control& { return v.FrqBfo; }},
+    {id::RNG,
+     "RNG",
+     1,
+     Kind::Label,
+     Font::Bold,
+     {668, 132, 36, 20},
+     0,
+     "Region",
+     [](MainView& v, int) -> Control& { return v.RNG; }},
+    {id::FrqFrame,
+     "FrqFrame",
+     1,
+     Kind::Panel,
+     Font::Small,
+     {8, 34, 704, 128},
+     0,
+     "Frequency",
+     [](MainView& v, int) -> Control& { return v.FrqFrame; }},
+});
+
+}  // namespace
+
+std::span<const ControlRow> mainControls() { return kRows; }
+
+}  // namespace kelvane

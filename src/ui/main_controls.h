@@ -1,0 +1,51 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "ui/control_ids.h"
+#include "ui/main_view.h"
+
+namespace kelvane {
+
+/// What kind of control a row makes.
+enum class Kind {
+  Tabs,     ///< tab strip
+  Panel,    ///< black panel behind other controls
+  Digit,    ///< one large character that can be selected and typed over
+  Keys,     ///< invisible keyboard sink
+  Label,    ///< text; a click on it may mean something
+  Picture,  ///< drawn sign; a click on it may mean something
+  Toggle,   ///< check box drawn as a push button
+};
+
+enum class Font { Small, Normal, Bold, Digits, Status };
+
+/// Place in the window's design, in 96ths of an inch from its top left corner.
+struct Place {
+  int left, top, width, height;
+};
+
+/// One control, or an array of equal ones in a row.
+struct ControlRow {
+  int id;                 ///< of the first element; the others follow
+  std::string_view name;  ///< the control's name
+  int count;              ///< elements
+  Kind kind;
+  Font font;
+  Place place;             ///< of the first element
+  int step;                ///< from one element's left edge to the next
+  std::string_view speak;  ///< accessible name; an array's elements add their number
+  Control& (*of)(MainView&, int element);
+};
+
+/// The main window's controls, in tab order.
+std::span<const ControlRow> mainControls();
+
+/// The window's design size.
+inline constexpr int kMainWidth = 720;
+inline constexpr int kMainHeight = 262;
+/// Extra space in front of every third digit but the first.
+inline constexpr int kDigitGroupGap = 14;
+
+}  // namespace kelvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "ui/control.h"
+
+namespace kelvane {
+
+/// Everything that the main window `MAin` shows, as plain values under the controls' names.
+struct MainView {
+  std::string caption;
+  bool hourglass = false;
+  bool onTop = false;
+
+  TabRow TabStrip;
+  Control FrqFrame, FrqDotit, FrqFocus, FrqBfo, RxMask;
+  std::array<Control, 9> FrqDigit;
+  std::array<Control, 2> LockImg;
+  Control RNG;
+
+  bool operator==(const MainView&) const = default;
+};
+
+}  // namespace kelvane

@@ -1,0 +1,57 @@
+#include "win32/accessible.h"
+
+#include <initguid.h>
+#include <oleacc.h>
+
+#include <string>
+
+#include "win32/text.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+long roleOf(Kind kind) {
+  switch (kind) {
+    case Kind::Digit:
+      return ROLE_SYSTEM_SPINBUTTON;
+    case Kind::Keys:
+      return ROLE_SYSTEM_TEXT;
+    case Kind::Toggle:
+      return ROLE_SYSTEM_CHECKBUTTON;
+    case Kind::Picture:
+      return ROLE_SYSTEM_GRAPHIC;
+    case Kind::Tabs:
+      return ROLE_SYSTEM_PAGETABLIST;
+    case Kind::Panel:
+      return ROLE_SYSTEM_GROUPING;
+    default:
+      return ROLE_SYSTEM_STATICTEXT;
+  }
+}
+
+/// The service that annotates windows; null where the system has none.
+IAccPropServices* annotations() {
+  IAccPropServices* service = nullptr;
+  CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices,
+                   reinterpret_cast<void**>(&service));
+  return service;
+}
+
+}  // namespace
+
+void speakAs(HWND window, const ControlRow& row, int element) {
+  std::wstring name = wide(row.speak);
+  if (row.count > 1) name += L" " + std::to_wstring(element + 1);
+  static IAccPropServices* const service = annotations();
+  if (!service) return;
+  service->SetHwndPropStr(window, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, PROPID_ACC_NAME,
+                          name.c_str());
+  VARIANT role;
+  role.vt = VT_I4;
+  role.lVal = roleOf(row.kind);
+  service->SetHwndProp(window, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, PROPID_ACC_ROLE,
+                       role);
+}
+
+}  // namespace kelvane::win32

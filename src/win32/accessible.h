@@ -1,0 +1,12 @@
+#pragma once
+
+#include <windows.h>
+
+#include "ui/main_controls.h"
+
+namespace kelvane::win32 {
+
+/// Gives a control the name and role that a screen reader speaks.
+void speakAs(HWND window, const ControlRow& row, int element);
+
+}  // namespace kelvane::win32

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <windows.h>
+
+#include "ui/colour.h"
+
+namespace kelvane::win32 {
+
+/// A control's colour as the screen has it now.
+inline COLORREF resolved(Colour colour) {
+  return colour.isSystem() ? GetSysColor(static_cast<int>(colour.value & 0xFF)) : colour.value;
+}
+
+/// A colour moved towards another by a share of 0 to 255.
+inline COLORREF blended(COLORREF from, COLORREF to, int share) {
+  const auto mix = [share](int a, int b) { return a + (b - a) * share / 255; };
+  return RGB(mix(GetRValue(from), GetRValue(to)), mix(GetGValue(from), GetGValue(to)),
+             mix(GetBValue(from), GetBValue(to)));
+}
+
+}  // namespace kelvane::win32

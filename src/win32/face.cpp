@@ -1,0 +1,146 @@
+#include "win32/face.h"
+
+#include <commctrl.h>
+#include <windowsx.h>
+
+#include <utility>
+
+#include "win32/accessible.h"
+#include "win32/text.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+constexpr wchar_t kDigitClass[] = L"KelvaneDigit";
+constexpr wchar_t kKeysClass[] = L"KelvaneKeys";
+
+struct Make {
+  const wchar_t* windowClass;
+  DWORD style;
+};
+
+Make makeOf(Kind kind) {
+  switch (kind) {
+    case Kind::Digit:
+      return {kDigitClass, 0};
+    case Kind::Keys:
+      return {kKeysClass, 0};
+    case Kind::Toggle:
+      return {L"BUTTON", BS_AUTOCHECKBOX | BS_PUSHLIKE};
+    case Kind::Panel:
+      return {L"STATIC", WS_CLIPSIBLINGS};
+    default:
+      return {L"STATIC", SS_NOTIFY | SS_NOPREFIX};
+  }
+}
+
+bool takesKeys(Kind kind) { return kind == Kind::Digit || kind == Kind::Keys; }
+
+LRESULT CALLBACK ownProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
+}  // namespace
+
+void registerFaceClasses(HINSTANCE instance) {
+  for (const wchar_t* name : {kDigitClass, kKeysClass}) {
+    WNDCLASSW own{};
+    own.lpfnWndProc = ownProcedure;
+    own.hInstance = instance;
+    own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    own.lpszClassName = name;
+    RegisterClassW(&own);
+  }
+}
+
+int shiftState() {
+  const auto down = [](int key) { return GetKeyState(key) < 0; };
+  return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
+}
+
+Face::Face(HWND parent, const ControlRow& row, int element, ControlEvents& events)
+    : row_(row), element_(element), events_(events) {
+  const Make make = makeOf(row.kind);
+  window_ = CreateWindowExW(0, make.windowClass, L"", WS_CHILD | WS_VISIBLE | make.style, 0, 0, 0,
+                            0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id())),
+                            GetModuleHandleW(nullptr), nullptr);
+  SetWindowSubclass(window_, procedure, 1, reinterpret_cast<DWORD_PTR>(this));
+  speakAs(window_, row, element);
+}
+
+void Face::show(const Control& control) {
+  if (control == shown_) return;
+  const Control before = std::exchange(shown_, control);
+  if (control.text != before.text) SetWindowTextW(window_, wide(control.text).c_str());
+  if (control.enabled != before.enabled) EnableWindow(window_, control.enabled);
+  if (row_.kind == Kind::Toggle && control.pressed != before.pressed)
+    SendMessageW(window_, BM_SETCHECK, control.pressed ? BST_CHECKED : BST_UNCHECKED, 0);
+  if (control.visible != before.visible) ShowWindow(window_, control.visible ? SW_SHOWNA : SW_HIDE);
+  InvalidateRect(window_, nullptr, FALSE);
+}
+
+void Face::place(UINT dpi, const Fonts& fonts) {
+  dpi_ = dpi;
+  font_ = fonts[row_.font];
+  const Place& at = row_.place;
+  const int gap = row_.kind == Kind::Digit ? element_ / 3 * kDigitGroupGap : 0;
+  const int left = at.left + element_ * row_.step + gap;
+  SetWindowPos(window_, row_.kind == Kind::Panel ? HWND_BOTTOM : nullptr, scaled(left, dpi),
+               scaled(at.top, dpi), scaled(left + at.width, dpi) - scaled(left, dpi),
+               scaled(at.height, dpi),
+               SWP_NOACTIVATE | (row_.kind == Kind::Panel ? 0u : SWP_NOZORDER));
+  SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
+  InvalidateRect(window_, nullptr, FALSE);
+}
+
+LRESULT CALLBACK Face::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                 DWORD_PTR face) {
+  LRESULT result = 0;
+  if (reinterpret_cast<Face*>(face)->handle(message, wParam, lParam, result)) return result;
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+bool Face::handle(UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
+  switch (message) {
+    case WM_PAINT:
+      return paint(), true;
+    case WM_ERASEBKGND:
+      return result = 1, true;
+    case WM_SETFOCUS:
+      return InvalidateRect(window_, nullptr, FALSE), events_.gotFocus(id()), false;
+    case WM_KILLFOCUS:
+      return InvalidateRect(window_, nullptr, FALSE), events_.lostFocus(id()), false;
+    case WM_GETDLGCODE:
+      return result = DLGC_WANTALLKEYS, takesKeys(row_.kind);
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+      if (takesKeys(row_.kind)) events_.keyDown(id(), static_cast<int>(wParam), shiftState());
+      return false;
+    case WM_CHAR:
+      if (takesKeys(row_.kind)) events_.keyPress(id(), static_cast<int>(wParam));
+      return takesKeys(row_.kind);
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+      if (row_.kind == Kind::Digit) return SetFocus(window_), true;
+      return false;
+    case WM_LBUTTONUP:
+      return click(MouseButton::Left), false;
+    case WM_RBUTTONUP:
+      return click(MouseButton::Right), true;
+    case WM_MBUTTONUP:
+      return click(MouseButton::Middle), true;
+    case BM_SETSTATE:
+      return InvalidateRect(window_, nullptr, FALSE), false;
+    default:
+      return false;
+  }
+}
+
+void Face::click(MouseButton button) {
+  if (row_.kind == Kind::Label || row_.kind == Kind::Picture) events_.clicked(id(), button, false);
+}
+
+void Face::paint() const { paintFace(*this); }
+
+}  // namespace kelvane::win32

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <windows.h>
+
+#include "ui/control_events.h"
+#include "ui/main_controls.h"
+#include "win32/fonts.h"
+
+namespace kelvane::win32 {
+
+/// One control on the screen: a real window of the kind that its row says, showing the values of a
+/// `Control`, and telling what the hand does to it.
+class Face {
+ public:
+  Face(HWND parent, const ControlRow& row, int element, ControlEvents& events);
+  Face(const Face&) = delete;
+  Face& operator=(const Face&) = delete;
+
+  HWND window() const { return window_; }
+  const ControlRow& row() const { return row_; }
+  int element() const { return element_; }
+  int id() const { return row_.id + element_; }
+  const Control& shown() const { return shown_; }
+  HFONT font() const { return font_; }
+  UINT dpi() const { return dpi_; }
+
+  /// Puts on the screen what differs from what is there.
+  void show(const Control& control);
+  /// Takes its place and font at a resolution; `shift` moves it down by the pixels that the tabs
+  /// took more than designed.
+  void place(UINT dpi, const Fonts& fonts);
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                    UINT_PTR, DWORD_PTR face);
+  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  void click(MouseButton button);
+  void paint() const;
+
+  const ControlRow& row_;
+  int element_;
+  ControlEvents& events_;
+  HWND window_;
+  Control shown_;
+  HFONT font_ = nullptr;
+  UINT dpi_ = 96;
+};
+
+/// The modifier keys held now: Shift 1, Ctrl 2, Alt 4.
+int shiftState();
+
+/// Registers the window classes that are our own.
+void registerFaceClasses(HINSTANCE instance);
+
+/// Paints a control of each kind; in face_paint.cpp.
+void paintFace(const Face& face);
+
+}  // namespace kelvane::win32

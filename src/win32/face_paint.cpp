@@ -1,0 +1,82 @@
+#include <algorithm>
+
+#include "win32/colours.h"
+#include "win32/face.h"
+#include "win32/paint.h"
+#include "win32/text.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+constexpr COLORREF kPanelEdge = RGB(70, 74, 80);
+constexpr COLORREF kPanelText = RGB(120, 126, 134);
+
+COLORREF textColour(const Face& face) {
+  const COLORREF fore = resolved(face.shown().fore);
+  return face.shown().enabled ? fore : blended(fore, resolved(face.shown().back), 120);
+}
+
+void paintLabel(const Face& face, const Painting& on) {
+  on.fill(on.area(), resolved(face.shown().back));
+  on.text(wide(face.shown().text).c_str(), on.area(), face.font(), textColour(face),
+          DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+}
+
+/// A selected digit is shown in the colours exchanged.
+void paintDigit(const Face& face, const Painting& on) {
+  const bool marked = face.shown().selected;
+  const COLORREF back = resolved(face.shown().back);
+  const COLORREF fore = textColour(face);
+  on.fill(on.area(), back);
+  RECT box = on.area();
+  InflateRect(&box, -scaled(2, face.dpi()), 0);
+  if (marked) on.round(box, scaled(8, face.dpi()), fore, fore);
+  on.text(wide(face.shown().text).c_str(), on.area(), face.font(), marked ? back : fore,
+          DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+}
+
+void paintPanel(const Face& face, const Painting& on) {
+  on.fill(on.area(), GetSysColor(COLOR_BTNFACE));
+  on.round(on.area(), scaled(12, face.dpi()), resolved(face.shown().back), kPanelEdge);
+}
+
+/// A padlock; the first picture closed and green, the second open and orange.
+void paintLock(const Face& face, const Painting& on) {
+  on.fill(on.area(), resolved(face.shown().back));
+  const bool closed = face.element() == 0;
+  const COLORREF colour = resolved(face.shown().fore);
+  const auto at = [&face](int x, int y) {
+    return POINT{scaled(x, face.dpi()), scaled(y, face.dpi())};
+  };
+  HPEN pen = CreatePen(PS_SOLID, std::max(2, scaled(2, face.dpi())), colour);
+  const HGDIOBJ before = SelectObject(on.dc(), pen);
+  const HGDIOBJ hollow = SelectObject(on.dc(), GetStockObject(NULL_BRUSH));
+  const POINT from = at(closed ? 7 : 11, 4), to = at(closed ? 17 : 21, 20);
+  RoundRect(on.dc(), from.x, from.y, to.x, to.y, scaled(10, face.dpi()), scaled(10, face.dpi()));
+  SelectObject(on.dc(), hollow);
+  SelectObject(on.dc(), before);
+  DeleteObject(pen);
+  const POINT top = at(4, 13), bottom = at(20, 25);
+  on.fill(RECT{top.x, top.y, bottom.x, bottom.y}, colour);
+}
+
+}  // namespace
+
+void paintFace(const Face& face) {
+  const Painting on(face.window());
+  switch (face.row().kind) {
+    case Kind::Digit:
+      return paintDigit(face, on);
+    case Kind::Panel:
+      return paintPanel(face, on);
+    case Kind::Picture:
+      return paintLock(face, on);
+    case Kind::Keys:
+      return on.fill(on.area(), 0);
+    default:
+      return paintLabel(face, on);
+  }
+}
+
+}  // namespace kelvane::win32

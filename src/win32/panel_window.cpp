@@ -1,0 +1,273 @@
+#include "win32/panel_window.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "ui/main_controls.h"
+#include "win32/text.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+constexpr wchar_t kClass[] = L"KelvaneMAin";
+constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+/// Shortest time between two changes of the screen, ms.
+constexpr ULONGLONG kFrameTime = 16;
+constexpr int kTwipsPerInch = 1440;
+/// Messages that one call of runPending lets run: a window that floods the queue must not hold it.
+constexpr int kMostPending = 1000;
+
+SIZE windowSize(UINT dpi) {
+  RECT area{0, 0, scaled(kMainWidth, dpi), scaled(kMainHeight, dpi)};
+  AdjustWindowRectExForDpi(&area, kStyle, FALSE, 0, dpi);
+  return {area.right - area.left, area.bottom - area.top};
+}
+
+int toTwips(int pixels) {
+  return MulDiv(pixels, kTwipsPerInch, static_cast<int>(GetDpiForSystem()));
+}
+
+int fromTwips(int twips) {
+  return MulDiv(twips, static_cast<int>(GetDpiForSystem()), kTwipsPerInch);
+}
+
+}  // namespace
+
+PanelWindow::PanelWindow(HINSTANCE instance) {
+  registerFaceClasses(instance);
+  WNDCLASSW own{};
+  own.lpfnWndProc = procedure;
+  own.hInstance = instance;
+  own.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
+  own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  own.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+  own.lpszClassName = kClass;
+  RegisterClassW(&own);
+  window_ = CreateWindowExW(0, kClass, L"Kelvane", kStyle, CW_USEDEFAULT, CW_USEDEFAULT, 0, 0,
+                            nullptr, nullptr, instance, this);
+  tabs_ = std::make_unique<TabStrip>(window_);
+  tips_ = std::make_unique<ToolTips>(window_);
+  ControlEvents& events = *this;
+  for (const ControlRow& row : mainControls()) {
+    for (int element = 0; element < row.count; ++element)
+      faces_.push_back(std::make_unique<Face>(window_, row, element, events));
+  }
+  layOut(GetDpiForWindow(window_));
+}
+
+PanelWindow::~PanelWindow() {
+  panel_ = nullptr;
+  if (IsWindow(window_)) DestroyWindow(window_);
+}
+
+void PanelWindow::present(MAin& panel) {
+  panel_ = &panel;
+  show();
+  moveToStart();
+  ShowWindow(window_, SW_SHOWNORMAL);
+  focus(id::FrqFocus);
+  schedule();
+}
+
+int PanelWindow::run() {
+  MSG message;
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (message.message == WM_SYSCHAR && panel_ &&
+        panel_->accelerator(static_cast<char32_t>(message.wParam)))
+      continue;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+    changed();
+  }
+  return static_cast<int>(message.wParam);
+}
+
+LRESULT CALLBACK PanelWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCCREATE) {
+    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
+  }
+  auto* self = reinterpret_cast<PanelWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  LRESULT result = 0;
+  if (!self || !self->panel_ || !self->command(message, wParam, lParam, result))
+    return DefWindowProcW(window, message, wParam, lParam);
+  self->changed();
+  return result;
+}
+
+bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  const auto* notice = reinterpret_cast<const NMHDR*>(lParam);
+  switch (message) {
+    case WM_TIMER:
+      if (wParam == kTick) panel_->tick(std::chrono::steady_clock::now());
+      if (wParam == kFrame) show();
+      return true;
+    case WM_NOTIFY:
+      if (notice->code == TCN_SELCHANGE) panel_->tabClicked(tabs_->selected());
+      return notice->code == TCN_SELCHANGE;
+    case WM_COMMAND:
+      if (HIWORD(wParam) == BN_CLICKED) pressed(LOWORD(wParam));
+      return true;
+    case WM_SETFOCUS:
+      return panel_->activated(), true;
+    case WM_DPICHANGED:
+      return dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam)), true;
+    case WM_SYSCOMMAND:
+      return systemCommand(wParam, lParam);
+    case WM_QUERYENDSESSION:
+      return result = TRUE, true;
+    case WM_ENDSESSION:
+      if (wParam) unload();
+      return true;
+    case WM_CLOSE:
+      return unload(), DestroyWindow(window_), true;
+    case WM_DESTROY:
+      return PostQuitMessage(0), true;
+    default:
+      return false;
+  }
+}
+
+void PanelWindow::pressed(int control) {
+  const bool down = SendDlgItemMessageW(window_, control, BM_GETCHECK, 0, 0) == BST_CHECKED;
+  panel_->clicked(control, MouseButton::Left, down);
+}
+
+bool PanelWindow::systemCommand(WPARAM command, LPARAM lParam) {
+  // An Alt that was let go after a shortcut would start the menu loop, which swallows keys.
+  if ((command & 0xFFF0) != SC_KEYMENU || lParam == ' ') return false;
+  panel_->accelerator(static_cast<char32_t>(lParam));
+  return true;
+}
+
+void PanelWindow::unload() {
+  MAin* panel = std::exchange(panel_, nullptr);
+  panel->unload(placement());
+}
+
+void PanelWindow::changed() {
+  if (!panel_) return;
+  const ULONGLONG since = GetTickCount64() - lastFrame_;
+  if (since >= kFrameTime) return show();
+  if (!std::exchange(frameWaits_, true))
+    SetTimer(window_, kFrame, static_cast<UINT>(kFrameTime - since), nullptr);
+}
+
+void PanelWindow::show() {
+  KillTimer(window_, kFrame);
+  frameWaits_ = false;
+  lastFrame_ = GetTickCount64();
+  MainView& view = panel_->view();
+  if (std::exchange(caption_, view.caption) != view.caption)
+    SetWindowTextW(window_, wide(view.caption).c_str());
+  if (std::exchange(onTop_, view.onTop) != view.onTop)
+    SetWindowPos(window_, view.onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  tabs_->show(view.TabStrip);
+  for (const auto& face : faces_) {
+    const Control& control = face->row().of(view, face->element());
+    if (control.tip != face->shown().tip) tips_->set(face->window(), control.tip);
+    face->show(control);
+  }
+  schedule();
+}
+
+void PanelWindow::schedule() {
+  const auto wait = std::chrono::duration_cast<milliseconds>(panel_->nextDue() -
+                                                             std::chrono::steady_clock::now());
+  const auto due = std::clamp<long long>(wait.count() + 1, USER_TIMER_MINIMUM, 1000);
+  SetTimer(window_, kTick, static_cast<UINT>(due), nullptr);
+}
+
+void PanelWindow::layOut(UINT dpi) {
+  // The old fonts go when the controls have the new ones.
+  auto fonts = std::make_unique<Fonts>(dpi);
+  tabs_->place(dpi, *fonts);
+  for (const auto& face : faces_) face->place(dpi, *fonts);
+  fonts_ = std::move(fonts);
+}
+
+void PanelWindow::dpiChanged(UINT dpi, const RECT& suggested) {
+  const SIZE size = windowSize(dpi);
+  SetWindowPos(window_, nullptr, suggested.left, suggested.top, size.cx, size.cy,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+  layOut(dpi);
+}
+
+void PanelWindow::moveToStart() {
+  const SIZE size = windowSize(GetDpiForWindow(window_));
+  const Placement start = panel_->startPlace();
+  RECT place{fromTwips(start.left), fromTwips(start.top), 0, 0};
+  place.right = place.left + size.cx;
+  place.bottom = place.top + size.cy;
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &monitor);
+  const RECT& work = monitor.rcWork;
+  const int left = std::max(work.left, std::min<LONG>(place.left, work.right - size.cx));
+  const int top = std::max(work.top, std::min<LONG>(place.top, work.bottom - size.cy));
+  SetWindowPos(window_, nullptr, left, top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+Placement PanelWindow::placement() const {
+  WINDOWPLACEMENT at{};
+  at.length = sizeof at;
+  GetWindowPlacement(window_, &at);
+  const RECT& normal = at.rcNormalPosition;
+  return {toTwips(normal.left), toTwips(normal.top), toTwips(normal.right - normal.left),
+          toTwips(normal.bottom - normal.top)};
+}
+
+void PanelWindow::focus(int control) {
+  const HWND target = GetDlgItem(window_, control);
+  if (target && IsWindowVisible(target) && IsWindowEnabled(target)) SetFocus(target);
+}
+
+void PanelWindow::beep() { MessageBeep(MB_OK); }
+
+void PanelWindow::runPending() {
+  if (std::exchange(pumping_, true)) return;
+  MSG message;
+  for (int i = 0; i < kMostPending && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++i) {
+    if (message.message == WM_QUIT) {
+      PostQuitMessage(static_cast<int>(message.wParam));
+      break;
+    }
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+  pumping_ = false;
+}
+
+void PanelWindow::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }
+
+bool PanelWindow::modalOpen() const { return !IsWindowEnabled(window_); }
+
+std::int32_t PanelWindow::handle() const {
+  return static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(window_));
+}
+
+void PanelWindow::gotFocus(int control) {
+  if (panel_) panel_->gotFocus(control);
+}
+
+void PanelWindow::lostFocus(int control) {
+  if (panel_) panel_->lostFocus(control);
+}
+
+void PanelWindow::keyDown(int control, int keyCode, int shift) {
+  if (panel_) panel_->keyDown(control, keyCode, shift);
+}
+
+void PanelWindow::keyPress(int control, int character) {
+  if (panel_) panel_->keyPress(control, character);
+}
+
+void PanelWindow::clicked(int control, MouseButton button, bool down) {
+  if (panel_) panel_->clicked(control, button, down);
+}
+
+}  // namespace kelvane::win32

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <vector>
+
+#include "shell/main_window.h"
+#include "win32/face.h"
+#include "win32/tab_strip.h"
+#include "win32/tool_tips.h"
+
+namespace kelvane::win32 {
+
+/// The main window on the screen: makes the controls, forwards what the hand does, and shows the
+/// panel's values, at most once a frame.
+class PanelWindow : public WindowCommands, private ControlEvents {
+ public:
+  explicit PanelWindow(HINSTANCE instance);
+  ~PanelWindow() override;
+
+  HWND window() const { return window_; }
+  /// Puts the panel into the window, at its place, and shows it. The panel must outlive the window.
+  void present(MAin& panel);
+  /// Something may have changed outside the window's own messages.
+  void changed();
+  /// Runs until the window is closed.
+  int run();
+
+  void focus(int control) override;
+  void beep() override;
+  void runPending() override;
+  void close() override;
+  bool modalOpen() const override;
+  std::int32_t handle() const override;
+
+ private:
+  enum TimerId : UINT_PTR { kTick = 1, kFrame = 2 };
+
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  bool command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+
+  void gotFocus(int control) override;
+  void lostFocus(int control) override;
+  void keyDown(int control, int keyCode, int shift) override;
+  void keyPress(int control, int character) override;
+  void clicked(int control, MouseButton button, bool pressed) override;
+
+  void show();
+  void schedule();
+  void layOut(UINT dpi);
+  void moveToStart();
+  Placement placement() const;
+  void dpiChanged(UINT dpi, const RECT& suggested);
+  bool systemCommand(WPARAM command, LPARAM lParam);
+  void pressed(int control);
+  void unload();
+
+  HWND window_;
+  std::unique_ptr<Fonts> fonts_;
+  std::unique_ptr<TabStrip> tabs_;
+  std::vector<std::unique_ptr<Face>> faces_;
+  std::unique_ptr<ToolTips> tips_;
+  MAin* panel_ = nullptr;
+  ULONGLONG lastFrame_ = 0;
+  bool frameWaits_ = false;
+  bool pumping_ = false;
+  bool onTop_ = false;
+  std::string caption_;
+};
+
+}  // namespace kelvane::win32

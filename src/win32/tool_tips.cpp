@@ -1,0 +1,30 @@
+#include "win32/tool_tips.h"
+
+#include <commctrl.h>
+
+#include "win32/text.h"
+
+namespace kelvane::win32 {
+
+ToolTips::ToolTips(HWND owner)
+    : owner_(owner),
+      window_(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                              WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
+                              CW_USEDEFAULT, CW_USEDEFAULT, owner, nullptr,
+                              GetModuleHandleW(nullptr), nullptr)) {
+  SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, 400);
+}
+
+void ToolTips::set(HWND control, const std::string& text) {
+  std::wstring tip = wide(text);
+  TTTOOLINFOW tool{};
+  tool.cbSize = TTTOOLINFOW_V2_SIZE;
+  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.hwnd = owner_;
+  tool.uId = reinterpret_cast<UINT_PTR>(control);
+  tool.lpszText = tip.data();
+  SendMessageW(window_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  if (!tip.empty()) SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+}  // namespace kelvane::win32

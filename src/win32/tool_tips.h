@@ -1,0 +1,22 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace kelvane::win32 {
+
+/// The tool tips of one window's controls.
+class ToolTips {
+ public:
+  explicit ToolTips(HWND owner);
+
+  /// Gives a control its tip, or another one; an empty text shows none.
+  void set(HWND control, const std::string& text);
+
+ private:
+  HWND owner_;
+  HWND window_;
+};
+
+}  // namespace kelvane::win32
