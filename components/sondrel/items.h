@@ -50,6 +50,7 @@ struct Request {
   std::int32_t value = 0;    ///< within what the receiver can do
   std::int32_t filter = 0;   ///< for Mode: the bandwidth to use with it, Hz; 0 where none is known
   std::uint32_t ticket = 0;  ///< names the request in the report that answers it; never 0
+  Cause cause = Cause::Request;
 };
 
 }  // namespace kelvane::sondrel

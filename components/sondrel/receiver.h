@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,6 +26,14 @@ struct Change {
   Cause cause = Cause::Request;
   std::uint32_t ticket = 0;  ///< the request that this answers; 0 where nobody asked
   bool news = true;          ///< differs from what was confirmed before
+  bool withMode = false;     ///< a filter that came with a change of mode
+};
+
+/// How a receiver gives its channels out.
+struct ChannelReading {
+  bool starts = true;
+  std::optional<Count> stallsAfter;  ///< this many channels come, then nothing
+  milliseconds each{0};              ///< time that one channel takes
 };
 
 /// What a receiver needs of the component's core.
@@ -81,6 +90,7 @@ class Receiver {
   Outcome setRemote(bool remote, Instant now);
   Outcome setOut(Long line, Long state, Instant now);
   virtual Outcome setTime(const Text& time, Instant now);
+  virtual ChannelReading channelReading() const { return {}; }
   /// Whether the operator looks at this receiver: it is served first then.
   virtual void setShown(bool) {}
 
@@ -129,12 +139,13 @@ class Receiver {
   const Mailbox& mailbox() const { return mailbox_; }
 
  private:
-  void raise(bool global, ReceiverHost::Raise event) { host_.raise(global, std::move(event)); }
+  void raise(ReceiverHost::Raise event, bool global = false);
   void raiseItem(Item item, bool global);
-  void reportIfNews(Item item, Cause cause);
-  void settle(const Request& request, const Change& change);
+  void conclude(Change change, bool report);
+  void concludeMode(Change mode, Hz filter);
+  void tell(const Change& change, bool report);
+  void goOffline();
   Hz filterFor(Setting mode) const;
-  void offline();
 
   ReceiverHost& host_;
   Mailbox mailbox_;
@@ -142,7 +153,7 @@ class Receiver {
   Index index_ = 0;
   Capabilities can_;
   ReceiverValues values_;
-  std::vector<Hz> modeFilters_;  ///< the filter last used with each mode, 0 where none was
+  std::map<Setting, Hz> modeFilters_;  ///< the filter last used with each mode
   std::uint32_t tickets_ = 0;
   bool online_ = false;
   bool remote_ = false;

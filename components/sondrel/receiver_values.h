@@ -14,7 +14,6 @@ class ReceiverValues {
   struct Pending {
     std::int32_t value = 0;
     std::uint32_t ticket = 0;
-    Cause cause = Cause::Request;
   };
 
   ReceiverValues();
@@ -26,13 +25,13 @@ class ReceiverValues {
 
   /// A request takes the place of one that waits for the same item.
   void await(Item item, const Pending& request) { slot(item).pending = request; }
-  /// Takes away the request of that ticket and answers it; none when a newer one has its place.
-  std::optional<Pending> answer(Item item, std::uint32_t ticket);
+  /// The request of that ticket waits no longer; false when a newer one has its place.
+  bool answer(Item item, std::uint32_t ticket);
   void forget(Item item) { slot(item).pending.reset(); }
 
   /// Keeps what the radio says; answers whether that is news.
   bool confirm(Item item, std::int32_t value);
-  /// Whether listeners know another value than the confirmed one; asking settles it.
+  /// Whether listeners know another value than the confirmed one; asking counts as telling them.
   bool takeUnreported(Item item);
 
  private:

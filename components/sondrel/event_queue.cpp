@@ -1,0 +1,84 @@
+#include "components/sondrel/event_queue.h"
+
+#include <algorithm>
+
+namespace kelvane::sondrel {
+
+namespace {
+
+/// Message loops inside handlers inside message loops: deeper than any dialog goes.
+constexpr int kDeepest = 16;
+
+/// Gives a variable its former value back, also when a handler throws.
+template <class T>
+class Restored {
+ public:
+  Restored(T& variable, T value) : variable_(variable), former_(variable) { variable = value; }
+  ~Restored() { variable_ = former_; }
+  Restored(const Restored&) = delete;
+  Restored& operator=(const Restored&) = delete;
+
+ private:
+  T& variable_;
+  T former_;
+};
+
+}  // namespace
+
+EventQueue::EventQueue(std::function<void()> wake) : wake_(std::move(wake)) {}
+
+void EventQueue::add(ReceiverListener& listener) {
+  seats_.push_back(std::make_shared<Seat>(Seat{&listener, {}}));
+}
+
+void EventQueue::remove(ReceiverListener& listener) {
+  std::erase_if(seats_, [&](const auto& seat) { return seat->listener == &listener; });
+}
+
+void EventQueue::raise(bool global, Raise event) {
+  if (seats_.empty()) return;
+  const auto shared = std::make_shared<const Event>(++raised_, global, std::move(event));
+  for (const auto& seat : seats_) seat->waiting.push_back(shared);
+  wakeOnce();
+}
+
+void EventQueue::deliver() {
+  if (depth_ >= kDeepest) return;
+  woken_ = false;
+  const std::uint64_t last = raised_;
+  {
+    const Restored deeper(depth_, depth_ + 1);
+    while (const auto seat = next(last)) deliverTo(*seat);
+  }
+  if (waiting()) wakeOnce();
+}
+
+std::shared_ptr<EventQueue::Seat> EventQueue::next(std::uint64_t last) const {
+  std::shared_ptr<Seat> earliest;
+  for (const auto& seat : seats_) {
+    if (seat->waiting.empty() || seat->waiting.front()->number > last) continue;
+    if (!earliest || seat->waiting.front()->number < earliest->waiting.front()->number) {
+      earliest = seat;
+    }
+  }
+  return earliest;
+}
+
+void EventQueue::deliverTo(Seat& seat) {
+  const std::shared_ptr<const Event> event = seat.waiting.front();
+  seat.waiting.pop_front();
+  const Restored flag(global_, event->global);
+  event->raise(*seat.listener);
+}
+
+bool EventQueue::waiting() const {
+  return std::ranges::any_of(seats_, [](const auto& seat) { return !seat->waiting.empty(); });
+}
+
+void EventQueue::wakeOnce() {
+  if (woken_) return;
+  woken_ = true;
+  wake_();
+}
+
+}  // namespace kelvane::sondrel
