@@ -4,8 +4,8 @@
 
 #include <fstream>
 
-#include "fakes/failing_steps.h"
-#include "fakes/temp_folder.h"
+#include "tests/fakes/failing_steps.h"
+#include "tests/fakes/temp_folder.h"
 
 namespace kelvane {
 namespace {
