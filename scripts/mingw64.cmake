@@ -8,3 +8,5 @@ set(CMAKE_FIND_ROOT_PATH /usr/${KELVANE_TRIPLET})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+# Test programs are started through Wine; ./test sets the prefix and the display that they run in.
+set(CMAKE_CROSSCOMPILING_EMULATOR wine)

@@ -1,0 +1,82 @@
+# Debian packages: what each purpose needs, and installing what is missing of it.
+# shellcheck shell=bash
+
+# One list for each purpose. The checks are by package and not by program, since some of them are
+# fonts, headers and sources.
+declare -A packages_for=(
+  ['building the Windows program']='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools'
+  ['building the native tests']='cmake ninja-build g++ libgtest-dev libgmock-dev'
+  ['building the Windows tests']='googletest'
+  ['running Windows programs']='wine wine64 fonts-wine fonts-dejavu-core fonts-liberation'
+  ['asking whether a display answers']='x11-utils'
+  ['a display of its own']='xvfb openbox x11-utils'
+  ['taking pictures']='xdotool imagemagick'
+  ['tests against a radio server']='libhamlib-utils'
+)
+
+# missing_packages PACKAGE...: those of them that are not installed, one a line.
+missing_packages() {
+  local installed package
+  installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null) || true
+  for package; do
+    grep -qxF "installed $package" <<<"$installed" || printf '%s\n' "$package"
+  done
+}
+
+# install_missing PURPOSE...: installs what these purposes lack, and says what and what for.
+install_missing() {
+  local purpose wanted missing all=()
+  for purpose; do
+    read -ra wanted <<<"${packages_for[$purpose]}"
+    if [[ -n $(type -P dpkg-query) ]]; then
+      readarray -t missing < <(missing_packages "${wanted[@]}")
+    else
+      fail "This needs the Debian packages ${wanted[*]}, and there is no dpkg here to look for them."
+    fi
+    if ((${#missing[@]} > 0)); then
+      say "Missing for $purpose: ${missing[*]}"
+      all+=("${missing[@]}")
+    fi
+  done
+  ((${#all[@]} > 0)) || return 0
+  readarray -t all < <(printf '%s\n' "${all[@]}" | sort -u)
+  install_packages "${all[@]}"
+}
+
+as_root=()
+
+install_packages() {
+  local log=$run_folder/apt.log
+  if ((EUID != 0)); then
+    [[ -n $(type -P sudo) ]] || fail "Only root can install them: apt-get install --no-install-recommends $*"
+    as_root=(sudo)
+    say "sudo may ask for your password."
+  fi
+  say "Installing ${#} packages and what they need; the first time it takes about a minute."
+  # One package source that fails need not matter: the installation itself tells.
+  apt_get update >"$log" 2>&1 || say "The lists of packages could not all be renewed."
+  apt_get install --no-install-recommends --yes "$@" >>"$log" 2>&1 ||
+    fail_showing "$log" "The packages could not be installed; see above what apt says."
+}
+
+# apt_get WORDS...: runs apt-get without questions. It is not started as our other processes are: it
+# belongs to the machine, needs the terminal for sudo's question, and must not be cut off half-way.
+apt_get() {
+  local status=0
+  env --default-signal=INT "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get -qq -o DPkg::Lock::Timeout=600 -o Dpkg::Use-Pty=0 "$@" </dev/null &
+  apt_pid=$!
+  wait "$apt_pid" || status=$?
+  apt_pid=
+  return "$status"
+}
+
+# Apt answers an interrupt at once while it downloads, and when what it unpacks is whole.
+stop_apt() {
+  [[ -n ${apt_pid:-} ]] && is_running "$apt_pid" || return 0
+  say "Waiting until apt has come to a safe stop."
+  # sudo passes no signal on that comes from its own process group.
+  "${as_root[@]}" setsid bash -c "kill -INT $apt_pid" </dev/null 2>/dev/null || true
+  wait "$apt_pid" || true
+}
+on_leaving+=(stop_apt)

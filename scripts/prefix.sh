@@ -1,0 +1,68 @@
+# Wine prefixes: one template, made once, and quick copies of it for each use.
+# shellcheck shell=bash
+
+# Quiet, without offers to download anything, and without entries in the user's own desktop menus.
+export WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
+unset WINEARCH WINELOADER WINESERVER
+
+# The panel's words may hold any letter: Wine reads them by the locale, and "C" knows ASCII only.
+[[ $(locale charmap 2>/dev/null) == UTF-8 ]] || export LC_ALL=C.UTF-8
+
+template=$cache/template
+
+# quiet_wine PREFIX COMMAND...: runs it there. Wine's lasting services inherit the streams of the
+# first program that is started: a pipe of the caller's would never end.
+quiet_wine() { run env "WINEPREFIX=$1" "${@:2}" >/dev/null 2>&1; }
+
+# begin_template: starts making the template, if there is none, while the caller does something else.
+begin_template() {
+  template_pid=
+  [[ ! -d $template ]] || return 0
+  say "Preparing Wine."
+  start "$root/scripts/make-template" "$template" >"$run_folder/template.log" 2>&1
+  template_pid=$started_pid
+}
+
+# finish_template: waits for what begin_template started.
+finish_template() {
+  [[ -n $template_pid ]] || return 0
+  wait "$template_pid" || fail_showing "$run_folder/template.log" "Wine could not make its prefix."
+}
+
+# make_prefix PREFIX [DPI]: a copy of the template, unless it is there.
+make_prefix() {
+  local prefix=$1 dpi=${2:-96} new=$1.new
+  [[ ! -d $prefix ]] || return 0
+  rm -rf "$new"
+  copy_template "$new"
+  if ((dpi != 96)); then
+    quiet_wine "$new" wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$dpi" /f ||
+      fail "Wine could not write to its registry."
+    quiet_wine "$new" wineserver -k || true
+  fi
+  mv -T "$new" "$prefix"
+}
+
+# copy_template FOLDER: Windows' own files are never written to, so that links to them will do: each
+# copy takes 700 MB less.
+copy_template() {
+  local part
+  mkdir -p "$1/drive_c"
+  cp -a "$template"/dosdevices "$template"/*.reg "$template"/.update-timestamp "$1"
+  for part in "$template"/drive_c/*; do
+    case ${part##*/} in
+      windows | 'Program Files'*) cp -al "$part" "$1/drive_c" 2>/dev/null || cp -a "$part" "$1/drive_c" ;;
+      *) cp -a "$part" "$1/drive_c" ;;
+    esac
+  done
+}
+
+# keep_from_home PREFIX: Wine links Desktop, Documents and so on to the user's own folders; what a
+# test writes there is to stay in the prefix.
+keep_from_home() {
+  local link
+  while IFS= read -r -d '' link; do
+    rm "$link"
+    mkdir "$link"
+  done < <(find "$1/drive_c/users" -type l -print0)
+}
