@@ -62,6 +62,11 @@ std::string validUtf8(std::string_view text, char replacement) {
   return result;
 }
 
+std::size_t characterCount(std::string_view text) {
+  const auto starts = [](unsigned char byte) { return (byte & 0xC0) != 0x80; };
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), starts));
+}
+
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && upper(a) == upper(b);
 }

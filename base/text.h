@@ -18,6 +18,9 @@ std::string upper(std::string_view text);
 /// The text with each byte that is no part of well-formed UTF-8 replaced.
 std::string validUtf8(std::string_view text, char replacement);
 
+/// How many characters a UTF-8 text has; a byte that is no UTF-8 may count as one.
+std::size_t characterCount(std::string_view text);
+
 bool equalIgnoringCase(std::string_view a, std::string_view b);
 
 }  // namespace kelvane

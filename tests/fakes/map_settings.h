@@ -8,7 +8,7 @@
 
 #include "shell/settings.h"
 
-namespace kelvane {
+namespace kelvane::fakes {
 
 /// A settings store in memory. Stores made over the same `Hive` see each other's values.
 class MapSettings : public SettingsStore {
@@ -65,4 +65,4 @@ class MapSettings : public SettingsStore {
   bool refusing_ = false;
 };
 
-}  // namespace kelvane
+}  // namespace kelvane::fakes

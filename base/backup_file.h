@@ -1,0 +1,14 @@
+#pragma once
+
+#include <filesystem>
+
+#include "base/safe_file.h"
+
+namespace kelvane {
+
+/// Moves a file out of the way under a backup name beside it: "name.bak", and what was there
+/// becomes "name.bak2" and so on, the oldest of `generations` being given up. On failure the file
+/// is where it was. There being no such file is a success.
+FileResult moveToBackup(const std::filesystem::path& file, int generations = 5);
+
+}  // namespace kelvane

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "ui/message_boxes.h"
+
+namespace kelvane {
+
+/// What a file dialog is asked for. All texts UTF-8.
+struct FileRequest {
+  std::string title;
+  std::string folder;       ///< where it starts; empty where there is none to start in
+  std::string name;         ///< what stands in the name field
+  std::string extension;    ///< added to a name typed without one
+  std::string description;  ///< of the one filter
+  std::string pattern;      ///< of the one filter
+};
+
+/// The file dialogs, made by Windows. Long names; the read-only box is hidden; the open dialog
+/// takes only a file that exists. They leave the program's current folder as it is: the station log
+/// lives there.
+class FileDialogs {
+ public:
+  virtual ~FileDialogs() = default;
+  /// The name that the operator chose, with or without a folder; none when he cancelled or the
+  /// dialog could not be shown.
+  virtual std::optional<std::string> open(const FileRequest& request) = 0;
+  virtual std::optional<std::string> save(const FileRequest& request) = 0;
+};
+
+/// Has the operator choose files to load and to save. A name that is changed is a full path then;
+/// a false answer leaves it as it was.
+class FileFlows {
+ public:
+  FileFlows(FileDialogs& dialogs, MessageBoxes& boxes) : dialogs_(dialogs), boxes_(boxes) {}
+
+  /// Asks until a file is chosen that exists. False when nothing was chosen.
+  bool openFile(std::string& name, const std::string& extension);
+
+  /// Asks for a name to write to. A file of that name, once its replacement is agreed to, is moved
+  /// to a backup beside it before this returns, so that whatever becomes of the new one the old
+  /// content is not lost. False when nothing was chosen, when it must not be replaced, and, after
+  /// saying why, when no file of that name can be made.
+  bool saveFile(std::string& name, const std::string& extension);
+
+ private:
+  bool mayBeWritten(const std::string& chosen);
+  bool replace(const std::string& chosen);
+  bool refuse(const std::string& why);
+
+  FileDialogs& dialogs_;
+  MessageBoxes& boxes_;
+};
+
+}  // namespace kelvane
