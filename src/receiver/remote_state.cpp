@@ -6,10 +6,15 @@ namespace kelvane {
 
 void RemoteState::apply() {
   const bool remote = shown_.remote();
-  entry_.lock(shown_.locked());
-  view_.FrqBfo.enabled = remote;
+  const bool locked = shown_.locked();
+  entry_.lock(locked);
+  buttons_.LockAll(locked);
+  for (Control* label :
+       {&view_.FrqBfo, &view_.BFlt, &view_.BMod, &view_.IChn, &view_.VChn, &view_.HFF})
+    label->enabled = !locked;
   view_.LockImg[0].visible = remote;
   view_.LockImg[1].visible = !remote;
+  indicators_.lines();
 }
 
 void RemoteState::set(bool remote) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "controls/cls_mod_event.h"
 #include "frequency/frq_entry.h"
+#include "receiver/indicators.h"
 #include "ui/main_view.h"
 #include "ui/window_commands.h"
 
@@ -10,9 +12,15 @@ namespace kelvane {
 /// back.
 class RemoteState {
  public:
-  RemoteState(MainView& view, FrqEntry& entry, ReceiverComponent& component, ShownReceiver& shown,
-              WindowCommands& window)
-      : view_(view), entry_(entry), component_(component), shown_(shown), window_(window) {}
+  RemoteState(MainView& view, FrqEntry& entry, clsModEvent& buttons, Indicators& indicators,
+              ReceiverComponent& component, ShownReceiver& shown, WindowCommands& window)
+      : view_(view),
+        entry_(entry),
+        buttons_(buttons),
+        indicators_(indicators),
+        component_(component),
+        shown_(shown),
+        window_(window) {}
 
   /// Locks or unlocks the panel's controls as the shown receiver stands, and shows the matching
   /// lock picture.
@@ -26,6 +34,8 @@ class RemoteState {
  private:
   MainView& view_;
   FrqEntry& entry_;
+  clsModEvent& buttons_;
+  Indicators& indicators_;
   ReceiverComponent& component_;
   ShownReceiver& shown_;
   WindowCommands& window_;

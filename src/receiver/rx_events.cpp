@@ -6,35 +6,90 @@ namespace kelvane {
 
 void RxEvents::RxConnState(Index rx, Long code) {
   const bool up = code == static_cast<Long>(LinkState::Up);
-  status_.reported(rx, code);
+  units_.status.reported(rx, code);
   retry_.reported(rx, code, now_());
   if (up && tabs_.hasTabs()) tabs_.requestShow(rx);
   tabs_.highlight(rx, component_.GetRxRemote(rx));
   if (rx != shown_.index()) return;
   if (up && options_.OptSendTime) component_.SetRxTime(rx, {});
-  tabs_.refresh();
+  refresh_.run();
 }
 
 void RxEvents::DrvUpdated(Count) {
-  status_.forget();
+  units_.status.forget();
   retry_.receiversChanged(component_.GetRxCount(), now_());
   tabs_.build();
 }
 
 void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long) {
-  if (shown_.shows(rx)) return entry_.arrived(frequency);
-  if (rx != shown_.index() && options_.OptMonitorChanges && component_.GetRxGlobalFlag())
-    tabs_.requestShow(rx);
+  if (rx == shown_.index()) {
+    if (shown_.online()) refresh_.frequency(frequency, Apply::Automatic);
+    return;
+  }
+  if (options_.OptMonitorChanges && component_.GetRxGlobalFlag()) tabs_.requestShow(rx);
+}
+
+void RxEvents::RxChnUpdated(Index rx, Channel channel) {
+  if (shown_.shows(rx)) units_.channels.updated(channel);
+}
+
+void RxEvents::RxModUpdated(Index rx, Setting mode, Setting) {
+  if (!shown_.shows(rx)) return;
+  units_.buttons.ModUpdated(rx, mode);
+  units_.bfo.modeChanged();
+  units_.best.compare();
+}
+
+void RxEvents::RxFltUpdated(Index rx, Setting filter) {
+  if (!shown_.shows(rx)) return;
+  units_.buttons.FilterUpdated(rx, filter);
+  units_.best.compare();
+}
+
+void RxEvents::RxAgcUpdated(Index rx, Setting agc, Long) {
+  if (shown_.shows(rx)) units_.buttons.AgcUpdated(rx, agc);
+}
+
+void RxEvents::RxNBlUpdated(Index rx, Setting blanker, Long) {
+  if (shown_.shows(rx)) units_.buttons.NBlUpdated(rx, blanker);
+}
+
+void RxEvents::RxAttUpdated(Index rx, Setting attenuator, Long db) {
+  if (shown_.shows(rx)) units_.buttons.AttUpdated(rx, attenuator, db);
+}
+
+void RxEvents::RxSqlUpdated(Index rx, Long state, Long) {
+  if (shown_.shows(rx)) units_.indicators.squelch(state);
+}
+
+void RxEvents::RxSMtUpdated(Index rx, Long, Long, Long level, Text reading) {
+  if (shown_.shows(rx)) units_.indicators.meter(level, reading);
+}
+
+void RxEvents::RxOutUpdated(Index rx, Long, Long) {
+  if (shown_.shows(rx)) units_.indicators.lines();
+}
+
+void RxEvents::RxStpUpdated(Index rx, Hz step) {
+  if (!shown_.shows(rx)) return;
+  stepping_.setDefault(step);
+  stepping_.refresh();
 }
 
 void RxEvents::RxRmtState(Index rx, Long state) {
-  (void)rx;  // The event's receiver is not asked: the shown tab's light follows, by design.
+  (void)rx;  // By design the shown tab's light follows, whichever receiver answered.
   tabs_.highlight(shown_.index(), state != 0);
-  remote_.apply();
+  units_.remote.apply();
+  units_.buttons.Update(shown_.index());
+  units_.entry.arrived(component_.GetRxFrequency(shown_.index(), kTuned));
 }
 
 void RxEvents::RxBfoUpdated(Index rx, Hz offset) {
-  if (shown_.shows(rx)) row_.BFO(offset);
+  if (shown_.shows(rx)) units_.bfo.updated(offset);
+}
+
+void RxEvents::RxHFFUpdated(Index rx, Long state) {
+  if (shown_.shows(rx)) units_.hfFilter.updated(state);
 }
 
 }  // namespace kelvane

@@ -12,48 +12,46 @@ namespace kelvane {
 class RxEvents : public ReceiverListener {
  public:
   RxEvents(ReceiverComponent& component, ShownReceiver& shown, const Options& options,
-           ReceiverTabs& tabs, LinkRetry& retry, StatusBox& status, FrqEntry& entry,
-           clsFrqDigit& row, RemoteState& remote, std::function<Instant()> now)
+           ReceiverTabs& tabs, ReceiverRefresh& refresh, LinkRetry& retry, Stepping& stepping,
+           const ReceiverUnits& units, std::function<Instant()> now)
       : component_(component),
         shown_(shown),
         options_(options),
         tabs_(tabs),
+        refresh_(refresh),
         retry_(retry),
-        status_(status),
-        entry_(entry),
-        row_(row),
-        remote_(remote),
+        stepping_(stepping),
+        units_(units),
         now_(std::move(now)) {}
 
   void RxDataError(Index, Long) override {}
   void RxConnState(Index rx, Long code) override;
   void DrvUpdated(Count count) override;
-  void RxChnUpdated(Index, Channel) override {}
+  void RxChnUpdated(Index rx, Channel channel) override;
   void RxFrqUpdated(Index rx, Hz frequency, Long origin) override;
-  void RxModUpdated(Index, Setting, Setting) override {}
-  void RxFltUpdated(Index, Setting) override {}
-  void RxAgcUpdated(Index, Setting, Long) override {}
-  void RxNBlUpdated(Index, Setting, Long) override {}
-  void RxAttUpdated(Index, Setting, Long) override {}
-  void RxSqlUpdated(Index, Long, Long) override {}
-  void RxSMtUpdated(Index, Long, Long, Long, Text) override {}
+  void RxModUpdated(Index rx, Setting mode, Setting filter) override;
+  void RxFltUpdated(Index rx, Setting filter) override;
+  void RxAgcUpdated(Index rx, Setting agc, Long aux) override;
+  void RxNBlUpdated(Index rx, Setting blanker, Long aux) override;
+  void RxAttUpdated(Index rx, Setting attenuator, Long db) override;
+  void RxSqlUpdated(Index rx, Long state, Long threshold) override;
+  void RxSMtUpdated(Index rx, Long bar, Long overS9, Long level, Text reading) override;
   void RxChnStatus(Index, Channel, Hz, Hz, Setting, Setting, Setting, Long) override {}
-  void RxOutUpdated(Index, Long, Long) override {}
-  void RxStpUpdated(Index, Hz) override {}
+  void RxOutUpdated(Index rx, Long line, Long state) override;
+  void RxStpUpdated(Index rx, Hz step) override;
   void RxRmtState(Index rx, Long state) override;
   void RxBfoUpdated(Index rx, Hz offset) override;
-  void RxHFFUpdated(Index, Long) override {}
+  void RxHFFUpdated(Index rx, Long state) override;
 
  private:
   ReceiverComponent& component_;
   ShownReceiver& shown_;
   const Options& options_;
   ReceiverTabs& tabs_;
+  ReceiverRefresh& refresh_;
   LinkRetry& retry_;
-  StatusBox& status_;
-  FrqEntry& entry_;
-  clsFrqDigit& row_;
-  RemoteState& remote_;
+  Stepping& stepping_;
+  ReceiverUnits units_;
   std::function<Instant()> now_;
 };
 

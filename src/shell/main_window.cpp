@@ -10,11 +10,6 @@ namespace {
 
 constexpr Colour kLamp = Colour::rgb(255, 192, 128);
 constexpr Colour kGreen = Colour::rgb(96, 220, 120);
-constexpr Colour kPanelText = Colour::rgb(200, 208, 216);
-constexpr std::array<const char*, 9> kDigitTips = {
-    "Click to set MHz Value",    "Click to set MHz Value",   "Click to set MHz Value",
-    "Click to set 100KHz Value", "Click to set 10KHz Value", "Click to set KHz Value",
-    "Click to set 100Hz Value",  "Click to set 10Hz Value",  "Click to set Hz Value"};
 
 bool within(int control, int first, std::size_t count) {
   return control >= first && control < first + static_cast<int>(count);
@@ -23,17 +18,12 @@ bool within(int control, int first, std::size_t count) {
 /// The colours, tool tips and captions that never change afterwards.
 MainView firstView() {
   MainView view;
-  for (std::size_t i = 0; i < view.FrqDigit.size(); ++i) view.FrqDigit[i].tip = kDigitTips[i];
-  view.FrqFrame.back = kBlack;
   view.FrqBfo.tip = "BFO/Tone. Click Left/Right to Increase/Decrease.";
   view.LockImg[0].tip = "Click to disable remote control";
   view.LockImg[0].fore = kGreen;
   view.LockImg[1].tip = "Click to enable remote control";
   view.LockImg[1].fore = kLamp;
   for (Control& picture : view.LockImg) picture.back = kBlack;
-  view.RNG.tip = "Select region";
-  view.RNG.back = kBlack;
-  view.RNG.fore = kPanelText;
   return view;
 }
 
@@ -43,24 +33,42 @@ MAin::MAin(const PanelServices& services)
     : services_(services),
       options_(loadOptions(services.settings)),
       view_(firstView()),
+      refusal_(options_, services.window),
       shown_(services.receiver),
       row_({view_.FrqFrame, view_.FrqDotit, view_.FrqFocus, view_.FrqDigit, view_.FrqBfo},
            services.window),
+      buttons_(view_.ModEvent, services.receiver),
       entry_(row_, services.receiver, shown_),
-      remote_(view_, entry_, services.receiver, shown_, services.window),
+      indicators_(view_.SM, view_.SQ, view_.IO, services.receiver, shown_),
+      remote_(view_, entry_, buttons_, indicators_, services.receiver, shown_, services.window),
       status_(view_.RxMask),
       retry_(services.receiver),
-      tabs_(view_, services.receiver, shown_, entry_, row_, remote_, status_, services.window),
-      events_(services.receiver, shown_, options_, tabs_, retry_, status_, entry_, row_, remote_,
+      forwarding_(view_.GenEvent, services.receiver, shown_),
+      stepping_(view_.VStep, view_.IStep, services.receiver, services.frequency, shown_),
+      best_(view_, stepping_, services.receiver, services.frequency, shown_, options_),
+      navigation_(view_, services.receiver, services.frequency, shown_, best_, services.window,
+                  refusal_),
+      channels_(view_, services.receiver, shown_),
+      channelized_(view_.FAlt, row_, services.receiver, shown_),
+      hfFilter_(view_.HFF, services.receiver, shown_),
+      bfo_(row_, services.receiver, shown_),
+      refresh_(view_, units(), services.receiver, shown_),
+      tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_,
+            services.window),
+      events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
               services.now) {
   view_.onTop = options_.OptOnTop;
-  view_.RNG.text = std::to_string(services.frequency.GetFrqRegion() + 1) + "R";
   row_.Boundary(999'999'999, 0, 1);
   row_.Value(-1);
   tabs_.build();
   const Instant now = services.now();
   retry_.start(services.receiver.GetRxCount(), now);
   TimBlk_.start(kBlink, now);
+}
+
+ReceiverUnits MAin::units() {
+  return {entry_,    remote_,   status_, forwarding_,  buttons_,   bfo_,
+          hfFilter_, channels_, best_,   channelized_, indicators_};
 }
 
 Placement MAin::startPlace() const {
@@ -93,8 +101,45 @@ void MAin::keyPress(int control, int character) {
   tabs_.serveRequest();
 }
 
-void MAin::clicked(int control, MouseButton, bool) {
-  if (within(control, id::LockImg, view_.LockImg.size())) remote_.toggle();
+void MAin::clicked(int control, MouseButton button, bool pressed) {
+  const Long direction = button == MouseButton::Left ? kNext : kPrevious;
+  services_.window.focus(id::FrqFocus);
+  switch (control) {
+    case id::SM:
+      return indicators_.toggleMeter();
+    case id::VChn:
+      return channels_.step(direction);
+    case id::Band:
+      if (shown_.remote()) navigation_.step(Walk::Bands, direction);
+      return;
+    case id::RNG:
+      return navigation_.nextRegion();
+    case id::FAlt:
+      return channelized_.toggle();
+    case id::HFF:
+      return hfFilter_.click();
+    case id::BMod:
+      return best_.applyMode();
+    case id::BFlt:
+      return best_.applyFilter();
+    case id::FDif:
+      return best_.tuneToKnown();
+    case id::FrqBfo:
+      return bfo_.click(button);
+    default:
+      return clickedArray(control, button, pressed);
+  }
+}
+
+void MAin::clickedArray(int control, MouseButton button, bool pressed) {
+  if (within(control, id::LockImg, view_.LockImg.size())) return remote_.toggle();
+  if (within(control, id::IO, view_.IO.size())) return indicators_.toggleLine(control - id::IO);
+  if (within(control, id::VStep, view_.VStep.size()))
+    return stepping_.click(control - id::VStep, button);
+  if (within(control, id::GenEvent, view_.GenEvent.size()))
+    return forwarding_.click(control - id::GenEvent, pressed);
+  if (!within(control, id::ModEvent, view_.ModEvent.size()) || !pressed) return;
+  buttons_.Click(shown_.index(), control - id::ModEvent);
 }
 
 void MAin::tabClicked(int tab) { tabs_.click(tab); }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "controls/navigation.h"
 #include "receiver/rx_events.h"
 #include "shell/options.h"
 #include "ui/control_events.h"
@@ -61,17 +62,32 @@ class MAin : public ControlEvents {
   void unload(const Placement& place);
 
  private:
+  ReceiverUnits units();
+  void clickedArray(int control, MouseButton button, bool pressed);
+
   static constexpr milliseconds kBlink{800};
 
   PanelServices services_;
   Options options_;
   MainView view_;
+  Refusal refusal_;
   ShownReceiver shown_;
   clsFrqDigit row_;
+  clsModEvent buttons_;
   FrqEntry entry_;
+  Indicators indicators_;
   RemoteState remote_;
   StatusBox status_;
   LinkRetry retry_;
+  Forwarding forwarding_;
+  Stepping stepping_;
+  BestSetting best_;
+  Navigation navigation_;
+  ChannelStep channels_;
+  Channelized channelized_;
+  HfFilter hfFilter_;
+  BfoLabel bfo_;
+  ReceiverRefresh refresh_;
   ReceiverTabs tabs_;
   RxEvents events_;
   Timer TimBlk_;

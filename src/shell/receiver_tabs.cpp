@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "shell/title.h"
 #include "ui/control_ids.h"
 
 namespace kelvane {
@@ -31,25 +30,24 @@ void ReceiverTabs::build() {
     view_.TabStrip.tabs.push_back(
         {"&" + component_.GetRxName(rx).value(), "Select receiver", component_.GetRxRemote(rx)});
   }
+  forwarding_.receivers(receivers);
   if (receivers == 0) return showNone();
   select(shown_.index() < receivers ? shown_.index() : Index{0});
 }
 
 void ReceiverTabs::showNone() {
   view_.TabStrip.selected = -1;
-  view_.caption = programTitle() + " NONE";
   shown_.show(0);
-  remote_.apply();
-  row_.Value(-1);
-  status_.show(0, false);
+  refresh_.none();
 }
 
 void ReceiverTabs::select(Index rx) {
+  if (rx != shown_.index()) indicators_.blank();
   shown_.show(rx);
   view_.TabStrip.selected = rx;
   component_.SetRxShown(rx);
   window_.focus(id::FrqFocus);
-  refresh();
+  refresh_.run();
 }
 
 void ReceiverTabs::click(int tab) {
@@ -82,22 +80,6 @@ void ReceiverTabs::serveRequest() {
   waiting_.reset();
   if (rx < 0 || rx >= static_cast<Index>(view_.TabStrip.tabs.size())) return;
   if (rx != shown_.index()) select(rx);
-}
-
-void ReceiverTabs::refresh() {
-  entry_.receiverSelected();
-  remote_.apply();
-  status_.show(shown_.index(), shown_.online());
-  row_.BFO(component_.GetRxBfo(shown_.index()));
-  row_.BFOState(component_.IsRxBfoMode(shown_.index(), component_.GetRxMode(shown_.index())));
-  entry_.arrived(component_.GetRxFrequency(shown_.index(), kTuned));
-  caption();
-}
-
-void ReceiverTabs::caption() {
-  view_.caption = programTitle() + " " + component_.GetRxName(shown_.index()).value();
-  const auto type = component_.GetRxType(shown_.index());
-  if (!type.value().empty()) view_.caption += " [Type: " + type.value() + "]";
 }
 
 void ReceiverTabs::highlight(Index rx, bool remote) {

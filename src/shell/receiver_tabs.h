@@ -2,8 +2,7 @@
 
 #include <optional>
 
-#include "receiver/remote_state.h"
-#include "receiver/status_box.h"
+#include "shell/receiver_refresh.h"
 
 namespace kelvane {
 
@@ -11,15 +10,16 @@ namespace kelvane {
 /// receiver.
 class ReceiverTabs {
  public:
-  ReceiverTabs(MainView& view, ReceiverComponent& component, ShownReceiver& shown, FrqEntry& entry,
-               clsFrqDigit& row, RemoteState& remote, StatusBox& status, WindowCommands& window)
+  ReceiverTabs(MainView& view, ReceiverComponent& component, ShownReceiver& shown,
+               ReceiverRefresh& refresh, Forwarding& forwarding, FrqEntry& entry,
+               Indicators& indicators, WindowCommands& window)
       : view_(view),
         component_(component),
         shown_(shown),
+        refresh_(refresh),
+        forwarding_(forwarding),
         entry_(entry),
-        row_(row),
-        remote_(remote),
-        status_(status),
+        indicators_(indicators),
         window_(window) {}
 
   /// One tab for each receiver that the component serves. A selected receiver that is still there
@@ -34,9 +34,6 @@ class ReceiverTabs {
   void requestShow(Index rx);
   /// Serves a waiting request when nothing stands in its way any more.
   void serveRequest();
-  /// Brings everything that depends on the shown receiver up to date.
-  void refresh();
-
   void highlight(Index rx, bool remote);
   /// Puts every tab's highlight right.
   void highlightAll();
@@ -45,15 +42,14 @@ class ReceiverTabs {
  private:
   void select(Index rx);
   void showNone();
-  void caption();
 
   MainView& view_;
   ReceiverComponent& component_;
   ShownReceiver& shown_;
+  ReceiverRefresh& refresh_;
+  Forwarding& forwarding_;
   FrqEntry& entry_;
-  clsFrqDigit& row_;
-  RemoteState& remote_;
-  StatusBox& status_;
+  Indicators& indicators_;
   WindowCommands& window_;
   std::optional<Index> waiting_;
 };

@@ -22,7 +22,8 @@ class ComponentSource {
 /// The program from its command line to a panel that can be shown.
 class StartUp {
  public:
-  StartUp(ComponentSource& components, MessageBoxes& boxes) : components_(components), boxes_(boxes) {}
+  StartUp(ComponentSource& components, MessageBoxes& boxes)
+      : components_(components), boxes_(boxes) {}
 
   /// Opens both components for the instance. False when one is missing or no receiver is
   /// configured; the operator has then been told in words.

@@ -10,16 +10,18 @@ namespace kelvane {
 
 /// What kind of control a row makes.
 enum class Kind {
-  Tabs,     ///< tab strip
-  Panel,    ///< black panel behind other controls
-  Digit,    ///< one large character that can be selected and typed over
-  Keys,     ///< invisible keyboard sink
-  Label,    ///< text; a click on it may mean something
-  Picture,  ///< drawn sign; a click on it may mean something
-  Toggle,   ///< check box drawn as a push button
+  Tabs,    ///< tab strip
+  Panel,   ///< black panel behind other controls
+  Digit,   ///< one large character that can be selected and typed over
+  Keys,    ///< invisible keyboard sink
+  Label,   ///< text; a click on it may mean something
+  Lock,    ///< drawn padlock, closed for element 0 and open for element 1
+  Lamp,    ///< drawn lamp in its background colour
+  Toggle,  ///< check box drawn as a push button
 };
 
 enum class Font { Small, Normal, Bold, Digits, Status };
+enum class Align { Centre, Left, Right };
 
 /// Place in the window's design, in 96ths of an inch from its top left corner.
 struct Place {
@@ -33,18 +35,26 @@ struct ControlRow {
   int count;              ///< elements
   Kind kind;
   Font font;
+  Align align;
   Place place;             ///< of the first element
   int step;                ///< from one element's left edge to the next
   std::string_view speak;  ///< accessible name; an array's elements add their number
   Control& (*of)(MainView&, int element);
 };
 
+/// A text engraved on the panel, in the panel's own coordinates.
+struct Engraving {
+  std::string_view text;
+  Place place;
+};
+std::span<const Engraving> engravings();
+
 /// The main window's controls, in tab order.
 std::span<const ControlRow> mainControls();
 
 /// The window's design size.
 inline constexpr int kMainWidth = 720;
-inline constexpr int kMainHeight = 262;
+inline constexpr int kMainHeight = 290;
 /// Extra space in front of every third digit but the first.
 inline constexpr int kDigitGroupGap = 14;
 

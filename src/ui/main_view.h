@@ -17,7 +17,15 @@ struct MainView {
   Control FrqFrame, FrqDotit, FrqFocus, FrqBfo, RxMask;
   std::array<Control, 9> FrqDigit;
   std::array<Control, 2> LockImg;
-  Control RNG;
+  Control SM, SQ;
+  std::array<Control, 4> IO;
+  std::array<Control, 5> ModEvent;
+  std::array<Control, 3> GenEvent;
+  Control Config;
+  std::array<Control, 2> VStep, IStep;
+  Control LChn, VChn, IChn, IBank, VBank;
+  Control Band, FDif, BMod, BFlt;
+  Control RNG, FAlt, HFF;
 
   bool operator==(const MainView&) const = default;
 };

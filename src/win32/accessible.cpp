@@ -19,7 +19,8 @@ long roleOf(Kind kind) {
       return ROLE_SYSTEM_TEXT;
     case Kind::Toggle:
       return ROLE_SYSTEM_CHECKBUTTON;
-    case Kind::Picture:
+    case Kind::Lock:
+    case Kind::Lamp:
       return ROLE_SYSTEM_GRAPHIC;
     case Kind::Tabs:
       return ROLE_SYSTEM_PAGETABLIST;

@@ -138,7 +138,7 @@ bool Face::handle(UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
 }
 
 void Face::click(MouseButton button) {
-  if (row_.kind == Kind::Label || row_.kind == Kind::Picture) events_.clicked(id(), button, false);
+  if (!takesKeys(row_.kind) && row_.kind != Kind::Toggle) events_.clicked(id(), button, false);
 }
 
 void Face::paint() const { paintFace(*this); }

@@ -26,8 +26,9 @@ class Face {
 
   /// Puts on the screen what differs from what is there.
   void show(const Control& control);
-  /// Takes its place and font at a resolution; `shift` moves it down by the pixels that the tabs
-  /// took more than designed.
+  /// The hand left a check box in this state: what is there to be changed back, or to stay.
+  void handPressed(bool pressed) { shown_.pressed = pressed; }
+  /// Takes its place and font at a resolution.
   void place(UINT dpi, const Fonts& fonts);
 
  private:

@@ -17,10 +17,14 @@ COLORREF textColour(const Face& face) {
   return face.shown().enabled ? fore : blended(fore, resolved(face.shown().back), 120);
 }
 
+UINT alignment(Align align) {
+  return align == Align::Left ? DT_LEFT : align == Align::Right ? DT_RIGHT : DT_CENTER;
+}
+
 void paintLabel(const Face& face, const Painting& on) {
   on.fill(on.area(), resolved(face.shown().back));
   on.text(wide(face.shown().text).c_str(), on.area(), face.font(), textColour(face),
-          DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+          alignment(face.row().align) | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
 }
 
 /// A selected digit is shown in the colours exchanged.
@@ -39,6 +43,41 @@ void paintDigit(const Face& face, const Painting& on) {
 void paintPanel(const Face& face, const Painting& on) {
   on.fill(on.area(), GetSysColor(COLOR_BTNFACE));
   on.round(on.area(), scaled(12, face.dpi()), resolved(face.shown().back), kPanelEdge);
+  for (const Engraving& engraving : engravings()) {
+    const Place& at = engraving.place;
+    const UINT dpi = face.dpi();
+    on.text(wide(engraving.text).c_str(),
+            {scaled(at.left, dpi), scaled(at.top, dpi), scaled(at.left + at.width, dpi),
+             scaled(at.top + at.height, dpi)},
+            face.font(), kPanelText, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+  }
+}
+
+/// A lamp in its colour, lit from the upper left.
+void paintLamp(const Face& face, const Painting& on) {
+  const COLORREF colour = resolved(face.shown().back);
+  on.fill(on.area(), 0);
+  RECT lamp = on.area();
+  InflateRect(&lamp, -scaled(1, face.dpi()), -scaled(1, face.dpi()));
+  on.round(lamp, lamp.right - lamp.left, colour, blended(colour, RGB(255, 255, 255), 90));
+}
+
+/// A push button that stays down while it is pressed.
+void paintToggle(const Face& face, const Painting& on) {
+  const bool down =
+      face.shown().pressed || (SendMessageW(face.window(), BM_GETSTATE, 0, 0) & BST_PUSHED) != 0;
+  const COLORREF around = GetSysColor(COLOR_BTNFACE);
+  COLORREF colour = resolved(face.shown().back);
+  if (!face.shown().enabled) colour = blended(colour, around, 170);
+  on.fill(on.area(), around);
+  RECT button = on.area();
+  InflateRect(&button, -scaled(2, face.dpi()), -scaled(1, face.dpi()));
+  const COLORREF edge = blended(colour, GetSysColor(COLOR_BTNTEXT), down ? 170 : 90);
+  on.round(button, scaled(8, face.dpi()), down ? blended(colour, 0, 30) : colour, edge);
+  if (down) OffsetRect(&button, scaled(1, face.dpi()), scaled(1, face.dpi()));
+  const COLORREF text = face.shown().enabled ? RGB(16, 20, 24) : GetSysColor(COLOR_GRAYTEXT);
+  on.text(wide(face.shown().text).c_str(), button, face.font(), text,
+          DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS);
 }
 
 /// A padlock; the first picture closed and green, the second open and orange.
@@ -70,8 +109,12 @@ void paintFace(const Face& face) {
       return paintDigit(face, on);
     case Kind::Panel:
       return paintPanel(face, on);
-    case Kind::Picture:
+    case Kind::Lock:
       return paintLock(face, on);
+    case Kind::Lamp:
+      return paintLamp(face, on);
+    case Kind::Toggle:
+      return paintToggle(face, on);
     case Kind::Keys:
       return on.fill(on.area(), 0);
     default:

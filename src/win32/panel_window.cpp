@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "shell/global.h"
 #include "ui/main_controls.h"
 #include "win32/text.h"
 
@@ -16,7 +17,6 @@ constexpr wchar_t kClass[] = L"KelvaneMAin";
 constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 /// Shortest time between two changes of the screen, ms.
 constexpr ULONGLONG kFrameTime = 16;
-constexpr int kTwipsPerInch = 1440;
 /// Messages that one call of runPending lets run: a window that floods the queue must not hold it.
 constexpr int kMostPending = 1000;
 
@@ -26,12 +26,20 @@ SIZE windowSize(UINT dpi) {
   return {area.right - area.left, area.bottom - area.top};
 }
 
-int toTwips(int pixels) {
-  return MulDiv(pixels, kTwipsPerInch, static_cast<int>(GetDpiForSystem()));
+BOOL CALLBACK addScreen(HMONITOR monitor, HDC, RECT*, LPARAM screens) {
+  MONITORINFO info{};
+  info.cbSize = sizeof info;
+  GetMonitorInfoW(monitor, &info);
+  const RECT& work = info.rcWork;
+  reinterpret_cast<std::vector<Global::Area>*>(screens)->push_back(
+      {{work.left, work.top}, {work.right - work.left, work.bottom - work.top}});
+  return TRUE;
 }
 
-int fromTwips(int twips) {
-  return MulDiv(twips, static_cast<int>(GetDpiForSystem()), kTwipsPerInch);
+std::vector<Global::Area> screens() {
+  std::vector<Global::Area> found;
+  EnumDisplayMonitors(nullptr, nullptr, addScreen, reinterpret_cast<LPARAM>(&found));
+  return found;
 }
 
 }  // namespace
@@ -133,6 +141,9 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
 
 void PanelWindow::pressed(int control) {
   const bool down = SendDlgItemMessageW(window_, control, BM_GETCHECK, 0, 0) == BST_CHECKED;
+  for (const auto& face : faces_) {
+    if (face->id() == control) face->handPressed(down);
+  }
   panel_->clicked(control, MouseButton::Left, down);
 }
 
@@ -198,18 +209,13 @@ void PanelWindow::dpiChanged(UINT dpi, const RECT& suggested) {
 }
 
 void PanelWindow::moveToStart() {
+  const auto dpi = static_cast<int>(GetDpiForSystem());
   const SIZE size = windowSize(GetDpiForWindow(window_));
   const Placement start = panel_->startPlace();
-  RECT place{fromTwips(start.left), fromTwips(start.top), 0, 0};
-  place.right = place.left + size.cx;
-  place.bottom = place.top + size.cy;
-  MONITORINFO monitor{};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &monitor);
-  const RECT& work = monitor.rcWork;
-  const int left = std::max(work.left, std::min<LONG>(place.left, work.right - size.cx));
-  const int top = std::max(work.top, std::min<LONG>(place.top, work.bottom - size.cy));
-  SetWindowPos(window_, nullptr, left, top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+  const Global::Point at = Global::placeOnScreen(
+      {Global::pixelsFromTwips(start.left, dpi), Global::pixelsFromTwips(start.top, dpi)},
+      {size.cx, size.cy}, GetSystemMetrics(SM_CYCAPTION), screens());
+  SetWindowPos(window_, nullptr, at.left, at.top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 Placement PanelWindow::placement() const {
@@ -217,8 +223,11 @@ Placement PanelWindow::placement() const {
   at.length = sizeof at;
   GetWindowPlacement(window_, &at);
   const RECT& normal = at.rcNormalPosition;
-  return {toTwips(normal.left), toTwips(normal.top), toTwips(normal.right - normal.left),
-          toTwips(normal.bottom - normal.top)};
+  const auto twips = [dpi = static_cast<int>(GetDpiForSystem())](LONG pixels) {
+    return Global::twipsFromPixels(pixels, dpi);
+  };
+  return {twips(normal.left), twips(normal.top), twips(normal.right - normal.left),
+          twips(normal.bottom - normal.top)};
 }
 
 void PanelWindow::focus(int control) {

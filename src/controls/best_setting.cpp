@@ -1,0 +1,127 @@
+#include "controls/best_setting.h"
+
+#include <cstdlib>
+
+#include "base/number.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr Hz kNear = 250;     ///< a known frequency counts this far away
+constexpr Hz kVeryNear = 50;  ///< and is called near up to here
+constexpr Colour kNormal = Colour::rgb(128, 255, 255);
+constexpr Colour kClose = Colour::rgb(255, 255, 0);
+constexpr Colour kOff = Colour::rgb(255, 192, 128);
+constexpr Colour kOffer = Colour::rgb(255, 224, 96);
+constexpr const char* kBandTip = "Click  to change current band plan";
+/// Texts longer than this may not fit the label.
+constexpr std::size_t kLongText = 44;
+
+/// The mode that is set where the database recommends one: the first five as they are, the two
+/// data modes as upper sideband, others not at all (-1).
+Setting settableMode(Setting best) {
+  if (best >= 0 && best <= 4) return best;
+  return best == 5 || best == 6 ? 2 : -1;
+}
+
+}  // namespace
+
+BestSetting::BestSetting(MainView& view, Stepping& stepping, ReceiverComponent& component,
+                         FrequencyComponent& frequency, ShownReceiver& shown,
+                         const Options& options)
+    : view_(view),
+      stepping_(stepping),
+      component_(component),
+      frequency_(frequency),
+      shown_(shown),
+      options_(options) {
+  view_.BMod.tip = "Best computed mode";
+  view_.BFlt.tip = "Best computed filter";
+  view_.FDif.tip = "Offset from known frequency";
+  view_.FDif.text = "-250";
+  view_.Band.text = "Bandplan";
+  view_.Band.tip = kBandTip;
+  for (Control* label : {&view_.Band, &view_.BMod, &view_.BFlt, &view_.FDif}) {
+    label->back = kBlack;
+    label->fore = kOffer;
+  }
+  view_.Band.fore = kNormal;
+  view_.FDif.visible = view_.BMod.visible = view_.BFlt.visible = false;
+}
+
+void BestSetting::refresh(Hz tuned, Apply apply) {
+  if (tuned < 0 || refreshing_) return;
+  refreshing_ = true;
+  view_.FDif.visible = false;
+  view_.Band.fore = kNormal;
+  frequency_.SetFrqFrequency(tuned);
+  stepping_.refresh();
+  lookUp(tuned);
+  if (apply == Apply::Automatic) applyAutomatically();
+  compare();
+  refreshing_ = false;
+}
+
+void BestSetting::lookUp(Hz tuned) {
+  if (frequency_.FindRxKnownFrequency(tuned, kNear)) return showKnown(tuned);
+  caption(frequency_.GetFrqBandName());
+  bestMode_ = frequency_.GetFrqBandMode();
+  bestFilter_ = frequency_.GetFrqBandFilter();
+}
+
+void BestSetting::showKnown(Hz tuned) {
+  const Hz offset = frequency_.GetRxKnownFrequency() - tuned;
+  Text text = frequency_.GetFrqKnownName();
+  const Text info = frequency_.GetFrqKnownInfo();
+  if (!info.empty()) text += " - " + info + " " + frequency_.GetFrqKnownExtra().value();
+  caption(text);
+  if (offset != 0) {
+    view_.Band.fore = std::abs(offset) > kVeryNear ? kOff : kClose;
+    view_.FDif.text = std::to_string(offset);
+    view_.FDif.visible = true;
+  }
+  bestMode_ = frequency_.GetFrqKnownMode();
+  bestFilter_ = frequency_.GetFrqKnownFilter();
+}
+
+void BestSetting::caption(const Text& text) {
+  view_.Band.text = text;
+  view_.Band.tip = text.size() > kLongText ? text + "\n" + kBandTip : kBandTip;
+}
+
+void BestSetting::bandName() { caption(frequency_.GetFrqBandName()); }
+
+void BestSetting::applyAutomatically() {
+  // A hand on the radio's own knob, while the panel itself is locked.
+  if (!component_.GetRxGlobalFlag() || shown_.remote()) return;
+  const Index rx = shown_.index();
+  const Setting mode = settableMode(bestMode_);
+  if (options_.OptAutoMode && component_.GetRxMode(rx) != bestMode_ && mode >= 0)
+    component_.SetRxMode(rx, mode);
+  if (options_.OptAutoFilter && bestFilter_ > 0 && component_.GetRxFilter(rx) != bestFilter_)
+    component_.SetRxFilter(rx, bestFilter_);
+}
+
+void BestSetting::compare() {
+  const Index rx = shown_.index();
+  view_.BMod.visible = bestMode_ >= 0 && component_.GetRxMode(rx) != bestMode_;
+  if (view_.BMod.visible) view_.BMod.text = frequency_.GetFrqModeName(bestMode_);
+  view_.BFlt.visible = bestFilter_ > 0 && component_.GetRxFilter(rx) != bestFilter_;
+  if (view_.BFlt.visible) view_.BFlt.text = std::to_string(bestFilter_);
+}
+
+void BestSetting::applyMode() {
+  if (bestMode_ >= 0) component_.SetRxMode(shown_.index(), bestMode_);
+}
+
+void BestSetting::applyFilter() {
+  if (bestFilter_ > 0) component_.SetRxFilter(shown_.index(), bestFilter_);
+}
+
+void BestSetting::tuneToKnown() {
+  if (!view_.FDif.text.empty() && component_.GetRxFrequency(shown_.index(), kTuned) != -1)
+    component_.SetRxFrequency(shown_.index(), false, frequency_.GetRxKnownFrequency());
+}
+
+}  // namespace kelvane

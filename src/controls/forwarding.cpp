@@ -1,0 +1,73 @@
+#include "controls/forwarding.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr Colour kActive = Colour::rgb(255, 255, 0);
+
+void release(Control& button) {
+  button.pressed = false;
+  button.back = kMenuColour;
+}
+
+}  // namespace
+
+Forwarding::Forwarding(std::array<Control, kButtons>& GenEvent, ReceiverComponent& component,
+                       ShownReceiver& shown)
+    : GenEvent_(GenEvent), component_(component), shown_(shown) {
+  GenEvent_[Master].text = "&MST";
+  GenEvent_[Master].tip = "Define as Master and forward any changes to the slave receivers";
+  GenEvent_[All].text = "&FWD";
+  GenEvent_[All].tip = "Forward any change made on any receiver to all other receivers";
+  GenEvent_[NotUsed].text = "Not used";
+  for (Control& button : GenEvent_) button.back = kMenuColour;
+}
+
+void Forwarding::click(int button, bool pressed) {
+  if (button == Master) return pressMaster(pressed);
+  if (button == All) return pressAll(pressed);
+  GenEvent_[NotUsed].pressed = false;
+}
+
+void Forwarding::pressMaster(bool pressed) {
+  master_.fill(false);
+  if (!pressed) {
+    component_.SetRxForward(kForwardNone);
+    return release(GenEvent_[Master]);
+  }
+  component_.SetRxForward(shown_.index());
+  GenEvent_[Master].pressed = true;
+  GenEvent_[Master].back = kActive;
+  release(GenEvent_[All]);
+  master_[shown_.index()] = true;
+}
+
+void Forwarding::pressAll(bool pressed) {
+  master_.fill(false);
+  if (!pressed) {
+    component_.SetRxForward(kForwardNone);
+    return release(GenEvent_[All]);
+  }
+  component_.SetRxForward(kForwardAll);
+  GenEvent_[All].pressed = true;
+  GenEvent_[All].back = kActive;
+  release(GenEvent_[Master]);
+}
+
+void Forwarding::receiverSelected() {
+  GenEvent_[Master].back = master_[shown_.index()] ? kActive : kMenuColour;
+}
+
+void Forwarding::off() {
+  master_.fill(false);
+  component_.SetRxForward(kForwardNone);
+  release(GenEvent_[Master]);
+  release(GenEvent_[All]);
+}
+
+void Forwarding::receivers(Count count) {
+  for (Control& button : GenEvent_) button.enabled = count >= 2;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+
+#include "receiver/shown_receiver.h"
+#include "ui/control.h"
+
+namespace kelvane {
+
+/// The buttons that let receivers follow one another. The component does the forwarding; this
+/// chooses the mode, shows it, and remembers which receiver is master. Off at the start.
+class Forwarding {
+ public:
+  static constexpr int kButtons = 3;
+  enum Button : int { Master, All, NotUsed };
+
+  Forwarding(std::array<Control, kButtons>& GenEvent, ReceiverComponent& component,
+             ShownReceiver& shown);
+
+  /// A click left the button in this state.
+  void click(int button, bool pressed);
+  /// Another receiver is shown: the master button's colour tells whether it is the master.
+  void receiverSelected();
+  /// No forwarding; both buttons are released.
+  void off();
+  /// Forwarding needs somebody to forward to.
+  void receivers(Count count);
+
+ private:
+  void pressMaster(bool pressed);
+  void pressAll(bool pressed);
+
+  std::array<Control, kButtons>& GenEvent_;
+  ReceiverComponent& component_;
+  ShownReceiver& shown_;
+  std::array<bool, kMostReceivers> master_{};
+};
+
+}  // namespace kelvane

@@ -1,0 +1,124 @@
+#include "controls/navigation.h"
+
+#include <algorithm>
+
+namespace kelvane {
+
+namespace {
+
+constexpr Colour kText = Colour::rgb(200, 208, 216);
+
+}  // namespace
+
+Navigation::Navigation(MainView& view, ReceiverComponent& component, FrequencyComponent& frequency,
+                       ShownReceiver& shown, BestSetting& best, WindowCommands& window,
+                       Refusal& refusal)
+    : view_(view),
+      component_(component),
+      frequency_(frequency),
+      shown_(shown),
+      best_(best),
+      window_(window),
+      refusal_(refusal) {
+  view_.IBank.tip = "Current Bank";
+  view_.VBank.tip = "Record number";
+  view_.RNG.tip = "Select region";
+  view_.RNG.text = std::to_string(frequency_.GetFrqRegion() + 1) + "R";
+  for (Control* label : {&view_.IBank, &view_.VBank, &view_.RNG}) {
+    label->back = kBlack;
+    label->fore = kText;
+  }
+}
+
+void Navigation::step(Walk walk, Long direction) {
+  const Hz from = component_.GetRxFrequency(shown_.index(), kTuned);
+  if (from == -1) return;
+  Target target{};
+  frequency_.SetFrqFrequency(from);
+  const bool found =
+      walk == Walk::Bands ? nextBand(direction, target) : nextKnown(walk, direction, from, target);
+  if (!found) {
+    frequency_.SetFrqFrequency(from);
+    return refusal_.signal();
+  }
+  tune(target);
+}
+
+bool Navigation::reachable(Hz frequency) const {
+  const Index rx = shown_.index();
+  return frequency >= component_.GetRxFrqMin(rx) && frequency <= component_.GetRxFrqMax(rx);
+}
+
+bool Navigation::nextBand(Long direction, Target& target) {
+  const Index rx = shown_.index();
+  const auto kept = [this, rx](Hz frequency) {
+    return std::clamp<Hz>(
+        frequency, component_.GetRxFrqMin(rx),
+        std::max(component_.GetRxFrqMin(rx).value(), component_.GetRxFrqMax(rx).value()));
+  };
+  const Hz before = frequency_.GetFrqBandStart();
+  Hz frequency = kept(frequency_.NextFrqBand(direction));
+  frequency_.SetFrqFrequency(frequency);
+  if (direction < 0) frequency = kept(frequency_.GetFrqBandStart());
+  clearBank();
+  // The same entry again: the walk stands at an end of the plan or of the receiver's range.
+  if (frequency_.GetFrqBandStart() == before) return false;
+  target = {frequency, frequency_.GetFrqBandMode(), frequency_.GetFrqBandFilter()};
+  return true;
+}
+
+FrqRecord Navigation::record(Walk walk, Long direction) {
+  switch (walk) {
+    case Walk::InSet:
+      return frequency_.NextFrqInSet(frequency_.GetFrqSet(), direction);
+    case Walk::Sets:
+      return frequency_.NextFrqSet(direction);
+    default:
+      return frequency_.NextFrqKnown(direction);
+  }
+}
+
+bool Navigation::nextKnown(Walk walk, Long direction, Hz from, Target& target) {
+  Hz last = from;
+  for (Count tried = 0;; ++tried) {
+    const FrqRecord next = record(walk, direction);
+    if (next.frequency == last || next.frequency < 0) return false;
+    if (reachable(next.frequency)) {
+      showBank(next);
+      target = {next.frequency, frequency_.GetFrqKnownMode(), frequency_.GetFrqKnownFilter()};
+      return true;
+    }
+    // Sets may lead round in a ring, none of which the receiver can tune.
+    if (tried >= next.count) return false;
+    last = next.frequency;
+    frequency_.SetFrqFrequency(last);
+  }
+}
+
+void Navigation::showBank(const FrqRecord& at) {
+  view_.IBank.text = "Kf";
+  view_.IBank.tip = frequency_.GetFrqKnownName();
+  view_.VBank.text = std::to_string(at.position) + "/" + std::to_string(at.count);
+}
+
+void Navigation::tune(const Target& target) {
+  const Index rx = shown_.index();
+  component_.SetRxFrequency(rx, false, target.frequency);
+  window_.runPending();
+  if (target.mode >= 0) component_.SetRxMode(rx, target.mode);
+  if (target.filter > 0) component_.SetRxFilter(rx, target.filter);
+}
+
+void Navigation::clearBank() {
+  view_.IBank.text.clear();
+  view_.IBank.tip = "Current Bank";
+  view_.VBank.text.clear();
+}
+
+void Navigation::nextRegion() {
+  view_.RNG.text = "R" + std::to_string(frequency_.NextFrqRegion() + 1);
+  const Hz tuned = component_.GetRxFrequency(shown_.index(), kTuned);
+  if (tuned >= 0 && frequency_.SetFrqFrequency(tuned)) best_.bandName();
+}
+
+}  // namespace kelvane

@@ -1,0 +1,52 @@
+#include "controls/receiver_labels.h"
+
+#include "base/number.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr Colour kGreen = Colour::rgb(0, 255, 0);
+constexpr Colour kRed = Colour::rgb(255, 0, 0);
+constexpr Hz kBfoStep = 100;
+
+}  // namespace
+
+HfFilter::HfFilter(Control& HFF, ReceiverComponent& component, ShownReceiver& shown)
+    : HFF_(HFF), component_(component), shown_(shown) {
+  HFF_.tip = "HF FIlter: click to change state";
+  HFF_.back = kBlack;
+}
+
+void HfFilter::receiverSelected() {
+  HFF_.visible = component_.HasRxHFFilter(shown_.index());
+  if (HFF_.visible) updated(component_.GetRxHFFilter(shown_.index()));
+}
+
+void HfFilter::updated(Long state) {
+  HFF_.text = state != 0 ? "HF on" : "HF off";
+  HFF_.fore = state != 0 ? kGreen : kRed;
+}
+
+void HfFilter::click() {
+  const Long state = component_.GetRxHFFilter(shown_.index()) != 0 ? 0 : 1;
+  component_.SetRxHFFilter(shown_.index(), state);
+  updated(state);
+}
+
+void BfoLabel::receiverSelected() {
+  row_.BFO(component_.GetRxBfo(shown_.index()));
+  modeChanged();
+}
+
+void BfoLabel::modeChanged() {
+  row_.BFOState(component_.IsRxBfoMode(shown_.index(), component_.GetRxMode(shown_.index())));
+}
+
+void BfoLabel::click(MouseButton button) {
+  const double offset = component_.GetRxBfo(shown_.index()).value();
+  const double step = button == MouseButton::Left ? kBfoStep : -kBfoStep;
+  component_.SetRxBfo(shown_.index(), nearestLong(offset + step));
+}
+
+}  // namespace kelvane

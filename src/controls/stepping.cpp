@@ -1,0 +1,66 @@
+#include "controls/stepping.h"
+
+#include <algorithm>
+
+#include "base/number.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr Hz kFirstStep = 500;
+constexpr Hz kSmallest = 100;
+constexpr Hz kLargest = 30'000;
+constexpr Hz kClickStep = 100;
+constexpr Colour kText = Colour::rgb(200, 208, 216);
+
+std::string caption(Hz step) { return std::to_string(step) + "Hz"; }
+
+}  // namespace
+
+Stepping::Stepping(std::array<Control, 2>& VStep, std::array<Control, 2>& IStep,
+                   ReceiverComponent& component, FrequencyComponent& frequency,
+                   ShownReceiver& shown)
+    : VStep_(VStep), component_(component), frequency_(frequency), shown_(shown) {
+  own_.fill(kFirstStep);
+  for (Control& step : VStep_) {
+    step.text = caption(kFirstStep);
+    step.tip = "Stepping";
+  }
+  IStep[0].text = "\u2194";
+  IStep[0].tip = "Default step";
+  IStep[1].text = "\u2195";
+  IStep[1].tip = "Bank step";
+  for (Control* label : {&VStep[0], &VStep[1], &IStep[0], &IStep[1]}) {
+    label->back = kBlack;
+    label->fore = kText;
+  }
+}
+
+void Stepping::refresh() {
+  const Hz most = component_.GetRxMaxStep(shown_.index());
+  Hz& own = own_[shown_.index()];
+  own = std::min(own, most);
+  VStep_[0].text = caption(own);
+  VStep_[1].text = caption(std::min<Hz>(most, frequency_.GetFrqBandStep()));
+}
+
+void Stepping::click(int index, MouseButton button) {
+  if (index != 0) return;
+  const Hz direction = button == MouseButton::Left ? 1 : -1;
+  Hz& own = own_[shown_.index()];
+  own = std::max(std::min(own + direction * kClickStep, kLargest), kSmallest);
+  // The blank is the place of a sign; the next refresh writes the caption without it.
+  VStep_[0].text = " " + caption(own);
+}
+
+void Stepping::setDefault(Hz step) {
+  own_[shown_.index()] = step;
+  VStep_[0].text = caption(step);
+}
+
+Hz Stepping::defaultStep() const { return nearestLong(num(VStep_[0].text)); }
+
+Hz Stepping::bandStep() const { return nearestLong(num(VStep_[1].text)); }
+
+}  // namespace kelvane

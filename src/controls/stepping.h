@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+
+#include "receiver/shown_receiver.h"
+#include "ui/control.h"
+#include "ui/control_events.h"
+
+namespace kelvane {
+
+/// The two tuning steps: the operator's own, kept for each receiver, and the band plan's.
+class Stepping {
+ public:
+  Stepping(std::array<Control, 2>& VStep, std::array<Control, 2>& IStep,
+           ReceiverComponent& component, FrequencyComponent& frequency, ShownReceiver& shown);
+
+  /// Shows both steps, neither above what the receiver can do.
+  void refresh();
+  /// A click on a step: the operator's own moves by 100 Hz, up with the left button.
+  void click(int index, MouseButton button);
+  /// The operator's step of the shown receiver, Hz.
+  void setDefault(Hz step);
+
+  /// The steps as they are shown, Hz.
+  Hz defaultStep() const;
+  Hz bandStep() const;
+
+ private:
+  std::array<Control, 2>& VStep_;
+  ReceiverComponent& component_;
+  FrequencyComponent& frequency_;
+  ShownReceiver& shown_;
+  std::array<Hz, kMostReceivers> own_;
+};
+
+}  // namespace kelvane

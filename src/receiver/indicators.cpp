@@ -1,0 +1,67 @@
+#include "receiver/indicators.h"
+
+#include <cstdlib>
+
+namespace kelvane {
+
+namespace {
+
+constexpr Colour kDarkGrey = Colour::rgb(64, 64, 64);
+constexpr Colour kOff = Colour::rgb(255, 0, 0);
+constexpr Colour kOn = Colour::rgb(0, 255, 0);
+constexpr Colour kReading = Colour::rgb(128, 255, 255);
+constexpr Long kNumericScale = 1;
+constexpr Long kTextScale = 2;
+
+}  // namespace
+
+Indicators::Indicators(Control& SM, Control& SQ, std::array<Control, kLines>& IO,
+                       ReceiverComponent& component, ShownReceiver& shown)
+    : SM_(SM), SQ_(SQ), IO_(IO), component_(component), shown_(shown) {
+  SM_.fore = kReading;
+  SM_.back = SQ_.back = kBlack;
+  SQ_.fore = kOn;
+  SQ_.text = "SQ";
+  SQ_.visible = false;
+  for (Control& line : IO_) {
+    line.back = kDarkGrey;
+    line.visible = false;
+  }
+}
+
+void Indicators::meter(Long level, const Text& reading) {
+  SM_.text = numeric_ ? std::to_string(level) : reading;
+}
+
+void Indicators::toggleMeter() {
+  numeric_ = !numeric_;
+  SM_.text = component_.GetRxSMtText(shown_.index(), numeric_ ? kNumericScale : kTextScale);
+}
+
+void Indicators::blank() {
+  SM_.text.clear();
+  SQ_.visible = false;
+}
+
+void Indicators::lines() {
+  // 64 bits: the magnitude of the most negative 32-bit count has no place in 32.
+  const long long count = std::llabs(component_.GetRxOutCount(shown_.index()).value());
+  const int shown = count > kLines ? kLines : static_cast<int>(count);
+  if (shown == 0) {
+    for (Control& line : IO_) line.visible = false;
+    return;
+  }
+  const bool remote = shown_.remote();
+  for (int i = 0; i < shown; ++i) {
+    IO_[i].visible = true;
+    IO_[i].back = kDarkGrey;
+    if (remote) IO_[i].back = component_.GetRxOut(shown_.index(), i) != 0 ? kOn : kOff;
+  }
+}
+
+void Indicators::toggleLine(int line) {
+  const bool on = component_.GetRxOut(shown_.index(), line) != 0;
+  component_.SetRxOut(shown_.index(), line, on ? 0 : 1);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,29 @@
+#include "win32/component_source.h"
+
+#include "Ambrel_h.h"
+#include "Sondrel_h.h"
+#include "contract/win32/activation.h"
+#include "contract/win32/com_frequency.h"
+#include "contract/win32/com_receiver.h"
+
+namespace kelvane::win32 {
+
+std::unique_ptr<ReceiverComponent> ComComponents::receiver() {
+  const auto opened = com::openComponent(L"Sondrel.dll", CLSID_Sondrel);
+  if (!opened) return nullptr;
+  receiver_ = opened.object;
+  return std::make_unique<com::ComReceiver>(opened.object);
+}
+
+std::unique_ptr<FrequencyComponent> ComComponents::frequency() {
+  const auto opened = com::openComponent(L"Ambrel.dll", CLSID_Ambrel);
+  if (!opened) return nullptr;
+  frequency_ = opened.object;
+  return std::make_unique<com::ComFrequency>(opened.object);
+}
+
+com::EventConnection ComComponents::listen(ReceiverListener& listener) const {
+  return com::EventConnection(receiver_.get(), listener);
+}
+
+}  // namespace kelvane::win32

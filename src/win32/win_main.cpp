@@ -1,0 +1,51 @@
+#include <windows.h>
+
+#include <commctrl.h>
+#include <objbase.h>
+
+#include "win32/component_source.h"
+#include "win32/message_boxes.h"
+#include "win32/registry_store.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+/// COM on the user-interface thread, for as long as it lives.
+struct ComThread {
+  ComThread() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE); }
+  ~ComThread() { CoUninitialize(); }
+};
+
+int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& settings,
+             MessageBoxes& boxes) {
+  PanelWindow window(instance);
+  ComComponents components;
+  StartUp startUp(components, boxes);
+  if (!startUp.openComponents(name, window.handle())) return 1;
+  MAin panel({startUp.receiver(), startUp.frequency(), settings, window,
+              [] { return std::chrono::steady_clock::now(); }});
+  ShownEvents events(panel.receiverEvents(), window);
+  const auto connection = components.listen(events);
+  window.present(panel);
+  SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+  return window.run();
+}
+
+}  // namespace
+
+}  // namespace kelvane::win32
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int) {
+  using namespace kelvane;
+  using namespace kelvane::win32;
+  SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+  const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_TAB_CLASSES | ICC_STANDARD_CLASSES};
+  InitCommonControlsEx(&controls);
+  const ComThread com;
+  const CommandLine line = parseCommandLine(narrow(commandLine));
+  RegistryStore settings(line.instance);
+  SystemMessageBoxes boxes(nullptr);
+  if (handleWithoutPanel(line, settings, boxes)) return 0;
+  return runPanel(instance, line.instance, settings, boxes);
+}
