@@ -1,0 +1,101 @@
+#include "contract/win32/server/component_host.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include "contract/win32/server/type_library.h"
+
+namespace kelvane::com {
+
+namespace {
+
+constexpr wchar_t kClassName[] = L"KelvaneComponentHost";
+constexpr UINT kWake = WM_APP;
+constexpr UINT_PTR kTimer = 1;
+
+}  // namespace
+
+ComponentHost::ComponentHost(HostedComponent& component) : component_(component) {
+  WNDCLASSEXW type{};
+  type.cbSize = sizeof type;
+  type.lpfnWndProc = procedure;
+  type.hInstance = ownModule();
+  type.lpszClassName = kClassName;
+  RegisterClassExW(&type);  // fails where a sibling in this library has done it already
+  window_ = CreateWindowExW(0, kClassName, nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                            type.hInstance, nullptr);
+  if (!window_) {
+    throw std::system_error(static_cast<int>(GetLastError()), std::system_category(),
+                            "host window");
+  }
+  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+}
+
+ComponentHost::~ComponentHost() {
+  SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+  DestroyWindow(window_);
+  // The class would outlive the library that holds its procedure. While a sibling's window still
+  // uses it this fails, and the sibling does it.
+  UnregisterClassW(kClassName, ownModule());
+}
+
+void ComponentHost::wake() noexcept {
+  if (awake_.exchange(true)) return;
+  // A full message queue takes no wake-up; the next event tries again.
+  if (!PostMessageW(window_, kWake, 0, 0)) awake_ = false;
+}
+
+void ComponentHost::callEnds() {
+  if (--calls_ > 0) return;
+  if (held_) {
+    held_ = false;
+    wake();
+  }
+  setTimer();
+}
+
+LRESULT CALLBACK ComponentHost::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  auto* host = reinterpret_cast<ComponentHost*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (!host || (message != kWake && message != WM_TIMER)) {
+    return DefWindowProcW(window, message, wparam, lparam);
+  }
+  const ComPtr<IUnknown> alive(&host->component_.identity());
+  try {
+    message == kWake ? host->deliver() : host->tick();
+  } catch (...) {
+    // Nothing may pass through the system's frames; the next turn goes on.
+  }
+  return 0;
+}
+
+void ComponentHost::deliver() {
+  // Before the delivery: what arrives during it asks for another one.
+  awake_ = false;
+  if (calls_ > 0) {
+    held_ = true;
+    return;
+  }
+  component_.deliverEvents();
+}
+
+void ComponentHost::tick() {
+  timerDue_ = kNever;
+  KillTimer(window_, kTimer);
+  component_.tick(std::chrono::steady_clock::now());
+  setTimer();
+}
+
+void ComponentHost::setTimer() {
+  const Instant due = component_.nextDue();
+  if (due == timerDue_) return;
+  timerDue_ = due;
+  if (due == kNever) {
+    KillTimer(window_, kTimer);
+    return;
+  }
+  const auto wait = std::chrono::ceil<milliseconds>(due - std::chrono::steady_clock::now()).count();
+  const auto limited = std::clamp<long long>(wait, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);
+  SetTimer(window_, kTimer, static_cast<UINT>(limited), nullptr);
+}
+
+}  // namespace kelvane::com

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <atomic>
+#include <utility>
+
+#include "contract/win32/com.h"
+#include "contract/win32/server/com_enumerator.h"
+#include "contract/win32/server/connection_point.h"
+#include "contract/win32/server/type_library.h"
+
+namespace kelvane::com {
+
+inline IConnectionPoint* givePoint(const ComPtr<IConnectionPoint>& point) {
+  return ComPtr<IConnectionPoint>(point).detach();
+}
+
+/// What a component's object is besides its operations: late binding from the type library, error
+/// information, and one source of events. It begins with no reference and ends with its last one.
+template <class Interface>
+class DispatchObject : public Interface,
+                       public IProvideClassInfo2,
+                       public ISupportErrorInfo,
+                       public IConnectionPointContainer {
+ public:
+  DispatchObject(TypeLibrary types, REFIID events)
+      : types_(std::move(types)), eventsIid_(events), events_(*this, events) {}
+  DispatchObject(const DispatchObject&) = delete;
+  DispatchObject& operator=(const DispatchObject&) = delete;
+  virtual ~DispatchObject() = default;
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    if (!object) return E_POINTER;
+    *object = interfaceOf(iid);
+    if (*object) AddRef();
+    return *object ? S_OK : E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() override {
+    const ULONG left = --references_;
+    if (left == 0) {
+      // Ending may hold and release again (a sink that looks back); that must not end it twice.
+      ++references_;
+      delete this;
+    }
+    return left;
+  }
+
+  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+    if (!count) return E_POINTER;
+    *count = 1;
+    return S_OK;
+  }
+  STDMETHODIMP GetTypeInfo(UINT place, LCID, ITypeInfo** info) override {
+    return place == 0 ? giveInfo(types_.operations, info) : DISP_E_BADINDEX;
+  }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
+    if (!names || !ids) return E_POINTER;
+    return DispGetIDsOfNames(types_.operations.get(), names, count, ids);
+  }
+  STDMETHODIMP Invoke(DISPID operation, REFIID iid, LCID, WORD flags, DISPPARAMS* arguments,
+                      VARIANT* result, EXCEPINFO* fault, UINT* badArgument) override {
+    if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+    const ComPtr<ITypeInfo> info = types_.operations;
+    SetErrorInfo(0, nullptr);
+    return DispInvoke(static_cast<Interface*>(this), info.get(), operation, flags, arguments,
+                      result, fault, badArgument);
+  }
+
+  STDMETHODIMP GetClassInfo(ITypeInfo** info) override { return giveInfo(types_.coclass, info); }
+  STDMETHODIMP GetGUID(DWORD kind, GUID* guid) override {
+    if (!guid) return E_POINTER;
+    const bool known = kind == GUIDKIND_DEFAULT_SOURCE_DISP_IID;
+    *guid = known ? eventsIid_ : IID_NULL;
+    return known ? S_OK : E_INVALIDARG;
+  }
+
+  STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override {
+    return iid == __uuidof(Interface) ? S_OK : S_FALSE;
+  }
+
+  STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** points) override {
+    using Points = ComEnumerator<IEnumConnectionPoints, IConnectionPoint*, ComPtr<IConnectionPoint>,
+                                 givePoint>;
+    return points ? Points::create({ComPtr<IConnectionPoint>(&events_)}, 0, points) : E_POINTER;
+  }
+  STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** point) override {
+    if (!point) return E_POINTER;
+    const bool known = iid == eventsIid_;
+    *point = known ? ComPtr<IConnectionPoint>(&events_).detach() : nullptr;
+    return known ? S_OK : CONNECT_E_NOCONNECTION;
+  }
+
+ protected:
+  ConnectionPoint& events() { return events_; }
+
+ private:
+  void* interfaceOf(REFIID iid) {
+    if (iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(Interface)) {
+      return static_cast<Interface*>(this);
+    }
+    if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2) {
+      return static_cast<IProvideClassInfo2*>(this);
+    }
+    if (iid == IID_ISupportErrorInfo) return static_cast<ISupportErrorInfo*>(this);
+    if (iid == IID_IConnectionPointContainer) return static_cast<IConnectionPointContainer*>(this);
+    return nullptr;
+  }
+
+  static HRESULT giveInfo(const ComPtr<ITypeInfo>& from, ITypeInfo** info) {
+    if (!info) return E_POINTER;
+    *info = ComPtr<ITypeInfo>(from).detach();
+    return S_OK;
+  }
+
+  std::atomic<ULONG> references_{0};
+  const TypeLibrary types_;
+  const IID eventsIid_;
+  ConnectionPoint events_;
+};
+
+}  // namespace kelvane::com
