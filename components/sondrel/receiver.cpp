@@ -29,7 +29,7 @@ Long Receiver::out(Long line) const {
   return line >= 0 && i < outs_.size() ? outs_[i] : 0;
 }
 
-Hz Receiver::filterFor(Setting mode) const {
+Hz Receiver::usualFilter(Setting mode) const {
   const auto last = modeFilters_.find(mode);
   if (last != modeFilters_.end()) return can_.nearestFilter(mode, last->second);
   const ModeChoice* choice = can_.mode(mode);
@@ -71,7 +71,7 @@ Outcome Receiver::request(Item item, std::int32_t value, Cause cause, Instant no
   Request request{.item = item, .value = *accepted, .ticket = ++tickets_, .cause = cause};
   values_.await(item, {request.value, request.ticket});
   if (item == Item::Mode) {
-    request.filter = filterFor(request.value);
+    request.filter = usualFilter(request.value);
     values_.await(Item::Filter, {request.filter, request.ticket});
   }
   carryOut(request, now);

@@ -116,6 +116,9 @@ class Receiver {
 
   // What a kind reports.
 
+  /// The filter that a mode comes with: the one last used with it, else its usual one.
+  Hz usualFilter(Setting mode) const;
+
   void setCapabilities(Capabilities can) { can_ = std::move(can); }
   /// The link has come up and the values that are known have been reported with learned(), or will
   /// be. `remote` is whether the receiver is under remote control from the start.
@@ -145,7 +148,6 @@ class Receiver {
   void concludeMode(Change mode, Hz filter);
   void tell(const Change& change, bool report);
   void goOffline();
-  Hz filterFor(Setting mode) const;
 
   ReceiverHost& host_;
   Mailbox mailbox_;

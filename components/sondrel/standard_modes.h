@@ -1,0 +1,11 @@
+#pragma once
+
+#include "components/sondrel/capabilities.h"
+
+namespace kelvane::sondrel {
+
+/// A mode of components/modes.h with the traits that it has anywhere and the bandwidths that are
+/// usual for it. A number that is no mode gets neither.
+ModeChoice standardMode(Setting mode);
+
+}  // namespace kelvane::sondrel
