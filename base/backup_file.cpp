@@ -9,9 +9,14 @@ std::filesystem::path backupOf(std::filesystem::path file, int generation) {
   return file;
 }
 
+bool isThere(const std::filesystem::path& file) {
+  std::error_code unknown;
+  return std::filesystem::exists(std::filesystem::symlink_status(file, unknown));
+}
+
 FileResult move(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (!isThere(from)) return {};
   std::error_code error;
-  if (!std::filesystem::exists(std::filesystem::symlink_status(from, error))) return {};
   std::filesystem::rename(from, to, error);
   return error ? FileResult{false, systemWords(error)} : FileResult{};
 }
@@ -19,6 +24,8 @@ FileResult move(const std::filesystem::path& from, const std::filesystem::path& 
 }  // namespace
 
 FileResult moveToBackup(const std::filesystem::path& file, int generations) {
+  // Nothing to back up is no reason to give the oldest backup up.
+  if (!isThere(file)) return {};
   for (int older = generations; older > 1; --older) {
     const FileResult moved = move(backupOf(file, older - 1), backupOf(file, older));
     if (!moved) return moved;
