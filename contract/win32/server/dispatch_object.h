@@ -59,7 +59,7 @@ class DispatchObject : public Interface,
   }
   STDMETHODIMP Invoke(DISPID operation, REFIID iid, LCID, WORD flags, DISPPARAMS* arguments,
                       VARIANT* result, EXCEPINFO* fault, UINT* badArgument) override {
-    if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+    if (iid != GUID{}) return DISP_E_UNKNOWNINTERFACE;
     const ComPtr<ITypeInfo> info = types_.operations;
     SetErrorInfo(0, nullptr);
     return DispInvoke(static_cast<Interface*>(this), info.get(), operation, flags, arguments,
@@ -70,7 +70,7 @@ class DispatchObject : public Interface,
   STDMETHODIMP GetGUID(DWORD kind, GUID* guid) override {
     if (!guid) return E_POINTER;
     const bool known = kind == GUIDKIND_DEFAULT_SOURCE_DISP_IID;
-    *guid = known ? eventsIid_ : IID_NULL;
+    *guid = known ? eventsIid_ : GUID{};
     return known ? S_OK : E_INVALIDARG;
   }
 
