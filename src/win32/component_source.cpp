@@ -1,7 +1,7 @@
 #include "win32/component_source.h"
 
-#include "Ambrel_h.h"
-#include "Sondrel_h.h"
+#include "contract/Ambrel.h"
+#include "contract/Sondrel.h"
 #include "contract/win32/activation.h"
 #include "contract/win32/com_frequency.h"
 #include "contract/win32/com_receiver.h"

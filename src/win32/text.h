@@ -3,14 +3,16 @@
 #include <windows.h>
 
 #include <string>
-#include <string_view>
+
+#include "base/win32/utf16.h"
 
 namespace kelvane::win32 {
 
-std::wstring wide(std::string_view utf8);
-std::string narrow(std::wstring_view utf16);
-
 /// The whole text of a window.
-std::wstring windowText(HWND window);
+inline std::wstring windowText(HWND window) {
+  std::wstring text(GetWindowTextLengthW(window), L'\0');
+  text.resize(GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1));
+  return text;
+}
 
 }  // namespace kelvane::win32
