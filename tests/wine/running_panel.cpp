@@ -1,0 +1,195 @@
+#include "tests/wine/running_panel.h"
+
+#include <commctrl.h>
+
+#include <vector>
+
+#include "base/win32/utf16.h"
+#include "ui/control_ids.h"
+
+namespace kelvane::wine {
+
+namespace {
+
+constexpr int kMessageText = 65535;
+
+std::string textOf(HWND window) {
+  wchar_t text[1024] = L"";
+  SendMessageW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text));
+  return narrow(text);
+}
+
+struct Search {
+  DWORD process;
+  std::wstring windowClass;
+  HWND found;
+};
+
+BOOL CALLBACK compare(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<Search*>(parameter);
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  wchar_t name[64] = L"";
+  GetClassNameW(window, name, 64);
+  if (process != search.process || name != search.windowClass || !IsWindowVisible(window))
+    return TRUE;
+  search.found = window;
+  return FALSE;
+}
+
+void send(WORD code, bool up) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = code;
+  input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(code, MAPVK_VK_TO_VSC));
+  input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
+  SendInput(1, &input, sizeof input);
+}
+
+void sendMouse(DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  input.mi.dwFlags = flags;
+  SendInput(1, &input, sizeof input);
+}
+
+}  // namespace
+
+std::filesystem::path programFolder() {
+  wchar_t folder[MAX_PATH] = L"";
+  GetEnvironmentVariableW(L"KELVANE_BIN", folder, MAX_PATH);
+  return folder;
+}
+
+bool eventually(const std::function<bool()>& so, int milliseconds) {
+  for (int waited = 0; waited <= milliseconds; waited += 10) {
+    if (so()) return true;
+    Sleep(10);
+  }
+  return false;
+}
+
+RunningPanel::RunningPanel(const std::wstring& words, const std::filesystem::path& folder) {
+  const std::filesystem::path program = folder / L"Kelvane.exe";
+  std::wstring line = L"\"" + program.wstring() + L"\" " + words;
+  STARTUPINFOW start{};
+  start.cb = sizeof start;
+  CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(),
+                 &start, &process_);
+}
+
+RunningPanel::~RunningPanel() {
+  if (WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT) {
+    TerminateProcess(process_.hProcess, 99);
+    WaitForSingleObject(process_.hProcess, 5000);
+  }
+  CloseHandle(process_.hThread);
+  CloseHandle(process_.hProcess);
+}
+
+HWND RunningPanel::findWindow(const wchar_t* windowClass) const {
+  Search search{process_.dwProcessId, windowClass, nullptr};
+  EnumWindows(compare, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+bool RunningPanel::shown() {
+  return eventually([this] { return (window_ = findWindow(L"KelvaneMAin")) != nullptr; }, 20000);
+}
+
+bool RunningPanel::settledOn(int tab) {
+  return shown() &&
+         eventually([this, tab] { return selectedTab() == tab && !visible(id::RxMask); }, 20000);
+}
+
+std::string RunningPanel::text(int id) const { return textOf(control(id)); }
+
+std::string RunningPanel::caption() const { return textOf(window_); }
+
+std::string RunningPanel::digits() const {
+  std::string row;
+  for (int i = 0; i < 9; ++i) {
+    const std::string digit = visible(id::FrqDigit + i) ? text(id::FrqDigit + i) : " ";
+    row += digit.empty() ? " " : digit;
+  }
+  return row;
+}
+
+int RunningPanel::selectedTab() const {
+  return static_cast<int>(SendMessageW(control(id::TabStrip), TCM_GETCURSEL, 0, 0));
+}
+
+int RunningPanel::tabs() const {
+  return static_cast<int>(SendMessageW(control(id::TabStrip), TCM_GETITEMCOUNT, 0, 0));
+}
+
+void RunningPanel::toForeground() const {
+  if (GetForegroundWindow() == window_) return;
+  SetForegroundWindow(window_);
+  eventually([this] { return GetForegroundWindow() == window_; }, 2000);
+}
+
+void RunningPanel::key(WORD code, int modifiers) {
+  toForeground();
+  const std::vector<std::pair<int, WORD>> held = {{1, VK_SHIFT}, {2, VK_CONTROL}, {4, VK_MENU}};
+  for (const auto& [bit, modifier] : held) {
+    if (modifiers & bit) send(modifier, false);
+  }
+  send(code, false);
+  send(code, true);
+  for (const auto& [bit, modifier] : held) {
+    if (modifiers & bit) send(modifier, true);
+  }
+}
+
+void RunningPanel::type(const std::string& characters) {
+  for (const char character : characters) {
+    const SHORT code = VkKeyScanW(static_cast<unsigned char>(character));
+    key(LOBYTE(code), HIBYTE(code));
+  }
+}
+
+void RunningPanel::click(int id, Mouse button) {
+  toForeground();
+  RECT area;
+  GetWindowRect(control(id), &area);
+  SetCursorPos((area.left + area.right) / 2, (area.top + area.bottom) / 2);
+  const bool left = button == Mouse::Left;
+  sendMouse(left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN);
+  sendMouse(left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP);
+}
+
+void RunningPanel::clickTab(int tab) {
+  toForeground();
+  RECT strip;
+  GetWindowRect(control(id::TabStrip), &strip);
+  RECT area;
+  GetClientRect(window_, &area);
+  const int width = (area.right - area.left) / 9;
+  SetCursorPos(strip.left + tab * width + width / 2, (strip.top + strip.bottom) / 2);
+  sendMouse(MOUSEEVENTF_LEFTDOWN);
+  sendMouse(MOUSEEVENTF_LEFTUP);
+}
+
+void RunningPanel::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }
+
+std::string RunningPanel::messageBox() {
+  HWND box = nullptr;
+  if (!eventually([&] { return (box = findWindow(L"#32770")) != nullptr; }, 20000)) return {};
+  return textOf(GetDlgItem(box, kMessageText));
+}
+
+void RunningPanel::answer(int button) {
+  const HWND box = findWindow(L"#32770");
+  PostMessageW(GetDlgItem(box, button), BM_CLICK, 0, 0);
+  eventually([box] { return !IsWindow(box) || !IsWindowVisible(box); });
+}
+
+int RunningPanel::ended() {
+  if (WaitForSingleObject(process_.hProcess, 15000) != WAIT_OBJECT_0) return -1;
+  DWORD code = 0;
+  GetExitCodeProcess(process_.hProcess, &code);
+  return static_cast<int>(code);
+}
+
+}  // namespace kelvane::wine

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace kelvane::wine {
+
+/// The folder that the built program lies in.
+std::filesystem::path programFolder();
+
+/// Waits until something is so, at most a few seconds; answers whether it came to be.
+bool eventually(const std::function<bool()>& so, int milliseconds = 8000);
+
+/// The program in a process of its own, driven from outside: by its windows, and by real keys and
+/// clicks. Ends the process with its own end.
+class RunningPanel {
+ public:
+  /// Starts the program with these words after its name.
+  explicit RunningPanel(const std::wstring& words,
+                        const std::filesystem::path& folder = programFolder());
+  ~RunningPanel();
+  RunningPanel(const RunningPanel&) = delete;
+  RunningPanel& operator=(const RunningPanel&) = delete;
+
+  /// Waits until the main window is on the screen; false when it never is.
+  bool shown();
+  /// Waits until the receiver with this tab is shown and answers.
+  bool settledOn(int tab);
+  HWND window() const { return window_; }
+  HWND control(int id) const { return GetDlgItem(window_, id); }
+  bool visible(int id) const { return IsWindowVisible(control(id)) != 0; }
+  bool enabled(int id) const { return IsWindowEnabled(control(id)) != 0; }
+  std::string text(int id) const;
+  std::string caption() const;
+  /// The nine digits, a blank for one that shows nothing or is hidden.
+  std::string digits() const;
+  int selectedTab() const;
+  int tabs() const;
+
+  /// Real keys: the characters one after the other, "\r" for Enter, "\b" for Backspace, "\x1b" for
+  /// Escape.
+  void type(const std::string& characters);
+  /// One real key with modifiers (Shift 1, Ctrl 2, Alt 4).
+  void key(WORD code, int modifiers = 0);
+  enum class Mouse { Left, Right };
+  void click(int id, Mouse button = Mouse::Left);
+  void clickTab(int tab);
+  void close();
+
+  /// The text of the message box that the program shows; waits for one, empty when none comes.
+  std::string messageBox();
+  /// Answers the message box that is shown.
+  void answer(int button);
+  /// Waits until the process has ended; -1 when it does not.
+  int ended();
+  DWORD processId() const { return process_.dwProcessId; }
+
+ private:
+  HWND findWindow(const wchar_t* windowClass) const;
+  void toForeground() const;
+
+  PROCESS_INFORMATION process_{};
+  HWND window_ = nullptr;
+};
+
+}  // namespace kelvane::wine
