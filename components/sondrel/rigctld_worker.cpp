@@ -1,0 +1,108 @@
+#include "components/sondrel/rigctld_worker.h"
+
+namespace kelvane::sondrel {
+
+namespace {
+
+CloseReason reasonOf(NetFailure failure) {
+  switch (failure) {
+    case NetFailure::BadAddress:
+      return CloseReason::BadAddress;
+    case NetFailure::Refused:
+      return CloseReason::Refused;
+    case NetFailure::Unreachable:
+      return CloseReason::Unreachable;
+    case NetFailure::TimedOut:
+      return CloseReason::TimedOut;
+    case NetFailure::Ended:
+      break;
+  }
+  return CloseReason::Ended;
+}
+
+Instant clockNow() { return std::chrono::steady_clock::now(); }
+
+}  // namespace
+
+RigctldWorker::RigctldWorker(RigctldAddress address, const RigctldOptions& options, Deliver deliver)
+    : address_(std::move(address)),
+      session_(options),
+      deliver_(std::move(deliver)),
+      thread_([this] { run(); }) {}
+
+RigctldWorker::~RigctldWorker() {
+  post([](Mail& mail) { mail.stop = true; });
+  thread_.join();
+}
+
+void RigctldWorker::open(bool reopen) {
+  post([reopen](Mail& mail) { mail.open = reopen || mail.open.value_or(false); });
+}
+
+void RigctldWorker::close() {
+  post([](Mail& mail) {
+    mail.close = true;
+    mail.open.reset();
+    mail.requests.clear();
+  });
+}
+
+void RigctldWorker::request(RigRequest request) {
+  post([&](Mail& mail) { mail.requests.put(std::move(request)); });
+}
+
+void RigctldWorker::show(bool shown) {
+  post([shown](Mail& mail) { mail.shown = shown; });
+}
+
+template <class Change>
+void RigctldWorker::post(Change change) {
+  {
+    const std::lock_guard lock(mutex_);
+    change(mail_);
+  }
+  client_.wake();
+}
+
+void RigctldWorker::run() {
+  while (readMail(clockNow())) {
+    keepConnection(clockNow());
+    if (const auto output = session_.takeOutput(); !output.empty()) client_.send(output);
+    if (auto reports = session_.takeReports(); !reports.empty()) deliver_(std::move(reports));
+    const auto events = client_.wait(clockNow(), session_.nextDue());
+    feed(events, clockNow());
+  }
+}
+
+/// Answers false when the worker is to end.
+bool RigctldWorker::readMail(Instant now) {
+  Mail mail;
+  {
+    const std::lock_guard lock(mutex_);
+    std::swap(mail, mail_);
+  }
+  if (mail.shown) session_.show(*mail.shown);
+  if (mail.close) session_.close();
+  if (mail.open) session_.open(*mail.open, now);
+  while (auto request = mail.requests.take()) session_.request(std::move(*request), now);
+  return !mail.stop;
+}
+
+void RigctldWorker::keepConnection(Instant now) {
+  const auto wanted = session_.connectionWanted();
+  if (wanted == connection_) return;
+  connection_ = wanted;
+  client_.close();
+  if (wanted != 0) client_.open(address_.host, address_.port, now);
+}
+
+void RigctldWorker::feed(const TcpClient::Events& events, Instant now) {
+  if (events.opened) session_.connected(now);
+  if (!events.received.empty()) session_.received(events.received, now);
+  if (events.failed && session_.connectionWanted() == connection_) {
+    session_.closed(reasonOf(*events.failed), now);
+  }
+  if (now >= session_.nextDue()) session_.tick(now);
+}
+
+}  // namespace kelvane::sondrel

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "base/tcp_client.h"
+#include "components/sondrel/rigctld_session.h"
+
+namespace kelvane::sondrel {
+
+/// Where a server is. Any text and any number are accepted; what is no address fails when the link
+/// is opened.
+struct RigctldAddress {
+  std::string host;
+  std::int32_t port = 0;
+};
+
+/// Runs one session on a thread of its own. Every function may be called from any thread and
+/// returns at once; the destructor waits only for the thread to take notice.
+class RigctldWorker {
+ public:
+  /// `deliver` is called on the worker's thread and must not block.
+  using Deliver = std::function<void(std::vector<RigReport>)>;
+
+  RigctldWorker(RigctldAddress address, const RigctldOptions& options, Deliver deliver);
+  ~RigctldWorker();
+  RigctldWorker(const RigctldWorker&) = delete;
+  RigctldWorker& operator=(const RigctldWorker&) = delete;
+
+  // As the session's functions of the same names.
+  void open(bool reopen);
+  void close();
+  void request(RigRequest request);
+  void show(bool shown);
+
+ private:
+  /// What waits to be told to the session. Opening, closing and requests keep their order, so that
+  /// a request made before a closing is not carried out after it.
+  struct Mail {
+    bool stop = false;
+    std::optional<bool> shown;
+    bool close = false;
+    std::optional<bool> open;  ///< comes after `close`
+    RequestBox requests;       ///< come after both
+  };
+
+  template <class Change>
+  void post(Change change);
+  void run();
+  bool readMail(Instant now);
+  void keepConnection(Instant now);
+  void feed(const TcpClient::Events& events, Instant now);
+
+  RigctldAddress address_;
+  RigctldSession session_;
+  Deliver deliver_;
+  TcpClient client_;
+  std::uint32_t connection_ = 0;
+  std::mutex mutex_;
+  Mail mail_;
+  std::thread thread_;  ///< last: it uses everything above
+};
+
+}  // namespace kelvane::sondrel
