@@ -1,0 +1,105 @@
+#include "components/ambrel/known_sets.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <utility>
+
+#include "base/encoding.h"
+#include "base/number.h"
+#include "base/text.h"
+#include "components/ambrel/kilohertz.h"
+#include "components/ambrel/line_cutter.h"
+#include "components/ambrel/text_table.h"
+#include "components/modes.h"
+
+namespace kelvane::ambrel {
+
+namespace {
+
+constexpr std::size_t kFields = 6;
+constexpr std::size_t kMostSets = std::numeric_limits<std::uint16_t>::max();
+
+std::optional<Setting> readMode(std::string_view text) {
+  if (text.empty()) return -1;
+  const auto mode = modeNamed(text);
+  if (!mode) return std::nullopt;
+  return static_cast<Setting>(*mode);
+}
+
+std::optional<Setting> readFilter(std::string_view text) {
+  if (text.empty()) return 0;
+  const auto value = wholeNumber(text);
+  if (!value || *value < 1 || *value > 1'000'000) return std::nullopt;
+  return static_cast<Setting>(*value);
+}
+
+/// What is wrong with a line, nullptr for nothing; then the record has its frequency.
+const char* read(const LineCutter& line, Record& record) {
+  if (line.fields() < 2 || line.fields() > kFields + 1) return "the number of fields is wrong";
+  if (!readKilohertz(trimmed(line.field(0)), record.frequency))
+    return "the frequency cannot be read";
+  if (trimmed(line.field(1)).empty()) return "there is no name";
+  if (!readMode(trimmed(line.field(4)))) return "the mode is unknown";
+  if (!readFilter(trimmed(line.field(5)))) return "the filter is no bandwidth in Hz";
+  if (!trimmed(line.field(kFields)).empty()) return "the number of fields is wrong";
+  record.line = static_cast<std::uint32_t>(line.offset());
+  return nullptr;
+}
+
+/// Place of the set of that name in the list; made where it is not there yet.
+std::uint16_t setNamed(StationList& list, std::string_view name) {
+  const auto found = std::find(list.sets.begin(), list.sets.end(), name);
+  const auto place = static_cast<std::uint16_t>(found - list.sets.begin());
+  if (found == list.sets.end()) list.sets.emplace_back(name);
+  return place;
+}
+
+void readLines(StationList& list, std::string_view title) {
+  std::string_view set = title;
+  std::optional<std::uint16_t> place;
+  LineCutter line(list.text);
+  while (line.next()) {
+    const std::string_view content = trimmed(line.line());
+    if (content.empty() || content.front() == '#') continue;
+    if (content.front() == '[' && content.back() == ']' && list.sets.size() < kMostSets) {
+      set = trimmed(content.substr(1, content.size() - 2));
+      place.reset();
+      continue;
+    }
+    Record record;
+    if (const char* problem = read(line, record)) {
+      list.problems.add(line.number(), problem);
+      continue;
+    }
+    if (!place) place = setNamed(list, set);
+    record.set = *place;
+    list.records.push_back(record);
+  }
+}
+
+}  // namespace
+
+StationList readKnownSets(std::string text, std::string_view title) {
+  StationList list;
+  list.refusal = whyNoText(text);
+  if (!list.refusal.empty()) return list;
+  if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
+  list.text = isUtf8(text) ? std::move(text) : utf8FromLatin1(text);
+  readLines(list, title);
+  if (list.records.empty()) {
+    list.refusal = "there is no known frequency in it";
+    if (list.problems.count > 0) list.refusal += ". " + list.problems.text();
+  }
+  return list;
+}
+
+KnownLine knownLineAt(std::string_view text, std::size_t offset) {
+  LineCutter line(text.substr(offset));
+  line.next();
+  const auto words = [&line](std::size_t place) { return std::string(trimmed(line.field(place))); };
+  return {words(1), words(2), words(3), readMode(trimmed(line.field(4))).value_or(-1),
+          readFilter(trimmed(line.field(5))).value_or(0)};
+}
+
+}  // namespace kelvane::ambrel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "components/ambrel/line_problems.h"
+#include "components/ambrel/record.h"
+
+namespace kelvane::ambrel {
+
+/// One list of stations: a text of known frequencies in named sets, or a schedule.
+struct StationList {
+  enum class Form { Known, Eibi };
+
+  Form form = Form::Known;
+  std::filesystem::path file;     ///< where it was read from
+  bool usersOwn = false;          ///< not one of the shipped texts
+  std::string text;               ///< the records' words; they are read when asked for
+  std::vector<std::string> sets;  ///< names of its sets; a record's `set` is a place in here
+  std::vector<Record> records;    ///< until a table takes them over
+  std::vector<FurtherRule> rules;
+  std::optional<Season> season;  ///< of a schedule
+  std::string origin;            ///< a schedule's own file name, as the user knows it
+  std::size_t inactive = 0;      ///< lines left out because they do not transmit
+  std::size_t unknownDays = 0;
+  LineProblems problems;
+  /// Why nothing of it is used, in words; empty when it is used.
+  std::string refusal;
+};
+
+}  // namespace kelvane::ambrel

@@ -1,0 +1,123 @@
+#include "components/ambrel/station_words.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "components/ambrel/eibi_line.h"
+#include "components/ambrel/eibi_schedule.h"
+#include "components/ambrel/known_sets.h"
+#include "components/modes.h"
+
+namespace kelvane::ambrel {
+
+namespace {
+
+/// Bandwidths that suit the modes, Hz, where nothing else is known.
+constexpr std::array<Setting, kModeCount> kFilters = {6000, 12000, 2400, 2400, 500,
+                                                      500,  2400,  6000, 10000};
+
+constexpr std::size_t kOthersNamed = 3;
+
+bool isSchedule(const StationTable& table, const Record& record) {
+  return table.listOf(record).form == StationList::Form::Eibi;
+}
+
+void append(std::string& text, const std::string& more, const char* between) {
+  if (more.empty()) return;
+  if (!text.empty()) text += between;
+  text += more;
+}
+
+StationDetails scheduleDetails(const StationTable& table, const Record& record, const AirTime& time,
+                               const Codes& codes) {
+  const ScheduleLine line = scheduleLineAt(table.listOf(record).text, record.line);
+  StationDetails details;
+  details.name = line.station.empty() ? codes.country(line.country) : line.station;
+  details.language = codes.languages(line.language);
+  const std::int32_t start = time.momentOf(record).startOf(record);
+  const std::int32_t stop = start + record.minutes;
+  details.times =
+      timeText(start) + "-" + timeText(stop > kMinutesOfDay ? stop - kMinutesOfDay : stop);
+  details.days = line.days;
+  details.site = codes.site(line.site, line.country);
+  details.target = codes.target(line.target);
+  const auto rule = readDays(line.days);
+  const auto mode =
+      rule && rule->mode ? rule->mode : modeByWords(line.language, line.station, record.frequency);
+  if (mode) details.mode = static_cast<Setting>(*mode);
+  return details;
+}
+
+/// The other stations that are on the air at the found one's frequency, each name once.
+std::vector<std::string> othersOnAir(const StationTable& table, const FoundStation& found,
+                                     const std::string& name, const AirTime& time,
+                                     const Codes& codes) {
+  std::vector<std::string> names;
+  for (const Record& record : table.at(found.place)) {
+    if (&record == found.record || !isSchedule(table, record) || !time.onAir(record)) continue;
+    const std::string other = detailsOf(table, record, time, codes).name;
+    if (other == name || std::find(names.begin(), names.end(), other) != names.end()) continue;
+    names.push_back(other);
+  }
+  return names;
+}
+
+std::string othersText(const std::vector<std::string>& names) {
+  if (names.empty()) return {};
+  std::string text;
+  for (std::size_t i = 0; i < std::min(names.size(), kOthersNamed); ++i)
+    append(text, names[i], ", ");
+  if (names.size() > kOthersNamed) text += " and others";
+  return "+" + std::to_string(names.size()) + " more: " + text;
+}
+
+}  // namespace
+
+StationDetails detailsOf(const StationTable& table, const Record& record, const AirTime& time,
+                         const Codes& codes) {
+  if (isSchedule(table, record)) return scheduleDetails(table, record, time, codes);
+  KnownLine line = knownLineAt(table.listOf(record).text, record.line);
+  StationDetails details;
+  details.name = std::move(line.name);
+  details.info = std::move(line.info);
+  details.extra = std::move(line.extra);
+  details.mode = line.mode;
+  details.filter = line.filter;
+  return details;
+}
+
+Recommendation recommendation(const StationTable& table, std::size_t place,
+                              const StationDetails& details, const BandEntry& band) {
+  Recommendation best{details.mode, details.filter};
+  for (const Record& record : table.at(place)) {
+    if (best.mode >= 0 && best.filter > 0) break;
+    if (isSchedule(table, record)) continue;
+    const KnownLine line = knownLineAt(table.listOf(record).text, record.line);
+    if (best.mode >= 0 && line.mode != best.mode) continue;
+    best = {line.mode, line.filter};
+  }
+  if (best.mode < 0) best.mode = band.mode;
+  if (best.filter > 0) return best;
+  best.filter =
+      best.mode == band.mode ? band.filter : kFilters[static_cast<std::size_t>(best.mode)];
+  return best;
+}
+
+StationWords wordsFor(const StationTable& table, const FoundStation& found, const AirTime& time,
+                      const Codes& codes) {
+  StationDetails details = detailsOf(table, *found.record, time, codes);
+  StationWords words{details.name, details.info, details.extra};
+  if (isSchedule(table, *found.record)) {
+    if (!time.onAir(*found.record)) words.info = "not on the air now,";
+    append(words.info, details.language, " ");
+    append(words.info, details.times, " ");
+    append(words.info, details.days, " ");
+    words.extra = details.site;
+    if (!details.target.empty()) append(words.extra, "to " + details.target, " ");
+  }
+  append(words.extra, othersText(othersOnAir(table, found, details.name, time, codes)), "; ");
+  return words;
+}
+
+}  // namespace kelvane::ambrel

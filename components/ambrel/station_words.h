@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+
+#include "components/ambrel/air_clock.h"
+#include "components/ambrel/band_plan.h"
+#include "components/ambrel/codes.h"
+#include "components/ambrel/known_stations.h"
+#include "components/ambrel/station_table.h"
+
+namespace kelvane::ambrel {
+
+/// What is told about one record, each part by itself; parts that a list lacks are empty.
+struct StationDetails {
+  std::string name;
+  std::string info;  ///< of a record in a set
+  std::string extra;
+  std::string language;
+  std::string times;  ///< "0600-0700", in the present season
+  std::string days;
+  std::string site;
+  std::string target;
+  Setting mode = -1;  ///< -1, and a filter of 0: the list leaves it open
+  Setting filter = 0;
+};
+
+StationDetails detailsOf(const StationTable& table, const Record& record, const AirTime& time,
+                         const Codes& codes);
+
+/// A mode and the bandwidth (Hz) to go with it.
+struct Recommendation {
+  Setting mode = -1;
+  Setting filter = 0;
+};
+
+/// What to receive a record with: what its list says, else what a set's record at the same
+/// frequency says, else what suits the band.
+Recommendation recommendation(const StationTable& table, std::size_t place,
+                              const StationDetails& details, const BandEntry& band);
+
+/// What the panel shows of a found station.
+struct StationWords {
+  std::string name;
+  std::string info;
+  std::string extra;
+};
+
+/// The words for a found station. The info has language and times and says when it is not on the
+/// air; the extra has site and target and tells who else is on the air at the frequency.
+StationWords wordsFor(const StationTable& table, const FoundStation& found, const AirTime& time,
+                      const Codes& codes);
+
+}  // namespace kelvane::ambrel
