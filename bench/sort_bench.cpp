@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/number.h"
+#include "bench/measured_stack.h"
 #include "shell/grid_sort.h"
 
 // The sort of a grid of a million rows, with the making of its keys, against std::sort on keys that
@@ -98,12 +99,26 @@ Cells randomComments() {
   return cells;
 }
 
+void stackDepth(const char* name, const Cells& cells, GridOrder::By by) {
+  std::vector<GridRow> order = rowNumbers();
+  const std::size_t bytes = kelvane::MeasuredStack().run([&] {
+    kelvane::sortGrid(order, {0, by, {}},
+                      [&](GridRow row, int) -> const std::string& { return cells[row]; });
+  });
+  std::printf("%-34s %8zu bytes of stack\n", name, bytes);
+}
+
 }  // namespace
 
 int main() {
-  byNumber("sort by number, random", randomFrequencies());
+  const Cells frequencies = randomFrequencies();
+  const Cells comments = randomComments();
+  const Cells equal(kRows, "Strong signal, some fading");
+  byNumber("sort by number, random", frequencies);
   byNumber("sort by number, all equal", Cells(kRows, "14250000"));
-  byText("sort by text, random", randomComments());
-  byText("sort by text, all equal", Cells(kRows, "Strong signal, some fading"));
-  byText("sort by text, short and equal", Cells(kRows, "USB"));
+  byText("sort by text, random", comments);
+  byText("sort by text, all equal", equal);
+  stackDepth("sort by number, random", frequencies, GridOrder::By::Number);
+  stackDepth("sort by text, random", comments, GridOrder::By::Text);
+  stackDepth("sort by text, all equal", equal, GridOrder::By::Text);
 }

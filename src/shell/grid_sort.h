@@ -48,11 +48,13 @@ class TextKeys {
 
  private:
   struct Key {
-    std::uint64_t first;  ///< the text's first bytes, most significant first
+    std::uint64_t first;  ///< of its bytes, most significant first
     std::size_t at;
     std::size_t length;
     GridRow row;
   };
+  void dropCommonStart();
+
   std::string texts_;
   std::vector<Key> keys_;
 };

@@ -1,0 +1,44 @@
+#include "shell/command_line.h"
+
+#include <gtest/gtest.h>
+
+namespace kelvane {
+namespace {
+
+using Action = CommandLine::Action;
+
+CommandLine run(const char* name) { return {Action::Run, name}; }
+CommandLine clean(const char* name) { return {Action::Clean, name}; }
+const CommandLine kUsage{Action::Usage, ""};
+
+TEST(CommandLine, NamesAnInstance) {
+  EXPECT_EQ(parseCommandLine(""), run("Kelvane"));
+  EXPECT_EQ(parseCommandLine("   "), run("Kelvane"));
+  EXPECT_EQ(parseCommandLine("  Shack two "), run("Shack two"));
+  for (const char* odd : {"a-b", "-x", "-Clean", "- clean", "?"})
+    EXPECT_EQ(parseCommandLine(odd), run(odd));
+}
+
+TEST(CommandLine, CleansAnInstance) {
+  EXPECT_EQ(parseCommandLine("-clean"), clean("Kelvane"));
+  EXPECT_EQ(parseCommandLine("Shack -clean"), clean("Shack"));
+  EXPECT_EQ(parseCommandLine("-clean Shack"), clean("Shack"));
+  EXPECT_EQ(parseCommandLine("left-cleanright"), clean("left      right"));
+}
+
+TEST(CommandLine, ShowsItsUsageRatherThanGuess) {
+  for (const char* odd : {"-?", "Shack -? -clean", "a-?b", "Shack -clean -x", "a-b -clean",
+                          "-clean -clean", "--clean"})
+    EXPECT_EQ(parseCommandLine(odd), kUsage) << odd;
+}
+
+TEST(CommandLine, SpeaksToTheOperator) {
+  EXPECT_EQ(usageText(),
+            "Usage:\tKelvane.exe (NAME) (-clean)\r\n     with\r\n\tNAME = Instance name\r\n"
+            "\t-clean  = Registry clean option");
+  EXPECT_EQ(cleaningNotice("Shack"),
+            "Cleaning Shack registry context\r\nPlease restart application");
+}
+
+}  // namespace
+}  // namespace kelvane
