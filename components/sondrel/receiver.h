@@ -84,8 +84,10 @@ class Receiver {
   std::optional<std::int32_t> acceptable(Item item, std::int32_t value) const;
   /// Asks for a value. A frequency ends in one RxFrqUpdated even when this fails.
   Outcome request(Item item, std::int32_t value, Cause cause, Instant now);
-  /// Ticket of the newest request that was accepted.
-  std::uint32_t lastTicket() const { return tickets_; }
+  /// Ticket of the request for an item that waits for its answer; 0 where none does.
+  std::uint32_t ticketOf(Item item) const { return values_.ticket(item); }
+  /// Ticket of the next request that is accepted.
+  std::uint32_t nextTicket() const { return tickets_ + 1; }
   Outcome connect(bool connect, Instant now);
   Outcome setRemote(bool remote, Instant now);
   Outcome setOut(Long line, Long state, Instant now);

@@ -22,6 +22,8 @@ class ReceiverValues {
   std::int32_t newest(Item item) const;
   std::int32_t confirmed(Item item) const { return slot(item).confirmed; }
   bool pending(Item item) const { return slot(item).pending.has_value(); }
+  /// The waiting request's ticket; 0 where none waits.
+  std::uint32_t ticket(Item item) const { return pending(item) ? slot(item).pending->ticket : 0; }
 
   /// A request takes the place of one that waits for the same item.
   void await(Item item, const Pending& request) { slot(item).pending = request; }

@@ -1,0 +1,127 @@
+#include "components/sondrel/drivers_model.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "components/sondrel/parameter_checks.h"
+#include "contract/types.h"
+
+namespace kelvane::sondrel {
+
+namespace {
+
+const std::string kGone = "There is no such receiver any more.";
+
+bool isTaken(const std::vector<ReceiverEntry>& receivers, std::string_view name,
+             const ReceiverEntry* except) {
+  return std::ranges::any_of(receivers, [&](const ReceiverEntry& entry) {
+    return &entry != except && equalIgnoringCase(entry.name, name);
+  });
+}
+
+bool hasControlCharacter(std::string_view text) {
+  return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < 32; });
+}
+
+const ReceiverKind& kindOrStandard(const ReceiverEntry& entry) {
+  const ReceiverKind* kind = receiverKind(entry.kind);
+  return kind ? *kind : receiverKinds().front();
+}
+
+std::string freeName(const std::vector<ReceiverEntry>& receivers) {
+  std::string name;
+  for (std::size_t number = receivers.size() + 1; name.empty() || isTaken(receivers, name, nullptr);
+       ++number) {
+    name = "Receiver " + std::to_string(number);
+  }
+  return name;
+}
+
+}  // namespace
+
+std::string DriversModel::add(std::string_view kind) {
+  if (!receiverKind(kind)) return "There is no kind of receiver called " + std::string(kind) + ".";
+  auto& receivers = config_.receivers;
+  if (receivers.size() >= kMostReceivers) return "There can be eight receivers at most.";
+  ReceiverEntry entry{freeName(receivers), std::string(receiverKind(kind)->name), {}, {}};
+  std::vector<std::string> taken;
+  for (const auto* list : {&config_.receivers, &config_.beyond}) {
+    for (const ReceiverEntry& other : *list) taken.push_back(other.memories);
+  }
+  entry.memories = newMemoriesName(entry, taken);
+  receivers.push_back(std::move(entry));
+  return {};
+}
+
+std::string DriversModel::remove(std::size_t index) {
+  if (index >= receivers().size()) return kGone;
+  config_.receivers.erase(config_.receivers.begin() + static_cast<std::ptrdiff_t>(index));
+  return {};
+}
+
+std::string DriversModel::rename(std::size_t index, std::string_view name) {
+  if (index >= receivers().size()) return kGone;
+  name = trimmed(name);
+  ReceiverEntry& entry = config_.receivers[index];
+  constexpr std::size_t kLongest = 60;
+  if (name.empty()) return "A receiver needs a name.";
+  if (characterCount(name) > kLongest) return "The name is longer than 60 characters.";
+  if (hasControlCharacter(name)) return "The name holds a character that cannot be shown.";
+  if (isTaken(receivers(), name, &entry)) {
+    return "Another receiver is called " + std::string(name) + " already.";
+  }
+  entry.name = name;
+  return {};
+}
+
+std::string DriversModel::move(std::size_t index, std::size_t to) {
+  if (index >= receivers().size() || to >= receivers().size()) return kGone;
+  const auto at = [this](std::size_t i) {
+    return config_.receivers.begin() + static_cast<std::ptrdiff_t>(i);
+  };
+  if (index < to) std::rotate(at(index), at(index + 1), at(to + 1));
+  if (index > to) std::rotate(at(to), at(index), at(index + 1));
+  return {};
+}
+
+std::string DriversModel::setKind(std::size_t index, std::string_view kind) {
+  if (index >= receivers().size()) return kGone;
+  if (!receiverKind(kind)) return "There is no kind of receiver called " + std::string(kind) + ".";
+  config_.receivers[index].kind = receiverKind(kind)->name;
+  return {};
+}
+
+std::string DriversModel::setParameter(std::size_t index, std::string_view key,
+                                       std::string_view text) {
+  if (index >= receivers().size()) return kGone;
+  ReceiverEntry& entry = config_.receivers[index];
+  text = trimmed(text);
+  std::string problem = parameterProblem(kindOrStandard(entry), key, text);
+  if (problem.empty() && hasControlCharacter(text)) {
+    problem = "holds a character that cannot be shown";
+  }
+  if (!problem.empty()) return std::string(key) + " " + problem + ".";
+  if (text.empty()) {
+    std::erase_if(entry.settings, [key](const auto& s) { return equalIgnoringCase(s.first, key); });
+  } else {
+    entry.set(key, std::string(text));
+  }
+  return {};
+}
+
+std::string DriversModel::parameter(std::size_t index, std::string_view key) const {
+  if (index >= receivers().size()) return {};
+  const ReceiverEntry& entry = receivers()[index];
+  if (const auto text = entry.setting(key); !text.empty()) return std::string(text);
+  for (const Parameter& parameter : kindOrStandard(entry).parameters) {
+    if (equalIgnoringCase(parameter.key, key)) return std::string(parameter.standard);
+  }
+  return {};
+}
+
+const ReceiverKind& DriversModel::kindOf(std::size_t index) const {
+  if (index >= receivers().size()) return receiverKinds().front();
+  return kindOrStandard(receivers()[index]);
+}
+
+}  // namespace kelvane::sondrel

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "components/sondrel/receiver_config.h"
+
+namespace kelvane::sondrel {
+
+/// The list of receivers while it is edited. A change that is not possible is refused with the
+/// reason in words, and nothing is changed then; an empty answer is success. An index that there is
+/// not is refused too.
+class DriversModel {
+ public:
+  explicit DriversModel(ReceiverConfig config) : config_(std::move(config)) {}
+
+  const std::vector<ReceiverEntry>& receivers() const { return config_.receivers; }
+  const ReceiverConfig& config() const { return config_; }
+
+  /// Adds one of that kind at the end, under a name of its own; at most eight.
+  std::string add(std::string_view kind);
+  std::string remove(std::size_t index);
+  /// A name of 1 to 60 characters that no other receiver has.
+  std::string rename(std::size_t index, std::string_view name);
+  /// Moves it to another place; those in between move by one.
+  std::string move(std::size_t index, std::size_t to);
+  /// Keys that the new kind does not know stay in the file.
+  std::string setKind(std::size_t index, std::string_view kind);
+  /// An empty text stands for the key's standard.
+  std::string setParameter(std::size_t index, std::string_view key, std::string_view text);
+  /// The key's text as it stands, else its standard.
+  std::string parameter(std::size_t index, std::string_view key) const;
+  /// Kind of that receiver, the standard one where the file names none that there is.
+  const ReceiverKind& kindOf(std::size_t index) const;
+
+ private:
+  ReceiverConfig config_;
+};
+
+}  // namespace kelvane::sondrel

@@ -1,0 +1,205 @@
+#include "components/sondrel/sondrel_core.h"
+
+#include <algorithm>
+
+#include "base/instance_name.h"
+#include "components/sondrel/simulated_receiver.h"
+
+namespace kelvane::sondrel {
+
+namespace {
+
+using Hosted = std::unique_ptr<HostedReceiver>;
+
+/// The receiver that the entry describes already, but perhaps for its name, which it then gets;
+/// null where there is none.
+Hosted taken(std::vector<Hosted>& receivers, ReceiverEntry entry) {
+  const auto described = [&](const Hosted& hosted) {
+    if (!hosted) return false;
+    ReceiverEntry named = hosted->entry;
+    named.name = entry.name;
+    return named == entry;
+  };
+  const auto found = std::ranges::find_if(receivers, described);
+  if (found == receivers.end()) return nullptr;
+  (*found)->receiver->setName(entry.name);
+  (*found)->entry = std::move(entry);
+  return std::move(*found);
+}
+
+}  // namespace
+
+SondrelCore::SondrelCore(std::filesystem::path dataFolder, std::function<Instant()> clock,
+                         std::function<void()> wake, ComponentWindows& windows,
+                         std::shared_ptr<FileSteps> steps)
+    : dataFolder_(std::move(dataFolder)),
+      clock_(std::move(clock)),
+      wake_(std::move(wake)),
+      windows_(windows),
+      steps_(std::move(steps)),
+      inbox_(std::make_shared<Inbox>([this] { wakeOnce(); })),
+      saver_(steps_),
+      events_([this] { wakeOnce(); }) {}
+
+SondrelCore::~SondrelCore() { inbox_->shut(); }
+
+void SondrelCore::wakeOnce() {
+  if (!woken_.exchange(true)) wake_();
+}
+
+void SondrelCore::raise(bool global, Raise event) { events_.raise(global, std::move(event)); }
+
+void SondrelCore::confirmed(Receiver& receiver, const Change& change) {
+  HostedReceiver* hosted = at(receiver.index());
+  // A receiver that is only being made learns its first values before it is one of the list.
+  if (!hosted || hosted->receiver.get() != &receiver) return;
+  hosted->channels->confirmed(change);
+  std::vector<Receiver*> all;
+  for (const auto& other : receivers_) all.push_back(other->receiver.get());
+  forwarding_.pass(change, receiver, all, clock_());
+}
+
+HostedReceiver* SondrelCore::at(Index rx) const {
+  const auto i = static_cast<std::size_t>(rx);
+  return rx >= 0 && i < receivers_.size() ? receivers_[i].get() : nullptr;
+}
+
+void SondrelCore::tick(Instant now) {
+  woken_ = false;
+  inbox_->run();
+  if (HostedReceiver* shown = at(shown_)) shown->tick(now);
+  for (const auto& hosted : receivers_) hosted->tick(now);
+  afterwards();
+}
+
+void SondrelCore::deliverEvents() {
+  woken_ = false;
+  inbox_->run();
+  afterwards();
+  events_.deliver();
+}
+
+Instant SondrelCore::nextDue() {
+  Instant due = kNever;
+  for (const auto& hosted : receivers_) due = std::min(due, hosted->nextDue());
+  return announced_ = due;
+}
+
+void SondrelCore::afterwards() {
+  for (const auto& hosted : receivers_) {
+    if (!hosted->receiver->online()) hosted->channels->lost();
+  }
+  // Whoever waits until a time that was right before has to ask again.
+  const Instant announced = announced_;
+  if (nextDue() < announced) wakeOnce();
+}
+
+std::filesystem::path SondrelCore::instanceFolder() const {
+  const std::string name = instance_->empty() ? std::string(kDefaultInstance) : *instance_;
+  return dataFolder_ / pathFromText(safeFileName(name));
+}
+
+void SondrelCore::open(const std::string& instance) {
+  receivers_.clear();
+  saver_.finish();
+  instance_ = instance;
+  config_ = loadConfig(instanceFolder() / "receivers.txt", *steps_);
+  host(config_.config.receivers);
+  if (!config_.note.empty()) windows_.tell(config_.note);
+}
+
+void SondrelCore::note(const std::string& words) {
+  config_.note += (config_.note.empty() ? "" : "\n") + words;
+}
+
+std::unique_ptr<HostedReceiver> SondrelCore::make(const ReceiverEntry& entry) {
+  const ReceiverKind* kind = receiverKind(entry.kind);
+  std::vector<std::string> notes;
+  auto hosted = std::make_unique<HostedReceiver>();
+  hosted->entry = entry;
+  hosted->receiver = (kind ? *kind : receiverKinds().front()).make(*this, entry, notes);
+  for (const std::string& words : notes) note(words);
+  const auto file = instanceFolder() / "Memories" / pathFromText(entry.memories + ".txt");
+  auto keeper = std::make_unique<ChannelKeeper>(
+      file, saver_, Mailbox(inbox_), [this](const std::string& words) { windows_.tell(words); });
+  ReceiverHost& self = *this;
+  hosted->channels = std::make_unique<ReceiverChannels>(*hosted->receiver, self, std::move(keeper));
+  return hosted;
+}
+
+void SondrelCore::host(const std::vector<ReceiverEntry>& entries) {
+  auto former = std::exchange(receivers_, {});
+  for (const ReceiverEntry& entry : entries) receivers_.push_back(taken(former, entry));
+  // Receivers that go write their channels first: one that comes may be given the same file.
+  former.clear();
+  saver_.finish();
+  std::vector<Receiver*> made;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (!receivers_[i]) {
+      receivers_[i] = make(entries[i]);
+      made.push_back(receivers_[i]->receiver.get());
+    }
+    receivers_[i]->receiver->setIndex(static_cast<Index>(i));
+  }
+  for (Receiver* receiver : made) receiver->connect(true, clock_());
+  shown_ = -1;
+  forwarding_.setMode(kForwardNone);
+}
+
+FileResult SondrelCore::applyDrivers(const DriversModel& model) {
+  if (!instance_) return {false, "No configuration is open."};
+  LoadedConfig changed = config_;
+  changed.config = model.config();
+  const FileResult written = saveConfig(instanceFolder() / "receivers.txt", changed, *steps_);
+  if (!written) return written;
+  changed.inTheWay = false;
+  changed.note.clear();
+  config_ = std::move(changed);
+  host(config_.config.receivers);
+  const auto count = static_cast<Count>(receivers_.size());
+  raise(false, [count](ReceiverListener& l) { l.DrvUpdated(count); });
+  afterwards();
+  return written;
+}
+
+void SondrelCore::editDrivers() {
+  if (editing_) return;
+  editing_ = true;
+  DriversModel model = drivers();
+  windows_.editDrivers(model, [&] { return applyDrivers(model); });
+  editing_ = false;
+}
+
+const Receiver* SondrelCore::receiver(Index rx) const {
+  const HostedReceiver* hosted = at(rx);
+  return hosted ? hosted->receiver.get() : nullptr;
+}
+
+SimulatedReceiver* SondrelCore::simulatedAt(Index rx) const {
+  const HostedReceiver* hosted = at(rx);
+  return hosted ? dynamic_cast<SimulatedReceiver*>(hosted->receiver.get()) : nullptr;
+}
+
+const SimulatedReceiver* SondrelCore::simulated(Index rx) const { return simulatedAt(rx); }
+
+bool SondrelCore::turnKnob(Index rx, Item item, std::int32_t value) {
+  SimulatedReceiver* simulated = simulatedAt(rx);
+  const bool turned = simulated && simulated->turn(item, value);
+  afterwards();
+  return turned;
+}
+
+bool SondrelCore::turnLine(Index rx, Long line, Long state) {
+  SimulatedReceiver* simulated = simulatedAt(rx);
+  if (simulated) simulated->turnLine(line, state);
+  return simulated != nullptr;
+}
+
+bool SondrelCore::setFaults(Index rx, const SimulatedFaults& faults) {
+  SimulatedReceiver* simulated = simulatedAt(rx);
+  if (simulated) simulated->setFaults(faults, clock_());
+  afterwards();
+  return simulated != nullptr;
+}
+
+}  // namespace kelvane::sondrel
