@@ -7,6 +7,10 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 # Build servers start commands with standard input closed; the next file opened would become it.
 [[ -e /proc/self/fd/0 ]] || exec </dev/null
 
+# A shell without job control starts its background jobs deaf to interrupts, and bash cannot trap what
+# it was started deaf to.
+if [[ -n $(trap -p INT) ]]; then exec env --default-signal=INT "$0" "$@"; fi
+
 say() { printf '%s: %s\n' "${0##*/}" "$*"; }
 
 fail() {
@@ -45,15 +49,23 @@ mkdir -p "$cache" || fail "The folder $cache cannot be made."
 # with_lock NAME WORDS COMMAND...: runs the command while no other run of this user has the lock.
 # When it has to wait it says WORDS. Inside the command descriptor 9 is closed and the shell's own
 # copy is close-on-exec, so that no child, and above all no lasting Wine service, holds the lock.
+locks_held=' '
 with_lock() {
-  local file=$cache/$1.lock words=$2
+  local name=$1 words=$2
   shift 2
-  exec 9>>"$file"
+  if [[ $locks_held == *" $name "* ]]; then
+    # A signal ended the command below, and what has to be done on leaving needs the same lock.
+    "$@"
+    return
+  fi
+  exec 9>>"$cache/$name.lock"
   if ! flock -n 9; then
     if [[ -n $words ]]; then say "$words"; fi
     # In the background, because bash answers no signal while it waits for a foreground command.
     run flock 9
   fi
+  locks_held+="$name "
   "$@" 9>&-
+  locks_held=${locks_held/" $name "/ }
   exec 9>&-
 }
