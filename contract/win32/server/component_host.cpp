@@ -61,28 +61,22 @@ LRESULT CALLBACK ComponentHost::procedure(HWND window, UINT message, WPARAM wpar
   }
   const ComPtr<IUnknown> alive(&host->component_.identity());
   try {
-    message == kWake ? host->deliver() : host->tick();
+    host->takeTurn();
   } catch (...) {
-    // Nothing may pass through the system's frames; the next turn goes on.
+    // Nothing may pass through the system's frames; what is left is for the next turn.
   }
   return 0;
 }
 
-void ComponentHost::deliver() {
-  // Before the delivery: what arrives during it asks for another one.
+void ComponentHost::takeTurn() {
+  // Before the work: what arrives during it asks for another turn.
   awake_ = false;
-  if (calls_ > 0) {
-    held_ = true;
-    return;
-  }
-  component_.deliverEvents();
-}
-
-void ComponentHost::tick() {
   timerDue_ = kNever;
   KillTimer(window_, kTimer);
   component_.tick(std::chrono::steady_clock::now());
   setTimer();
+  held_ = calls_ > 0;
+  if (!held_) component_.deliverEvents();
 }
 
 void ComponentHost::setTimer() {

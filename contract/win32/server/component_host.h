@@ -15,8 +15,9 @@ class HostedComponent {
   virtual ~HostedComponent() = default;
   /// The object that a turn keeps alive, whatever it does.
   virtual IUnknown& identity() = 0;
-  virtual void deliverEvents() = 0;
+  /// Does what is due, and takes in what woke the component.
   virtual void tick(Instant now) = 0;
+  virtual void deliverEvents() = 0;
   /// When the next tick is due; kNever where none is.
   virtual Instant nextDue() = 0;
 };
@@ -33,7 +34,7 @@ class ComponentHost final : public CallWatch {
   ComponentHost& operator=(const ComponentHost&) = delete;
   ~ComponentHost() override;
 
-  /// Asks for a delivery; from any thread. Many wake-ups before a delivery are one.
+  /// Asks for a turn; from any thread. Many wake-ups before a turn are one.
   void wake() noexcept;
 
   void callBegins() override { ++calls_; }
@@ -41,8 +42,7 @@ class ComponentHost final : public CallWatch {
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM, LPARAM);
-  void deliver();
-  void tick();
+  void takeTurn();
   void setTimer();
 
   HostedComponent& component_;

@@ -1,0 +1,47 @@
+// What the system asks of a component's library. The identities of the contract's interfaces are
+// made here, whence the first header.
+#include <initguid.h>
+
+#include "components/sondrel/win32/sondrel_object.h"
+#include "contract/win32/server/class_factory.h"
+#include "contract/win32/server/known_folders.h"
+#include "contract/win32/server/registration.h"
+
+namespace {
+
+using namespace kelvane;
+
+// The four functions below are called without any context: what they share can only stand here.
+com::ObjectCount objects;
+
+com::Registration registration() {
+  return {__uuidof(Sondrel),
+          LIBID_SONDRELLib,
+          __uuidof(ISondrel),
+          L"ISondrel",
+          __uuidof(_ISondrelEvents),
+          L"_ISondrelEvents",
+          L"Sondrel receiver component",
+          L"Kelvane.Sondrel"};
+}
+
+HRESULT makeObject(com::ObjectCount& count, com::ComPtr<IUnknown>& object) {
+  com::TypeLibrary types;
+  const HRESULT code = com::readTypeLibrary(__uuidof(ISondrel), __uuidof(Sondrel), types);
+  if (FAILED(code)) return code;
+  object = static_cast<ISondrel*>(
+      new sondrel::SondrelObject(count, std::move(types), com::userDataFolder()));
+  return S_OK;
+}
+
+}  // namespace
+
+STDAPI DllGetClassObject(REFCLSID component, REFIID iid, void** object) {
+  return com::getClassObject(component, __uuidof(Sondrel), objects, makeObject, iid, object);
+}
+
+STDAPI DllCanUnloadNow() { return objects.none() ? S_OK : S_FALSE; }
+
+STDAPI DllRegisterServer() { return com::registerComponent(registration()); }
+
+STDAPI DllUnregisterServer() { return com::unregisterComponent(registration()); }

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "contract/win32/com.h"
+
+namespace kelvane::com {
+
+/// Message boxes that nobody waits for. Each has a thread of its own, so that neither the component
+/// nor the program that uses it stands still behind one; with their owner they are taken away.
+class MessageBoxes {
+ public:
+  MessageBoxes();
+  MessageBoxes(const MessageBoxes&) = delete;
+  MessageBoxes& operator=(const MessageBoxes&) = delete;
+  ~MessageBoxes();
+
+  /// Shows the words, in UTF-8, and returns at once.
+  void show(const std::string& title, const std::string& words);
+
+ private:
+  struct Box;
+
+  std::vector<std::unique_ptr<Box>> boxes_;
+};
+
+}  // namespace kelvane::com
