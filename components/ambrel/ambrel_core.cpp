@@ -1,44 +1,70 @@
 #include "components/ambrel/ambrel_core.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "base/safe_file.h"
+#include "components/ambrel/region_store.h"
 #include "components/modes.h"
 
 namespace kelvane::ambrel {
+
+namespace {
+
+constexpr std::size_t kLargestCodes = 4u << 20;
+
+/// The codes' words from the best file that can be read.
+Codes loadCodes(const DataFiles& files, std::vector<std::string>& notes) {
+  for (const auto& file : files.named("codes.txt")) {
+    std::string reason;
+    const auto text = readFile(file, kLargestCodes, &reason);
+    std::vector<std::string> problems;
+    if (!text) problems.push_back(reason);
+    const Codes codes = text ? Codes(*text, problems) : Codes();
+    if (!problems.empty()) notes.push_back("Codes " + pathText(file) + ": " + problems.front());
+    if (text) return codes;
+  }
+  return {};
+}
+
+}  // namespace
 
 AmbrelCore::AmbrelCore(std::filesystem::path dataFolder, std::filesystem::path userFolder,
                        UtcClock utcNow, std::function<void()> wake, ComponentWindows& windows)
     : dataFolder_(std::move(dataFolder)),
       userFolder_(std::move(userFolder)),
-      utcNow_(std::move(utcNow)),
-      wake_(std::move(wake)),
-      windows_(windows) {}
+      windows_(windows),
+      data_{std::make_shared<const StationTable>(), {}},
+      stations_(std::move(utcNow)),
+      queue_(std::move(wake)) {}
 
 AmbrelCore::~AmbrelCore() = default;
 
-void AmbrelCore::addListener(FrequencyListener& listener) { listeners_.push_back(&listener); }
-
-void AmbrelCore::removeListener(FrequencyListener& listener) { std::erase(listeners_, &listener); }
-
-void AmbrelCore::deliverEvents() {}
-
 std::string AmbrelCore::notes() const {
   std::string text;
-  for (const std::string& note : notes_) text += (text.empty() ? "" : "\n") + note;
+  const auto add = [&text](const std::vector<std::string>& notes) {
+    for (const std::string& note : notes) text += (text.empty() ? "" : "\n") + note;
+  };
+  add(openNotes_);
+  add(planNotes_);
+  add(problemsOf(data_));
   return text;
 }
 
 Outcome AmbrelCore::OpenFrqConfig(Text instance) {
-  notes_.clear();
+  openNotes_.clear();
+  planNotes_.clear();
   bands_.reset();
   files_.emplace(dataFolder_, userFolder_, instance);
+  codes_ = loadCodes(*files_, openNotes_);
+  useData(loadStations(*files_, std::nullopt));
   return Outcome::Done;
 }
 
 Outcome AmbrelCore::InitFrqPlan(Long plan) {
   if (!files_ || plan != 0) return Outcome::Failed;
-  bands_.emplace(*files_, notes_);
+  planNotes_.clear();
+  bands_.emplace(*files_, planNotes_);
+  bands_->selectRegion(keptRegion(*files_));
   return Outcome::Done;
 }
 
@@ -49,12 +75,15 @@ Answer<Long> AmbrelCore::GetFrqRegion() {
 
 Answer<Long> AmbrelCore::NextFrqRegion() {
   if (!bands_) return Answer<Long>::failed(0);
-  bands_->selectRegion((bands_->region() + 1) % kRegions);
-  return bands_->region();
+  const Long region = (bands_->region() + 1) % kRegions;
+  bands_->selectRegion(region);
+  background_.run([files = *files_, region] { keepRegion(files, region); });
+  return region;
 }
 
 Answer<Flag> AmbrelCore::SetFrqFrequency(Hz frequency) {
   if (!bands_ || frequency < 0) return Answer<Flag>::failed(false);
+  stations_.moveTo(frequency);
   return bands_->moveTo(frequency);
 }
 
@@ -88,27 +117,59 @@ Answer<Hz> AmbrelCore::GetFrqBandStart() {
   return bands_->here().start;
 }
 
-Answer<FrqRecord> AmbrelCore::NextFrqKnown(Long) { return Answer<FrqRecord>::failed({}); }
+Answer<FrqRecord> AmbrelCore::NextFrqKnown(Long direction) {
+  words_.reset();
+  return stations_.walkAll(direction);
+}
 
-Answer<FrqRecord> AmbrelCore::NextFrqSet(Long) { return Answer<FrqRecord>::failed({}); }
+Answer<FrqRecord> AmbrelCore::NextFrqSet(Long direction) {
+  words_.reset();
+  return stations_.walkSets(direction);
+}
 
-Answer<Long> AmbrelCore::GetFrqSet() { return -1; }
+Answer<Long> AmbrelCore::GetFrqSet() { return stations_.currentSet(); }
 
-Answer<FrqRecord> AmbrelCore::NextFrqInSet(Long, Long) { return Answer<FrqRecord>::failed({}); }
+Answer<FrqRecord> AmbrelCore::NextFrqInSet(Long set, Long direction) {
+  words_.reset();
+  return stations_.walkInSet(set, direction);
+}
 
-Answer<Flag> AmbrelCore::FindRxKnownFrequency(Hz, Hz) { return false; }
+Answer<Flag> AmbrelCore::FindRxKnownFrequency(Hz frequency, Hz tolerance) {
+  words_.reset();
+  return stations_.find(frequency, tolerance);
+}
 
-Answer<Hz> AmbrelCore::GetRxKnownFrequency() { return -1; }
+Answer<Hz> AmbrelCore::GetRxKnownFrequency() {
+  if (!stations_.found()) return Answer<Hz>::failed(-1);
+  return stations_.found()->record->frequency;
+}
 
-Answer<Text> AmbrelCore::GetFrqKnownName() { return Text(); }
+Answer<Text> AmbrelCore::GetFrqKnownName() {
+  if (!words()) return Answer<Text>::failed({});
+  return words()->name;
+}
 
-Answer<Text> AmbrelCore::GetFrqKnownInfo() { return Text(); }
+Answer<Text> AmbrelCore::GetFrqKnownInfo() {
+  if (!words()) return Answer<Text>::failed({});
+  return words()->info;
+}
 
-Answer<Text> AmbrelCore::GetFrqKnownExtra() { return Text(); }
+Answer<Text> AmbrelCore::GetFrqKnownExtra() {
+  if (!words()) return Answer<Text>::failed({});
+  return words()->extra;
+}
 
-Answer<Setting> AmbrelCore::GetFrqKnownFilter() { return 0; }
+Answer<Setting> AmbrelCore::GetFrqKnownFilter() {
+  const auto found = foundRecommendation();
+  if (!found) return Answer<Setting>::failed(0);
+  return found->filter;
+}
 
-Answer<Setting> AmbrelCore::GetFrqKnownMode() { return -1; }
+Answer<Setting> AmbrelCore::GetFrqKnownMode() {
+  const auto found = foundRecommendation();
+  if (!found) return Answer<Setting>::failed(-1);
+  return found->mode;
+}
 
 Outcome AmbrelCore::ShowFrqKnownList() {
   windows_.showKnownList(*this);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -8,19 +7,24 @@
 #include <string>
 #include <vector>
 
+#include "components/ambrel/background.h"
 #include "components/ambrel/bands.h"
+#include "components/ambrel/codes.h"
 #include "components/ambrel/component_windows.h"
 #include "components/ambrel/data_files.h"
+#include "components/ambrel/event_queue.h"
+#include "components/ambrel/known_stations.h"
+#include "components/ambrel/station_data.h"
+#include "components/ambrel/station_words.h"
+#include "components/ambrel/utc.h"
 #include "contract/components.h"
 
 namespace kelvane::ambrel {
 
-/// The present moment in UTC, asked anew whenever a rule needs it.
-using UtcClock = std::function<std::chrono::system_clock::time_point()>;
-
 /// The frequency component without a window system: regions and band plans, sets of known
 /// frequencies, a broadcast schedule. Rules and units of each operation stand in
-/// contract/ambrel_operations.inc. Lives on the user-interface thread.
+/// contract/ambrel_operations.inc. Lives on the user-interface thread; only loading a schedule and
+/// keeping files is done beside it.
 class AmbrelCore final : public FrequencyComponent {
  public:
   /// `dataFolder` holds the texts shipped with the program. `userFolder` is the program's folder in
@@ -32,15 +36,40 @@ class AmbrelCore final : public FrequencyComponent {
   ~AmbrelCore() override;
 
   /// A listener must be removed before it ends.
-  void addListener(FrequencyListener& listener);
-  void removeListener(FrequencyListener& listener);
+  void addListener(FrequencyListener& listener) { queue_.addListener(listener); }
+  void removeListener(FrequencyListener& listener) { queue_.removeListener(listener); }
 
   /// Hands the waiting events to the listeners. Called after each wake, outside any call into the
   /// component.
-  void deliverEvents();
+  void deliverEvents() { queue_.deliver(); }
 
-  /// What went wrong while the data was opened, in words, a line each; empty when nothing did.
+  /// What is wrong with the data, in words, a line each; empty when nothing is.
   std::string notes() const;
+
+  /// Raises FrqDataUpdated when another station speaks for the known frequency now than when it
+  /// was found. To be called every few seconds by whoever has a timer.
+  void lookAtClock();
+
+  // What the component's windows work with.
+
+  /// Begins to take in a schedule that the user points at, in the place of the present one; it
+  /// ends in FrqDataUpdated, and `loadWords` then says how it went. A file that is no schedule
+  /// changes nothing. False while another load is under way.
+  bool importSchedule(const std::filesystem::path& file);
+  /// Begins to read all texts anew; ends as an import does.
+  bool reload();
+  bool isLoading() const { return loading_; }
+  /// How the last import or reload went, for the operator.
+  const std::string& loadWords() const { return loadWords_; }
+  /// Tells the listeners that the operator chose a frequency.
+  void choose(Hz frequency, Setting mode, Setting filter);
+
+  const StationData& data() const { return data_; }
+  const Codes& codes() const { return codes_; }
+  const DataFiles* files() const { return files_ ? &*files_ : nullptr; }
+  /// The present minute for the records of the present data.
+  const AirTime& airTime() { return stations_.airTime(); }
+  Recommendation recommendationFor(std::size_t place, const StationDetails& details) const;
 
 #define ASK(name, Result, fallback, params, args) Answer<Result> name params override;
 #define TELL(name, params, args) Outcome name params override;
@@ -51,15 +80,35 @@ class AmbrelCore final : public FrequencyComponent {
 #undef WALK
 
  private:
+  /// What a load brought; without data nothing changes.
+  struct Loaded {
+    std::optional<StationData> data;
+    std::string words;
+  };
+
+  bool load(std::function<Loaded(const DataFiles&)> read);
+  void take(Loaded& loaded);
+  void useData(StationData data);
+  void raiseDataUpdated();
+  /// The words for what was found, worked out when first asked for; none where nothing is found.
+  const StationWords* words();
+  std::optional<Recommendation> foundRecommendation();
+
   std::filesystem::path dataFolder_;
   std::filesystem::path userFolder_;
-  UtcClock utcNow_;
-  std::function<void()> wake_;
   ComponentWindows& windows_;
-  std::vector<FrequencyListener*> listeners_;
-  std::vector<std::string> notes_;
+  std::vector<std::string> openNotes_;
+  std::vector<std::string> planNotes_;
   std::optional<DataFiles> files_;
   std::optional<Bands> bands_;
+  Codes codes_;
+  StationData data_;
+  KnownStations stations_;
+  std::optional<StationWords> words_;
+  bool loading_ = false;
+  std::string loadWords_;
+  EventQueue queue_;
+  Background background_;  ///< last, so that its jobs end before what they use
 };
 
 }  // namespace kelvane::ambrel

@@ -1,6 +1,6 @@
 #include "components/ambrel/data_files.h"
 
-#include <map>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -44,20 +44,21 @@ std::vector<fs::path> DataFiles::named(std::string_view name) const {
   return found;
 }
 
-std::vector<fs::path> DataFiles::allLike(std::string_view start, std::string_view end) const {
-  std::map<std::string, fs::path> winners;
+std::vector<std::string> DataFiles::namesLike(std::string_view start, std::string_view end) const {
+  std::set<std::string> names;
   for (const fs::path& folder : folders_) {
     std::error_code error;
     fs::directory_iterator entries(folder, error);
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-      const std::string name = plainName(entries->path());
-      if (!name.starts_with(start) || !name.ends_with(end)) continue;
-      if (!winners.contains(name)) winners[name] = named(name).front();
+      std::string name = plainName(entries->path());
+      if (name.starts_with(start) && name.ends_with(end)) names.insert(std::move(name));
     }
   }
-  std::vector<fs::path> files;
-  for (auto& [name, file] : winners) files.push_back(std::move(file));
-  return files;
+  return {names.begin(), names.end()};
+}
+
+bool DataFiles::isShipped(const fs::path& file) const {
+  return file.parent_path() == folders_.back() && plainName(file) == pathText(file.filename());
 }
 
 }  // namespace kelvane::ambrel

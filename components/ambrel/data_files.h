@@ -21,8 +21,12 @@ class DataFiles {
   /// The existing files of that name, the winner first.
   std::vector<std::filesystem::path> named(std::string_view name) const;
 
-  /// For every name below the folders that begins and ends so, its winner; in the names' order.
-  std::vector<std::filesystem::path> allLike(std::string_view start, std::string_view end) const;
+  /// The names in any of the folders that begin and end so, in order and each once. A user's file
+  /// beside a shipped one counts under that one's name.
+  std::vector<std::string> namesLike(std::string_view start, std::string_view end) const;
+
+  /// Whether a file is one of those that came with the program.
+  bool isShipped(const std::filesystem::path& file) const;
 
  private:
   std::vector<std::filesystem::path> folders_;

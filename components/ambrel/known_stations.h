@@ -32,8 +32,6 @@ class KnownStations {
  public:
   explicit KnownStations(UtcClock utcNow) : clock_(std::move(utcNow)) {}
 
-  const StationTable& table() const { return *table_; }
-  std::shared_ptr<const StationTable> sharedTable() const { return table_; }
   /// Puts another table in the place of the present one. What was found is forgotten.
   void setTable(std::shared_ptr<const StationTable> table);
 
@@ -43,6 +41,9 @@ class KnownStations {
   /// Finds the known frequency nearest to the given one, at most `tolerance` Hz away; the position
   /// stays.
   bool find(Hz frequency, Hz tolerance);
+
+  /// Decides anew, for the present minute, which record speaks for what was found.
+  void lookAgain() { select(found_->place); }
 
   FrqRecord walkAll(Long direction);
   FrqRecord walkInSet(Long set, Long direction);

@@ -1,0 +1,117 @@
+// The part of the component that loads data, and finds words for what was found.
+
+#include <utility>
+
+#include "base/safe_file.h"
+#include "components/ambrel/ambrel_core.h"
+#include "components/ambrel/schedule_store.h"
+
+namespace kelvane::ambrel {
+
+namespace {
+
+std::string countsOf(const StationList& list) {
+  std::string text = std::to_string(list.records.size()) + " broadcasts";
+  if (list.inactive > 0) text += ", " + std::to_string(list.inactive) + " inactive ones left out";
+  if (list.unknownDays > 0)
+    text += ", " + std::to_string(list.unknownDays) + " with days that were not understood";
+  text += ".";
+  if (list.problems.count > 0) text += " " + list.problems.text();
+  return text;
+}
+
+}  // namespace
+
+void AmbrelCore::lookAtClock() {
+  const auto found = stations_.found();
+  if (!found || stations_.airTime().minute() == found->minute) return;
+  const std::string told = words()->name + words()->info + words()->extra;
+  words_.reset();
+  stations_.lookAgain();
+  if (told != words()->name + words()->info + words()->extra) raiseDataUpdated();
+}
+
+bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
+  return load([file](const DataFiles& files) {
+    StationList list = readScheduleFile(file);
+    if (!list.refusal.empty())
+      return Loaded{std::nullopt, list.origin + " was not loaded. " + list.refusal +
+                                      " The data that was there stays."};
+    std::string words =
+        list.origin + " was loaded: season " + list.season->code() + ", " + countsOf(list);
+    const std::string lost = keepSchedule(list, files);
+    if (!lost.empty()) words += " It could not be kept for the next start: " + lost;
+    return Loaded{loadStations(files, std::move(list)), std::move(words)};
+  });
+}
+
+bool AmbrelCore::reload() {
+  return load([](const DataFiles& files) {
+    return Loaded{loadStations(files, std::nullopt), "All lists were read anew."};
+  });
+}
+
+bool AmbrelCore::load(std::function<Loaded(const DataFiles&)> read) {
+  if (loading_ || !files_) return false;
+  loading_ = true;
+  background_.run([this, files = *files_, read = std::move(read)] {
+    const auto loaded = std::make_shared<Loaded>(read(files));
+    queue_.post([this, loaded] { take(*loaded); });
+  });
+  return true;
+}
+
+void AmbrelCore::take(Loaded& loaded) {
+  loading_ = false;
+  loadWords_ = std::move(loaded.words);
+  if (loaded.data) useData(std::move(*loaded.data));
+  queue_.tell([](FrequencyListener& listener) { listener.FrqDataUpdated(); });
+}
+
+void AmbrelCore::useData(StationData data) {
+  const auto found = stations_.found();
+  const Hz known = found ? found->record->frequency : -1;
+  words_.reset();
+  data_ = std::move(data);
+  stations_.setTable(data_.table);
+  if (known >= 0) stations_.find(known, 0);
+}
+
+void AmbrelCore::raiseDataUpdated() {
+  queue_.post(
+      [this] { queue_.tell([](FrequencyListener& listener) { listener.FrqDataUpdated(); }); });
+}
+
+void AmbrelCore::choose(Hz frequency, Setting mode, Setting filter) {
+  queue_.post([=, this] {
+    queue_.tell(
+        [=](FrequencyListener& listener) { listener.FrqSelected(frequency, mode, filter); });
+  });
+}
+
+const StationWords* AmbrelCore::words() {
+  const auto& found = stations_.found();
+  if (!found) return nullptr;
+  if (!words_) {
+    const AirTime then(*data_.table, found->minute);
+    words_ = wordsFor(*data_.table, *found, then, codes_);
+  }
+  return &*words_;
+}
+
+Recommendation AmbrelCore::recommendationFor(std::size_t place,
+                                             const StationDetails& details) const {
+  static const BandEntry kNone{"", 0, 0, 1000, 0, 6000};
+  const Hz frequency = data_.table->frequency(place);
+  const BandEntry& band = bands_ ? bands_->plan()[bands_->plan().at(frequency)] : kNone;
+  return recommendation(*data_.table, place, details, band);
+}
+
+std::optional<Recommendation> AmbrelCore::foundRecommendation() {
+  const auto& found = stations_.found();
+  if (!found) return std::nullopt;
+  const AirTime then(*data_.table, found->minute);
+  return recommendationFor(found->place, detailsOf(*data_.table, *found->record, then, codes_));
+}
+
+}  // namespace kelvane::ambrel

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "components/ambrel/data_files.h"
+#include "components/ambrel/station_list.h"
+#include "components/ambrel/utc.h"
+
+namespace kelvane::ambrel {
+
+/// Reads a schedule that the user points at. Its season is told by the file's name, else by its
+/// newest "last heard" mark, else by the file's own date. A list with a refusal is no schedule.
+StationList readScheduleFile(const std::filesystem::path& file);
+
+/// Keeps a schedule for the next starts, in the place of the one kept before. Answers why it could
+/// not, in words; empty when it is kept.
+std::string keepSchedule(const StationList& schedule, const DataFiles& files);
+
+/// The kept schedule; none when none was ever kept. One that cannot be read any more is put aside
+/// and comes back with a refusal.
+std::optional<StationList> keptSchedule(const DataFiles& files);
+
+/// How old a schedule is at a moment: "A22, summer 2022: out of date since 30 Oct 2022".
+std::string ageText(const Season& season, UtcMinute now);
+
+}  // namespace kelvane::ambrel
