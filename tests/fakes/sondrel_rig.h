@@ -1,0 +1,81 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "components/sondrel/sondrel_core.h"
+#include "tests/fakes/hand_clock.h"
+#include "tests/fakes/recording_listener.h"
+#include "tests/fakes/temp_folder.h"
+
+namespace kelvane::fakes {
+
+/// The component's windows, opened by nobody: remembers what was asked.
+class FakeSondrelWindows : public sondrel::ComponentWindows {
+ public:
+  void setOwner(Long window) override { owner = window; }
+  void editDrivers(sondrel::DriversModel& model,
+                   const std::function<FileResult()>& apply) override {
+    ++edits;
+    if (edit) edit(model, apply);
+  }
+  void showSettings(Index rx) override { shown.push_back(rx); }
+  void tell(const std::string& words) override { told.push_back(words); }
+
+  Long owner = 0;
+  int edits = 0;
+  std::function<void(sondrel::DriversModel&, const std::function<FileResult()>&)> edit;
+  std::vector<Index> shown;
+  std::vector<std::string> told;
+};
+
+/// The receiver component's real core on a hand-driven clock, in a folder of its own, with a
+/// listener that writes down its events.
+class SondrelRig {
+ public:
+  explicit SondrelRig(std::shared_ptr<FileSteps> steps = std::make_shared<FileSteps>())
+      : core(
+            folder.path(), [this] { return clock.now; }, [this] { ++wakes; }, windows,
+            std::move(steps)),
+        listener(&core) {
+    core.addListener(listener);
+  }
+
+  std::filesystem::path instanceFolder(const std::string& instance = "Kelvane") const {
+    return folder.path() / pathFromText(instance);
+  }
+  std::filesystem::path configPath() const { return instanceFolder() / "receivers.txt"; }
+  /// What the configuration file holds when the instance is opened: sections without the head.
+  void configure(const std::string& sections) {
+    writeFileSafely(configPath(), "Version=1\r\n" + sections);
+  }
+  /// Opens the instance and lets the links come up that take no time.
+  Count open(const std::string& instance = "Kelvane") {
+    const Count count = core.OpenRxConfig(instance, 0);
+    pump();
+    return count;
+  }
+  /// Does what is due now, as the component's message loop would.
+  void pump() {
+    core.tick(clock.now);
+    core.deliverEvents();
+  }
+  /// Lets time pass, everything being done at the moment when it is due.
+  void run(milliseconds time) {
+    const Instant end = clock.now + time;
+    for (;;) {
+      clock.now = std::min(std::max(core.nextDue(), clock.now), end);
+      pump();
+      if (clock.now >= end && core.nextDue() > end) return;
+    }
+  }
+
+  TempFolder folder;
+  HandClock clock;
+  int wakes = 0;
+  FakeSondrelWindows windows;
+  sondrel::SondrelCore core;
+  RecordingListener listener;
+};
+
+}  // namespace kelvane::fakes
