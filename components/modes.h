@@ -21,10 +21,23 @@ enum class Mode : std::int32_t {
   Fax = 6,
   Sam = 7,  ///< AM with the carrier recovered in the receiver
   Drm = 8,
+  // What some radios have besides; no database recommends them.
+  Cwr = 9,     ///< CW on the other sideband
+  Rttyr = 10,  ///< RTTY on the other sideband
+  Wfm = 11,
+  Fmn = 12,
+  Dsb = 13,
+  Sal = 14,  ///< lower sideband of AM with the carrier recovered
+  Sah = 15,  ///< upper sideband of the same
+  DataUsb = 16,
+  DataLsb = 17,
+  DataFm = 18,
+  DataAm = 19,
 };
 
-inline constexpr std::array<std::string_view, 9> kModeNames = {"AM",   "FM",  "USB", "LSB", "CW",
-                                                               "RTTY", "FAX", "SAM", "DRM"};
+inline constexpr std::array<std::string_view, 20> kModeNames = {
+    "AM",    "FM",  "USB", "LSB", "CW",  "RTTY", "FAX",    "SAM",    "DRM",   "CWR",
+    "RTTYR", "WFM", "FMN", "DSB", "SAL", "SAH",  "PKTUSB", "PKTLSB", "PKTFM", "PKTAM"};
 inline constexpr std::int32_t kModeCount = static_cast<std::int32_t>(kModeNames.size());
 
 /// The mode's name; empty for a number that is no mode.

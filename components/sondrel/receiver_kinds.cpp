@@ -1,11 +1,12 @@
 #include <array>
 
+#include "components/sondrel/rigctld_receiver.h"
 #include "components/sondrel/simulation.h"
 
 namespace kelvane::sondrel {
 
 std::span<const ReceiverKind> receiverKinds() {
-  static const std::array kinds{simulatedKind()};
+  static const std::array kinds{simulatedKind(), rigctldKind()};
   return kinds;
 }
 

@@ -100,6 +100,16 @@ std::vector<std::int32_t> RigctldCapabilities::widths(std::string_view mode) con
   return list;
 }
 
+std::int32_t RigctldCapabilities::usualWidth(std::string_view mode) const {
+  // A description lists a mode's normal width first, then the narrow and the wide one.
+  const auto bit = modeBit(mode);
+  for (const auto& row : filters) {
+    if ((row.modes & bit) != 0 && row.hertz > 0) return row.hertz;
+  }
+  const auto list = widths(mode);
+  return list.empty() ? 0 : list[list.size() / 2];
+}
+
 std::int32_t RigctldCapabilities::nearestWidth(std::string_view mode, std::int32_t width) const {
   return nearestOf(widths(mode), width);
 }
@@ -111,7 +121,8 @@ bool RigctldCapabilities::hasMode(std::string_view mode) const {
 std::int32_t RigctldCapabilities::finestStep() const {
   std::int32_t finest = 0;
   for (const auto& row : steps) {
-    if (row.hertz > 0 && (finest == 0 || row.hertz < finest)) finest = row.hertz;
+    const auto step = std::max(row.hertz, 1);  // any step
+    finest = finest == 0 ? step : std::min(finest, step);
   }
   return finest;
 }

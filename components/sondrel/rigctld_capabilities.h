@@ -64,6 +64,8 @@ struct RigctldCapabilities {
   std::int32_t highestFrequency() const;
   /// Bandwidths of the mode, Hz, rising; never 0.
   std::vector<std::int32_t> widths(std::string_view mode) const;
+  /// The width that comes with the mode, Hz.
+  std::int32_t usualWidth(std::string_view mode) const;
   /// The width of the mode nearest to this one.
   std::int32_t nearestWidth(std::string_view mode, std::int32_t width) const;
   bool hasMode(std::string_view mode) const;

@@ -163,17 +163,42 @@ void RigctldReadings::takeNumber(RigItem item, std::int32_t number, Instant now)
 void RigctldReadings::takeMode(const ModeAndWidth& read, Instant now) {
   const bool first = !known(RigItem::Mode);
   const bool modeNews = first || read.mode != mode_;
-  const bool widthNews = read.width > 0 && read.width != value(RigItem::Filter);
+  const bool stale = isStaleWidth(read.width, now);
+  const bool widthNews = !stale && read.width > 0 && read.width != value(RigItem::Filter);
   const auto cause = first ? Cause::Learned : causeOf(RigItem::Mode, 0, now);
   const auto shown = number(RigItem::Frequency);
   mode_ = read.mode;
-  if (modeNews || widthNews) value(RigItem::Filter) = read.width;
+  width_ = read.width;
+  if (!stale && (modeNews || widthNews)) value(RigItem::Filter) = read.width;
   known_.add(RigItem::Mode);
+  if (stale && modeNews) expectWidth(now);
   const bool modeAsked = settle(RigItem::Mode, now);
   const bool filterAsked = settle(RigItem::Filter, now);
   if (modeNews && !modeAsked) report(RigItem::Mode, cause);
   if (!modeNews && widthNews && !modeAsked && !filterAsked) report(RigItem::Filter, cause);
   if (modeNews) modeChanged(cause, shown);
+}
+
+/// Servers were seen to answer the new mode with the old width for half a second.
+bool RigctldReadings::isStaleWidth(std::int32_t width, Instant now) const {
+  const auto stale = [&](RigItem requested) {
+    const auto& awaited = awaited_[at(requested)];
+    return awaited && !awaited->refused && now < awaited->until && awaited->order.wanted > 0 &&
+           width == awaited->before && width != awaited->order.wanted;
+  };
+  return stale(RigItem::Mode) || stale(RigItem::Filter);
+}
+
+/// The mode is the new one: its filter is taken to be as it was asked for, until it is read.
+void RigctldReadings::expectWidth(Instant now) {
+  const auto& mode = awaited_[at(RigItem::Mode)];
+  auto& filter = awaited_[at(RigItem::Filter)];
+  if (mode && !filter) {
+    filter = mode;
+    filter->order.request = {RigItem::Filter, mode->order.wanted, {}, 0};
+    filter->askAt = now + kBetweenReadBacks;
+  }
+  if (filter) value(RigItem::Filter) = filter->order.wanted;
 }
 
 /// The BFO works in another way in another mode, and with it goes or comes an offset.
@@ -195,8 +220,7 @@ bool RigctldReadings::settled(const Awaited& awaited, Instant now) const {
     const auto read = values_[at(order.reads)];
     return read == order.wanted || read != awaited.before;
   }
-  const auto width = values_[at(RigItem::Filter)];
-  const bool widthDone = order.wanted == 0 || width == order.wanted || width != awaited.before;
+  const bool widthDone = order.wanted == 0 || width_ == order.wanted || width_ != awaited.before;
   if (order.request.item == RigItem::Filter) return widthDone;
   return mode_ != awaited.modeBefore || (mode_ == order.wantedMode && widthDone);
 }

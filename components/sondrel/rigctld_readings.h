@@ -61,6 +61,8 @@ class RigctldReadings {
   void await(const RigOrder& order, bool refused, Instant now);
   void takeNumber(RigItem item, std::int32_t number, Instant now);
   void takeMode(const ModeAndWidth& read, Instant now);
+  bool isStaleWidth(std::int32_t width, Instant now) const;
+  void expectWidth(Instant now);
   bool settled(const Awaited& awaited, Instant now) const;
   bool settle(RigItem requested, Instant now);
   Cause causeOf(RigItem item, std::int32_t number, Instant now) const;
@@ -78,6 +80,7 @@ class RigctldReadings {
   std::shared_ptr<const RigctldCapabilities> can_;
   std::array<std::int32_t, kRigItems> values_{};  ///< as the radio counts; Filter the mode's width
   std::string mode_;
+  std::int32_t width_ = 0;  ///< as it was last read
   std::int32_t offset_ = 0;
   RigItems known_;
   std::array<std::optional<Awaited>, kRigItems> awaited_;  ///< by the item of the request

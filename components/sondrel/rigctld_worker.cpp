@@ -35,12 +35,16 @@ RigctldWorker::~RigctldWorker() {
   thread_.join();
 }
 
-void RigctldWorker::open(bool reopen) {
-  post([reopen](Mail& mail) { mail.open = reopen || mail.open.value_or(false); });
+std::uint32_t RigctldWorker::open(bool reopen) {
+  return post([reopen](Mail& mail) {
+    ++mail.order;
+    mail.open = reopen || mail.open.value_or(false);
+  });
 }
 
-void RigctldWorker::close() {
-  post([](Mail& mail) {
+std::uint32_t RigctldWorker::close() {
+  return post([](Mail& mail) {
+    ++mail.order;
     mail.close = true;
     mail.open.reset();
     mail.requests.clear();
@@ -56,19 +60,23 @@ void RigctldWorker::show(bool shown) {
 }
 
 template <class Change>
-void RigctldWorker::post(Change change) {
+std::uint32_t RigctldWorker::post(Change change) {
+  std::uint32_t order = 0;
   {
     const std::lock_guard lock(mutex_);
     change(mail_);
+    order = mail_.order;
   }
   client_.wake();
+  return order;
 }
 
 void RigctldWorker::run() {
   while (readMail(clockNow())) {
     keepConnection(clockNow());
     if (const auto output = session_.takeOutput(); !output.empty()) client_.send(output);
-    if (auto reports = session_.takeReports(); !reports.empty()) deliver_(std::move(reports));
+    if (auto reports = session_.takeReports(); !reports.empty())
+      deliver_(std::move(reports), order_);
     const auto events = client_.wait(clockNow(), session_.nextDue());
     feed(events, clockNow());
   }
@@ -80,7 +88,9 @@ bool RigctldWorker::readMail(Instant now) {
   {
     const std::lock_guard lock(mutex_);
     std::swap(mail, mail_);
+    mail_.order = mail.order;
   }
+  order_ = mail.order;
   if (mail.shown) session_.show(*mail.shown);
   if (mail.close) session_.close();
   if (mail.open) session_.open(*mail.open, now);

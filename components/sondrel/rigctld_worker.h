@@ -23,17 +23,18 @@ struct RigctldAddress {
 /// returns at once; the destructor waits only for the thread to take notice.
 class RigctldWorker {
  public:
-  /// `deliver` is called on the worker's thread and must not block.
-  using Deliver = std::function<void(std::vector<RigReport>)>;
+  /// Called on the worker's thread, and must not block. `order` is the number of the newest opening
+  /// or closing that was known when the reports were made.
+  using Deliver = std::function<void(std::vector<RigReport>, std::uint32_t order)>;
 
   RigctldWorker(RigctldAddress address, const RigctldOptions& options, Deliver deliver);
   ~RigctldWorker();
   RigctldWorker(const RigctldWorker&) = delete;
   RigctldWorker& operator=(const RigctldWorker&) = delete;
 
-  // As the session's functions of the same names.
-  void open(bool reopen);
-  void close();
+  // As the session's functions of the same names; openings and closings are numbered, from 1.
+  std::uint32_t open(bool reopen);
+  std::uint32_t close();
   void request(RigRequest request);
   void show(bool shown);
 
@@ -46,10 +47,11 @@ class RigctldWorker {
     bool close = false;
     std::optional<bool> open;  ///< comes after `close`
     RequestBox requests;       ///< come after both
+    std::uint32_t order = 0;   ///< of the newest opening or closing
   };
 
   template <class Change>
-  void post(Change change);
+  std::uint32_t post(Change change);
   void run();
   bool readMail(Instant now);
   void keepConnection(Instant now);
@@ -60,6 +62,7 @@ class RigctldWorker {
   Deliver deliver_;
   TcpClient client_;
   std::uint32_t connection_ = 0;
+  std::uint32_t order_ = 0;
   std::mutex mutex_;
   Mail mail_;
   std::thread thread_;  ///< last: it uses everything above
