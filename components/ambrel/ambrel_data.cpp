@@ -11,7 +11,7 @@ namespace kelvane::ambrel {
 namespace {
 
 std::string countsOf(const StationList& list) {
-  std::string text = std::to_string(list.records.size()) + " broadcasts";
+  std::string text = std::to_string(list.count) + " broadcasts";
   if (list.inactive > 0) text += ", " + std::to_string(list.inactive) + " inactive ones left out";
   if (list.unknownDays > 0)
     text += ", " + std::to_string(list.unknownDays) + " with days that were not understood";

@@ -87,6 +87,7 @@ StationList readKnownSets(std::string text, std::string_view title) {
   if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
   list.text = isUtf8(text) ? std::move(text) : utf8FromLatin1(text);
   readLines(list, title);
+  list.count = list.records.size();
   if (list.records.empty()) {
     list.refusal = "there is no known frequency in it";
     if (list.problems.count > 0) list.refusal += ". " + list.problems.text();

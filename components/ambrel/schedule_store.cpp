@@ -36,6 +36,7 @@ StationList listOf(std::string text, Season season, std::string origin) {
   list.text = std::move(text);
   list.sets = {"EiBi " + season.code()};
   list.records = std::move(reading.records);
+  list.count = list.records.size();
   list.rules = std::move(reading.rules);
   list.season = season;
   list.origin = std::move(origin);

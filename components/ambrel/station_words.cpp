@@ -49,13 +49,16 @@ StationDetails scheduleDetails(const StationTable& table, const Record& record, 
   return details;
 }
 
-/// The other stations that are on the air at the found one's frequency, each name once.
-std::vector<std::string> othersOnAir(const StationTable& table, const FoundStation& found,
+/// Who else is at the found one's frequency, each name once: on the air now, and beside a set's
+/// record also what the sets have there. A set's record beside a scheduled station is left out, as
+/// it mostly is the same station.
+std::vector<std::string> othersThere(const StationTable& table, const FoundStation& found,
                                      const std::string& name, const AirTime& time,
                                      const Codes& codes) {
+  const bool amongSets = !isSchedule(table, *found.record);
   std::vector<std::string> names;
   for (const Record& record : table.at(found.place)) {
-    if (&record == found.record || !isSchedule(table, record) || !time.onAir(record)) continue;
+    if (!(isSchedule(table, record) ? time.onAir(record) : amongSets)) continue;
     const std::string other = detailsOf(table, record, time, codes).name;
     if (other == name || std::find(names.begin(), names.end(), other) != names.end()) continue;
     names.push_back(other);
@@ -116,7 +119,7 @@ StationWords wordsFor(const StationTable& table, const FoundStation& found, cons
     words.extra = details.site;
     if (!details.target.empty()) append(words.extra, "to " + details.target, " ");
   }
-  append(words.extra, othersText(othersOnAir(table, found, details.name, time, codes)), "; ");
+  append(words.extra, othersText(othersThere(table, found, details.name, time, codes)), "; ");
   return words;
 }
 

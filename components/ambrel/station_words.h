@@ -46,7 +46,7 @@ struct StationWords {
 };
 
 /// The words for a found station. The info has language and times and says when it is not on the
-/// air; the extra has site and target and tells who else is on the air at the frequency.
+/// air; the extra has site and target and tells who else is at the frequency.
 StationWords wordsFor(const StationTable& table, const FoundStation& found, const AirTime& time,
                       const Codes& codes);
 
