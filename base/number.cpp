@@ -10,12 +10,6 @@
 
 namespace kelvane {
 
-namespace {
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-}  // namespace
-
 double num(std::string_view text) {
   text = text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
   const bool negative = !text.empty() && text.front() == '-';

@@ -12,6 +12,8 @@ std::string_view trimmed(std::string_view text);
 /// The parts between separators; always at least one, for an empty text an empty part.
 std::vector<std::string_view> split(std::string_view text, char separator);
 
+constexpr bool isDigit(int character) { return character >= '0' && character <= '9'; }
+
 /// ASCII letters in upper case; other bytes (of UTF-8 too) stay.
 std::string upper(std::string_view text);
 

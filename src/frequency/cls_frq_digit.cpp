@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/number.h"
+#include "base/text.h"
 #include "ui/control_ids.h"
 
 namespace kelvane {
@@ -31,8 +32,6 @@ constexpr std::array<DigitLook, FrqDigitControls::kPlaces> kDigits{{
     {"Click to set 10Hz Value", {0xC0E0E0}, {0xC0E080}},
     {"Click to set Hz Value", {0xC0E0E0}, {0xC0E080}},
 }};
-
-bool isDigit(int c) { return c >= '0' && c <= '9'; }
 
 int digitsOf(double whole) { return static_cast<int>(decimalText(whole).size()); }
 

@@ -98,6 +98,7 @@ class clsFrqDigit {
   void takeOverTyped();
   bool moveByKey(int& index, int keyCode);
   bool tuneByKey(int index, int keyCode, double current, bool& committed);
+  void stepValue(double by, bool& committed);
   void moveTo(int& index, int next);
   int rightOf(int index) const { return index >= lastDigit_ ? firstDigit_ : index + 1; }
   int leftOf(int index) const { return index <= firstDigit_ ? lastDigit_ : index - 1; }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/number.h"
+#include "base/text.h"
 #include "frequency/cls_frq_digit.h"
 #include "ui/control_ids.h"
 #include "ui/key_codes.h"
@@ -16,8 +17,6 @@ constexpr double kPage = 3000;
 constexpr std::size_t kDecimals = 3;
 /// Leading zeros would otherwise let a typed number grow for ever.
 constexpr std::size_t kMostTyped = 32;
-
-bool isDigit(int c) { return c >= '0' && c <= '9'; }
 
 double decade(int index) {
   double hertz = 1;
@@ -115,13 +114,11 @@ bool clsFrqDigit::tuneByKey(int index, int keyCode, double current, bool& commit
   switch (keyCode) {
     case key::Up:
     case key::PadPlus:
+      if (known) stepValue(decade(index), committed);
+      return true;
     case key::Down:
     case key::PadMinus:
-      if (known) {
-        const bool up = keyCode == key::Up || keyCode == key::PadPlus;
-        Value(Value() + (up ? decade(index) : -decade(index)));
-        commit(committed);
-      }
+      if (known) stepValue(-decade(index), committed);
       return true;
     case key::Delete:
       if (known) {
@@ -141,6 +138,13 @@ bool clsFrqDigit::tuneByKey(int index, int keyCode, double current, bool& commit
     default:
       return false;
   }
+}
+
+void clsFrqDigit::stepValue(double by, bool& committed) {
+  const double stepped = Value() + by;
+  // One below 0 is a frequency out of range here, and not the value that stands for none.
+  if (stepped >= 0) Value(stepped);
+  commit(committed);
 }
 
 void clsFrqDigit::moveTo(int& index, int next) {

@@ -76,6 +76,10 @@ TEST_F(FrequencyRow, WritesAValueOnlyWithinItsBounds) {
   }
   row.Value(20'000'000);
   EXPECT_EQ(digits(), " 20000000");
+  range(2e9, -10, 1);
+  row.Value(1.5e9);
+  row.Value(-5);
+  EXPECT_EQ(digits(), " 20000000");
   row.BFO(-700);
   EXPECT_EQ(FrqBfo.text, "-700");
   row.Value(-1);
@@ -104,11 +108,11 @@ TEST_F(FrequencyRow, HidesWhatTheRangeDoesNotNeedAndLocksWhatTheReceiverCannotDo
 
 TEST_F(FrequencyRow, KeepsASensibleRangeWhenTheReceiverNamesNone) {
   for (const double max : {-1., 0., 5.}) {
-    range(max, 100, 30'000);
+    range(max, 100, 1);
     type("123\r");
     click(8);
-    type("123\r");
-    for (const auto& sentNow : sent) EXPECT_LE(sentNow.hertz, std::max(max, 0.));
+    type("7\r");
+    for (const auto& now : sent) EXPECT_LE(now.hertz, std::max(max, 0.));
     EXPECT_EQ(complaint(), "");
   }
 }
@@ -180,6 +184,16 @@ TEST_F(FrequencyRow, StepsADigitUpAndDownWithCarryAndWithinBounds) {
   click(2);
   press(key::Down);
   EXPECT_EQ(digits(), " 29500000");
+}
+
+TEST_F(FrequencyRow, StopsAtZero) {
+  for (const auto& [hertz, digit] : {std::pair{0, 8}, {9, 7}, {5, 7}}) {
+    tuned(hertz);
+    const std::string before = digits();
+    click(digit);
+    EXPECT_TRUE(press(key::Down));
+    EXPECT_EQ(digits(), before);
+  }
 }
 
 TEST_F(FrequencyRow, TunesFromTheReceiversFrequencyByHomeAndPages) {
@@ -377,7 +391,7 @@ TEST_F(FrequencyRow, LocksWithoutLosingTheKeyboard) {
   range(29'999'999, 0, 10);
   EXPECT_EQ(focused, id::FrqFocus);
   click(1);
-  range(999'999, 0, 10);
+  row.Boundary(999'999, 0, 10);
   EXPECT_EQ(focused, id::FrqFocus);
   EXPECT_EQ(complaint(), "");
 }
