@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include "tests/fakes/sondrel_rig.h"
+
+namespace kelvane::sondrel {
+namespace {
+
+using fakes::SondrelRig;
+
+class Keys : public testing::Test {
+ protected:
+  Keys() {
+    rig.open();
+    rig.run(milliseconds(1100));
+  }
+  /// Which of the keys were taken: "01" for the second of two.
+  std::string press(std::string_view keys, Index rx = 0) {
+    std::string taken;
+    for (const char key : keys) {
+      taken += rig.core.RxKeyPress(rx, std::string(1, key)).value() ? '1' : '0';
+    }
+    return taken;
+  }
+
+  SondrelRig rig;
+  SondrelCore& core = rig.core;
+};
+
+TEST_F(Keys, EveryDocumentedPairActsOnItsSecondKey) {
+  const auto mode = [&](const char* keys) {
+    EXPECT_EQ(press(keys), "01") << keys;
+    return core.GetRxMode(0).value();
+  };
+  EXPECT_EQ(mode("MF"), 1);
+  EXPECT_EQ(mode("MA"), 0);
+  EXPECT_EQ(mode("mu"), 2);
+  EXPECT_EQ(mode("Ml"), 3);
+  EXPECT_EQ(mode("mR"), 5);
+  EXPECT_EQ(mode("MX"), 6);
+  EXPECT_EQ(mode("MC"), 4);
+  const auto filter = [&](const char* keys) {
+    EXPECT_EQ(press(keys), "01") << keys;
+    return core.GetRxFilter(0).value();
+  };
+  EXPECT_EQ(filter("FN"), 150);
+  EXPECT_EQ(filter("FI"), 300);
+  EXPECT_EQ(filter("FM"), 500);
+  EXPECT_EQ(filter("FW"), 1000);
+  EXPECT_EQ(filter("FR"), 2400);
+  const auto agc = [&](const char* keys) {
+    EXPECT_EQ(press(keys), "01") << keys;
+    return core.GetRxAgc(0).value();
+  };
+  EXPECT_EQ(agc("AF"), 2);
+  EXPECT_EQ(agc("AM"), 1);
+  EXPECT_EQ(agc("AS"), 0);
+  EXPECT_EQ(press("P0"), "01");
+  EXPECT_EQ(core.GetRxHFFilter(0), 0);
+  EXPECT_EQ(press("P1"), "01");
+  EXPECT_EQ(core.GetRxHFFilter(0), 1);
+}
+
+TEST_F(Keys, APairIsTakenAlsoWhereTheReceiverLacksTheSetting) {
+  EXPECT_EQ(press("MCAFP1", 2), "010101") << "else F and 1 would be commands of their own";
+  EXPECT_EQ(core.GetRxMode(2), 2);
+  EXPECT_EQ(press("FN", 2), "01");
+  EXPECT_EQ(core.GetRxFilter(2), 2700) << "its one filter";
+}
+
+TEST_F(Keys, OtherKeysBelongToSomebodyElseAndForgetTheFirst) {
+  EXPECT_EQ(press("MB"), "00") << "the best mode is not the receiver's to know";
+  EXPECT_EQ(press("FB"), "00");
+  EXPECT_EQ(press("7050\r"), "00000");
+  EXPECT_EQ(press("M\x1BU"), "000") << "Escape";
+  EXPECT_EQ(press("MBU"), "000");
+  EXPECT_EQ(press("MPA\x1B"), "0000") << "P began a pair of its own, and PA is none";
+  EXPECT_EQ(press("MMU"), "001");
+  EXPECT_EQ(core.GetRxMode(0), 2);
+  EXPECT_EQ(press("MUA"), "010") << "the pair is over";
+  EXPECT_EQ(press("U"), "0");
+}
+
+TEST_F(Keys, AnFThatEndsATypedFilterWaitsForNothing) {
+  const Setting mode = core.GetRxMode(0);
+  const Setting filter = core.GetRxFilter(0);
+  EXPECT_EQ(press("2400FMC"), "0000001") << "M begins the pair MC";
+  EXPECT_EQ(core.GetRxMode(0), 4);
+  press("MA");
+  EXPECT_EQ(core.GetRxMode(0), mode);
+  EXPECT_EQ(core.GetRxFilter(0), filter);
+}
+
+TEST_F(Keys, EachReceiverRemembersItsOwnFirstKey) {
+  EXPECT_EQ(press("M", 0), "0");
+  EXPECT_EQ(press("U", 1), "0");
+  EXPECT_EQ(press("U", 0), "1");
+}
+
+TEST_F(Keys, TextsThatAreNoKeyAreNotTaken) {
+  for (const char* text : {"", "MU", "\xC3\xBC", "\xFF"}) {
+    EXPECT_EQ(press("M"), "0");
+    EXPECT_FALSE(core.RxKeyPress(0, text).value()) << text;
+    EXPECT_EQ(press("U"), "0") << "and it forgets the first key";
+  }
+}
+
+}  // namespace
+}  // namespace kelvane::sondrel
