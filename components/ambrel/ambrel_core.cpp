@@ -55,7 +55,7 @@ Outcome AmbrelCore::OpenFrqConfig(Text instance) {
   planNotes_.clear();
   bands_.reset();
   files_.emplace(dataFolder_, userFolder_, instance);
-  codes_ = loadCodes(*files_, openNotes_);
+  codes_ = std::make_shared<const Codes>(loadCodes(*files_, openNotes_));
   useData(loadStations(*files_, std::nullopt));
   return Outcome::Done;
 }

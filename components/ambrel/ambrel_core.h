@@ -61,15 +61,22 @@ class AmbrelCore final : public FrequencyComponent {
   bool isLoading() const { return loading_; }
   /// How the last import or reload went, for the operator.
   const std::string& loadWords() const { return loadWords_; }
+  /// Puts the kept schedule aside and reads all texts anew; ends as an import does.
+  bool dropSchedule();
+  /// Does something on the user-interface thread, at the next `deliverEvents`. From any thread.
+  void post(std::function<void()> action) { queue_.post(std::move(action)); }
   /// Tells the listeners that the operator chose a frequency.
   void choose(Hz frequency, Setting mode, Setting filter);
 
   const StationData& data() const { return data_; }
-  const Codes& codes() const { return codes_; }
+  std::shared_ptr<const Codes> codes() const { return codes_; }
   const DataFiles* files() const { return files_ ? &*files_ : nullptr; }
   /// The present minute for the records of the present data.
   const AirTime& airTime() { return stations_.airTime(); }
-  Recommendation recommendationFor(std::size_t place, const StationDetails& details) const;
+  /// What to receive a station with; the details are those of one of the table's records at that
+  /// frequency.
+  Recommendation recommendationFor(const StationTable& table, Hz frequency,
+                                   const StationDetails& details) const;
 
 #define ASK(name, Result, fallback, params, args) Answer<Result> name params override;
 #define TELL(name, params, args) Outcome name params override;
@@ -101,7 +108,7 @@ class AmbrelCore final : public FrequencyComponent {
   std::vector<std::string> planNotes_;
   std::optional<DataFiles> files_;
   std::optional<Bands> bands_;
-  Codes codes_;
+  std::shared_ptr<const Codes> codes_ = std::make_shared<const Codes>();
   StationData data_;
   KnownStations stations_;
   std::optional<StationWords> words_;

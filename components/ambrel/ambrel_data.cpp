@@ -5,6 +5,7 @@
 #include "base/safe_file.h"
 #include "components/ambrel/ambrel_core.h"
 #include "components/ambrel/schedule_store.h"
+#include "components/modes.h"
 
 namespace kelvane::ambrel {
 
@@ -51,6 +52,15 @@ bool AmbrelCore::reload() {
   });
 }
 
+bool AmbrelCore::dropSchedule() {
+  return load([](const DataFiles& files) {
+    const std::filesystem::path aside = dropKeptSchedule(files);
+    std::string words = aside.empty() ? "There was no schedule to put aside."
+                                      : "The schedule was put aside as " + pathText(aside) + ".";
+    return Loaded{loadStations(files, std::nullopt), std::move(words)};
+  });
+}
+
 bool AmbrelCore::load(std::function<Loaded(const DataFiles&)> read) {
   if (loading_ || !files_) return false;
   loading_ = true;
@@ -94,24 +104,25 @@ const StationWords* AmbrelCore::words() {
   if (!found) return nullptr;
   if (!words_) {
     const AirTime then(*data_.table, found->minute);
-    words_ = wordsFor(*data_.table, *found, then, codes_);
+    words_ = wordsFor(*data_.table, *found, then, *codes_);
   }
   return &*words_;
 }
 
-Recommendation AmbrelCore::recommendationFor(std::size_t place,
+Recommendation AmbrelCore::recommendationFor(const StationTable& table, Hz frequency,
                                              const StationDetails& details) const {
-  static const BandEntry kNone{"", 0, 0, 1000, 0, 6000};
-  const Hz frequency = data_.table->frequency(place);
-  const BandEntry& band = bands_ ? bands_->plan()[bands_->plan().at(frequency)] : kNone;
-  return recommendation(*data_.table, place, details, band);
+  // Before the plan is there, nothing is known of the band: AM with the bandwidth to suit it.
+  const BandEntry band = bands_ ? bands_->plan()[bands_->plan().at(frequency)]
+                                : BandEntry{{}, 0, 0, 1000, static_cast<Setting>(Mode::Am), 6000};
+  return recommendation(table.atFrequency(frequency), table, details, band);
 }
 
 std::optional<Recommendation> AmbrelCore::foundRecommendation() {
   const auto& found = stations_.found();
   if (!found) return std::nullopt;
   const AirTime then(*data_.table, found->minute);
-  return recommendationFor(found->place, detailsOf(*data_.table, *found->record, then, codes_));
+  const StationDetails details = detailsOf(*data_.table, *found->record, then, *codes_);
+  return recommendationFor(*data_.table, found->record->frequency, details);
 }
 
 }  // namespace kelvane::ambrel

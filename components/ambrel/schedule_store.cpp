@@ -104,6 +104,12 @@ std::optional<StationList> keptSchedule(const DataFiles& files) {
   return list;
 }
 
+fs::path dropKeptSchedule(const DataFiles& files) {
+  const fs::path file = files.ownFolder() / kKeptName;
+  std::error_code error;
+  return fs::exists(file, error) ? keepAside(file) : fs::path();
+}
+
 std::string ageText(const Season& season, UtcMinute now) {
   const std::string name = season.name() + ": ";
   const std::string from = dateText(dayOf(season.start())), to = dateText(dayOf(season.end()));

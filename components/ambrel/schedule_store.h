@@ -22,6 +22,10 @@ std::string keepSchedule(const StationList& schedule, const DataFiles& files);
 /// and comes back with a refusal.
 std::optional<StationList> keptSchedule(const DataFiles& files);
 
+/// Puts the kept schedule aside under another name, and answers that name; empty when there is none
+/// or it could not be moved.
+std::filesystem::path dropKeptSchedule(const DataFiles& files);
+
 /// How old a schedule is at a moment: "A22, summer 2022: out of date since 30 Oct 2022".
 std::string ageText(const Season& season, UtcMinute now);
 

@@ -37,6 +37,12 @@ class StationTable {
     return std::span(records_).subspan(firsts_[place], firsts_[place + 1] - firsts_[place]);
   }
 
+  /// The records at that very frequency; none where it is not known.
+  std::span<const Record> atFrequency(Hz frequency) const {
+    const auto place = exactly(frequency);
+    return place ? at(*place) : std::span<const Record>();
+  }
+
   /// Place of that very frequency.
   std::optional<std::size_t> exactly(Hz frequency) const;
   /// Place of the frequency nearest to the given one and at most `tolerance` Hz away; of two that

@@ -41,7 +41,9 @@ StationDetails scheduleDetails(const StationTable& table, const Record& record, 
       timeText(start) + "-" + timeText(stop > kMinutesOfDay ? stop - kMinutesOfDay : stop);
   details.days = line.days;
   details.site = codes.site(line.site, line.country);
-  details.target = codes.target(line.target);
+  // "China to China" tells nothing.
+  if (codes.target(line.target) != codes.country(line.country))
+    details.target = codes.target(line.target);
   const auto rule = readDays(line.days);
   const auto mode =
       rule && rule->mode ? rule->mode : modeByWords(line.language, line.station, record.frequency);
@@ -90,10 +92,10 @@ StationDetails detailsOf(const StationTable& table, const Record& record, const 
   return details;
 }
 
-Recommendation recommendation(const StationTable& table, std::size_t place,
+Recommendation recommendation(std::span<const Record> there, const StationTable& table,
                               const StationDetails& details, const BandEntry& band) {
   Recommendation best{details.mode, details.filter};
-  for (const Record& record : table.at(place)) {
+  for (const Record& record : there) {
     if (best.mode >= 0 && best.filter > 0) break;
     if (isSchedule(table, record)) continue;
     const KnownLine line = knownLineAt(table.listOf(record).text, record.line);

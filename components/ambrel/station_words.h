@@ -34,8 +34,8 @@ struct Recommendation {
 };
 
 /// What to receive a record with: what its list says, else what a set's record at the same
-/// frequency says, else what suits the band.
-Recommendation recommendation(const StationTable& table, std::size_t place,
+/// frequency says (`there` are all records at it), else what suits the band.
+Recommendation recommendation(std::span<const Record> there, const StationTable& table,
                               const StationDetails& details, const BandEntry& band);
 
 /// What the panel shows of a found station.

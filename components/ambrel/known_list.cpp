@@ -1,0 +1,191 @@
+#include "components/ambrel/known_list.h"
+
+#include <algorithm>
+#include <optional>
+#include <tuple>
+#include <utility>
+
+#include "components/ambrel/kilohertz.h"
+#include "components/ambrel/schedule_store.h"
+#include "components/ambrel/search_text.h"
+#include "components/modes.h"
+
+namespace kelvane::ambrel {
+
+namespace {
+
+std::string cellOf(const StationTable& table, const Record& record, const StationDetails& details,
+                   ListColumn column) {
+  switch (column) {
+    case ListColumn::Frequency:
+      return kilohertzText(record.frequency);
+    case ListColumn::Name:
+      return details.name;
+    case ListColumn::Info:
+      return details.language.empty() ? details.info : details.language;
+    case ListColumn::Times:
+      return details.times;
+    case ListColumn::Days:
+      return details.days;
+    case ListColumn::Site:
+      return details.site.empty() ? details.extra : details.site;
+    case ListColumn::Target:
+      return details.target;
+    case ListColumn::Mode:
+      return std::string(modeName(details.mode));
+    case ListColumn::Set:
+      return table.sets()[record.set].name;
+    case ListColumn::Count:
+      break;
+  }
+  return {};
+}
+
+/// One query at work: it touches nothing that the user-interface thread changes.
+struct Search {
+  std::shared_ptr<const StationTable> table;
+  std::shared_ptr<const Codes> codes;
+  UtcMinute minute = 0;
+  ListQuery query;
+  std::uint64_t number = 0;
+  std::shared_ptr<const std::atomic<std::uint64_t>> newest;
+
+  bool isOvertaken() const { return *newest != number; }
+
+  /// The rows; none when a newer query has come.
+  std::optional<std::vector<std::uint32_t>> run() const;
+
+ private:
+  struct Row {
+    std::string key;
+    std::uint32_t record = 0;
+  };
+
+  bool takes(const Record& record, const AirTime& time, const std::vector<std::string>& words,
+             std::string& key) const;
+};
+
+bool Search::takes(const Record& record, const AirTime& time, const std::vector<std::string>& words,
+                   std::string& key) const {
+  const bool scheduled = table->listOf(record).form == StationList::Form::Eibi;
+  if (query.onAirOnly && !(scheduled && time.onAir(record))) return false;
+  const bool byFrequency = query.sort == ListColumn::Frequency;
+  if (words.empty() && byFrequency) return true;
+  const StationDetails details = detailsOf(*table, record, time, *codes);
+  std::string all;
+  for (std::size_t column = 0; column < kListHeadings.size() && !words.empty(); ++column)
+    all += cellOf(*table, record, details, static_cast<ListColumn>(column)) + '\n';
+  if (!hasAllWords(searchForm(all), words)) return false;
+  if (!byFrequency) key = searchForm(cellOf(*table, record, details, query.sort));
+  return true;
+}
+
+std::optional<std::vector<std::uint32_t>> Search::run() const {
+  const AirTime time(*table, minute);
+  const std::vector<std::string> words = searchWords(query.text);
+  std::vector<Row> found;
+  const auto records = table->records();
+  for (std::uint32_t place = 0; place < records.size(); ++place) {
+    if (place % 256 == 0 && isOvertaken()) return std::nullopt;
+    Row row{{}, place};
+    if (takes(records[place], time, words, row.key)) found.push_back(std::move(row));
+  }
+  const auto before = [](const Row& a, const Row& b) {
+    return std::tie(a.key, a.record) < std::tie(b.key, b.record);
+  };
+  if (query.sort != ListColumn::Frequency) std::sort(found.begin(), found.end(), before);
+  if (query.descending) std::reverse(found.begin(), found.end());
+  std::vector<std::uint32_t> rows;
+  rows.reserve(found.size());
+  for (const Row& row : found) rows.push_back(row.record);
+  return rows;
+}
+
+}  // namespace
+
+KnownList::KnownList(AmbrelCore& core, std::function<void()> changed)
+    : core_(core),
+      changed_(std::move(changed)),
+      newest_(std::make_shared<std::atomic<std::uint64_t>>(0)) {
+  ask({});
+}
+
+KnownList::~KnownList() { ++*newest_; }
+
+void KnownList::ask(ListQuery query) {
+  query_ = std::move(query);
+  searching_ = true;
+  const std::uint64_t number = ++*newest_;
+  const Search search{
+      core_.data().table, core_.codes(), core_.airTime().minute(), query_, number, newest_};
+  background_.run([this, search] {
+    auto rows = search.run();
+    if (!rows) return;
+    // When the list is gone its number is overtaken, and nobody asks for `this` any more.
+    core_.post([this, search, rows = std::move(*rows)]() mutable {
+      if (!search.isOvertaken()) take(std::move(rows), search.table, search.minute);
+    });
+  });
+}
+
+void KnownList::take(std::vector<std::uint32_t> rows, std::shared_ptr<const StationTable> table,
+                     UtcMinute minute) {
+  searching_ = false;
+  rows_ = std::move(rows);
+  table_ = std::move(table);
+  minute_ = minute;
+  detailedRow_ = static_cast<std::size_t>(-1);
+  changed_();
+}
+
+const StationDetails& KnownList::details(std::size_t row) const {
+  if (detailedRow_ != row) {
+    const AirTime time(*table_, minute_);
+    details_ = detailsOf(*table_, table_->records()[rows_[row]], time, *core_.codes());
+    detailedRow_ = row;
+  }
+  return details_;
+}
+
+std::string KnownList::cell(std::size_t row, ListColumn column) const {
+  if (row >= rows_.size()) return {};
+  return cellOf(*table_, table_->records()[rows_[row]], details(row), column);
+}
+
+Hz KnownList::frequency(std::size_t row) const {
+  return row < rows_.size() ? table_->records()[rows_[row]].frequency : -1;
+}
+
+std::size_t KnownList::rowNear(Hz wanted) const {
+  std::size_t best = rows_.size();
+  std::int64_t bestDistance = INT64_MAX;
+  for (std::size_t row = 0; row < rows_.size(); ++row) {
+    const std::int64_t distance = std::abs(std::int64_t{frequency(row)} - wanted);
+    if (distance >= bestDistance) continue;
+    best = row;
+    bestDistance = distance;
+  }
+  return best;
+}
+
+void KnownList::choose(std::size_t row) {
+  if (row >= rows_.size()) return;
+  const Record& record = table_->records()[rows_[row]];
+  const Recommendation best = core_.recommendationFor(*table_, record.frequency, details(row));
+  core_.choose(record.frequency, best.mode, best.filter);
+}
+
+std::string KnownList::status() const {
+  std::string text =
+      std::to_string(rows_.size()) + " of " + std::to_string(table_->recordCount()) + " stations";
+  bool schedule = false;
+  for (const StationList& list : table_->lists()) {
+    if (!list.season) continue;
+    schedule = true;
+    text += "; schedule " + ageText(*list.season, minute_);
+  }
+  if (!schedule) text += "; no schedule is loaded";
+  return text;
+}
+
+}  // namespace kelvane::ambrel

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "components/ambrel/ambrel_core.h"
+
+namespace kelvane::ambrel {
+
+enum class ListColumn { Frequency, Name, Info, Times, Days, Site, Target, Mode, Set, Count };
+
+/// The columns' headings.
+inline constexpr std::array<std::string_view, static_cast<std::size_t>(ListColumn::Count)>
+    kListHeadings = {"kHz",  "Station", "Language, info", "UTC", "Days",
+                     "Site", "Target",  "Mode",           "Set"};
+
+/// What the operator asks of the list.
+struct ListQuery {
+  std::string text;        ///< words that a row must have, in any column; empty: every row
+  bool onAirOnly = false;  ///< only scheduled stations that are on the air now
+  ListColumn sort = ListColumn::Frequency;
+  bool descending = false;
+};
+
+/// The list of known frequencies as its windows show it. Rows are sought out beside the
+/// user-interface thread; the newest query wins.
+class KnownList {
+ public:
+  /// `changed` is called on the user-interface thread when other rows are there.
+  KnownList(AmbrelCore& core, std::function<void()> changed);
+  ~KnownList();
+
+  /// Asks for other rows; those that are there stay until the new ones are found. To be asked again
+  /// when the data or the minute is another.
+  void ask(ListQuery query);
+  const ListQuery& query() const { return query_; }
+  bool isSearching() const { return searching_; }
+
+  std::size_t rows() const { return rows_.size(); }
+  /// UTF-8.
+  std::string cell(std::size_t row, ListColumn column) const;
+  Hz frequency(std::size_t row) const;
+  /// The first row whose frequency is nearest to the given one; rows() where there is none.
+  std::size_t rowNear(Hz frequency) const;
+  /// Tells the panel that the operator chose the row.
+  void choose(std::size_t row);
+
+  /// "23 of 13528 stations", and what the operator should know of the schedule's age.
+  std::string status() const;
+
+ private:
+  const StationDetails& details(std::size_t row) const;
+  void take(std::vector<std::uint32_t> rows, std::shared_ptr<const StationTable> table,
+            UtcMinute minute);
+
+  AmbrelCore& core_;
+  std::function<void()> changed_;
+  ListQuery query_;
+  bool searching_ = false;
+  std::shared_ptr<const StationTable> table_ = std::make_shared<const StationTable>();
+  UtcMinute minute_ = 0;             ///< for which the rows were sought
+  std::vector<std::uint32_t> rows_;  ///< places of the table's records
+  /// The row last asked about: a window asks for the cells of a row one after the other.
+  mutable std::size_t detailedRow_ = static_cast<std::size_t>(-1);
+  mutable StationDetails details_;
+  std::uint64_t number_ = 0;
+  std::shared_ptr<std::atomic<std::uint64_t>> newest_;  ///< number of the newest query
+  Background background_;  ///< last, so that its jobs end before what they use
+};
+
+}  // namespace kelvane::ambrel
