@@ -144,8 +144,6 @@ void clsFrqDigit::showAll(char c) {
   overwritten_ = false;
 }
 
-void clsFrqDigit::showCurrent(double current) { current < 0 ? Value(-1) : SetValue(current); }
-
 void clsFrqDigit::commit(bool& committed) {
   committed = true;
   overwritten_ = false;

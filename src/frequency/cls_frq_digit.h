@@ -92,7 +92,6 @@ class clsFrqDigit {
   bool selectable(int index) const { return index >= firstDigit_ && index <= lastDigit_; }
   int selectedDigit() const;
   void showAll(char c);
-  void showCurrent(double current);
   void commit(bool& committed);
 
   void takeOverTyped();

@@ -60,7 +60,7 @@ void clsFrqDigit::KeyPress(int& index, int& keyAscii, double current, bool& comm
     if (keyAscii == key::Enter && current >= 0) enterDigits(committed);
     if (keyAscii == key::Escape) {
       Unselect(true);
-      showCurrent(current);
+      SetValue(current);
     }
     keyAscii = 0;
   }
@@ -83,7 +83,7 @@ void clsFrqDigit::ProcessKey(int& keyAscii, double current, bool& committed) {
     if (current >= 0 && tune(current + by, committed)) typedText_.clear();
   } else if (c == key::Escape) {
     typedText_.clear();
-    showCurrent(current);
+    SetValue(current);
   } else if (c == ':') {
     chnPending_ = true;
   } else if (c == 'D' || c == 'd') {

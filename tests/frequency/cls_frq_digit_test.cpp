@@ -303,6 +303,13 @@ TEST_F(FrequencyRow, TypesEveryHertzOfItsRange) {
   }
   type("30000");
   EXPECT_EQ(row.TypedText(), "3000");
+  range(16'777'205, 0, 1);
+  type("16777.205\r");
+  EXPECT_EQ(sent.back().hertz, 16'777'205);
+  type(key::Escape);
+  type(std::string(200, '0'));
+  EXPECT_EQ(complaint(), "");
+  EXPECT_EQ(digits(), "    00000");
 }
 
 TEST_F(FrequencyRow, ErasesATypedPointTogetherWithTheDigitBeforeIt) {
@@ -322,6 +329,13 @@ TEST_F(FrequencyRow, RaisesATypedFrequencyToTheLowerBound) {
   type("3\r");
   EXPECT_EQ(sent.back().hertz, 500'000);
   EXPECT_EQ(digits(), "   500000");
+}
+
+TEST_F(FrequencyRow, LowersATypedFrequencyToABoundThatCameLater) {
+  type("20000");
+  row.Boundary(9'999'999, 0, 1);
+  type("\r");
+  EXPECT_EQ(sent.back().hertz, 9'999'999);
 }
 
 TEST_F(FrequencyRow, AddsAndSubtractsTypedKilohertz) {
@@ -394,6 +408,12 @@ TEST_F(FrequencyRow, LocksWithoutLosingTheKeyboard) {
   row.Boundary(999'999, 0, 10);
   EXPECT_EQ(focused, id::FrqFocus);
   EXPECT_EQ(complaint(), "");
+  // A key that was on its way when the lock came.
+  row.LockAll(true);
+  focused = id::FrqDigit + 4;
+  EXPECT_FALSE(press(key::Up));
+  type("1\r");
+  EXPECT_EQ(sent, Commits{});
 }
 
 TEST_F(FrequencyRow, SendsNothingWhenNoFrequencyIsKnown) {
