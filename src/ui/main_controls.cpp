@@ -285,13 +285,17 @@ constexpr auto kRows = std::to_array<ControlRow>({
 });
 
 constexpr auto kEngravings = std::to_array<Engraving>({
-    {"MHz", {50, 84, 141, 16}},
-    {"kHz", {205, 84, 141, 16}},
-    {"Hz", {360, 84, 141, 16}},
-    {"BFO", {516, 64, 36, 16}},
+    {"MHz", {50, 86, 141, 16}},
+    {"kHz", {205, 86, 141, 16}},
+    {"Hz", {360, 86, 141, 16}},
+    {"BFO", {512, 64, 40, 16}},
 });
 
+constexpr auto kPoints = std::to_array<Place>({{195, 66, 6, 6}, {350, 66, 6, 6}});
+
 }  // namespace
+
+std::span<const Place> groupPoints() { return kPoints; }
 
 std::span<const ControlRow> mainControls() { return kRows; }
 

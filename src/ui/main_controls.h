@@ -48,6 +48,8 @@ struct Engraving {
   Place place;
 };
 std::span<const Engraving> engravings();
+/// The points that part the digits into groups of three, in the panel's own coordinates.
+std::span<const Place> groupPoints();
 
 /// The main window's controls, in tab order.
 std::span<const ControlRow> mainControls();

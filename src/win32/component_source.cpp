@@ -1,5 +1,8 @@
 #include "win32/component_source.h"
 
+// Defines the class ids that the two headers declare.
+#include <initguid.h>
+
 #include "contract/Ambrel.h"
 #include "contract/Sondrel.h"
 #include "contract/win32/activation.h"

@@ -40,16 +40,20 @@ void paintDigit(const Face& face, const Painting& on) {
           DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
+RECT scaledArea(const Place& at, UINT dpi) {
+  return {scaled(at.left, dpi), scaled(at.top, dpi), scaled(at.left + at.width, dpi),
+          scaled(at.top + at.height, dpi)};
+}
+
 void paintPanel(const Face& face, const Painting& on) {
   on.fill(on.area(), GetSysColor(COLOR_BTNFACE));
   on.round(on.area(), scaled(12, face.dpi()), resolved(face.shown().back), kPanelEdge);
-  for (const Engraving& engraving : engravings()) {
-    const Place& at = engraving.place;
-    const UINT dpi = face.dpi();
-    on.text(wide(engraving.text).c_str(),
-            {scaled(at.left, dpi), scaled(at.top, dpi), scaled(at.left + at.width, dpi),
-             scaled(at.top + at.height, dpi)},
-            face.font(), kPanelText, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+  for (const Engraving& engraving : engravings())
+    on.text(wide(engraving.text).c_str(), scaledArea(engraving.place, face.dpi()), face.font(),
+            kPanelText, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+  for (const Place& point : groupPoints()) {
+    const RECT area = scaledArea(point, face.dpi());
+    on.round(area, area.right - area.left, kPanelText, kPanelText);
   }
 }
 

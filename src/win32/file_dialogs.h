@@ -1,0 +1,21 @@
+#pragma once
+
+#include <windows.h>
+
+#include "shell/file_flows.h"
+
+namespace kelvane::win32 {
+
+/// Windows' own file dialogs, above a window.
+class SystemFileDialogs : public FileDialogs {
+ public:
+  explicit SystemFileDialogs(HWND owner) : owner_(owner) {}
+
+  std::optional<std::string> open(const FileRequest& request) override;
+  std::optional<std::string> save(const FileRequest& request) override;
+
+ private:
+  HWND owner_;
+};
+
+}  // namespace kelvane::win32

@@ -1,0 +1,201 @@
+#include <gtest/gtest.h>
+
+#include "tests/fakes/panel_rig.h"
+
+namespace kelvane {
+namespace {
+
+using fakes::PanelRig;
+
+constexpr Colour kYellow = Colour::rgb(255, 255, 0);
+
+TEST(ModeButtons, ShowWhatTheReceiverHasAndStepItByClicks) {
+  PanelRig rig;
+  rig.start();
+  auto& buttons = rig.view().ModEvent;
+  EXPECT_EQ(buttons[0].text, "AM");
+  EXPECT_EQ(buttons[0].back, Colour::rgb(128, 255, 255));
+  EXPECT_EQ(buttons[3].text, "Att:Off");
+  EXPECT_EQ(buttons[4].text.rfind("NB:", 0), 0u);
+  rig.click(id::ModEvent + 3);
+  EXPECT_EQ(buttons[3].text, "10dB");
+  rig.click(id::ModEvent);
+  EXPECT_NE(buttons[0].text, "AM");
+  const std::string filter = buttons[1].text;
+  rig.click(id::ModEvent + 1);
+  EXPECT_NE(buttons[1].text, filter);
+  rig.panel->clicked(id::ModEvent + 3, MouseButton::Left, false);
+  rig.run(milliseconds(50));
+  EXPECT_EQ(buttons[3].text, "10dB") << "a click that releases does nothing";
+  EXPECT_FALSE(buttons[3].pressed);
+}
+
+TEST(ModeButtons, HideWhatTheReceiverLacksAndLockASingleFilter) {
+  PanelRig rig;
+  rig.start();
+  rig.panel->tabClicked(2);
+  auto& buttons = rig.view().ModEvent;
+  EXPECT_TRUE(buttons[0].visible && buttons[1].visible);
+  EXPECT_FALSE(buttons[2].visible || buttons[3].visible || buttons[4].visible);
+  EXPECT_TRUE(buttons[0].enabled);
+  EXPECT_FALSE(buttons[1].enabled);
+  EXPECT_EQ(buttons[1].text, "2700");
+  EXPECT_EQ(clsModEvent::Width(703), 141);
+}
+
+TEST(Forwarding, MasterAndAllExcludeEachOtherAndTheMasterIsRemembered) {
+  PanelRig rig;
+  rig.start();
+  auto& buttons = rig.view().GenEvent;
+  rig.click(id::GenEvent);
+  EXPECT_EQ(buttons[0].back, kYellow);
+  rig.panel->tabClicked(1);
+  EXPECT_TRUE(buttons[0].pressed);
+  EXPECT_EQ(buttons[0].back, kMenuColour);
+  rig.panel->tabClicked(0);
+  EXPECT_EQ(buttons[0].back, kYellow);
+  rig.type("7050\r");
+  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(1, kTuned), 7050000);
+  EXPECT_EQ(rig.view().TabStrip.selected, 0) << "slaves never make the display hop";
+  rig.click(id::GenEvent + 1);
+  EXPECT_FALSE(buttons[0].pressed);
+  EXPECT_EQ(buttons[1].back, kYellow);
+  rig.panel->clicked(id::GenEvent + 1, MouseButton::Left, false);
+  rig.type("8000\r");
+  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(1, kTuned), 7050000);
+  EXPECT_EQ(buttons[1].back, kMenuColour);
+}
+
+TEST(Indicators, ShowTheMeterInTwoScalesAndOnlyWhatIsLive) {
+  PanelRig rig;
+  rig.start();
+  EXPECT_EQ(rig.view().SM.text.front(), 'S');
+  rig.click(id::SM);
+  EXPECT_EQ(rig.view().SM.text.front(), '-') << rig.view().SM.text;
+  rig.run(milliseconds(500));
+  EXPECT_EQ(rig.view().SM.text.front(), '-') << rig.view().SM.text;
+  rig.sondrel.core.SetRxConnect(0, false);
+  rig.sondrel.core.setFaults(0, {});
+  rig.panel->tabClicked(1);
+  rig.panel->tabClicked(0);
+  EXPECT_EQ(rig.view().SM.text, "");
+  EXPECT_FALSE(rig.view().SQ.visible);
+}
+
+TEST(Indicators, LinesFollowTheReceiverAndAreSwitchedByClicks) {
+  PanelRig rig;
+  rig.start();
+  auto& lines = rig.view().IO;
+  EXPECT_EQ(lines[3].back, Colour::rgb(255, 0, 0));
+  rig.click(id::IO + 3);
+  EXPECT_EQ(lines[3].back, Colour::rgb(0, 255, 0));
+  rig.click(id::LockImg);
+  EXPECT_EQ(lines[3].back, Colour::rgb(64, 64, 64));
+  rig.panel->tabClicked(2);
+  EXPECT_FALSE(lines[0].visible);
+}
+
+TEST(Steps, AreKeptForEachReceiverWithinItsLargest) {
+  PanelRig rig;
+  rig.start();
+  auto& steps = rig.view().VStep;
+  rig.click(id::VStep);
+  EXPECT_EQ(steps[0].text, " 600Hz");
+  rig.type("7050\r");
+  EXPECT_EQ(steps[0].text, "600Hz");
+  for (int i = 0; i < 12; ++i) rig.click(id::VStep, MouseButton::Right);
+  EXPECT_EQ(steps[0].text, " 100Hz");
+  const std::string band = steps[1].text;
+  rig.click(id::VStep + 1);
+  EXPECT_EQ(steps[1].text, band);
+  rig.panel->tabClicked(2);
+  for (int i = 0; i < 9; ++i) rig.click(id::VStep);
+  rig.type("2500\r");
+  EXPECT_EQ(steps[0].text, "500Hz") << "this receiver's largest step";
+  rig.panel->tabClicked(0);
+  EXPECT_EQ(steps[0].text, "100Hz");
+}
+
+TEST(Stations, AreNamedWithTheirOffsetAndTunedOntoByAClick) {
+  PanelRig rig;
+  rig.start();
+  rig.type("5000\r");
+  EXPECT_EQ(rig.view().Band.fore, Colour::rgb(128, 255, 255));
+  EXPECT_FALSE(rig.view().FDif.visible);
+  const std::string name = rig.view().Band.text;
+  rig.type("5000.03\r");
+  EXPECT_EQ(rig.view().Band.text, name);
+  EXPECT_EQ(rig.view().Band.fore, kYellow);
+  EXPECT_EQ(rig.view().FDif.text, "-30");
+  rig.type("4999.8\r");
+  EXPECT_EQ(rig.view().Band.fore, Colour::rgb(255, 192, 128));
+  rig.click(id::FDif);
+  EXPECT_EQ(rig.digits(), "  5000000");
+  rig.type("5000.251\r");
+  EXPECT_NE(rig.view().Band.text, name);
+}
+
+TEST(BestSetting, IsOfferedAndTakenByAClickButAutomaticallyOnlyUnderALockedPanel) {
+  PanelRig rig;
+  rig.start();
+  rig.type("9996\r");
+  EXPECT_TRUE(rig.view().BMod.visible);
+  EXPECT_EQ(rig.view().BMod.text, "CW");
+  EXPECT_EQ(rig.view().ModEvent[0].text, "AM") << "offered, not applied";
+  rig.click(id::BMod);
+  EXPECT_EQ(rig.view().ModEvent[0].text, "CW");
+  EXPECT_FALSE(rig.view().BMod.visible);
+  rig.turnKnob(0, 5000000);
+  EXPECT_EQ(rig.view().ModEvent[0].text, "CW") << "the panel is in command";
+  rig.click(id::LockImg);
+  rig.turnKnob(0, 5000100);
+  rig.turnKnob(0, 5000000);
+  rig.run(milliseconds(100));
+  EXPECT_EQ(rig.view().ModEvent[0].text, "AM");
+}
+
+TEST(Navigation, WalksBandsRegionsAndChannels) {
+  PanelRig rig;
+  rig.start();
+  rig.type("7050\r");
+  const std::string band = rig.view().Band.text;
+  rig.click(id::Band);
+  const std::string above = rig.digits();
+  EXPECT_NE(rig.view().Band.text, band);
+  EXPECT_GT(above, "  7050000");
+  rig.click(id::Band, MouseButton::Right);
+  EXPECT_LE(rig.digits(), "  7050000");
+  rig.click(id::RNG);
+  EXPECT_EQ(rig.view().RNG.text, "R2");
+  rig.click(id::VChn);
+  EXPECT_EQ(rig.view().VChn.text, "00");
+  rig.click(id::VChn, MouseButton::Right);
+  EXPECT_EQ(rig.view().VChn.text, "99");
+  rig.panel->tabClicked(1);
+  rig.click(id::VChn);
+  EXPECT_EQ(rig.view().VChn.text, "001");
+  rig.panel->tabClicked(2);
+  EXPECT_FALSE(rig.view().VChn.visible);
+}
+
+TEST(Labels, SwitchTheHfFilterTheBfoAndTheChannelizedFrequency) {
+  PanelRig rig;
+  rig.start();
+  EXPECT_EQ(rig.view().HFF.fore, Colour::rgb(0, 255, 0));
+  rig.click(id::HFF);
+  EXPECT_EQ(rig.view().HFF.fore, Colour::rgb(255, 0, 0));
+  EXPECT_EQ(rig.sondrel.core.GetRxHFFilter(0), 0);
+  rig.click(id::FrqBfo);
+  EXPECT_EQ(rig.view().FrqBfo.text, "100");
+  rig.click(id::FrqBfo, MouseButton::Right);
+  EXPECT_EQ(rig.view().FrqBfo.text, "");
+  EXPECT_EQ(rig.view().FAlt.tip, "Fixed channelized frequency");
+  rig.click(id::FAlt);
+  EXPECT_EQ(rig.view().FAlt.tip, "Filter tied channelized frequency");
+  EXPECT_EQ(rig.view().FAlt.fore, Colour::rgb(255, 192, 128));
+  rig.panel->tabClicked(1);
+  EXPECT_FALSE(rig.view().HFF.visible);
+}
+
+}  // namespace
+}  // namespace kelvane

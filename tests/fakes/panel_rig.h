@@ -1,0 +1,136 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "components/ambrel/ambrel_core.h"
+#include "shell/main_window.h"
+#include "tests/fakes/map_settings.h"
+#include "tests/fakes/sondrel_rig.h"
+
+namespace kelvane::fakes {
+
+class FakeAmbrelWindows : public ambrel::ComponentWindows {
+ public:
+  void setOwner(Long) override {}
+  void showKnownList(ambrel::AmbrelCore&) override {}
+  void showSource(ambrel::AmbrelCore&) override {}
+  void showData(ambrel::AmbrelCore&) override {}
+};
+
+/// Does with the keyboard focus what Windows does: a control that gets it takes it from another,
+/// both are told at once, and a hidden or disabled one never gets it.
+class FakeWindow : public WindowCommands {
+ public:
+  void focus(int control) override {
+    if (!panel || control == focused || !takesFocus(control)) return;
+    const int left = std::exchange(focused, control);
+    panel->lostFocus(left);
+    panel->gotFocus(control);
+  }
+  void beep() override { ++beeps; }
+  void runPending() override {
+    ++pumps;
+    if (pending) pending();
+  }
+  void close() override {}
+  bool modalOpen() const override { return modal; }
+  std::int32_t handle() const override { return 4711; }
+
+  MAin* panel = nullptr;
+  int focused = id::FrqFocus;
+  int beeps = 0;
+  int pumps = 0;
+  bool modal = false;
+  std::function<void()> pending;
+
+ private:
+  bool takesFocus(int control) const {
+    const int digit = control - id::FrqDigit;
+    if (digit < 0 || digit >= 9) return true;
+    const Control& box = panel->view().FrqDigit[digit];
+    return box.enabled && box.visible;
+  }
+};
+
+/// The whole panel on both components' real cores, with a clock, a window and settings of a test's
+/// own.
+class PanelRig {
+ public:
+  /// The four receivers of a new instance, or those of a configuration.
+  explicit PanelRig(const std::string& receivers = {}) {
+    if (!receivers.empty()) sondrel.configure(receivers);
+    sondrel.core.OpenRxConfig("Kelvane", 0);
+    ambrel.OpenFrqConfig("Kelvane");
+    ambrel.InitFrqPlan(0);
+  }
+
+  /// Starts the panel and lets the links come up.
+  MAin& start(milliseconds settle = milliseconds(3000)) {
+    panel = std::make_unique<MAin>(
+        PanelServices{receiver(), ambrel, settings, window, [this] { return sondrel.clock.now; }});
+    window.panel = panel.get();
+    window.pending = [this] { sondrel.pump(); };
+    sondrel.core.addListener(panel->receiverEvents());
+    run(settle);
+    return *panel;
+  }
+  ~PanelRig() {
+    if (panel) sondrel.core.removeListener(panel->receiverEvents());
+  }
+
+  /// Lets time pass for the component and the panel, everything at the moment when it is due.
+  void run(milliseconds time) {
+    const Instant end = sondrel.clock.now + time;
+    for (;;) {
+      const Instant due = std::min(sondrel.core.nextDue(), panel->nextDue());
+      sondrel.clock.now = std::min(std::max(due, sondrel.clock.now), end);
+      sondrel.pump();
+      panel->tick(sondrel.clock.now);
+      if (sondrel.clock.now >= end && std::min(sondrel.core.nextDue(), panel->nextDue()) > end)
+        return;
+    }
+  }
+
+  void type(std::string_view characters) {
+    for (const char c : characters) {
+      panel->keyPress(window.focused, static_cast<unsigned char>(c));
+      run(milliseconds(20));
+    }
+  }
+  void press(int keyCode, int shift = 0) {
+    panel->keyDown(window.focused, keyCode, shift);
+    run(milliseconds(20));
+  }
+  void click(int control, MouseButton button = MouseButton::Left) {
+    panel->clicked(control, button, true);
+    run(milliseconds(50));
+  }
+  /// A hand at a simulated receiver's own tuning knob.
+  void turnKnob(Index rx, Hz frequency) {
+    sondrel.core.turnKnob(rx, sondrel::Item::Frequency, frequency);
+    run(milliseconds(20));
+  }
+  std::string digits() const {
+    std::string text;
+    for (const Control& digit : panel->view().FrqDigit) text += digit.visible ? digit.text : " ";
+    return text;
+  }
+  MainView& view() const { return panel->view(); }
+  ReceiverComponent& receiver() { return wrapped ? *wrapped : sondrel.core; }
+
+  SondrelRig sondrel;
+  FakeAmbrelWindows ambrelWindows;
+  std::chrono::system_clock::time_point utc{};
+  ambrel::AmbrelCore ambrel{KELVANE_DATA_FOLDER, sondrel.folder.path() / "frequency",
+                            [this] { return utc; }, [] {}, ambrelWindows};
+  FakeWindow window;
+  MapSettings settings;
+  /// Stands between panel and component where a test wants one; set before start().
+  std::unique_ptr<ReceiverComponent> wrapped;
+  std::unique_ptr<MAin> panel;
+};
+
+}  // namespace kelvane::fakes

@@ -1,0 +1,163 @@
+#include <gtest/gtest.h>
+
+#include "receiver/link_retry.h"
+#include "receiver/status_box.h"
+#include "tests/fakes/panel_rig.h"
+
+namespace kelvane {
+namespace {
+
+using fakes::PanelRig;
+
+std::string receivers(const std::string& first, int more = 0) {
+  std::string text = "[Receiver]\r\nName=First\r\n" + first;
+  for (int i = 0; i < more; ++i) text += "[Receiver]\r\nName=More" + std::to_string(i) + "\r\n";
+  return text;
+}
+
+TEST(StatusBox, HasWordsAndAColourForEveryCode) {
+  const Colour orange = Colour::rgb(255, 192, 128);
+  const Colour red = Colour::rgb(255, 0, 0);
+  const struct {
+    Long code;
+    const char* words;
+    Colour colour;
+  } rows[] = {{1002, "Link: No loop", orange},
+              {1003, "Link: Timeout", orange},
+              {1004, "Link: Bad address", red},
+              {1005, "Link: Configuration", red},
+              {1006, "Link: Cannot open", orange},
+              {1010, "Link: Error", orange},
+              {1022, "Rx: Bad ID", red},
+              {1024, "Rx: Bad Address", red},
+              {1025, "Rx: BITE Error", red},
+              {999, "Rx: Not responding", orange},
+              {1001, "Rx: Not responding", orange},
+              {-5, "Rx: Not responding", orange},
+              {1026, "Rx: Not responding", orange}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(linkWords(row.code).text, row.words) << row.code;
+    EXPECT_EQ(linkWords(row.code).colour, row.colour) << row.code;
+  }
+}
+
+TEST(Links, SayWhatIsWrongLockThePanelAndBlinkUntilTheLinkHeals) {
+  PanelRig rig(receivers("Fault=1003\r\nFaultHeals=3\r\n"));
+  rig.start(milliseconds(100));
+  EXPECT_EQ(rig.view().RxMask.text, "Link: Timeout");
+  EXPECT_FALSE(rig.view().FrqDigit[5].enabled);
+  rig.type("7050\r");
+  EXPECT_EQ(rig.digits().find("7050"), std::string::npos);
+  bool seen[2] = {};
+  for (int i = 0; i < 40 && !rig.sondrel.core.IsRxOnline(0); ++i) {
+    seen[rig.view().RxMask.visible] = true;
+    rig.run(milliseconds(100));
+  }
+  EXPECT_TRUE(seen[0] && seen[1]) << "the status box blinks";
+  rig.run(milliseconds(5000));
+  EXPECT_TRUE(rig.sondrel.core.IsRxOnline(0));
+  EXPECT_FALSE(rig.view().RxMask.visible);
+  EXPECT_TRUE(rig.view().FrqDigit[5].enabled);
+}
+
+TEST(Links, AReceiverThatDoesNotRespondIsNotAskedAgain) {
+  PanelRig rig(receivers("Fault=999\r\nFaultHeals=2\r\n"));
+  rig.start(milliseconds(6000));
+  EXPECT_EQ(rig.view().RxMask.text, "Rx: Not responding");
+  EXPECT_FALSE(rig.sondrel.core.IsRxOnline(0));
+}
+
+TEST(LinkRetry, TurnsFasterWithMoreReceiversAndKeepsOneIdleSlotARound) {
+  PanelRig rig(receivers("Fault=1003\r\n", 1));
+  LinkRetry retry(rig.sondrel.core);
+  Instant now = rig.sondrel.clock.now;
+  retry.start(2, now);
+  EXPECT_EQ(retry.timer().interval(), milliseconds(250));
+  retry.reported(0, 1003, now);
+  EXPECT_EQ(retry.timer().interval(), milliseconds(500));
+  retry.reported(1, 1010, now);
+  EXPECT_EQ(retry.timer().interval(), milliseconds(250));
+  std::string asked;
+  for (int i = 0; i < 7; ++i) {
+    now += milliseconds(250);
+    asked += retry.tick(now) ? '!' : '.';
+    retry.reported(0, 1003, now);
+    retry.reported(1, 1003, now);
+  }
+  EXPECT_EQ(asked, "!!.!!.!");
+  retry.reported(0, 1000, now);
+  retry.reported(1, 999, now);
+  EXPECT_FALSE(retry.failed(0) || retry.failed(1));
+}
+
+TEST(Links, AReceiverThatComesUpIsShownButNotInTheMiddleOfAnEntry) {
+  PanelRig rig(receivers("", 1) + "Fault=1006\r\nFaultHeals=4\r\n");
+  rig.start(milliseconds(200));
+  ASSERT_EQ(rig.view().TabStrip.selected, 0);
+  rig.type("70");
+  rig.run(milliseconds(6000));
+  ASSERT_TRUE(rig.sondrel.core.IsRxOnline(1));
+  EXPECT_EQ(rig.view().TabStrip.selected, 0);
+  rig.window.modal = true;
+  rig.type("50\r");
+  EXPECT_EQ(rig.view().TabStrip.selected, 0) << "a dialog is open";
+  rig.window.modal = false;
+  rig.run(milliseconds(1000));
+  EXPECT_EQ(rig.view().TabStrip.selected, 1);
+  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(0, kTuned), 7050000);
+}
+
+TEST(Links, AHandAtAnotherReceiverPullsTheDisplayThereWhereTheOptionWantsIt) {
+  for (const bool monitor : {true, false}) {
+    PanelRig rig(receivers("", 1));
+    rig.settings.writeFlag("MonitorChanges", monitor);
+    rig.start();
+    rig.panel->tabClicked(0);
+    rig.sondrel.core.SetRxFrequency(1, false, 5000000);
+    rig.run(milliseconds(100));
+    EXPECT_EQ(rig.view().TabStrip.selected, 0) << "not a hand's change";
+    rig.turnKnob(1, 6000000);
+    EXPECT_EQ(rig.view().TabStrip.selected, monitor ? 1 : 0);
+  }
+}
+
+TEST(RemoteControl, GivenBackLocksThePanelAndTakenUnlocksIt) {
+  PanelRig rig;
+  rig.start();
+  rig.window.focus(id::FrqDigit + 5);
+  rig.click(id::LockImg);
+  EXPECT_FALSE(rig.view().LockImg[0].visible);
+  EXPECT_TRUE(rig.view().LockImg[1].visible);
+  EXPECT_EQ(rig.window.focused, id::FrqFocus) << "the keyboard lives on";
+  for (const Control* locked : {&rig.view().FrqDigit[5], &rig.view().ModEvent[0], &rig.view().BMod,
+                                &rig.view().VChn, &rig.view().HFF})
+    EXPECT_FALSE(locked->enabled);
+  rig.type("7050\r");
+  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(0, kTuned), 6070000);
+  EXPECT_TRUE(rig.sondrel.core.IsRxOnline(0));
+  EXPECT_FALSE(rig.view().TabStrip.tabs[0].highlighted);
+  rig.click(id::LockImg + 1);
+  EXPECT_TRUE(rig.view().FrqDigit[5].enabled);
+  EXPECT_TRUE(rig.view().TabStrip.tabs[0].highlighted);
+}
+
+TEST(Receivers, ChangedUnderARunningPanelRebuildTheTabs) {
+  PanelRig rig;
+  rig.start();
+  rig.panel->tabClicked(3);
+  auto drivers = rig.sondrel.core.drivers();
+  while (drivers.receivers().size() > 1) drivers.remove(1);
+  ASSERT_TRUE(rig.sondrel.core.applyDrivers(drivers));
+  rig.run(milliseconds(2000));
+  EXPECT_EQ(rig.view().TabStrip.tabs.size(), 1u);
+  EXPECT_EQ(rig.view().TabStrip.selected, 0);
+  EXPECT_FALSE(rig.view().GenEvent[0].enabled);
+  drivers.remove(0);
+  ASSERT_TRUE(rig.sondrel.core.applyDrivers(drivers));
+  rig.run(milliseconds(2000));
+  EXPECT_EQ(rig.view().caption, "Kelvane 1.0.0 - Receiver NONE");
+  EXPECT_EQ(rig.digits(), "xxxxxxxxx");
+}
+
+}  // namespace
+}  // namespace kelvane
