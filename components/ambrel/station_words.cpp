@@ -1,7 +1,6 @@
 #include "components/ambrel/station_words.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 #include "components/ambrel/eibi_line.h"
@@ -13,9 +12,23 @@ namespace kelvane::ambrel {
 
 namespace {
 
-/// Bandwidths that suit the modes, Hz, where nothing else is known.
-constexpr std::array<Setting, kModeCount> kFilters = {6000, 12000, 2400, 2400, 500,
-                                                      500,  2400,  6000, 10000};
+/// Bandwidth that suits a mode, Hz, where nothing else is known.
+Setting usualFilter(Setting mode) {
+  switch (static_cast<Mode>(mode)) {
+    case Mode::Am:
+    case Mode::Sam:
+      return 6000;
+    case Mode::Fm:
+      return 12000;
+    case Mode::Cw:
+    case Mode::Rtty:
+      return 500;
+    case Mode::Drm:
+      return 10000;
+    default:
+      return 2400;
+  }
+}
 
 constexpr std::size_t kOthersNamed = 3;
 
@@ -104,8 +117,7 @@ Recommendation recommendation(std::span<const Record> there, const StationTable&
   }
   if (best.mode < 0) best.mode = band.mode;
   if (best.filter > 0) return best;
-  best.filter =
-      best.mode == band.mode ? band.filter : kFilters[static_cast<std::size_t>(best.mode)];
+  best.filter = best.mode == band.mode ? band.filter : usualFilter(best.mode);
   return best;
 }
 

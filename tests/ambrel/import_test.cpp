@@ -1,0 +1,223 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/text.h"
+#include "components/ambrel/source_view.h"
+#include "tests/ambrel/ambrel_play.h"
+
+namespace kelvane::ambrel {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* kGood = "6070;0000-2400;;G;Good station;E;Eu;w;1;;\r\n";
+
+/// What a line of a schedule is called when it cannot be read.
+TEST(Import, TellsMalformedLinesByNumberAndKeepsTheOthers) {
+  const std::pair<const char*, const char*> bad[] = {
+      {"-6070;0000-2400;;G;X;E;Eu;w;1;;", "frequency"},
+      {"99999999;0000-2400;;G;X;E;Eu;w;1;;", "frequency"},
+      {"2147483.648;0000-2400;;G;X;E;Eu;w;1;;", "frequency"},
+      {"99999999999999999999;0000-2400;;G;X;E;Eu;w;1;;", "frequency"},
+      {"0;0000-2400;;G;X;E;Eu;w;1;;", "frequency"},
+      {"6O70;0000-2400;;G;X;E;Eu;w;1;;", "frequency"},
+      {"6.0.7;0000-2400;;G;X;E;Eu;w;1;;", "frequency"},
+      {".;0000-2400;;G;X;E;Eu;w;1;;", "frequency"},
+      {";0000-2400;;G;X;E;Eu;w;1;;", "frequency"},
+      {"6070;9999-0000;;G;X;E;Eu;w;1;;", "times"},
+      {"6070;0000-2401;;G;X;E;Eu;w;1;;", "times"},
+      {"6070;0060-0100;;G;X;E;Eu;w;1;;", "times"},
+      {"6070;000-2400;;G;X;E;Eu;w;1;;", "times"},
+      {"6070;;;G;X;E;Eu;w;1;;", "times"},
+      {"6070;0000-2400;;G;X;E;Eu;w;9;;", "persistence"},
+      {"6070;0000-2400;;G;X;E;Eu;w;17;;", "persistence"},
+      {"6070;0000-2400;;G;X;E;Eu;w;1;9999;", "dates"},
+      {"6070;0000-2400;;G;X;E;Eu;w;1;;0013", "dates"},
+      {"6070;0000-2400;;G;X;E;Eu;w;1;1;", "dates"},
+      {"6070;0000-2400;;G;X;E;Eu;w;1;", "fields"},
+      {"6070;0000-2400;;G;X;E;Eu;w;1;;;;", "fields"},
+      {"nothing", "fields"},
+  };
+  AmbrelPlay play;
+  for (const auto& [line, reason] : bad) {
+    const std::string text = std::string(kGood) + kGood + line + "\r\n";
+    EXPECT_THAT(play.importText(text),
+                AllOf(HasSubstr("2 broadcasts"), HasSubstr("1 line could not be read. Line 4:"),
+                      HasSubstr(reason)))
+        << line;
+  }
+}
+
+TEST(Import, TakesWhatRealListsHave) {
+  AmbrelPlay play;
+  // One field too many, an end of line without CR, an empty line, no end of line at the end.
+  EXPECT_THAT(play.importText("16.4;0000-2400;;NOR;JXN;;NEu;no;1;;\n\r\n"
+                              "66.66;0000-2400;;RUS;RBU;-TS;EEu;;1;;;\r\n"
+                              "999.999;0000-2400;;B;R\xE1"
+                              "dio;P;B;;1;;\r\n"
+                              "2147483.647;0000-2400;;G;Top;E;Eu;;1;;"),
+              HasSubstr("4 broadcasts."));
+  EXPECT_EQ(play.name(16'400), "JXN");
+  EXPECT_EQ(play.name(66'660), "RBU");
+  EXPECT_EQ(play.name(999'999), "Rádio");
+  EXPECT_EQ(play.name(2'147'483'647), "Top");
+}
+
+TEST(Import, OnlyTheFirstProblemsAreTold) {
+  AmbrelPlay play;
+  std::string text;
+  for (int i = 0; i < 50; ++i) text += std::string(kGood) + "broken\r\n";
+  text += kGood;
+  EXPECT_THAT(play.importText(text),
+              AllOf(HasSubstr("50 lines could not be read."), HasSubstr("Line 21:"),
+                    Not(HasSubstr("Line 23:")), HasSubstr("And so on.")));
+}
+
+TEST(Import, AFileThatIsNoScheduleReplacesNothing) {
+  AmbrelPlay play;
+  ASSERT_THAT(play.importText(kGood), HasSubstr("was loaded"));
+  std::string utf16 = "\xFF\xFE";
+  for (const char c : play.heading + kGood) utf16 += std::string{c, '\0'};
+  std::string noise;
+  for (int i = 0; i < 100'000; ++i) noise += static_cast<char>(i * 7919 % 251 + 1);
+  const std::pair<std::string, const char*> files[] = {
+      {"", "empty"},
+      {"\r\n\r\n", "empty"},
+      {utf16, "UTF-16"},
+      {std::string("MZ\x90\0\0\0", 6), "no text"},
+      {noise, "no EiBi schedule"},
+      {play.heading, "no line of a schedule"},
+      {"6070;0000-2400\r\n", "no EiBi schedule"},
+      {std::string(10'000'000, 'x') + "\n" + std::string(10'000'000, ';') + "\n",
+       "2 lines could not be read"},
+      {std::string(kGood) + "broken\r\nbroken\r\n", "2 lines could not be read. Line 2"},
+      {"<!DOCTYPE html><html>404 not found</html>", "no EiBi schedule"},
+  };
+  for (const auto& [text, words] : files) {
+    EXPECT_THAT(play.import(play.write(play.dataFolder() / "bad.csv", text)),
+                AllOf(HasSubstr("bad.csv was not loaded."), HasSubstr(words),
+                      HasSubstr("The data that was there stays.")));
+    EXPECT_EQ(play.name(6'070'000), "Good station") << words;
+  }
+  EXPECT_THAT(play.import(play.dataFolder() / "missing.csv"), HasSubstr("was not loaded"));
+  EXPECT_THAT(play.import(play.dataFolder()), HasSubstr("was not loaded"));
+  play.start();
+  EXPECT_EQ(play.name(6'070'000), "Good station") << "also at the next start";
+}
+
+TEST(Import, LongLinesBesideGoodOnesAreOnlyCounted) {
+  AmbrelPlay play;
+  const std::string long1(10'000'000, 'x'), long2(10'000'000, ';');
+  EXPECT_THAT(play.importText(std::string(kGood) + long1 + "\r\n" + kGood + long2 + "\r\n" + kGood),
+              AllOf(HasSubstr("3 broadcasts"), HasSubstr("2 lines could not be read")));
+}
+
+TEST(Import, IsKeptForTheNextStartWithItsSeason) {
+  AmbrelPlay play;
+  play.importText("6070;1800-1900;;G;Good station;E;Eu;w;2;;\r\n", "sked-b22.csv");
+  play.setTime(2022, 7, 13, 17, 30);
+  EXPECT_TRUE(play.onAir(6'070'000));
+  std::filesystem::remove(play.dataFolder().parent_path() / "sked-b22.csv");
+  play.start();
+  EXPECT_TRUE(play.onAir(6'070'000)) << "the season that the file's name told is remembered";
+  EXPECT_EQ(play.core->notes().find("schedule"), std::string::npos);
+  // A newer schedule takes the old one's place, also on the disk.
+  play.importText("7000;1800-1900;;G;New station;E;Eu;w;1;;\r\n", "sked-a23.csv");
+  play.start();
+  EXPECT_EQ(play.name(6'070'000), "");
+  EXPECT_EQ(play.name(7'000'000), "New station");
+}
+
+TEST(Import, ADamagedKeptScheduleIsPutAsideAndSaid) {
+  AmbrelPlay play;
+  play.importText(kGood);
+  play.write(play.ownFolder() / "schedule-eibi.csv", std::string("\0\0\0", 3));
+  play.start();
+  EXPECT_THAT(play.core->notes(), HasSubstr("It was put aside as"));
+  EXPECT_EQ(play.name(6'070'000), "");
+  play.start();
+  EXPECT_THAT(play.core->notes(), Not(HasSubstr("put aside")));
+  EXPECT_THAT(play.importText(kGood), HasSubstr("was loaded"));
+}
+
+TEST(Import, GuessesTheSeasonFromTheNameThenFromWhatWasLastHeard) {
+  AmbrelPlay play;
+  const auto season = [&](const std::string& name, const std::string& heard) {
+    play.importText("6070;0000-2400;;G;X;E;Eu;w;1;;" + heard + "\r\n", name);
+    return play.core->data().table->lists().back().season->code();
+  };
+  EXPECT_EQ(season("sked-a26.csv", "[0122]"), "A26");
+  EXPECT_EQ(season("eibi-B24.txt", ""), "B24");
+  EXPECT_EQ(season("list.csv", "3112[0522]"), "A22");
+  EXPECT_EQ(season("list.csv", "[0322]"), "A22") << "a list of March is made for the summer";
+  EXPECT_EQ(season("list.csv", "[1022]"), "B22");
+  EXPECT_EQ(season("list.csv", "[0222]"), "B21");
+  EXPECT_EQ(season("ab12cd.csv", "[0222]"), "B21") << "a season stands by itself in a name";
+  const std::string now = season("list.csv", "[9922]");
+  EXPECT_THAT(now, testing::MatchesRegex("[AB][0-9][0-9]")) << "else the file's own date";
+}
+
+TEST(Import, OneAtATimeAndItEndsInAnEvent) {
+  AmbrelPlay play;
+  const auto file = play.write(play.dataFolder() / "sked-a22.csv", kGood);
+  EXPECT_TRUE(play.core->importSchedule(file));
+  EXPECT_FALSE(play.core->importSchedule(file));
+  EXPECT_FALSE(play.core->reload());
+  EXPECT_TRUE(play.core->isLoading());
+  EXPECT_THAT(sourceStatus(*play.core), HasSubstr("Loading"));
+  EXPECT_EQ(play.name(6'070'000), "") << "nothing changes before the events are delivered";
+  play.deliver();
+  EXPECT_EQ(play.events.dataUpdated, 1);
+  EXPECT_FALSE(play.core->isLoading());
+  EXPECT_EQ(play.name(6'070'000), "Good station");
+}
+
+TEST(Import, EndingTheProgramMeanwhileIsSafe) {
+  AmbrelPlay play;
+  const auto file = play.write(play.dataFolder() / "sked-a22.csv", kGood);
+  EXPECT_TRUE(play.core->importSchedule(file));
+  play.start();
+  EXPECT_EQ(play.name(6'070'000), "Good station") << "what was begun was finished and kept";
+}
+
+TEST(Import, ALineKnownBeforeStaysFound) {
+  AmbrelPlay play;
+  play.importText(kGood);
+  EXPECT_EQ(play.name(6'070'000), "Good station");
+  play.importText("6070;0000-2400;;G;New name;E;Eu;w;1;;\r\n");
+  EXPECT_EQ(play.core->GetFrqKnownName().value(), "New name");
+  EXPECT_EQ(play.core->GetRxKnownFrequency(), 6'070'000);
+}
+
+TEST(Sources, TellWhatTheDataIsMadeOf) {
+  AmbrelPlay play;
+  play.write(play.dataFolder() / "known-a.txt", "[One]\n5000 ; X\n[Two]\n6000 ; Y\nbad\n");
+  play.write(play.ownFolder() / "known-b.txt", "7000 ; Z\n");
+  play.write(play.ownFolder() / "known-c.txt", std::string("\0", 1));
+  play.setTime(2022, 11, 1, 0, 0);
+  play.start();
+  play.importText(std::string(kGood) + kGood);
+  const auto rows = sourceRows(*play.core);
+  ASSERT_EQ(rows.size(), 4u);
+  EXPECT_EQ(rows[0].name, "known-b.txt");
+  EXPECT_EQ(rows[0].owner, "own");
+  EXPECT_EQ(rows[0].contents, "1 set, 1 frequencies");
+  EXPECT_EQ(rows[1].owner, "shipped");
+  EXPECT_EQ(rows[1].contents, "2 sets, 2 frequencies");
+  EXPECT_THAT(rows[1].problems, HasSubstr("Line 5"));
+  EXPECT_EQ(rows[2].kind, "Schedule");
+  EXPECT_EQ(rows[2].name, "sked-a22.csv");
+  EXPECT_EQ(rows[2].age, "A22, summer 2022: out of date since 30 Oct 2022");
+  EXPECT_THAT(rows[3].problems, HasSubstr("Not used"));
+  EXPECT_THAT(sourceStatus(*play.core),
+              HasSubstr("5 stations on 4 frequencies in 4 sets. sked-a22.csv was loaded"));
+  EXPECT_TRUE(play.core->dropSchedule());
+  play.deliver();
+  EXPECT_EQ(sourceRows(*play.core).size(), 3u);
+  EXPECT_THAT(play.core->loadWords(), HasSubstr("put aside as"));
+}
+
+}  // namespace
+}  // namespace kelvane::ambrel
