@@ -64,6 +64,8 @@ bool RigctldReadings::take(RigItem item, const Reply& reply, Instant now) {
 void RigctldReadings::unreadable(RigItem item) {
   for (auto& awaited : awaited_) {
     if (!awaited || awaited->order.reads != item) continue;
+    value(item == RigItem::Mode ? RigItem::Filter : item) = read_[at(item)];
+    if (item == RigItem::Mode) mode_ = modeRead_;
     report(awaited->order.request.item, Cause::Request, awaited->order.request.ticket, true);
     awaited.reset();
   }
@@ -77,23 +79,15 @@ void RigctldReadings::accepted(const RigOrder& order, bool newerWaits, Instant n
   } else {
     ours_[at(order.reads)] = now + kAftermath;
   }
-  if (item == RigItem::Frequency) tuned_ = order.wanted;
-  if (newerWaits) {
-    awaited_[at(item)].reset();
-  } else if (can_->readable.has(order.reads)) {
-    await(order, false, now);
-  } else if (order.reads == RigItem::Mode) {
-    takeMode({order.wantedMode, order.wanted}, now);
-    report(item, Cause::Request, order.request.ticket);
-  } else {
-    takeNumber(order.reads, order.wanted, now);
-    report(item, Cause::Request, order.request.ticket);
-  }
+  const bool readable = can_->readable.has(order.reads);
+  awaited_[at(item)] = readable && !newerWaits ? awaited(order, false, now) : std::nullopt;
+  believe(order);
+  if (!readable) report(item, Cause::Request, order.request.ticket);
 }
 
 void RigctldReadings::refused(const RigOrder& order, Instant now) {
   if (can_->readable.has(order.reads) && order.request.item != RigItem::Clock) {
-    await(order, true, now);
+    awaited_[at(order.request.item)] = awaited(order, true, now);
   } else {
     report(order.request.item, Cause::Request, order.request.ticket, true);
   }
@@ -137,68 +131,95 @@ RigSituation RigctldReadings::situation() const {
 
 std::vector<ValueReport> RigctldReadings::takeReports() { return std::exchange(reports_, {}); }
 
-void RigctldReadings::await(const RigOrder& order, bool refused, Instant now) {
-  auto& slot = awaited_[at(order.request.item)];
-  const auto older = slot ? slot->order.request.ticket : 0;
-  const auto before = order.reads == RigItem::Mode ? value(RigItem::Filter) : value(order.reads);
-  slot = Awaited{order, before, mode_, now + kPatience, now, refused};
+std::optional<RigctldReadings::Awaited> RigctldReadings::awaited(const RigOrder& order,
+                                                                 bool refused, Instant now) const {
+  Awaited next{order, now + kPatience, now, refused};
   // Retuning on its own account must not swallow the answer to the operator's request.
-  if (order.request.ticket == 0) slot->order.request.ticket = older;
+  const auto& older = awaited_[at(order.request.item)];
+  if (older && order.request.ticket == 0) next.order.request.ticket = older->order.request.ticket;
+  return next;
+}
+
+/// The radio said that it took the order: what follows builds on that, and readings that still
+/// show the old value are not believed for a while.
+void RigctldReadings::believe(const RigOrder& order) {
+  const auto shown = number(RigItem::Frequency);
+  known_.add(order.reads);
+  if (order.reads != RigItem::Mode) {
+    value(order.reads) = order.wanted;
+    if (order.reads == RigItem::Frequency) tuned_ = order.wanted;
+    return;
+  }
+  if (order.wanted > 0) value(RigItem::Filter) = order.wanted;
+  if (std::exchange(mode_, order.wantedMode) != order.wantedMode) {
+    modeChanged(Cause::Request, shown);
+  }
 }
 
 void RigctldReadings::takeNumber(RigItem item, std::int32_t number, Instant now) {
+  const bool bfo = item == RigItem::Pitch || item == RigItem::Shift;
+  const auto requested = bfo ? RigItem::Bfo : item;
+  const auto before = std::exchange(read_[at(item)], number);
+  auto& awaited = awaited_[at(requested)];
+  const bool answers = awaited && awaited->order.reads == item;
+  const bool old = known(item) && number == before && number != value(item);
+  if (answers && !awaited->refused && old && now < awaited->until) {
+    awaited->askAt = now + kBetweenReadBacks;
+    return;
+  }
   const bool first = !known(item);
   const bool news = first || number != value(item);
   const auto cause = first ? Cause::Learned : causeOf(item, number, now);
   value(item) = number;
   known_.add(item);
-  if (item == RigItem::Pitch || item == RigItem::Shift) {
-    if (!settle(RigItem::Bfo, now)) reportBfo(cause);
-    return;
+  if (answers) {
+    settle(requested);
+  } else if (bfo) {
+    reportBfo(cause);
+  } else if (news) {
+    report(item, cause);
   }
-  if (!settle(item, now) && news) report(item, cause);
   if (item == RigItem::Strength || item == RigItem::SquelchLevel) deriveSquelch(cause);
 }
 
 void RigctldReadings::takeMode(const ModeAndWidth& read, Instant now) {
   const bool first = !known(RigItem::Mode);
+  const bool oldMode = read.mode == std::exchange(modeRead_, read.mode) && read.mode != mode_;
+  const bool sameWidth = read.width == std::exchange(read_[at(RigItem::Mode)], read.width);
+  const bool oldWidth = sameWidth && read.width != value(RigItem::Filter);
+  auto& mode = awaited_[at(RigItem::Mode)];
+  auto& filter = awaited_[at(RigItem::Filter)];
+  for (auto* awaited : {&mode, &filter}) {
+    if (*awaited) (*awaited)->askAt = now + kBetweenReadBacks;
+  }
+  if (!first && oldMode && patient(mode, now)) return;
+  // Servers were seen to answer the new mode with the old width for half a second.
+  if (!first && oldWidth && patient(mode, now) && mode->order.wanted > 0 && !filter) {
+    filter = mode;
+    filter->order.request = {RigItem::Filter, mode->order.wanted, {}, 0};
+  }
+  const bool stale = !first && oldWidth && patient(filter, now);
   const bool modeNews = first || read.mode != mode_;
-  const bool stale = isStaleWidth(read.width, now);
   const bool widthNews = !stale && read.width > 0 && read.width != value(RigItem::Filter);
   const auto cause = first ? Cause::Learned : causeOf(RigItem::Mode, 0, now);
   const auto shown = number(RigItem::Frequency);
   mode_ = read.mode;
-  width_ = read.width;
-  if (!stale && (modeNews || widthNews)) value(RigItem::Filter) = read.width;
   known_.add(RigItem::Mode);
-  if (stale && modeNews) expectWidth(now);
-  const bool modeAsked = settle(RigItem::Mode, now);
-  const bool filterAsked = settle(RigItem::Filter, now);
-  if (modeNews && !modeAsked) report(RigItem::Mode, cause);
-  if (!modeNews && widthNews && !modeAsked && !filterAsked) report(RigItem::Filter, cause);
+  if (!stale && (modeNews || widthNews)) value(RigItem::Filter) = read.width;
+  if (mode) {
+    settle(RigItem::Mode);
+  } else if (modeNews) {
+    report(RigItem::Mode, cause);
+  } else if (widthNews && !filter) {
+    report(RigItem::Filter, cause);
+  }
+  if (filter && !stale) settle(RigItem::Filter);
   if (modeNews) modeChanged(cause, shown);
 }
 
-/// Servers were seen to answer the new mode with the old width for half a second.
-bool RigctldReadings::isStaleWidth(std::int32_t width, Instant now) const {
-  const auto stale = [&](RigItem requested) {
-    const auto& awaited = awaited_[at(requested)];
-    return awaited && !awaited->refused && now < awaited->until && awaited->order.wanted > 0 &&
-           width == awaited->before && width != awaited->order.wanted;
-  };
-  return stale(RigItem::Mode) || stale(RigItem::Filter);
-}
-
-/// The mode is the new one: its filter is taken to be as it was asked for, until it is read.
-void RigctldReadings::expectWidth(Instant now) {
-  const auto& mode = awaited_[at(RigItem::Mode)];
-  auto& filter = awaited_[at(RigItem::Filter)];
-  if (mode && !filter) {
-    filter = mode;
-    filter->order.request = {RigItem::Filter, mode->order.wanted, {}, 0};
-    filter->askAt = now + kBetweenReadBacks;
-  }
-  if (filter) value(RigItem::Filter) = filter->order.wanted;
+/// Whether a reading that shows the old value may yet become the new one.
+bool RigctldReadings::patient(const std::optional<Awaited>& awaited, Instant now) {
+  return awaited && !awaited->refused && now < awaited->until;
 }
 
 /// The BFO works in another way in another mode, and with it goes or comes an offset.
@@ -212,29 +233,10 @@ void RigctldReadings::modeChanged(Cause cause, std::int32_t shownBefore) {
   }
 }
 
-/// Whether what has been read is what has come of the order, and not yet the value from before.
-bool RigctldReadings::settled(const Awaited& awaited, Instant now) const {
-  if (awaited.refused || now >= awaited.until) return true;
-  const auto& order = awaited.order;
-  if (order.reads != RigItem::Mode) {
-    const auto read = values_[at(order.reads)];
-    return read == order.wanted || read != awaited.before;
-  }
-  const bool widthDone = order.wanted == 0 || width_ == order.wanted || width_ != awaited.before;
-  if (order.request.item == RigItem::Filter) return widthDone;
-  return mode_ != awaited.modeBefore || (mode_ == order.wantedMode && widthDone);
-}
-
-/// Ends the wait for a request of this item where the reading shows what came of it. Answers
-/// whether there was one: then a change of the value is its doing, and not reported besides.
-bool RigctldReadings::settle(RigItem requested, Instant now) {
-  auto& awaited = awaited_[at(requested)];
-  if (!awaited) return false;
-  if (settled(*awaited, now)) {
-    report(requested, Cause::Request, awaited->order.request.ticket, awaited->refused);
-    awaited.reset();
-  }
-  return true;
+/// Answers the request of this item that waits, with the value that has been read.
+void RigctldReadings::settle(RigItem requested) {
+  const auto answered = std::exchange(awaited_[at(requested)], std::nullopt);
+  report(requested, Cause::Request, answered->order.request.ticket, answered->refused);
 }
 
 Cause RigctldReadings::causeOf(RigItem item, std::int32_t number, Instant now) const {

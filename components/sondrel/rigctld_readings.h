@@ -51,20 +51,17 @@ class RigctldReadings {
  private:
   struct Awaited {
     RigOrder order;
-    std::int32_t before = 0;
-    std::string modeBefore;
     Instant until;  ///< what is read then is what has come of it
     Instant askAt;
     bool refused = false;
   };
 
-  void await(const RigOrder& order, bool refused, Instant now);
+  std::optional<Awaited> awaited(const RigOrder& order, bool refused, Instant now) const;
+  static bool patient(const std::optional<Awaited>& awaited, Instant now);
+  void believe(const RigOrder& order);
   void takeNumber(RigItem item, std::int32_t number, Instant now);
   void takeMode(const ModeAndWidth& read, Instant now);
-  bool isStaleWidth(std::int32_t width, Instant now) const;
-  void expectWidth(Instant now);
-  bool settled(const Awaited& awaited, Instant now) const;
-  bool settle(RigItem requested, Instant now);
+  void settle(RigItem requested);
   Cause causeOf(RigItem item, std::int32_t number, Instant now) const;
   void modeChanged(Cause cause, std::int32_t shownBefore);
   void report(RigItem item, Cause cause, std::uint32_t ticket = 0, bool refused = false);
@@ -78,9 +75,12 @@ class RigctldReadings {
 
   std::int32_t offsetLimit_;
   std::shared_ptr<const RigctldCapabilities> can_;
-  std::array<std::int32_t, kRigItems> values_{};  ///< as the radio counts; Filter the mode's width
+  // As the radio counts; Filter is the width of the mode. What an accepted order brings is in
+  // values_ and mode_ at once; read_ and modeRead_ are what the server said last.
+  std::array<std::int32_t, kRigItems> values_{};
+  std::array<std::int32_t, kRigItems> read_{};  ///< Mode: the width
   std::string mode_;
-  std::int32_t width_ = 0;  ///< as it was last read
+  std::string modeRead_;
   std::int32_t offset_ = 0;
   RigItems known_;
   std::array<std::optional<Awaited>, kRigItems> awaited_;  ///< by the item of the request

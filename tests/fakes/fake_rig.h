@@ -15,11 +15,11 @@ namespace kelvane::fakes {
 class FakeRig {
  public:
   enum class Manner {
-    Rigctld,      ///< labelled replies, a whole description
-    RigctldVfo,   ///< the same, wants a VFO's name in each command
-    StaticSdr,    ///< plain replies, a fixed description, a meter and a squelch in dBFS
-    SilentSdr,    ///< plain replies, a fixed description, no levels; "CHKVFO 0"
-    SmallSdr,     ///< frequency and mode on one line; every error written twice
+    Rigctld,     ///< labelled replies, a whole description
+    RigctldVfo,  ///< the same, wants a VFO's name in each command
+    StaticSdr,   ///< plain replies, a fixed description, a meter and a squelch in dBFS
+    SilentSdr,   ///< plain replies, a fixed description, no levels; "CHKVFO 0"
+    SmallSdr,    ///< frequency and mode on one line; every error written twice
   };
 
   explicit FakeRig(Manner manner) : manner_(manner) {}
@@ -27,17 +27,16 @@ class FakeRig {
   std::int64_t frequency = 7'100'000;
   std::string mode = "USB";
   std::int32_t width = 2400;
-  std::map<std::string, double> levels = {{"STRENGTH", -20}, {"ATT", 0},     {"AGC", 2},
-                                          {"PREAMP", 0},     {"CWPITCH", 600}, {"IF", 0},
-                                          {"SQL", -60}};
+  std::map<std::string, double> levels = {{"STRENGTH", -20}, {"ATT", 0}, {"AGC", 2},  {"PREAMP", 0},
+                                          {"CWPITCH", 600},  {"IF", 0},  {"SQL", -60}};
   std::int32_t blanker = 0;
   std::int32_t squelch = 1;
   bool powered = true;
-  std::int32_t raster = 1;           ///< the radio rounds frequencies to it
-  std::optional<int> trouble;        ///< every question to the radio fails with this error
+  std::int32_t raster = 1;            ///< the radio rounds frequencies to it
+  std::optional<int> trouble;         ///< every question to the radio fails with this error
   std::map<std::string, int> errors;  ///< errors by the command's first words ("l AGC")
-  std::vector<std::string> heard;    ///< every line, in order
-  std::vector<std::string> sets;     ///< those of them that change the radio, without prefix
+  std::vector<std::string> heard;     ///< every line, in order
+  std::vector<std::string> sets;      ///< those of them that change the radio, without prefix
 
   /// The reply to one line (without its line end).
   std::string answer(const std::string& line) {
@@ -72,10 +71,14 @@ class FakeRig {
 
   std::string checkVfo() const {
     switch (manner_) {
-      case Manner::RigctldVfo: return "1\n";
-      case Manner::SilentSdr: return "CHKVFO 0\n";
-      case Manner::SmallSdr: return "RPRT 4\nRPRT 4\n";
-      default: return "0\n";
+      case Manner::RigctldVfo:
+        return "1\n";
+      case Manner::SilentSdr:
+        return "CHKVFO 0\n";
+      case Manner::SmallSdr:
+        return "RPRT 4\nRPRT 4\n";
+      default:
+        return "0\n";
     }
   }
 
@@ -89,9 +92,11 @@ class FakeRig {
         "0x1 6000\n0x20 15000\n0 0\n9990\n9990\n1200\n0\n";
     if (!rigctld()) {
       return "0\n2\n2\n150000.000000 1500000000.000000 0x1ff -1 -1 0x1 0xf\n0 0 0 0 0 0 0\n"
-             "0 0 0 0 0 0 0\n" + lists + "0\n0\n0xff\n0xff\n0xff\n0xff\n0xff\n0xff\n";
+             "0 0 0 0 0 0 0\n" +
+             lists + "0\n0\n0xff\n0xff\n0xff\n0xff\n0xff\n0xff\n";
     }
-    return "1\n2031\n0\n" + ranges + lists + "10 20 \n6 12 18 \n0x2\n0x2\n0x40020863\n0x20863\n"
+    return "1\n2031\n0\n" + ranges + lists +
+           "10 20 \n6 12 18 \n0x2\n0x2\n0x40020863\n0x20863\n"
            "0x0\n0x0\nvfo_ops=0x0\ntimeout=0\nrig_model=2031\nrigctld_version=Fake 1\n"
            "agc_levels=0=OFF 1=FAST 2=MEDIUM 3=SLOW\ndone\n";
   }
@@ -103,8 +108,9 @@ class FakeRig {
       if ((command + " " + argument).starts_with(start)) return {error, {}};
     }
     if (command == "\\dump_caps") {
-      return {0, {{"", "Caps dump for model: 2031"}, {"", "Model name:\tR-1"},
-                  {"", "Mfg name:\tAcme"}}};
+      return {
+          0,
+          {{"", "Caps dump for model: 2031"}, {"", "Model name:\tR-1"}, {"", "Mfg name:\tAcme"}}};
     }
     if (command == "M" && argument == "?") return {0, {{"", "AM CW USB LSB RTTY FM CWR "}}};
     if (trouble) return {*trouble, {}};

@@ -22,7 +22,7 @@ class SessionPlay {
   sondrel::RigctldSession session;
   Instant now = Instant{} + milliseconds(1000);
   milliseconds answerTime{1};
-  bool deaf = false;         ///< the server reads and never answers
+  bool deaf = false;          ///< the server reads and never answers
   std::size_t pieces = 1000;  ///< a reply comes in pieces of this many bytes
   std::vector<LinkState> links;
   std::vector<sondrel::ValueReport> values;
@@ -104,7 +104,8 @@ class SessionPlay {
   /// Takes what the session has to say, and lets the server think about its answer.
   void settle() {
     for (auto& report : session.takeReports()) {
-      if (const auto* link = std::get_if<sondrel::LinkReport>(&report)) links.push_back(link->state);
+      if (const auto* link = std::get_if<sondrel::LinkReport>(&report))
+        links.push_back(link->state);
       if (auto* value = std::get_if<sondrel::ValueReport>(&report)) values.push_back(*value);
       if (auto* found = std::get_if<sondrel::CapabilityReport>(&report)) can = found->found;
     }

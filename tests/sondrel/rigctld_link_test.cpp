@@ -1,0 +1,315 @@
+#include <gtest/gtest.h>
+
+#include "tests/fakes/session_play.h"
+
+namespace kelvane::sondrel {
+namespace {
+
+using fakes::FakeRig;
+using fakes::SessionPlay;
+using Manner = FakeRig::Manner;
+using Links = std::vector<LinkState>;
+
+class RigctldLink : public testing::Test {
+ protected:
+  void run(int ms) { play.run(milliseconds(ms)); }
+  /// Asks for the link again, as the panel does while it is down.
+  void retry() {
+    play.links.clear();
+    play.session.open(false, play.now);
+    if (play.session.connectionWanted() != play.connection) return play.connect();
+    run(0);
+  }
+
+  SessionPlay play{Manner::Rigctld};
+};
+
+TEST_F(RigctldLink, PutsAFailedConnectionIntoWords) {
+  const std::pair<CloseReason, LinkState> cases[] = {
+      {CloseReason::BadAddress, LinkState::BadAddress},
+      {CloseReason::Refused, LinkState::CannotOpen},
+      {CloseReason::Unreachable, LinkState::NoLoop},
+      {CloseReason::TimedOut, LinkState::Timeout}};
+  for (const auto& [reason, state] : cases) {
+    play.links.clear();
+    play.session.open(false, play.now);
+    EXPECT_NE(play.session.connectionWanted(), 0U);
+    play.close(reason);
+    EXPECT_EQ(play.links, Links{state});
+    EXPECT_EQ(play.session.connectionWanted(), 0U) << "tried again only when asked";
+    EXPECT_EQ(play.session.nextDue(), kNever);
+  }
+}
+
+TEST_F(RigctldLink, ReportsEachComingUpOnceAndAnswersEachRetry) {
+  play.open();
+  run(10000);
+  EXPECT_EQ(play.links, Links{LinkState::Up});
+  play.close(CloseReason::Ended);
+  EXPECT_EQ(play.links, (Links{LinkState::Up, LinkState::Error}));
+  for (int i = 0; i < 3; ++i) {
+    play.links.clear();
+    play.session.open(false, play.now);
+    play.close(CloseReason::Refused);
+    EXPECT_EQ(play.links, Links{LinkState::CannotOpen}) << "each retry has its answer";
+  }
+  play.lines.clear();
+  retry();
+  run(900);
+  EXPECT_EQ(play.links, Links{LinkState::Up});
+  EXPECT_EQ(play.lines[0], "\\chk_vfo") << "the handshake is done anew";
+  play.links.clear();
+  play.session.open(true, play.now);
+  play.connect();
+  run(900);
+  EXPECT_EQ(play.links, Links{LinkState::Up}) << "a link that is up is opened anew on demand";
+}
+
+TEST_F(RigctldLink, KnowsWhoIsNoServer) {
+  for (const std::string reply :
+       {"HTTP/1.1 400 Bad Request\r\nContent-Type: text/html\r\n\r\n<html></html>\r\n",
+        "\x01\x02\xff garbage\n", "220 mail ready\n"}) {
+    for (const std::size_t pieces : {1000, 1}) {
+      SessionPlay wrong(Manner::Rigctld);
+      wrong.pieces = pieces;
+      wrong.instead = [&](const std::string&) { return reply; };
+      wrong.open();
+      EXPECT_EQ(wrong.links, Links{LinkState::BadIdentity}) << reply;
+      EXPECT_EQ(wrong.connection, 0U);
+    }
+  }
+  SessionPlay late(Manner::Rigctld);
+  late.instead = [&](const std::string& line) {
+    return line == "+f" ? "get_freq:\n<b>7050</b>\nRPRT 0\n" : late.rig.answer(line);
+  };
+  late.open();
+  EXPECT_EQ(late.links, Links{LinkState::BadIdentity});
+}
+
+TEST_F(RigctldLink, NamesAWrongConfiguration) {
+  for (const int error : {-19, -2}) {
+    SessionPlay refused(Manner::Rigctld);
+    refused.instead = [&](const std::string&) { return "RPRT " + std::to_string(error) + "\n"; };
+    refused.open();
+    EXPECT_EQ(refused.links, Links{LinkState::Configuration});
+  }
+}
+
+TEST_F(RigctldLink, SaysTimeoutAndWaitsForTheServer) {
+  play.open();
+  play.deaf = true;
+  play.links.clear();
+  run(2200);
+  EXPECT_EQ(play.links, Links{LinkState::Timeout});
+  EXPECT_NE(play.connection, 0U) << "a new connection would wait for the same radio";
+  // Retries are answered, and change nothing.
+  retry();
+  EXPECT_EQ(play.links, Links{});
+  run(2100);
+  EXPECT_EQ(play.links, Links{LinkState::Timeout});
+  const auto sent = play.lines.size();
+  play.deaf = false;
+  play.feed(play.rig.answer(play.lines.back()));
+  run(1500);
+  EXPECT_TRUE(play.up()) << "the reply that was waited for heals the link";
+  EXPECT_GT(play.lines.size(), sent);
+}
+
+TEST_F(RigctldLink, GivesUpAServerThatNeverAnswersAgain) {
+  play.open();
+  play.deaf = true;
+  run(40000);
+  EXPECT_EQ(play.connection, 0U);
+  EXPECT_EQ(play.links, (Links{LinkState::Up, LinkState::Timeout}));
+  play.deaf = false;
+  retry();
+  run(900);
+  EXPECT_TRUE(play.up());
+}
+
+TEST_F(RigctldLink, SaysTimeoutInTheHandshakeToo) {
+  play.deaf = true;
+  play.open();
+  run(1500);
+  EXPECT_EQ(play.links, Links{LinkState::Timeout});
+  play.deaf = false;
+  play.feed(play.rig.answer("\\chk_vfo"));
+  run(900);
+  EXPECT_TRUE(play.up());
+}
+
+TEST_F(RigctldLink, GetsUsedToASlowServer) {
+  play.answerTime = milliseconds(2500);
+  play.open();
+  run(60000);
+  const auto ups = std::count(play.links.begin(), play.links.end(), LinkState::Up);
+  const auto timeouts = std::count(play.links.begin(), play.links.end(), LinkState::Timeout);
+  EXPECT_EQ(ups, 1);
+  EXPECT_EQ(timeouts, 1) << "not said anew at each command";
+}
+
+TEST_F(RigctldLink, DropsHalfALine) {
+  play.open();
+  play.links.clear();
+  play.instead = [&](const std::string&) { return "get_freq:\nFreque"; };
+  run(2500);
+  EXPECT_EQ(play.links, Links{LinkState::Error});
+  EXPECT_EQ(play.connection, 0U);
+}
+
+TEST_F(RigctldLink, DropsAFlood) {
+  for (const std::string piece :
+       {std::string(16384, 'x'), std::string(8192, '\n'), std::string("RPRT 0\nget_freq:\n7\n")}) {
+    SessionPlay flooded(Manner::Rigctld);
+    flooded.open();
+    for (int i = 0; i < 300 && flooded.connection != 0; ++i) {
+      flooded.run(milliseconds(10));
+      flooded.feed(piece);
+    }
+    EXPECT_EQ(flooded.connection, 0U);
+    EXPECT_EQ(flooded.links.back(), LinkState::Error);
+  }
+}
+
+TEST_F(RigctldLink, FindsBackAfterStrayLines) {
+  for (const auto manner : {Manner::Rigctld, Manner::StaticSdr, Manner::SmallSdr}) {
+    SessionPlay stray(manner);
+    stray.open();
+    for (const std::string line : {"RPRT 1\n", "7\n", "RPRT 0\nRPRT 0\n", "AM\n"}) {
+      stray.feed(line);
+      stray.run(milliseconds(1000));
+    }
+    EXPECT_EQ(stray.links, Links{LinkState::Up});
+    for (const auto& report : stray.values) {
+      if (report.item == RigItem::Frequency) EXPECT_EQ(report.number, 7'100'000);
+      if (report.item == RigItem::Mode) EXPECT_EQ(report.mode, "USB");
+    }
+    stray.request(RigItem::Frequency, 5'000'000, 3);
+    stray.run(milliseconds(500));
+    EXPECT_EQ(stray.last(RigItem::Frequency).number, 5'000'000);
+    EXPECT_EQ(stray.last(RigItem::Frequency).ticket, 3U);
+  }
+}
+
+TEST_F(RigctldLink, WatchesARadioThatIsSwitchedOff) {
+  play.rig.powered = false;
+  play.open();
+  EXPECT_EQ(play.links, Links{LinkState::NotResponding});
+  run(10000);
+  EXPECT_EQ(play.links, Links{LinkState::NotResponding}) << "said once, and asked on quietly";
+  play.rig.powered = true;
+  run(2000);
+  EXPECT_TRUE(play.up());
+  play.rig.powered = false;
+  run(1000);
+  EXPECT_EQ(play.links.back(), LinkState::NotResponding);
+  EXPECT_NE(play.connection, 0U);
+  play.rig.powered = true;
+  run(1500);
+  EXPECT_TRUE(play.up()) << "nobody else tries again in this state";
+}
+
+TEST_F(RigctldLink, NamesTheRadiosTrouble) {
+  const std::pair<int, LinkState> cases[] = {
+      {5, LinkState::NotResponding}, {20, LinkState::NotResponding}, {6, LinkState::Error},
+      {7, LinkState::Error},         {8, LinkState::Error},          {13, LinkState::Error},
+      {14, LinkState::Error}};
+  for (const auto& [error, state] : cases) {
+    SessionPlay troubled(Manner::Rigctld);
+    troubled.open();
+    troubled.rig.trouble = error;
+    troubled.run(milliseconds(1000));
+    EXPECT_EQ(troubled.links, (Links{LinkState::Up, state})) << error;
+    EXPECT_NE(troubled.connection, 0U) << "the server is well";
+    troubled.links.clear();
+    troubled.session.open(false, troubled.now);
+    troubled.run(milliseconds(100));
+    EXPECT_EQ(troubled.links, Links{state}) << "a retry has its answer " << error;
+    troubled.rig.trouble.reset();
+    troubled.session.open(false, troubled.now);
+    troubled.run(milliseconds(100));
+    EXPECT_TRUE(troubled.up()) << error;
+    troubled.run(milliseconds(5000));
+    EXPECT_GT(troubled.countOf("+l AGC"), 2) << "what failed meanwhile is asked for again";
+
+    SessionPlay late(Manner::Rigctld);
+    late.rig.trouble = error;
+    late.open();
+    EXPECT_EQ(late.links, Links{state}) << "in the handshake " << error;
+  }
+}
+
+TEST_F(RigctldLink, DoesNotJudgeByASingleSetting) {
+  play.open();
+  play.rig.errors = {{"l AGC", 8}, {"l ATT", 9}, {"l PREAMP", 11}};
+  run(60000);
+  EXPECT_EQ(play.links, Links{LinkState::Up});
+  EXPECT_LE(play.countOf("+l AGC"), 5) << "what keeps failing is not asked for ever";
+  EXPECT_LE(play.countOf("+l PREAMP"), 3);
+  play.rig.errors = {{"f ", 8}};
+  run(10);
+  play.rig.errors.clear();
+  run(2000);
+  EXPECT_EQ(play.links, Links{LinkState::Up}) << "one disturbance is no fault";
+}
+
+TEST_F(RigctldLink, TriesAgainByItselfWhenTheRadioMakesTheServerHangUp) {
+  play.session.open(false, play.now);
+  play.instead = [&](const std::string& line) {
+    return line == "+f" ? std::string() : play.rig.answer(line);
+  };
+  play.connect();
+  run(100);
+  play.close(CloseReason::Ended);
+  EXPECT_EQ(play.links, Links{LinkState::NotResponding});
+  int attempts = 0;
+  const auto begin = play.now;
+  while (play.now - begin < std::chrono::minutes(2)) {
+    play.now = play.session.nextDue();
+    play.session.tick(play.now);
+    ++attempts;
+    play.connect();
+    run(100);
+    play.close(CloseReason::Ended);
+  }
+  EXPECT_GE(attempts, 6);
+  EXPECT_LE(attempts, 14) << "less and less often";
+  EXPECT_EQ(play.links, Links{LinkState::NotResponding});
+  play.instead = nullptr;
+  play.now = play.session.nextDue();
+  play.session.tick(play.now);
+  play.connect();
+  run(900);
+  EXPECT_TRUE(play.up());
+}
+
+TEST_F(RigctldLink, ForgetsRequestsThatItCouldNotCarryOut) {
+  play.open();
+  play.deaf = true;
+  run(100);
+  play.request(RigItem::Frequency, 5'000'000, 3);
+  run(3000);
+  play.request(RigItem::Frequency, 6'000'000, 4);
+  play.deaf = false;
+  play.feed(play.rig.answer(play.lines.back()));
+  run(2000);
+  EXPECT_TRUE(play.up());
+  EXPECT_EQ(play.rig.frequency, 7'100'000) << "a radio must not jump when its link heals";
+}
+
+TEST_F(RigctldLink, ClosesInSilence) {
+  play.open();
+  play.links.clear();
+  play.session.close();
+  run(5000);
+  EXPECT_EQ(play.session.connectionWanted(), 0U);
+  EXPECT_EQ(play.links, Links{});
+  EXPECT_EQ(play.session.nextDue(), kNever);
+  play.session.open(false, play.now);
+  play.connect();
+  run(900);
+  EXPECT_EQ(play.links, Links{LinkState::Up});
+}
+
+}  // namespace
+}  // namespace kelvane::sondrel
