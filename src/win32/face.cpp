@@ -122,8 +122,9 @@ bool Face::handle(UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
       return takesKeys(row_.kind);
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
-      if (row_.kind == Kind::Digit) return SetFocus(window_), true;
-      return false;
+      // Kept from a label's own handling, which would tell the click a second time.
+      if (row_.kind == Kind::Digit) SetFocus(window_);
+      return row_.kind != Kind::Toggle;
     case WM_LBUTTONUP:
       return click(MouseButton::Left), false;
     case WM_RBUTTONUP:

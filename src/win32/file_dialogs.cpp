@@ -1,5 +1,6 @@
 #include "win32/file_dialogs.h"
 
+#include <cderr.h>
 #include <commdlg.h>
 
 #include <algorithm>

@@ -42,6 +42,10 @@ std::vector<Global::Area> screens() {
   return found;
 }
 
+void keepOnTop(HWND window, bool onTop) {
+  SetWindowPos(window, onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
 }  // namespace
 
 PanelWindow::PanelWindow(HINSTANCE instance) {
@@ -76,6 +80,8 @@ void PanelWindow::present(MAin& panel) {
   show();
   moveToStart();
   ShowWindow(window_, SW_SHOWNORMAL);
+  // Not every system remembers it for a window that was not shown yet.
+  keepOnTop(window_, onTop_);
   focus(id::FrqFocus);
   schedule();
 }
@@ -99,6 +105,7 @@ LRESULT CALLBACK PanelWindow::procedure(HWND window, UINT message, WPARAM wParam
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
   }
   auto* self = reinterpret_cast<PanelWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (message == WM_DESTROY) PostQuitMessage(0);
   LRESULT result = 0;
   if (!self || !self->panel_ || !self->command(message, wParam, lParam, result))
     return DefWindowProcW(window, message, wParam, lParam);
@@ -132,8 +139,6 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       return true;
     case WM_CLOSE:
       return unload(), DestroyWindow(window_), true;
-    case WM_DESTROY:
-      return PostQuitMessage(0), true;
     default:
       return false;
   }
@@ -174,9 +179,7 @@ void PanelWindow::show() {
   MainView& view = panel_->view();
   if (std::exchange(caption_, view.caption) != view.caption)
     SetWindowTextW(window_, wide(view.caption).c_str());
-  if (std::exchange(onTop_, view.onTop) != view.onTop)
-    SetWindowPos(window_, view.onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
-                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  if (std::exchange(onTop_, view.onTop) != view.onTop) keepOnTop(window_, onTop_);
   tabs_->show(view.TabStrip);
   for (const auto& face : faces_) {
     const Control& control = face->row().of(view, face->element());

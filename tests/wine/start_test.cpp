@@ -34,7 +34,8 @@ TEST(Start, CleansTheNamedInstanceAndEnds) {
   const Instance instance(L"TestClean");
   instance.write(L"MainLeft", 1234);
   RunningPanel panel(instance.name() + L" -clean");
-  EXPECT_EQ(panel.messageBox(), "Cleaning TestClean registry context\nPlease restart application");
+  EXPECT_EQ(panel.messageBox(),
+            "Cleaning TestClean registry context\r\nPlease restart application");
   EXPECT_TRUE(instance.hasSettings());
   panel.answer(IDOK);
   EXPECT_EQ(panel.ended(), 0);
@@ -72,7 +73,8 @@ TEST(Start, BringsAWindowBackFromBeyondEveryScreenAndIgnoresSettingsOfAnotherKin
   GetWindowRect(panel.window(), &area);
   EXPECT_NE(MonitorFromRect(&area, MONITOR_DEFAULTTONULL), nullptr);
   EXPECT_LT(area.left, GetSystemMetrics(SM_CXSCREEN));
-  EXPECT_NE(GetWindowLongW(panel.window(), GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+  EXPECT_TRUE(eventually(
+      [&] { return (GetWindowLongW(panel.window(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; }));
 }
 
 TEST(Start, SaysWhichComponentIsMissingAndWritesNothing) {
