@@ -35,10 +35,15 @@ void EventQueue::remove(ReceiverListener& listener) {
   std::erase_if(seats_, [&](const auto& seat) { return seat->listener == &listener; });
 }
 
-void EventQueue::raise(bool global, Raise event) {
+void EventQueue::raise(bool global, Raise event, std::uint32_t series) {
   if (seats_.empty()) return;
-  const auto shared = std::make_shared<const Event>(++raised_, global, std::move(event));
-  for (const auto& seat : seats_) seat->waiting.push_back(shared);
+  const auto shared = std::make_shared<const Event>(++raised_, global, series, std::move(event));
+  for (const auto& seat : seats_) {
+    if (series != 0) {
+      std::erase_if(seat->waiting, [series](const auto& e) { return e->series == series; });
+    }
+    seat->waiting.push_back(shared);
+  }
   wakeOnce();
 }
 

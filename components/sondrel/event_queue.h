@@ -23,7 +23,9 @@ class EventQueue {
   void add(ReceiverListener& listener);
   /// Nothing more is delivered to it, what waits for it included.
   void remove(ReceiverListener& listener);
-  void raise(bool global, Raise event);
+  /// With a `series` other than 0, an event of the same series that still waits is left out: only
+  /// the newest reading of a meter is worth hearing, however long nobody listened.
+  void raise(bool global, Raise event, std::uint32_t series = 0);
   /// Delivers what was raised before the call; what its handlers raise waits for the next one.
   /// Inside a handler it goes on with the next event, down to a bounded depth; below that it
   /// returns, and the calls further up deliver the rest.
@@ -35,6 +37,7 @@ class EventQueue {
   struct Event {
     std::uint64_t number;
     bool global;
+    std::uint32_t series;
     Raise raise;
   };
   struct Seat {

@@ -210,9 +210,10 @@ void Receiver::outIs(Long line, Long state) {
 
 void Receiver::levelIs(Long dBm) {
   level_ = dBm;
-  raise([rx = index_, dBm](ReceiverListener& l) {
+  const auto event = [rx = index_, dBm](ReceiverListener& l) {
     l.RxSMtUpdated(rx, meterBar(dBm), dBm - kS9, dBm, sUnits(dBm));
-  });
+  };
+  host_.raise(false, event, static_cast<std::uint32_t>(index_) + 1);
 }
 
 void Receiver::squelchIs(bool open, Long threshold) {

@@ -43,7 +43,8 @@ class ReceiverHost {
 
   virtual ~ReceiverHost() = default;
   /// Queues an event for all listeners. `global` is what GetRxGlobalFlag answers meanwhile.
-  virtual void raise(bool global, Raise event) = 0;
+  /// Of a `series` other than 0 only the newest event is kept waiting.
+  virtual void raise(bool global, Raise event, std::uint32_t series = 0) = 0;
   /// Told of each value that the radio confirmed, after its event was queued.
   virtual void confirmed(Receiver& receiver, const Change& change) = 0;
   virtual std::shared_ptr<Inbox> inbox() = 0;

@@ -47,7 +47,9 @@ void SondrelCore::wakeOnce() {
   if (!woken_.exchange(true)) wake_();
 }
 
-void SondrelCore::raise(bool global, Raise event) { events_.raise(global, std::move(event)); }
+void SondrelCore::raise(bool global, Raise event, std::uint32_t series) {
+  events_.raise(global, std::move(event), series);
+}
 
 void SondrelCore::confirmed(Receiver& receiver, const Change& change) {
   HostedReceiver* hosted = at(receiver.index());
@@ -157,7 +159,7 @@ FileResult SondrelCore::applyDrivers(const DriversModel& model) {
   config_ = std::move(changed);
   host(config_.config.receivers);
   const auto count = static_cast<Count>(receivers_.size());
-  raise(false, [count](ReceiverListener& l) { l.DrvUpdated(count); });
+  events_.raise(false, [count](ReceiverListener& l) { l.DrvUpdated(count); });
   afterwards();
   return written;
 }

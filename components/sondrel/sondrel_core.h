@@ -77,7 +77,7 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   bool setFaults(Index rx, const SimulatedFaults& faults);
 
  private:
-  void raise(bool global, Raise event) override;
+  void raise(bool global, Raise event, std::uint32_t series) override;
   void confirmed(Receiver& receiver, const Change& change) override;
   std::shared_ptr<Inbox> inbox() override { return inbox_; }
 

@@ -113,6 +113,20 @@ TEST_F(EventQueueTest, TheGlobalFlagBelongsToTheEventBeingDelivered) {
   EXPECT_FALSE(queue.global());
 }
 
+TEST_F(EventQueueTest, OfASeriesOnlyTheNewestWaits) {
+  queue.add(first);
+  const auto meter = [&](Long level, std::uint32_t series) {
+    queue.raise(
+        false, [=](ReceiverListener& l) { l.RxDataError(0, level); }, series);
+  };
+  meter(1, 1);
+  raise(2);
+  meter(3, 2);
+  meter(4, 1);
+  queue.deliver();
+  EXPECT_EQ(codes(first), (Lines{"2", "3", "4"}));
+}
+
 TEST_F(EventQueueTest, AHandlerThatThrowsLeavesTheQueueUsable) {
   queue.add(first);
   first.meanwhile = [](const auto& heard) {

@@ -118,6 +118,16 @@ TEST_F(Meter, ReadsTwentyTimesASecondWhileTheReceiverAnswers) {
   EXPECT_EQ(rig.listener.count("RxSMtUpdated"), 0u);
 }
 
+TEST_F(Meter, WhileNobodyListensReadingsDoNotPileUp) {
+  start("");
+  for (int i = 0; i < 1000; ++i) {
+    rig.clock.advance(milliseconds(50));
+    rig.core.tick(rig.clock.now);
+  }
+  rig.core.deliverEvents();
+  EXPECT_EQ(rig.listener.count("RxSMtUpdated"), 1u);
+}
+
 TEST_F(Meter, AfterALongPauseOneReadingComesNotAllThatWereMissed) {
   start("");
   rig.clock.advance(std::chrono::hours(1));
