@@ -39,8 +39,8 @@ class MapSettings : public SettingsStore {
     return base;
   }
 
-  /// Nothing can be written any more.
-  void refuseWrites() { refusing_ = true; }
+  /// Values of this name cannot be written any more.
+  void refuseWritesTo(std::string name) { refused_ = std::move(name); }
   const Hive& hive() const { return *hive_; }
 
  private:
@@ -55,14 +55,14 @@ class MapSettings : public SettingsStore {
   }
   template <class T>
   bool write(std::string_view name, const T& value) {
-    if (refusing_) return false;
+    if (name == refused_) return false;
     (*hive_)[instance_][std::string(name)] = value;
     return true;
   }
 
   std::shared_ptr<Hive> hive_;
   std::string instance_;
-  bool refusing_ = false;
+  std::string refused_;
 };
 
 }  // namespace kelvane::fakes

@@ -54,6 +54,7 @@ TEST_F(Flows, LeaveTheNameWhenNothingIsChosen) {
   dialogs.script = {"", ""};
   EXPECT_FALSE(flows.openFile(name, "txt"));
   EXPECT_FALSE(flows.saveFile(name, "txt"));
+  EXPECT_EQ(dialogs.opened.size(), 2u);
   dialogs.script = {"gone.txt"};
   EXPECT_FALSE(flows.openFile(name, "txt"));
   EXPECT_EQ(name, "Left_Mem");

@@ -81,6 +81,12 @@ TEST_F(Placing, BringsALostWindowToTheNearestScreen) {
   EXPECT_EQ(place({1900, 500}), (Point{1120, 500}));
 }
 
+TEST_F(Placing, FindsTheNearerOfTwoScreensAboveEachOther) {
+  screens[1] = {{0, 1100}, {1920, 1000}};
+  EXPECT_EQ(place({300, 3000}), (Point{300, 1800}));
+  EXPECT_EQ(place({300, -3000}), (Point{300, 0}));
+}
+
 TEST_F(Placing, SurvivesDamagedPositionsAndOddScreens) {
   EXPECT_EQ(place({Limits::max(), Limits::max()}), (Point{1120, 740}));
   EXPECT_EQ(place({Limits::min(), Limits::min()}), (Point{-1280, 100}));

@@ -31,7 +31,8 @@ TEST(GridSort, ComparesTextJoinedWithTheRowsNumber) {
   const Table equal(12, {"USB"});
   EXPECT_EQ(sorted(equal, {}), (Rows{0, 1, 10, 11, 2, 3, 4, 5, 6, 7, 8, 9}));
   // "A12" stands before "A2": the number belongs to the text.
-  EXPECT_EQ(sorted({{"b"}, {"B"}, {"A"}, {"A1"}, {""}, {"\u00C4"}}, {}), (Rows{4, 3, 2, 1, 0, 5}));
+  EXPECT_EQ(sorted({{"b"}, {"B"}, {"A"}, {"A1"}, {""}, {"\u00C4"}, {"a\u00C4"}}, {}),
+            (Rows{4, 3, 2, 1, 6, 0, 5}));
   const std::string nul("A\0", 2);
   EXPECT_EQ(sorted({{"A0"}, {nul}, {"A"}}, {}), (Rows{1, 0, 2}));
   EXPECT_EQ(sorted({{"wide band noise, b"}, {"wide band noise, a"}}, {}), (Rows{1, 0}));
@@ -54,17 +55,35 @@ TEST(GridSort, SortsTheGivenPartOfTheListWhateverItsOrderWas) {
   EXPECT_EQ(order, (Rows{4, 3, 1, 0, 2}));
 }
 
-TEST(GridSort, AgreesWithAPlainSortOfTheSameKeys) {
-  std::mt19937 random(3);
-  Table table(2000, std::vector<std::string>(1));
-  for (auto& row : table) row[0] = std::string(random() % 12, "ab"[random() % 2]);
-  std::vector<std::pair<std::string, GridRow>> keys;
-  for (GridRow row = 0; row < table.size(); ++row)
-    keys.emplace_back(table[row][0] + std::to_string(row), row);
+/// What the keys' own order makes of all rows.
+template <class Key, class KeyOf>
+Rows plainlySorted(GridRow rows, KeyOf keyOf) {
+  std::vector<std::pair<Key, GridRow>> keys;
+  for (GridRow row = 0; row < rows; ++row) keys.emplace_back(keyOf(row), row);
   std::sort(keys.begin(), keys.end());
-  Rows expected;
-  for (const auto& key : keys) expected.push_back(key.second);
-  EXPECT_EQ(sorted(table, {}), expected);
+  Rows order;
+  for (const auto& key : keys) order.push_back(key.second);
+  return order;
+}
+
+TEST(GridSort, AgreesWithAPlainSortOfTheSameKeysWhateverOrderItStartsFrom) {
+  std::mt19937 random(3);
+  constexpr GridRow kRows = 2000;
+  Table table;
+  for (GridRow row = 0; row < kRows; ++row)
+    table.push_back(
+        {std::string(random() % 12, "ab"[random() % 2]), std::to_string(random() % 50)});
+  const auto cell = [&](GridRow row, int column) { return table[row][column]; };
+  Rows order(kRows);
+  std::iota(order.begin(), order.end(), 0u);
+  std::shuffle(order.begin(), order.end(), random);
+  Rows byNumber = order;
+  sortGrid(order, {0, By::Text, {}}, cell);
+  EXPECT_EQ(order, plainlySorted<std::string>(
+                       kRows, [&](GridRow row) { return table[row][0] + std::to_string(row); }));
+  sortGrid(byNumber, {1, By::Number, {}}, cell);
+  EXPECT_EQ(byNumber,
+            plainlySorted<int>(kRows, [&](GridRow row) { return std::stoi(table[row][1]); }));
 }
 
 TEST(GridSort, NeedsAShallowStackWhateverTheRowsHold) {

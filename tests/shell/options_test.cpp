@@ -45,9 +45,12 @@ TEST(Options, TakeAnyNumberButZeroForTrueAndNothingElse) {
 }
 
 TEST(Options, SayWhenTheyCannotBeSaved) {
-  MapSettings settings;
-  settings.refuseWrites();
-  EXPECT_FALSE(saveOptions(Options(), settings));
+  for (const char* refused : {"WindowsOnTop", "DDELink", "DDEName"}) {
+    MapSettings settings;
+    settings.refuseWritesTo(refused);
+    EXPECT_FALSE(saveOptions(Options(), settings)) << refused;
+    EXPECT_EQ(settings.hive().at("Kelvane").size(), kOptionRows.size()) << "the others are";
+  }
 }
 
 }  // namespace
