@@ -6,14 +6,18 @@
 
 namespace kelvane::win32 {
 
+// The tips' window has no owner: with an owned window above it the main window would lose its own
+// place above other programs' windows under some systems.
 ToolTips::ToolTips(HWND owner)
     : owner_(owner),
       window_(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
                               WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
-                              CW_USEDEFAULT, CW_USEDEFAULT, owner, nullptr,
+                              CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr,
                               GetModuleHandleW(nullptr), nullptr)) {
   SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, 400);
 }
+
+ToolTips::~ToolTips() { DestroyWindow(window_); }
 
 void ToolTips::set(HWND control, const std::string& text) {
   std::wstring tip = wide(text);

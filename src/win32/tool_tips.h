@@ -10,6 +10,9 @@ namespace kelvane::win32 {
 class ToolTips {
  public:
   explicit ToolTips(HWND owner);
+  ~ToolTips();
+  ToolTips(const ToolTips&) = delete;
+  ToolTips& operator=(const ToolTips&) = delete;
 
   /// Gives a control its tip, or another one; an empty text shows none.
   void set(HWND control, const std::string& text);
