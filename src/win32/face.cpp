@@ -101,10 +101,15 @@ LRESULT CALLBACK Face::procedure(HWND window, UINT message, WPARAM wParam, LPARA
   return DefSubclassProc(window, message, wParam, lParam);
 }
 
-bool Face::handle(UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
+bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   switch (message) {
     case WM_PAINT:
       return paint(), true;
+    case WM_SETTEXT:
+      // The system's controls would paint the text at once, in their own way.
+      return result = DefWindowProcW(window_, message, wParam, lParam), true;
+    case WM_ENABLE:
+      return InvalidateRect(window_, nullptr, FALSE), true;
     case WM_ERASEBKGND:
       return result = 1, true;
     case WM_SETFOCUS:

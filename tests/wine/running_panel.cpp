@@ -98,8 +98,11 @@ bool RunningPanel::shown() {
 }
 
 bool RunningPanel::settledOn(int tab) {
-  return shown() &&
-         eventually([this, tab] { return selectedTab() == tab && !visible(id::RxMask); }, 20000);
+  // The status box alone would not tell: it blinks.
+  const auto answers = [this, tab] {
+    return selectedTab() == tab && !visible(id::RxMask) && enabled(id::FrqDigit + 5);
+  };
+  return shown() && eventually(answers, 20000);
 }
 
 std::string RunningPanel::text(int id) const { return textOf(control(id)); }
