@@ -139,7 +139,8 @@ bool TcpSocket::send(std::string_view bytes) {
   if (all.empty()) return true;
   const auto count = ::send(native_->handle, all.data(), all.size(), MSG_NOSIGNAL);
   if (count < 0 && !isTemporary(errno)) return false;
-  unsent = std::string(all.substr(static_cast<std::size_t>(std::max<ssize_t>(count, 0))));
+  const auto sent = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+  queued ? unsent.erase(0, sent) : unsent.assign(all.substr(sent));
   return true;
 }
 

@@ -167,7 +167,8 @@ bool TcpSocket::send(std::string_view bytes) {
   if (all.empty()) return true;
   const int count = ::send(native_->handle, all.data(), static_cast<int>(all.size()), 0);
   if (count < 0 && ::WSAGetLastError() != WSAEWOULDBLOCK) return false;
-  unsent = std::string(all.substr(static_cast<std::size_t>(std::max(count, 0))));
+  const auto sent = static_cast<std::size_t>(std::max(count, 0));
+  queued ? unsent.erase(0, sent) : unsent.assign(all.substr(sent));
   return true;
 }
 

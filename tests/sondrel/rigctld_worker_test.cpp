@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+
+#include "tests/fakes/fake_rig.h"
+#include "tests/fakes/stand_in_server.h"
+#include "tests/fakes/worker_watch.h"
+
+namespace kelvane::sondrel {
+namespace {
+
+using fakes::FakeRig;
+using fakes::StandInServer;
+using fakes::WorkerWatch;
+using Connection = StandInServer::Connection;
+
+/// Answers as a server of that manner does.
+StandInServer::Script answering(FakeRig::Manner manner) {
+  return [manner](Connection& connection) {
+    FakeRig rig(manner);
+    while (const auto line = connection.line()) connection.write(rig.answer(*line));
+  };
+}
+
+/// Answers up to the given command, then does something else with it.
+StandInServer::Script until(const std::string& command, std::function<void(Connection&)> then) {
+  return [=](Connection& connection) {
+    FakeRig rig(FakeRig::Manner::Rigctld);
+    while (const auto line = connection.line()) {
+      if (*line == command) return then(connection);
+      connection.write(rig.answer(*line));
+    }
+  };
+}
+
+RigctldAddress addressOf(const StandInServer& server) { return {"127.0.0.1", server.port()}; }
+
+TEST(RigctldWorker, TunesEveryMannerOfServer) {
+  for (const auto manner :
+       {FakeRig::Manner::Rigctld, FakeRig::Manner::RigctldVfo, FakeRig::Manner::StaticSdr,
+        FakeRig::Manner::SilentSdr, FakeRig::Manner::SmallSdr}) {
+    StandInServer server(answering(manner));
+    WorkerWatch watch(addressOf(server));
+    watch.worker->open(false);
+    ASSERT_TRUE(watch.becomes(LinkState::Up));
+    watch.worker->request({RigItem::Frequency, 5'000'000, {}, 9});
+    EXPECT_TRUE(watch.hears([](const ValueReport& value) {
+      return value.item == RigItem::Frequency && value.ticket == 9 && value.number == 5'000'000;
+    }));
+  }
+}
+
+TEST(RigctldWorker, PutsEveryFailureIntoWords) {
+  struct Case {
+    std::string name;
+    StandInServer::Script script;
+    LinkState state;
+  };
+  const auto wait = [](Connection& connection) {
+    while (connection.line()) {
+    }
+  };
+  const Case cases[] = {
+      {"closes at once", [](Connection& c) { c.close(); }, LinkState::Error},
+      {"resets at once", [](Connection& c) { c.reset(); }, LinkState::Error},
+      {"never answers", wait, LinkState::Timeout},
+      {"an HTTP server",
+       [&](Connection& c) {
+         c.write("HTTP/1.1 400 Bad Request\r\n\r\n<html></html>\r\n");
+         wait(c);
+       },
+       LinkState::BadIdentity},
+      {"closes in an answer", until("+f", [](Connection& c) { c.write("get_freq:\nFreq"); }),
+       LinkState::Error},
+      {"half a line",
+       until("+m",
+             [&](Connection& c) {
+               c.write("get_mode:\nMode: U");
+               wait(c);
+             }),
+       LinkState::Error},
+      {"hangs up for its radio", until("+f", [](Connection& c) { c.reset(); }),
+       LinkState::NotResponding},
+      {"no end of bytes",
+       [](Connection& c) {
+         while (c.write(std::string(65536, 'x'))) {
+         }
+       },
+       LinkState::BadIdentity}};
+  for (const auto& each : cases) {
+    StandInServer server(each.script);
+    WorkerWatch watch(addressOf(server));
+    watch.worker->open(false);
+    EXPECT_TRUE(watch.becomes(each.state)) << each.name;
+    EXPECT_EQ(watch.links().size(), 1U) << each.name;
+  }
+  const int unused = StandInServer(nullptr).port();
+  for (const auto& [address, state] :
+       {std::pair<RigctldAddress, LinkState>{{"127.0.0.1", unused}, LinkState::CannotOpen},
+        {{"nosuch.invalid", 4532}, LinkState::BadAddress},
+        {{"127.0.0.1", 0}, LinkState::BadAddress},
+        {{"127.0.0.1", 70000}, LinkState::BadAddress}}) {
+    WorkerWatch watch(address);
+    watch.worker->open(false);
+    EXPECT_TRUE(watch.becomes(state)) << address.host << address.port;
+  }
+}
+
+TEST(RigctldWorker, HealsWhenItIsAskedToTryAgain) {
+  std::atomic<bool> well = false;
+  StandInServer server([&](Connection& connection) {
+    if (well) answering(FakeRig::Manner::Rigctld)(connection);
+  });
+  WorkerWatch watch(addressOf(server));
+  watch.worker->open(false);
+  EXPECT_TRUE(watch.becomes(LinkState::Error));
+  well = true;
+  watch.worker->open(false);
+  EXPECT_TRUE(watch.becomes(LinkState::Up));
+  EXPECT_EQ(watch.links(), (std::vector<LinkState>{LinkState::Error, LinkState::Up}));
+  EXPECT_EQ(server.connections(), 2) << "no attempt that nobody asked for";
+}
+
+TEST(RigctldWorker, EndsWhateverTheServerDoes) {
+  const auto wait = [](Connection& connection) {
+    while (connection.line()) {
+    }
+  };
+  const StandInServer::Script scripts[] = {wait, answering(FakeRig::Manner::Rigctld),
+                                           until("+f", wait), [](Connection& c) {
+                                             while (c.write("x")) {
+                                             }
+                                           }};
+  for (const auto& script : scripts) {
+    for (const int ms : {0, 1, 30}) {
+      StandInServer server(script);
+      WorkerWatch watch(addressOf(server));
+      watch.worker->open(false);
+      std::this_thread::sleep_for(milliseconds(ms));
+      watch.worker.reset();
+    }
+  }
+  // A name whose lookup takes its time is not waited for either.
+  for (int i = 0; i < 5; ++i) {
+    WorkerWatch watch({"nosuch" + std::to_string(i) + ".invalid", 4532});
+    watch.worker->open(false);
+  }
+}
+
+TEST(RigctldWorker, CarriesOutNothingThatWasAskedBeforeItWasClosed) {
+  std::mutex mutex;
+  std::vector<std::string> sets;
+  StandInServer server([&](Connection& connection) {
+    FakeRig rig(FakeRig::Manner::Rigctld);
+    while (const auto line = connection.line()) {
+      connection.write(rig.answer(*line));
+      const std::lock_guard lock(mutex);
+      sets.insert(sets.end(), rig.sets.begin(), rig.sets.end());
+      rig.sets.clear();
+    }
+  });
+  WorkerWatch watch(addressOf(server));
+  watch.worker->open(false);
+  ASSERT_TRUE(watch.becomes(LinkState::Up));
+  watch.worker->request({RigItem::Frequency, 5'000'000, {}, 9});
+  watch.worker->close();
+  watch.worker->open(false);
+  EXPECT_TRUE(watch.becomesAgain(LinkState::Up, 2));
+  watch.worker->request({RigItem::Frequency, 6'000'000, {}, 10});
+  EXPECT_TRUE(watch.hears([](const ValueReport& value) { return value.ticket == 10; }));
+  const std::lock_guard lock(mutex);
+  EXPECT_EQ(sets.back(), "F 6000000");
+  EXPECT_LE(sets.size(), 2U) << "the first one at most before the closing";
+}
+
+}  // namespace
+}  // namespace kelvane::sondrel
