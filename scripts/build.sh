@@ -3,15 +3,30 @@
 
 # build PRESET [TARGET...]: configures the preset if need be and builds the targets, or all.
 build() {
-  local preset=$1 folder=$root/build/$1
+  begin_build "$@"
+  finish_build
+}
+
+# begin_build PRESET [TARGET...]: the same, but goes on while ninja works; finish_build waits for it.
+begin_build() {
+  local folder=$root/build/$1
+  built_preset=$1
   shift
-  [[ ! -e $root/build || -O $root/build ]] ||
-    fail "The folder $root/build belongs to $(stat -c %U "$root/build"). Build as that user, or remove it."
-  is_configured "$folder" || configure "$preset" "$folder"
-  say "Building $preset."
+  check_owner "$root/build"
+  is_configured "$folder" || configure "$built_preset" "$folder"
+  say "Building $built_preset."
   # Without a terminal ninja would write a line for every file.
-  if [[ -t 1 ]]; then run ninja -C "$folder" "$@"; else run ninja --quiet -C "$folder" "$@"; fi ||
-    fail "The build of $preset failed; see above."
+  if [[ -t 1 ]]; then start ninja -C "$folder" "$@"; else start ninja --quiet -C "$folder" "$@"; fi
+  build_pid=$started_pid
+}
+
+finish_build() { wait "$build_pid" || fail "The build of $built_preset failed; see above."; }
+
+# check_owner FOLDER: root could build in another user's folder, who then could do so no more.
+check_owner() {
+  if [[ -e $1 && ! (-O $1 || (-w $1 && $EUID != 0)) ]]; then
+    fail "The folder $1 belongs to $(stat -c %U "$1"). Build as that user, or remove it."
+  fi
 }
 
 # is_configured FOLDER: whether a configuration ended well there, and for this place.

@@ -4,9 +4,8 @@
 # One list for each purpose. The checks are by package and not by program, since some of them are
 # fonts, headers and sources.
 declare -A packages_for=(
-  ['building the Windows program']='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools'
+  ['building the Windows program']='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools googletest'
   ['building the native tests']='cmake ninja-build g++ libgtest-dev libgmock-dev'
-  ['building the Windows tests']='googletest'
   ['running Windows programs']='wine wine64 fonts-wine fonts-dejavu-core fonts-liberation'
   ['asking whether a display answers']='x11-utils'
   ['a display of its own']='xvfb openbox x11-utils'
@@ -25,14 +24,19 @@ missing_packages() {
 
 # install_missing PURPOSE...: installs what these purposes lack, and says what and what for.
 install_missing() {
+  begin_install "$@"
+  finish_install
+}
+
+# begin_install PURPOSE...: the same, but goes on while apt unpacks; finish_install waits for it.
+begin_install() {
   local purpose wanted missing all=()
   for purpose; do
     read -ra wanted <<<"${packages_for[$purpose]}"
-    if [[ -n $(type -P dpkg-query) ]]; then
-      readarray -t missing < <(missing_packages "${wanted[@]}")
-    else
+    if [[ -z $(type -P dpkg-query) ]]; then
       fail "This needs the Debian packages ${wanted[*]}, and there is no dpkg here to look for them."
     fi
+    readarray -t missing < <(missing_packages "${wanted[@]}")
     if ((${#missing[@]} > 0)); then
       say "Missing for $purpose: ${missing[*]}"
       all+=("${missing[@]}")
@@ -40,40 +44,54 @@ install_missing() {
   done
   ((${#all[@]} > 0)) || return 0
   readarray -t all < <(printf '%s\n' "${all[@]}" | sort -u)
-  install_packages "${all[@]}"
+  become_root "${all[@]}"
+  say "Installing ${#all[@]} packages and what they need; the first time it takes about a minute."
+  renew_lists
+  apt_get install --no-install-recommends --yes "${all[@]}"
 }
 
+finish_install() {
+  wait_for_apt || fail_showing "$apt_log" "The packages could not be installed; see above what apt says."
+}
+
+apt_log=$run_folder/apt.log
+apt_pid=
 as_root=()
+lists_are_new=no
 
-install_packages() {
-  local log=$run_folder/apt.log
-  if ((EUID != 0)); then
-    [[ -n $(type -P sudo) ]] || fail "Only root can install them: apt-get install --no-install-recommends $*"
-    as_root=(sudo)
-    say "sudo may ask for your password."
-  fi
-  say "Installing ${#} packages and what they need; the first time it takes about a minute."
-  # One package source that fails need not matter: the installation itself tells.
-  apt_get update >"$log" 2>&1 || say "The lists of packages could not all be renewed."
-  apt_get install --no-install-recommends --yes "$@" >>"$log" 2>&1 ||
-    fail_showing "$log" "The packages could not be installed; see above what apt says."
+become_root() {
+  ((EUID != 0)) || return 0
+  [[ -n $(type -P sudo) ]] || fail "Only root can install them: apt-get install --no-install-recommends $*"
+  as_root=(sudo)
 }
 
-# apt_get WORDS...: runs apt-get without questions. It is not started as our other processes are: it
+renew_lists() {
+  [[ $lists_are_new == no ]] || return 0
+  # One package source that fails need not matter: the installation itself tells.
+  apt_get update
+  wait_for_apt || say "The lists of packages could not all be renewed."
+  lists_are_new=yes
+}
+
+# apt_get WORDS...: starts apt-get without questions. It is not started as our other processes are: it
 # belongs to the machine, needs the terminal for sudo's question, and must not be cut off half-way.
 apt_get() {
-  local status=0
   env --default-signal=INT "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get -qq -o DPkg::Lock::Timeout=600 -o Dpkg::Use-Pty=0 "$@" </dev/null &
+    apt-get -qq -o DPkg::Lock::Timeout=600 -o Dpkg::Use-Pty=0 "$@" </dev/null >"$apt_log" 2>&1 &
   apt_pid=$!
+}
+
+wait_for_apt() {
+  local status=0
+  [[ -n $apt_pid ]] || return 0
   wait "$apt_pid" || status=$?
   apt_pid=
   return "$status"
 }
 
-# Apt answers an interrupt at once while it downloads, and when what it unpacks is whole.
+# Apt answers an interrupt at once while it downloads, and later when what it unpacks is whole.
 stop_apt() {
-  [[ -n ${apt_pid:-} ]] && is_running "$apt_pid" || return 0
+  [[ -n $apt_pid ]] && is_running "$apt_pid" || return 0
   say "Waiting until apt has come to a safe stop."
   # sudo passes no signal on that comes from its own process group.
   "${as_root[@]}" setsid bash -c "kill -INT $apt_pid" </dev/null 2>/dev/null || true

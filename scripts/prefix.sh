@@ -12,24 +12,33 @@ template=$cache/template
 
 # quiet_wine PREFIX COMMAND...: runs it there. Wine's lasting services inherit the streams of the
 # first program that is started: a pipe of the caller's would never end.
-quiet_wine() { run env "WINEPREFIX=$1" "${@:2}" >/dev/null 2>&1; }
+wine_log=$run_folder/wine.log
+quiet_wine() { run env "WINEPREFIX=$1" "${@:2}" >>"$wine_log" 2>&1; }
+
+# is_current PREFIX: whether Wine would use it without first renewing it, by Wine's own rule.
+is_current() {
+  local rules=/usr/share/wine/wine.inf
+  [[ -d $1 && (! -e $rules || $(<"$1/.update-timestamp") == $(stat -Lc %Y "$rules")) ]]
+}
 
 # begin_template: starts making the template, if there is none, while the caller does something else.
 begin_template() {
   template_pid=
-  [[ ! -d $template ]] || return 0
+  if is_current "$template"; then return; fi
   say "Preparing Wine."
-  start "$root/scripts/make-template" "$template" >"$run_folder/template.log" 2>&1
+  rm -rf "$template"
+  start "$root/scripts/make-template" "$template" >>"$wine_log" 2>&1
   template_pid=$started_pid
 }
 
 # finish_template: waits for what begin_template started.
 finish_template() {
   [[ -n $template_pid ]] || return 0
-  wait "$template_pid" || fail_showing "$run_folder/template.log" "Wine could not make its prefix."
+  wait "$template_pid" || fail_showing "$wine_log" "Wine could not make its prefix."
 }
 
-# make_prefix PREFIX [DPI]: a copy of the template, unless it is there.
+# make_prefix PREFIX [DPI]: a copy of the template, unless it is there. The settings in it are the
+# user's, so that one of an older Wine is left for Wine to renew.
 make_prefix() {
   local prefix=$1 dpi=${2:-96} new=$1.new
   [[ ! -d $prefix ]] || return 0
@@ -37,7 +46,7 @@ make_prefix() {
   copy_template "$new"
   if ((dpi != 96)); then
     quiet_wine "$new" wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$dpi" /f ||
-      fail "Wine could not write to its registry."
+      fail_showing "$wine_log" "Wine could not write to its registry."
     quiet_wine "$new" wineserver -k || true
   fi
   mv -T "$new" "$prefix"

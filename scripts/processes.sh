@@ -2,13 +2,18 @@
 # does all that it starts in turn: what to end is read from the process table, which is never stale.
 # shellcheck shell=bash
 
+# read_stat PID: puts what the kernel tells of it into the array stat, from its state on; false when
+# it is gone. The program's name before that, in brackets, may hold anything.
+read_stat() {
+  local text=
+  { IFS= read -r -d '' text <"/proc/$1/stat"; } 2>/dev/null || [[ -n $text ]] || return 1
+  read -ra stat <<<"${text##*) }"
+}
+
 # start_time PID: when the process began, in the kernel's ticks; tells it from a later one of that id.
 start_time() {
   local stat
-  { stat=$(<"/proc/$1/stat"); } 2>/dev/null || return 1
-  # The program's name, in brackets, may hold blanks: count from behind it.
-  read -ra stat <<<"${stat##*) }"
-  printf '%s' "${stat[19]}"
+  read_stat "$1" && printf '%s' "${stat[19]}"
 }
 
 # A mark is KEY/PID/START of the run. The key is this cache folder and this container, so that runs
@@ -31,7 +36,10 @@ run() {
   wait "$started_pid"
 }
 
-is_running() { [[ -d /proc/$1 ]] && ! grep -qs '^State:.Z' "/proc/$1/status"; }
+is_running() {
+  local stat
+  read_stat "$1" && [[ ${stat[0]} != Z ]]
+}
 
 # until_true TENTHS COMMAND...: asks ten times a second; false when the time is over.
 until_true() {
@@ -45,7 +53,14 @@ until_true() {
 
 # variable_of PID NAME: the value in the process's environment, empty if it has none.
 variable_of() {
-  { grep -zs "^$2=" "/proc/$1/environ" || true; } | tr -d '\0' | cut -d= -f2-
+  local entry entries
+  { mapfile -d '' -t entries <"/proc/$1/environ"; } 2>/dev/null || return 0
+  for entry in "${entries[@]}"; do
+    if [[ $entry == "$2="* ]]; then
+      printf '%s' "${entry#*=}"
+      return
+    fi
+  done
 }
 
 # run_lives MARK: whether the run that gave this mark is still there; of other containers: presumably.
@@ -157,7 +172,7 @@ end_run_and_leftovers() {
   end_leftovers
 }
 
-# Bash runs the EXIT trap on a signal only when the signal itself is trapped.
+# A signal ends a run like any other end, with the status that is usual for the signal.
 trap leave EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
