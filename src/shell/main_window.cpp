@@ -24,6 +24,9 @@ MainView firstView() {
   view.LockImg[1].tip = "Click to enable remote control";
   view.LockImg[1].fore = kLamp;
   for (Control& picture : view.LockImg) picture.back = kBlack;
+  view.Config.text = "&Config.";
+  view.Config.tip = "Configure parameters";
+  view.Config.back = kMenuColour;
   return view;
 }
 
@@ -56,7 +59,8 @@ MAin::MAin(const PanelServices& services)
       tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_,
             services.window),
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
-              services.now) {
+              services.now),
+      config_(options_, services.settings, services.receiver, shown_, services.instance) {
   view_.onTop = options_.OptOnTop;
   row_.Boundary(999'999'999, 0, 1);
   row_.Value(-1);
@@ -126,6 +130,8 @@ void MAin::clicked(int control, MouseButton button, bool pressed) {
       return best_.tuneToKnown();
     case id::FrqBfo:
       return bfo_.click(button);
+    case id::ConfigButton:
+      return Config_Click();
     default:
       return clickedArray(control, button, pressed);
   }
@@ -140,6 +146,16 @@ void MAin::clickedArray(int control, MouseButton button, bool pressed) {
     return forwarding_.click(control - id::GenEvent, pressed);
   if (!within(control, id::ModEvent, view_.ModEvent.size()) || !pressed) return;
   buttons_.Click(shown_.index(), control - id::ModEvent);
+}
+
+void MAin::Config_Click() {
+  forwarding_.off();
+  view_.Config.pressed = true;
+  config_.shown();
+  services_.dialogs.showConfig(config_);
+  view_.Config.pressed = false;
+  view_.onTop = options_.OptOnTop;
+  tabs_.hasTabs() ? refresh_.run() : refresh_.none();
 }
 
 void MAin::tabClicked(int tab) { tabs_.click(tab); }

@@ -8,8 +8,17 @@
 #include "shell/options.h"
 #include "ui/control_events.h"
 #include "ui/control_ids.h"
+#include "windows/config.h"
 
 namespace kelvane {
+
+/// The dialogs that the main window opens.
+class PanelDialogs {
+ public:
+  virtual ~PanelDialogs() = default;
+  /// Shows the options dialog over the main window; returns when it is closed.
+  virtual void showConfig(Config& config) = 0;
+};
 
 /// What the main window stands on.
 struct PanelServices {
@@ -17,7 +26,9 @@ struct PanelServices {
   FrequencyComponent& frequency;
   SettingsStore& settings;
   WindowCommands& window;
+  PanelDialogs& dialogs;
   std::function<Instant()> now;
+  std::string instance;  ///< that the components' configuration and the settings go by
 };
 
 /// A window's place on the desktop, in twips.
@@ -64,6 +75,7 @@ class MAin : public ControlEvents {
  private:
   ReceiverUnits units();
   void clickedArray(int control, MouseButton button, bool pressed);
+  void Config_Click();
 
   static constexpr milliseconds kBlink{800};
 
@@ -90,6 +102,7 @@ class MAin : public ControlEvents {
   ReceiverRefresh refresh_;
   ReceiverTabs tabs_;
   RxEvents events_;
+  Config config_;
   Timer TimBlk_;
 };
 

@@ -37,6 +37,22 @@ enum ControlId : int {
   IO = 1140,        // 0..3
   VStep = 1150,     // 0..1
   IStep = 1160,     // 0..1
+
+  // Config; cmdOK and cmdCancel are the system's own 1 and 2
+  cmdOK = 1,
+  cmdCancel = 2,
+  All = 1200,
+  WndOTop = 1201,
+  WndBeep = 1202,
+  WndMonR = 1203,
+  FrqSetM = 1204,
+  FrqSetF = 1205,
+  SndTimR = 1206,
+  DDEOAct = 1207,
+  DDESrvNam = 1208,
+  DDEServer = 1209,     // the label before it
+  Panel = 1210,         // 0..2
+  ConfigFrames = 1220,  // "Windows", "when Manually tuned", "Other"
 };
 
 }  // namespace kelvane::id

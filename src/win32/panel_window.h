@@ -5,10 +5,10 @@
 #include <memory>
 #include <vector>
 
+#include "base/win32/tool_tips.h"
 #include "shell/main_window.h"
 #include "win32/face.h"
 #include "win32/tab_strip.h"
-#include "win32/tool_tips.h"
 
 namespace kelvane::win32 {
 

@@ -4,6 +4,7 @@
 #include <objbase.h>
 
 #include "win32/component_source.h"
+#include "win32/config_dialog.h"
 #include "win32/message_boxes.h"
 #include "win32/registry_store.h"
 
@@ -23,8 +24,9 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   ComComponents components;
   StartUp startUp(components, boxes);
   if (!startUp.openComponents(name, window.handle())) return 1;
-  MAin panel({startUp.receiver(), startUp.frequency(), settings, window,
-              [] { return std::chrono::steady_clock::now(); }});
+  SystemDialogs dialogs(window.window());
+  MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs,
+              [] { return std::chrono::steady_clock::now(); }, name});
   ShownEvents events(panel.receiverEvents(), window);
   const auto connection = components.listen(events);
   window.present(panel);

@@ -55,6 +55,25 @@ class FakeWindow : public WindowCommands {
   }
 };
 
+/// An operator before the panel's dialogs: does in each what a test says, while it is open.
+class FakeDialogs : public PanelDialogs {
+ public:
+  explicit FakeDialogs(FakeWindow& window) : window_(window) {}
+
+  void showConfig(Config& config) override {
+    ++configs;
+    window_.modal = true;
+    if (inConfig) inConfig(config);
+    window_.modal = false;
+  }
+
+  int configs = 0;
+  std::function<void(Config&)> inConfig;
+
+ private:
+  FakeWindow& window_;
+};
+
 /// The whole panel on both components' real cores, with a clock, a window and settings of a test's
 /// own.
 class PanelRig {
@@ -69,8 +88,9 @@ class PanelRig {
 
   /// Starts the panel and lets the links come up.
   MAin& start(milliseconds settle = milliseconds(3000)) {
-    panel = std::make_unique<MAin>(
-        PanelServices{receiver(), ambrel, settings, window, [this] { return sondrel.clock.now; }});
+    panel =
+        std::make_unique<MAin>(PanelServices{receiver(), ambrel, settings, window, dialogs,
+                                             [this] { return sondrel.clock.now; }, "Kelvane"});
     window.panel = panel.get();
     window.pending = [this] { sondrel.pump(); };
     sondrel.core.addListener(panel->receiverEvents());
@@ -127,6 +147,7 @@ class PanelRig {
   ambrel::AmbrelCore ambrel{KELVANE_DATA_FOLDER, sondrel.folder.path() / "frequency",
                             [this] { return utc; }, [] {}, ambrelWindows};
   FakeWindow window;
+  FakeDialogs dialogs{window};
   MapSettings settings;
   /// Stands between panel and component where a test wants one; set before start().
   std::unique_ptr<ReceiverComponent> wrapped;

@@ -1,8 +1,8 @@
-#include "win32/tool_tips.h"
+#include "base/win32/tool_tips.h"
 
 #include <commctrl.h>
 
-#include "win32/text.h"
+#include "base/win32/utf16.h"
 
 namespace kelvane::win32 {
 

@@ -1,0 +1,192 @@
+#include "win32/config_dialog.h"
+
+#include <uxtheme.h>
+
+#include <array>
+#include <cwctype>
+#include <utility>
+
+#include "ui/control_ids.h"
+#include "win32/text.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+constexpr int kStripTop = 8, kStripHeight = 280, kButtonHeight = 26;
+/// Around and between strip and buttons, without the window's own frame.
+constexpr int kAround = 34;
+constexpr int kWidth = 420;
+constexpr int kButtonTop = kStripTop + kStripHeight + 10;
+
+struct PlacedFrame {
+  Control ConfigView::*frame;
+  DialogArea area;
+  int boxes;  ///< of the table of options that lie in the frame
+};
+
+constexpr std::array kFrames{PlacedFrame{&ConfigView::Windows, {20, 42, 380, 66}, 2},
+                             PlacedFrame{&ConfigView::Tuned, {20, 114, 380, 66}, 2},
+                             PlacedFrame{&ConfigView::Other, {20, 186, 380, 90}, 3}};
+constexpr int kFirstBox = 20, kBoxStep = 21;
+
+/// The character that a caption marks as its key; 0 where it marks none.
+wchar_t keyOf(const std::string& caption) {
+  const std::wstring text = wide(caption);
+  for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+    if (text[i] == L'&' && text[++i] != L'&') return static_cast<wchar_t>(std::towlower(text[i]));
+  }
+  return 0;
+}
+
+}  // namespace
+
+ConfigDialog::ConfigDialog(HWND owner, Config& config)
+    : DialogWindow({L"KelvaneConfig", config.view().caption, owner, kWidth,
+                    kStripHeight + kButtonHeight + kAround}),
+      config_(config) {
+  makeGeneral();
+  makeButtons();
+  config_.whenChanged([this] { show(); });
+  show();
+}
+
+ConfigDialog::~ConfigDialog() { config_.whenChanged({}); }
+
+void ConfigDialog::makeGeneral() {
+  const ConfigView& view = config_.view();
+  int frameId = id::ConfigFrames;
+  auto box = kOptionBoxes.begin();
+  for (const PlacedFrame& frame : kFrames) {
+    add({frameId++, WC_BUTTONW, BS_GROUPBOX | WS_CLIPSIBLINGS, (view.*frame.frame).text,
+         frame.area});
+    int top = frame.area.top + kFirstBox;
+    for (int i = 0; i < frame.boxes; ++i, ++box, top += kBoxStep) {
+      const int width = box->id == id::DDEOAct ? 130 : 356;
+      add({box->id,
+           WC_BUTTONW,
+           BS_AUTOCHECKBOX | WS_TABSTOP,
+           (view.*box->box).text,
+           {32, top, width, 18},
+           (view.*box->box).tip});
+    }
+  }
+  add({id::DDEServer, WC_STATICW, SS_RIGHT, "Server:", {164, 249, 60, 18}});
+  add({id::DDESrvNam,
+       WC_EDITW,
+       ES_AUTOHSCROLL | WS_TABSTOP,
+       view.DDESrvNam.text,
+       {230, 246, 158, 23},
+       view.DDESrvNam.tip});
+}
+
+void ConfigDialog::makeButtons() {
+  const ConfigView& view = config_.view();
+  for (int panel = 0; panel < Config::General; ++panel) {
+    add({id::Panel + panel, WC_STATICW, SS_NOPREFIX, view.All.tabs[panel].tip, {24, 48, 372, 40}});
+  }
+  add({id::Panel + static_cast<int>(Config::General), WC_STATICW, 0, "", {20, 40, 0, 0}});
+  add({id::cmdOK,
+       WC_BUTTONW,
+       BS_DEFPUSHBUTTON | WS_TABSTOP,
+       view.cmdOK.text,
+       {kWidth - 200, kButtonTop, 92, kButtonHeight}});
+  add({id::cmdCancel,
+       WC_BUTTONW,
+       BS_PUSHBUTTON | WS_TABSTOP,
+       view.cmdCancel.text,
+       {kWidth - 100, kButtonTop, 92, kButtonHeight}});
+  // Last, and so beneath what lies on it.
+  add({id::All,
+       WC_TABCONTROLW,
+       WS_TABSTOP | WS_CLIPSIBLINGS | TCS_TOOLTIPS,
+       "",
+       {8, kStripTop, kWidth - 16, kStripHeight}});
+}
+
+void ConfigDialog::show() {
+  const ConfigView& view = config_.view();
+  showTabs();
+  for (const OptionBox& row : kOptionBoxes) check(row.id, (view.*row.box).pressed);
+  const bool general = view.All.selected == Config::General;
+  const auto visible = [this](int id, bool on) { ShowWindow(item(id), on ? SW_SHOWNA : SW_HIDE); };
+  for (const OptionBox& row : kOptionBoxes) visible(row.id, general);
+  for (int frame = 0; frame < static_cast<int>(kFrames.size()); ++frame)
+    visible(id::ConfigFrames + frame, general);
+  visible(id::DDEServer, general);
+  visible(id::DDESrvNam, general);
+  for (int panel = 0; panel <= Config::General; ++panel)
+    visible(id::Panel + panel, panel == view.All.selected);
+}
+
+void ConfigDialog::showTabs() {
+  const TabRow& now = config_.view().All;
+  const HWND strip = item(id::All);
+  const TabRow before = std::exchange(shown_, now);
+  for (int tab = 0; tab < static_cast<int>(now.tabs.size()); ++tab) {
+    const bool there = tab < static_cast<int>(before.tabs.size());
+    if (there && before.tabs[tab] == now.tabs[tab]) continue;
+    std::wstring caption = wide(now.tabs[tab].caption);
+    TCITEMW text{};
+    text.mask = TCIF_TEXT;
+    text.pszText = caption.data();
+    SendMessageW(strip, there ? TCM_SETITEMW : TCM_INSERTITEMW, static_cast<WPARAM>(tab),
+                 reinterpret_cast<LPARAM>(&text));
+  }
+  SendMessageW(strip, TCM_SETCURSEL, static_cast<WPARAM>(now.selected), 0);
+}
+
+void ConfigDialog::command(int control, int notice) {
+  if (control == IDOK) return confirm();
+  if (control == IDCANCEL) {
+    config_.cmdCancel_Click();
+    return close();
+  }
+  if (control == id::DDESrvNam && notice == EN_CHANGE) config_.typed(text(control));
+  if (notice == BN_CLICKED) config_.ticked(control, checked(control));
+}
+
+void ConfigDialog::confirm() {
+  const std::string problem = config_.cmdOK_Click();
+  if (!problem.empty())
+    MessageBoxW(window(), wide(problem).c_str(), L"Options", MB_OK | MB_ICONWARNING);
+  close();
+}
+
+bool ConfigDialog::notified(const NMHDR& notice, LRESULT&) {
+  if (notice.code == TTN_GETDISPINFOW && notice.idFrom < shown_.tabs.size()) {
+    tip_ = wide(shown_.tabs[notice.idFrom].tip);
+    // Windows says by the header which of its records this is the beginning of.
+    auto& info = const_cast<NMTTDISPINFOW&>(reinterpret_cast<const NMTTDISPINFOW&>(notice));
+    info.lpszText = tip_.data();
+  }
+  if (notice.code != TCN_SELCHANGE || notice.idFrom != id::All) return false;
+  config_.All_Click(static_cast<int>(SendMessageW(notice.hwndFrom, TCM_GETCURSEL, 0, 0)));
+  show();
+  return true;
+}
+
+bool ConfigDialog::keyDown(int keyCode, int shift) {
+  if (!config_.keyDown(keyCode, shift)) return false;
+  show();
+  return true;
+}
+
+bool ConfigDialog::accelerator(wchar_t character) {
+  const auto wanted = static_cast<wchar_t>(std::towlower(character));
+  for (int tab = 0; tab < static_cast<int>(shown_.tabs.size()); ++tab) {
+    if (keyOf(shown_.tabs[tab].caption) != wanted) continue;
+    config_.All_Click(tab);
+    show();
+    return true;
+  }
+  return false;
+}
+
+HBRUSH ConfigDialog::ground(int control) const {
+  // Under a visual style the pages of a tab strip are lighter than the dialog.
+  const bool onPage = control != id::cmdOK && control != id::cmdCancel;
+  return onPage && IsAppThemed() ? GetSysColorBrush(COLOR_WINDOW) : nullptr;
+}
+
+}  // namespace kelvane::win32
