@@ -64,13 +64,15 @@ void FrqEntry::FrqFocus_GotFocus() {
   arrived(present());
 }
 
-void FrqEntry::FrqFocus_KeyPress(int keyAscii) {
-  if (!shown_.remote()) return;
+FrqEntry::Typed FrqEntry::typed(int keyAscii) {
+  if (!shown_.remote()) return Typed::NotTaken;
   const bool typing = row_.EntryInProgress();
   bool committed = false;
   row_.ProcessKey(keyAscii, present(), committed);
   if (committed) send(true, row_.Chn());
   afterKey(committed, typing);
+  if (committed) return Typed::Committed;
+  return keyAscii == 0 ? Typed::Taken : Typed::NotTaken;
 }
 
 }  // namespace kelvane

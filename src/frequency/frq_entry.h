@@ -28,7 +28,11 @@ class FrqEntry {
   void FrqDigit_KeyDown(int index, int keyCode, int shift);
   void FrqDigit_KeyPress(int index, int keyAscii);
   void FrqFocus_GotFocus();
-  void FrqFocus_KeyPress(int keyAscii);
+  void FrqFocus_KeyPress(int keyAscii) { typed(keyAscii); }
+
+  enum class Typed { NotTaken, Taken, Committed };
+  /// A character for typed entry in kHz; a frequency that it completes is sent.
+  Typed typed(int keyAscii);
 
  private:
   struct Limits {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ui/control_ids.h"
+#include "ui/key_codes.h"
 
 namespace kelvane {
 
@@ -60,6 +61,8 @@ MAin::MAin(const PanelServices& services)
             services.window),
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
               services.now),
+      keys_(services.receiver, services.frequency, shown_, entry_, row_, stepping_, navigation_,
+            channels_, best_, remote_, tabs_, services.clipboard, refusal_),
       config_(options_, services.settings, services.receiver, shown_, services.instance) {
   view_.onTop = options_.OptOnTop;
   row_.Boundary(999'999'999, 0, 1);
@@ -156,6 +159,30 @@ void MAin::Config_Click() {
   view_.Config.pressed = false;
   view_.onTop = options_.OptOnTop;
   tabs_.hasTabs() ? refresh_.run() : refresh_.none();
+}
+
+bool MAin::previewKeyDown(int keyCode, int shift, int focused) {
+  const bool taken =
+      keys_.keyDown(keyCode, shift, within(focused, id::FrqDigit, view_.FrqDigit.size()));
+  tabs_.serveRequest();
+  return taken;
+}
+
+bool MAin::previewKeyPress(int character, int focused) {
+  const bool taken =
+      keys_.keyPress(character, within(focused, id::FrqDigit, view_.FrqDigit.size()));
+  tabs_.serveRequest();
+  return taken;
+}
+
+void MAin::wheel(int delta) {
+  const int step = wheel_.turned(delta);
+  if (step == 0 || shown_.locked()) return;
+  for (int i = 0; i < static_cast<int>(view_.FrqDigit.size()); ++i) {
+    if (view_.FrqDigit[i].selected)
+      return entry_.FrqDigit_KeyDown(i, step > 0 ? key::Up : key::Down, 0);
+  }
+  keys_.keyDown(step > 0 ? key::Right : key::Left, 0, false);
 }
 
 void MAin::tabClicked(int tab) { tabs_.click(tab); }

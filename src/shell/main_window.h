@@ -4,6 +4,8 @@
 #include <string>
 
 #include "controls/navigation.h"
+#include "frequency/key_commands.h"
+#include "frequency/w_mouse.h"
 #include "receiver/rx_events.h"
 #include "shell/options.h"
 #include "ui/control_events.h"
@@ -27,6 +29,7 @@ struct PanelServices {
   SettingsStore& settings;
   WindowCommands& window;
   PanelDialogs& dialogs;
+  Clipboard& clipboard;
   std::function<Instant()> now;
   std::string instance;  ///< that the components' configuration and the settings go by
 };
@@ -58,6 +61,13 @@ class MAin : public ControlEvents {
   void keyDown(int control, int keyCode, int shift) override;
   void keyPress(int control, int character) override;
   void clicked(int control, MouseButton button, bool pressed) override;
+  /// Keys and characters of the whole window, before the control with the focus sees them. Answer
+  /// whether they were taken: the control is not told then.
+  bool previewKeyDown(int keyCode, int shift, int focused);
+  bool previewKeyPress(int character, int focused);
+  /// A turn of the mouse wheel, positive away from the user; 120 is a notch.
+  void wheel(int delta);
+  const std::string& CommandPrefix() const { return keys_.CommandPrefix(); }
   void tabClicked(int tab);
   /// Alt and a character. Answers whether a tab took it.
   bool accelerator(char32_t character) { return tabs_.accelerator(character); }
@@ -102,6 +112,8 @@ class MAin : public ControlEvents {
   ReceiverRefresh refresh_;
   ReceiverTabs tabs_;
   RxEvents events_;
+  KeyCommands keys_;
+  WMouse wheel_;
   Config config_;
   Timer TimBlk_;
 };

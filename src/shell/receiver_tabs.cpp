@@ -56,6 +56,11 @@ void ReceiverTabs::click(int tab) {
   select(static_cast<Index>(tab));
 }
 
+void ReceiverTabs::next() {
+  const auto tabs = static_cast<int>(view_.TabStrip.tabs.size());
+  if (tabs > 0) click((view_.TabStrip.selected + 1) % tabs);
+}
+
 bool ReceiverTabs::accelerator(char32_t character) {
   if (character >= 'A' && character <= 'Z') character += 32;
   const auto tabs = static_cast<int>(view_.TabStrip.tabs.size());

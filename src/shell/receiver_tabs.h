@@ -27,6 +27,8 @@ class ReceiverTabs {
   void build();
   /// The operator chose a tab, counted from 0.
   void click(int tab);
+  /// Selects the next receiver's tab, after the last the first.
+  void next();
   /// Alt and a character: selects the next tab whose name begins with it. Answers whether one does.
   bool accelerator(char32_t character);
   /// A receiver asks to be shown. It waits while the operator is in the middle of an entry or a

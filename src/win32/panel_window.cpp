@@ -89,14 +89,33 @@ void PanelWindow::present(MAin& panel) {
 int PanelWindow::run() {
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-    if (message.message == WM_SYSCHAR && panel_ &&
-        panel_->accelerator(static_cast<char32_t>(message.wParam)))
-      continue;
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
+    if (!preview(message)) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
     changed();
   }
   return static_cast<int>(message.wParam);
+}
+
+bool PanelWindow::preview(const MSG& message) {
+  if (!panel_ || GetAncestor(message.hwnd, GA_ROOT) != window_) return false;
+  const auto code = static_cast<int>(message.wParam);
+  const int focused = GetDlgCtrlID(message.hwnd);
+  switch (message.message) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+      return panel_->previewKeyDown(code, shiftState(), focused);
+    case WM_CHAR:
+      return panel_->previewKeyPress(code, focused);
+    case WM_SYSCHAR:
+      return panel_->accelerator(static_cast<char32_t>(code));
+    case WM_MOUSEWHEEL:
+      // Some systems send it to the window under the pointer, some to the one with the focus.
+      return panel_->wheel(GET_WHEEL_DELTA_WPARAM(message.wParam)), true;
+    default:
+      return false;
+  }
 }
 
 LRESULT CALLBACK PanelWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

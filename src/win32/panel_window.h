@@ -46,6 +46,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void keyPress(int control, int character) override;
   void clicked(int control, MouseButton button, bool pressed) override;
 
+  /// Keys and the wheel, before the control that they are for. Answers whether they were taken.
+  bool preview(const MSG& message);
   void show();
   void schedule();
   void layOut(UINT dpi);

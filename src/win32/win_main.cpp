@@ -3,6 +3,7 @@
 #include <commctrl.h>
 #include <objbase.h>
 
+#include "win32/clipboard.h"
 #include "win32/component_source.h"
 #include "win32/config_dialog.h"
 #include "win32/message_boxes.h"
@@ -25,7 +26,8 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   StartUp startUp(components, boxes);
   if (!startUp.openComponents(name, window.handle())) return 1;
   SystemDialogs dialogs(window.window());
-  MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs,
+  SystemClipboard clipboard(window.window());
+  MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs, clipboard,
               [] { return std::chrono::steady_clock::now(); }, name});
   ShownEvents events(panel.receiverEvents(), window);
   const auto connection = components.listen(events);

@@ -74,6 +74,14 @@ class FakeDialogs : public PanelDialogs {
   FakeWindow& window_;
 };
 
+class FakeClipboard : public Clipboard {
+ public:
+  std::string text() override { return held; }
+  void setText(const std::string& text) override { held = text; }
+
+  std::string held;
+};
+
 /// The whole panel on both components' real cores, with a clock, a window and settings of a test's
 /// own.
 class PanelRig {
@@ -88,9 +96,9 @@ class PanelRig {
 
   /// Starts the panel and lets the links come up.
   MAin& start(milliseconds settle = milliseconds(3000)) {
-    panel =
-        std::make_unique<MAin>(PanelServices{receiver(), ambrel, settings, window, dialogs,
-                                             [this] { return sondrel.clock.now; }, "Kelvane"});
+    panel = std::make_unique<MAin>(PanelServices{receiver(), ambrel, settings, window, dialogs,
+                                                 clipboard, [this] { return sondrel.clock.now; },
+                                                 "Kelvane"});
     window.panel = panel.get();
     window.pending = [this] { sondrel.pump(); };
     sondrel.core.addListener(panel->receiverEvents());
@@ -116,12 +124,15 @@ class PanelRig {
 
   void type(std::string_view characters) {
     for (const char c : characters) {
-      panel->keyPress(window.focused, static_cast<unsigned char>(c));
+      const int character = static_cast<unsigned char>(c);
+      if (!panel->previewKeyPress(character, window.focused))
+        panel->keyPress(window.focused, character);
       run(milliseconds(20));
     }
   }
   void press(int keyCode, int shift = 0) {
-    panel->keyDown(window.focused, keyCode, shift);
+    if (!panel->previewKeyDown(keyCode, shift, window.focused))
+      panel->keyDown(window.focused, keyCode, shift);
     run(milliseconds(20));
   }
   void click(int control, MouseButton button = MouseButton::Left) {
@@ -147,6 +158,7 @@ class PanelRig {
   ambrel::AmbrelCore ambrel{KELVANE_DATA_FOLDER, sondrel.folder.path() / "frequency",
                             [this] { return utc; }, [] {}, ambrelWindows};
   FakeWindow window;
+  FakeClipboard clipboard;
   FakeDialogs dialogs{window};
   MapSettings settings;
   /// Stands between panel and component where a test wants one; set before start().

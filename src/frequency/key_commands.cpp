@@ -1,0 +1,215 @@
+#include "frequency/key_commands.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/number.h"
+#include "base/text.h"
+#include "shell/global.h"
+#include "ui/key_codes.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr Hz kNearKnown = 250;
+/// No frequency in kHz is written longer.
+constexpr std::size_t kLongestNumber = 32;
+
+bool isArrow(int keyCode) { return keyCode >= key::Left && keyCode <= key::Down; }
+
+/// The modifiers as the rows name them: an arrow takes the strongest one alone, Alt before Ctrl
+/// before Shift, and the keypad's signs do not mind Shift.
+int rowShift(int keyCode, int shift) {
+  if (!isArrow(keyCode)) return shift & (key::CtrlHeld | key::AltHeld);
+  for (const int modifier : {key::AltHeld, key::CtrlHeld, key::ShiftHeld}) {
+    if (shift & modifier) return modifier;
+  }
+  return 0;
+}
+
+int upperCase(int character) {
+  return character >= 'a' && character <= 'z' ? character - 'a' + 'A' : character;
+}
+
+/// A text that is nothing but a number of kHz, with either point; 0 for any other.
+double kilohertz(const std::string& text) {
+  std::string number(trimmed(std::string_view(text).substr(0, kLongestNumber + 1)));
+  if (number.size() > kLongestNumber) return 0;
+  std::replace(number.begin(), number.end(), ',', '.');
+  const bool plain = number.find_first_not_of("0123456789.") == std::string::npos &&
+                     std::count(number.begin(), number.end(), '.') <= 1;
+  return plain ? num(number) : 0;
+}
+
+}  // namespace
+
+const CommandRow* KeyCommands::find(CommandRow::Input input, int code, int shift) const {
+  const CommandRow* found = nullptr;
+  for (const CommandRow& row : commandRows()) {
+    if (row.input != input || row.code != code || row.shift != shift) continue;
+    if (!row.prefix.empty() && row.prefix == CommandPrefix_) return &row;
+    if (row.prefix.empty()) found = &row;
+  }
+  return found;
+}
+
+bool KeyCommands::allowed(const CommandRow& row) const {
+  return row.needs == CommandRow::Needs::Nothing || shown_.remote();
+}
+
+bool KeyCommands::keyDown(int keyCode, int shift, bool onDigit) {
+  if (onDigit || row_.Processed()) {
+    navigation_.clearBank();
+    return false;
+  }
+  const bool sign = keyCode == key::PadPlus || keyCode == key::PadMinus;
+  const int held = rowShift(keyCode, shift);
+  const CommandRow* row = find(CommandRow::Input::Key, keyCode, held);
+  if (!row || !allowed(*row)) return false;
+  // A number that is typed is added or subtracted: the row takes the sign as a character.
+  if (sign && held == 0 &&
+      (!row_.TypedText().empty() || (row->prefix.empty() && !CommandPrefix_.empty())))
+    return false;
+  navigation_.clearBank();
+  (this->*row->run)();
+  if (sign) CommandPrefix_.clear();
+  return true;
+}
+
+bool KeyCommands::keyPress(int character, bool onDigit) {
+  if (onDigit) {
+    CommandPrefix_.clear();
+    return false;
+  }
+  const int command = upperCase(character);
+  const CommandRow* row = find(CommandRow::Input::Character, command, 0);
+  if (!shown_.remote()) {
+    if (row && allowed(*row)) (this->*row->run)();
+    return true;
+  }
+  const bool control = character == 3 || character == 22;
+  if (!control && (takenByReceiver(character) || takenByRow(character))) return true;
+  row = find(CommandRow::Input::Character, command, 0);
+  if (!row) return becomePrefix(command), true;
+  keepsPrefix_ = false;
+  (this->*row->run)();
+  if (!keepsPrefix_) CommandPrefix_.clear();
+  return true;
+}
+
+bool KeyCommands::takenByReceiver(int character) {
+  const std::string key(1, static_cast<char>(character));
+  if (character > 0x7F || !component_.RxKeyPress(shown_.index(), key)) return false;
+  CommandPrefix_.clear();
+  return true;
+}
+
+bool KeyCommands::takenByRow(int character) {
+  const FrqEntry::Typed typed = entry_.typed(character);
+  if (typed == FrqEntry::Typed::Committed) {
+    CommandPrefix_.clear();
+    navigation_.clearBank();
+    return true;
+  }
+  // What the row ate and no letter command may see: point, sign, Backspace, Enter.
+  return typed == FrqEntry::Typed::Taken && (character == '+' || character == '-');
+}
+
+void KeyCommands::becomePrefix(int character) {
+  if (character > ' ' && character < 0x7F && character != '+' && character != '-')
+    CommandPrefix_.assign(1, static_cast<char>(character));
+}
+
+void KeyCommands::nextReceiver() { tabs_.next(); }
+
+void KeyCommands::copyFrequency() {
+  const Hz frequency = component_.GetRxFrequency(shown_.index(), kTuned);
+  if (frequency != -1) clipboard_.setText(decimalText(frequency / 1000.0));
+}
+
+void KeyCommands::pasteFrequency() {
+  const Index rx = shown_.index();
+  const double frequency = kilohertz(clipboard_.text()) * 1000;
+  if (frequency == 0 || frequency < component_.GetRxFrqMin(rx) ||
+      frequency > component_.GetRxFrqMax(rx))
+    return refusal_.signal();
+  component_.SetRxFrequency(rx, false, nearestLong(frequency));
+  navigation_.clearBank();
+}
+
+std::optional<int> KeyCommands::typedNumber() {
+  const int number = row_.Step();
+  if (number < 0) return std::nullopt;
+  showReceiver();
+  return number;
+}
+
+void KeyCommands::showReceiver() {
+  entry_.arrived(component_.GetRxFrequency(shown_.index(), kTuned));
+}
+
+void KeyCommands::setFilter() {
+  const auto number = typedNumber();
+  if (number)
+    component_.SetRxFilter(shown_.index(), *number);
+  else
+    CommandPrefix_ = "F", keepsPrefix_ = true;
+}
+
+void KeyCommands::setBfo() {
+  const Index rx = shown_.index();
+  const auto number = typedNumber();
+  if (number && *number > component_.GetRxBfoMin(rx) && *number < component_.GetRxBfoMax(rx))
+    component_.SetRxBfo(rx, *number);
+  else
+    refusal_.signal();
+}
+
+void KeyCommands::recallChannel() {
+  const Index rx = shown_.index();
+  const auto number = typedNumber();
+  if (!number || *number < component_.GetRxChnFirst(rx)) {
+    CommandPrefix_ = "C";
+    keepsPrefix_ = true;
+  } else if (*number < component_.GetRxChnCount(rx)) {
+    component_.SelectRxChannel(rx, *number);
+  } else {
+    refusal_.signal();
+  }
+}
+
+void KeyCommands::storeChannel() {
+  const Index rx = shown_.index();
+  const auto number = typedNumber();
+  const Count count = component_.GetRxChnCount(rx);
+  if (!number || count == 0 || *number < component_.GetRxChnFirst(rx)) return;
+  if (*number < count)
+    component_.StoreRxChannel(rx, *number);
+  else
+    refusal_.signal();
+}
+
+void KeyCommands::tuneBy(Hz step, int direction) {
+  const Hz frequency = component_.GetRxFrequency(shown_.index(), kTuned);
+  if (frequency != -1)
+    component_.SetRxFrequency(shown_.index(), false,
+                              nearestLong(double(frequency) + double(direction) * step));
+}
+
+void KeyCommands::localStep(int direction) {
+  if (const auto number = typedNumber()) return stepping_.setDefault(*number);
+  tuneBy(stepping_.defaultStep(), direction);
+}
+
+void KeyCommands::home() {
+  const Index rx = shown_.index();
+  const Hz frequency = component_.GetRxFrequency(rx, kTuned);
+  if (frequency == -1) return;
+  const bool known = frequency_.FindRxKnownFrequency(frequency, kNearKnown);
+  const Hz target = known ? frequency_.GetRxKnownFrequency().value()
+                          : nearestLong(std::floor(row_.Value() / 1000) * 1000);
+  component_.SetRxFrequency(rx, false, target);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,218 @@
+#include "frequency/key_commands.h"
+
+#include <map>
+#include <random>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "frequency/w_mouse.h"
+#include "tests/fakes/panel_rig.h"
+#include "ui/key_codes.h"
+
+namespace kelvane {
+namespace {
+
+using fakes::PanelRig;
+
+/// A panel at 7 050 000 Hz.
+class KeyCommandsTest : public testing::Test {
+ protected:
+  KeyCommandsTest() {
+    rig.start();
+    rig.type("7050\r");
+  }
+  Hz frequency(Index rx = 0) { return rig.sondrel.core.GetRxFrequency(rx, kTuned); }
+
+  PanelRig rig;
+};
+
+TEST_F(KeyCommandsTest, ArrowsTuneByTheStepThatTheModifierAsksFor) {
+  const struct {
+    int key, shift, by;
+  } rows[] = {{key::Right, 0, 500}, {key::Left, 0, -500},     {key::Right, 1, 1},
+              {key::Up, 1, 1},      {key::Left, 2, -10},      {key::Down, 2, -10},
+              {key::Up, 4, 100},    {key::Right, 4 | 2, 100}, {key::Down, 7, -100}};
+  for (const auto& row : rows) {
+    const Hz before = frequency();
+    rig.press(row.key, row.shift);
+    EXPECT_EQ(frequency() - before, row.by) << row.key << "/" << row.shift;
+  }
+  const Hz before = frequency();
+  rig.press(key::Up);
+  EXPECT_EQ(frequency() - before, std::stoi(rig.view().VStep[1].text));
+}
+
+TEST_F(KeyCommandsTest, ATypedNumberBeforeAnArrowIsTheLocalStep) {
+  rig.type("5000");
+  rig.press(key::Right);
+  EXPECT_EQ(rig.view().VStep[0].text, "5000Hz");
+  EXPECT_EQ(rig.digits(), "  7050000");
+  EXPECT_EQ(frequency(), 7050000);
+  rig.press(key::Right);
+  EXPECT_EQ(frequency(), 7055000);
+  rig.panel->tabClicked(1);
+  rig.type("40000");
+  rig.press(key::Left);
+  EXPECT_EQ(rig.view().VStep[0].text, "1000Hz");
+}
+
+TEST_F(KeyCommandsTest, LettersAloneAndInPairsSetTheReceiver) {
+  rig.type("mu");
+  EXPECT_EQ(rig.view().ModEvent[0].text, "USB");
+  rig.type("MC");
+  EXPECT_EQ(rig.view().ModEvent[0].text, "CW");
+  rig.type("500f");
+  EXPECT_EQ(rig.view().ModEvent[1].text, "500");
+  rig.type("700b");
+  EXPECT_EQ(rig.view().FrqBfo.text, "700");
+  EXPECT_EQ(rig.digits(), "  7050000");
+  rig.type("20000b");
+  EXPECT_EQ(rig.view().FrqBfo.text, "700");
+  EXPECT_EQ(rig.window.beeps, 1);
+  rig.type("b");
+  EXPECT_EQ(rig.window.beeps, 2);
+  rig.type("5000\rmb");
+  EXPECT_EQ(rig.view().ModEvent[0].text, "AM");
+  rig.type("fb");
+  EXPECT_FALSE(rig.view().BFlt.visible);
+}
+
+TEST_F(KeyCommandsTest, ChannelsAreStoredRecalledAndStepped) {
+  rig.type("5s");
+  rig.type("9000\r5c");
+  EXPECT_EQ(frequency(), 7050000);
+  EXPECT_EQ(rig.view().VChn.text, "05");
+  EXPECT_EQ(rig.window.beeps, 0);
+  rig.type("120c");
+  EXPECT_EQ(rig.window.beeps, 1);
+  rig.type("c");
+  rig.press(key::PadPlus);
+  EXPECT_EQ(rig.view().VChn.text, "06");
+  rig.type("c-");
+  EXPECT_EQ(rig.view().VChn.text, "05");
+  const std::string band = rig.view().Band.text;
+  rig.type("7050\r");
+  rig.press(key::PadPlus);
+  EXPECT_NE(rig.digits(), "  7050000") << "without the letter it steps through the bands";
+}
+
+TEST_F(KeyCommandsTest, HomeTunesOntoAKnownFrequencyNearbyElseToWholeKilohertz) {
+  rig.type("5000.2\r");
+  rig.press(key::Home);
+  EXPECT_EQ(frequency(), 5000000);
+  rig.type("5000.7\r");
+  rig.press(key::Home);
+  EXPECT_EQ(frequency(), 5000000);
+  rig.type("6543.987\r");
+  rig.press(key::Home);
+  EXPECT_EQ(frequency() % 1000, 0);
+}
+
+TEST_F(KeyCommandsTest, TheClipboardTakesAndGivesKilohertz) {
+  rig.type("7123.456\r\x03");
+  EXPECT_EQ(rig.clipboard.held, "7123.456");
+  rig.type("9000\r\x16");
+  EXPECT_EQ(frequency(), 7123456);
+  for (const char* bad : {"", "abc", "1e9", "7.123.456", "-5", "0", "99999999"}) {
+    rig.clipboard.held = bad;
+    rig.window.beeps = 0;
+    rig.type("\x16");
+    EXPECT_EQ(rig.window.beeps, 1) << bad;
+    EXPECT_EQ(frequency(), 7123456) << bad;
+  }
+  rig.clipboard.held = std::string(10'000'000, '7');
+  rig.type("\x16");
+  EXPECT_EQ(frequency(), 7123456);
+  rig.clipboard.held = " 6070,5\r\n";
+  rig.type("\x16");
+  EXPECT_EQ(frequency(), 6070500);
+}
+
+TEST_F(KeyCommandsTest, OnlyTheKeysThatUndoALockActUnderOne) {
+  rig.type("l");
+  EXPECT_FALSE(rig.sondrel.core.GetRxRemote(0));
+  rig.type("9000\rmc");
+  rig.press(key::Right);
+  EXPECT_EQ(frequency(), 7050000);
+  rig.type("u");
+  EXPECT_TRUE(rig.sondrel.core.GetRxRemote(0));
+  rig.type("\t");
+  EXPECT_EQ(rig.view().TabStrip.selected, 1);
+}
+
+TEST_F(KeyCommandsTest, APrefixNeverOutlivesACommittedFrequencyOrEscape) {
+  rig.type("c");
+  rig.type("7100\r");
+  const std::string channel = rig.view().VChn.text;
+  rig.press(key::PadPlus);
+  EXPECT_EQ(rig.view().VChn.text, channel);
+  rig.type("c\x1b");
+  rig.press(key::PadMinus);
+  EXPECT_EQ(rig.view().VChn.text, channel);
+}
+
+TEST_F(KeyCommandsTest, KnownFrequenciesAreWalkedAndTheirPlaceIsShown) {
+  rig.type("5000\r");
+  rig.press(key::PadPlus, key::CtrlHeld);
+  EXPECT_GT(frequency(), 5000000);
+  EXPECT_EQ(rig.view().IBank.text, "Kf");
+  EXPECT_NE(rig.view().VBank.text.find('/'), std::string::npos);
+  rig.press(key::PadMinus, key::CtrlHeld);
+  EXPECT_EQ(frequency(), 5000000);
+  rig.press(key::Right);
+  EXPECT_EQ(rig.view().IBank.text, "");
+}
+
+TEST_F(KeyCommandsTest, TheWheelTunesTheOtherWayAndFineTurnsAddUp) {
+  rig.panel->wheel(120);
+  EXPECT_EQ(frequency(), 7049500);
+  rig.panel->wheel(-360);
+  EXPECT_EQ(frequency(), 7050000) << "one message is one step";
+  for (int i = 0; i < 4; ++i) rig.panel->wheel(-40);
+  EXPECT_EQ(frequency(), 7050500);
+  rig.run(milliseconds(20));
+  rig.window.focus(id::FrqDigit + 4);
+  rig.panel->wheel(-120);
+  EXPECT_EQ(frequency(), 7060500);
+  rig.click(id::LockImg);
+  rig.panel->wheel(-120);
+  EXPECT_EQ(frequency(), 7060500);
+}
+
+TEST(CommandRows, AreOnePerKeyAndAllCanBeReached) {
+  std::set<std::tuple<int, int, int, std::string_view>> keys;
+  for (const CommandRow& row : commandRows()) {
+    EXPECT_TRUE(keys.insert({int(row.input), row.code, row.shift, row.prefix}).second)
+        << row.keys << " " << row.action;
+    EXPECT_FALSE(row.keys.empty() || row.action.empty());
+    EXPECT_LE(row.prefix.size(), 1u);
+  }
+}
+
+TEST(KeyCommandsRandom, NeverAsksForWhatTheReceiverCannotTuneNorGrowsWithoutEnd) {
+  PanelRig rig;
+  rig.start();
+  std::mt19937 random(20261121);
+  const std::string characters = "0123456789.,:+-\r\x08\x1b\tmMuUfFbBcCsSdDlLrRkKeEpPaA \x03\x16";
+  const int codes[] = {key::Up,   key::Down,    key::Left,     key::Right,
+                       key::Home, key::PadPlus, key::PadMinus, key::PageUp};
+  for (int i = 0; i < 3000; ++i) {
+    if (random() % 3)
+      rig.type(std::string(1, characters[random() % characters.size()]));
+    else
+      rig.press(codes[random() % std::size(codes)], random() % 8);
+    if (random() % 50 == 0) rig.window.focus(id::FrqDigit + random() % 9);
+    if (random() % 40 == 0) rig.type("u");
+    for (Index rx = 0; rx < 4; ++rx) {
+      const Hz tuned = rig.sondrel.core.GetRxFrequency(rx, kTuned);
+      ASSERT_GE(tuned, rig.sondrel.core.GetRxFrqMin(rx)) << i;
+      ASSERT_LE(tuned, rig.sondrel.core.GetRxFrqMax(rx)) << i;
+    }
+    ASSERT_EQ(rig.digits().size(), 9u);
+    ASSERT_LE(rig.panel->CommandPrefix().size(), 1u);
+  }
+}
+
+}  // namespace
+}  // namespace kelvane
