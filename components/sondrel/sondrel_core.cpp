@@ -69,9 +69,23 @@ HostedReceiver* SondrelCore::at(Index rx) const {
 void SondrelCore::tick(Instant now) {
   woken_ = false;
   inbox_->run();
-  if (HostedReceiver* shown = at(shown_)) shown->tick(now);
-  for (const auto& hosted : receivers_) hosted->tick(now);
+  for (HostedReceiver* hosted : inOrderOfDue()) hosted->tick(now);
   afterwards();
+}
+
+std::vector<HostedReceiver*> SondrelCore::inOrderOfDue() {
+  // A late tick makes up for the time in order, so that links come up in the order of their own
+  // times however busy the computer was; what is due at once is done for the shown one first.
+  std::vector<std::pair<Instant, HostedReceiver*>> due;
+  if (HostedReceiver* shown = at(shown_)) due.emplace_back(shown->nextDue(), shown);
+  for (const auto& hosted : receivers_) {
+    if (hosted.get() != at(shown_)) due.emplace_back(hosted->nextDue(), hosted.get());
+  }
+  std::stable_sort(due.begin(), due.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::vector<HostedReceiver*> order;
+  for (const auto& [when, hosted] : due) order.push_back(hosted);
+  return order;
 }
 
 void SondrelCore::deliverEvents() {

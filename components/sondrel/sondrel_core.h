@@ -96,6 +96,7 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   std::unique_ptr<HostedReceiver> make(const ReceiverEntry& entry);
   std::filesystem::path instanceFolder() const;
   void note(const std::string& words);
+  std::vector<HostedReceiver*> inOrderOfDue();
   void afterwards();
   void wakeOnce();
 
