@@ -1,25 +1,20 @@
 #include "win32/component_source.h"
 
-// Defines the class ids that the two headers declare.
-#include <initguid.h>
-
-#include "contract/Ambrel.h"
-#include "contract/Sondrel.h"
-#include "contract/win32/activation.h"
 #include "contract/win32/com_frequency.h"
 #include "contract/win32/com_receiver.h"
+#include "contract/win32/component_files.h"
 
 namespace kelvane::win32 {
 
 std::unique_ptr<ReceiverComponent> ComComponents::receiver() {
-  const auto opened = com::openComponent(L"Sondrel.dll", CLSID_Sondrel);
+  const auto opened = com::openReceiverComponent();
   if (!opened) return nullptr;
   receiver_ = opened.object;
   return std::make_unique<com::ComReceiver>(opened.object);
 }
 
 std::unique_ptr<FrequencyComponent> ComComponents::frequency() {
-  const auto opened = com::openComponent(L"Ambrel.dll", CLSID_Ambrel);
+  const auto opened = com::openFrequencyComponent();
   if (!opened) return nullptr;
   frequency_ = opened.object;
   return std::make_unique<com::ComFrequency>(opened.object);
