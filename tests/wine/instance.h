@@ -22,7 +22,8 @@ class Instance {
 
   bool hasSettings() const;
   std::optional<std::int32_t> number(const wchar_t* setting) const;
-  void write(const wchar_t* setting, std::uint32_t kind, const void* data, std::uint32_t size) const;
+  void write(const wchar_t* setting, std::uint32_t kind, const void* data,
+             std::uint32_t size) const;
   void write(const wchar_t* setting, std::int32_t value) const;
 
  private:

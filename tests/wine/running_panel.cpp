@@ -174,6 +174,17 @@ void RunningPanel::clickTab(int tab) {
   sendMouse(MOUSEEVENTF_LEFTUP);
 }
 
+void RunningPanel::moveToResolution(int dpi) {
+  RECT place;
+  GetWindowRect(window_, &place);
+  // The message carries an address in the program's own memory.
+  void* there =
+      VirtualAllocEx(process_.hProcess, nullptr, sizeof place, MEM_COMMIT, PAGE_READWRITE);
+  WriteProcessMemory(process_.hProcess, there, &place, sizeof place, nullptr);
+  SendMessageW(window_, WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(there));
+  VirtualFreeEx(process_.hProcess, there, 0, MEM_RELEASE);
+}
+
 void RunningPanel::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }
 
 std::string RunningPanel::messageBox() {

@@ -48,6 +48,8 @@ class RunningPanel {
   enum class Mouse { Left, Right };
   void click(int id, Mouse button = Mouse::Left);
   void clickTab(int tab);
+  /// Tells the window that it is on a screen of this resolution now.
+  void moveToResolution(int dpi);
   void close();
 
   /// The text of the message box that the program shows; waits for one, empty when none comes.

@@ -77,6 +77,25 @@ TEST(Start, BringsAWindowBackFromBeyondEveryScreenAndIgnoresSettingsOfAnotherKin
       [&] { return (GetWindowLongW(panel.window(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; }));
 }
 
+TEST(Start, KeepsItsLayoutOnAScreenOfAnotherResolution) {
+  const Instance instance(L"TestScreens");
+  RunningPanel panel(instance.name());
+  ASSERT_TRUE(panel.settledOn(0));
+  RECT before, digit, larger;
+  GetWindowRect(panel.window(), &before);
+  GetWindowRect(panel.control(id::FrqDigit + 4), &digit);
+  panel.moveToResolution(144);
+  GetWindowRect(panel.control(id::FrqDigit + 4), &larger);
+  EXPECT_NEAR(larger.right - larger.left, (digit.right - digit.left) * 1.5, 1);
+  EXPECT_NEAR(larger.bottom - larger.top, (digit.bottom - digit.top) * 1.5, 1);
+  panel.moveToResolution(96);
+  GetWindowRect(panel.window(), &larger);
+  EXPECT_EQ(larger.right - larger.left, before.right - before.left);
+  EXPECT_EQ(larger.bottom - larger.top, before.bottom - before.top);
+  GetWindowRect(panel.control(id::FrqDigit + 4), &larger);
+  EXPECT_EQ(larger.right - larger.left, digit.right - digit.left);
+}
+
 TEST(Start, SaysWhichComponentIsMissingAndWritesNothing) {
   const struct {
     const wchar_t* file;
