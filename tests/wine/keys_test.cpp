@@ -51,8 +51,8 @@ TEST_F(Keys, TuneWithEveryModifierAndStartNoMenu) {
 
 TEST_F(Keys, SetTheReceiverWhateverHasTheFocus) {
   panel_.click(id::GenEvent + 2);
-  panel_.type("mu");
-  EXPECT_TRUE(eventually([&] { return panel_.text(id::ModEvent) == "USB"; }));
+  panel_.type("mc");
+  EXPECT_TRUE(eventually([&] { return panel_.text(id::ModEvent) == "CW"; }));
   panel_.type("500f");
   EXPECT_TRUE(eventually([&] { return panel_.text(id::ModEvent + 1) == "500"; }))
       << panel_.text(id::ModEvent + 1);
