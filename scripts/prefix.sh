@@ -16,9 +16,10 @@ wine_log=$run_folder/wine.log
 quiet_wine() { run env "WINEPREFIX=$1" "${@:2}" >>"$wine_log" 2>&1; }
 
 # is_current PREFIX: whether Wine would use it without first renewing it, by Wine's own rule.
+# The number in the prefix ends as lines do in Windows.
 is_current() {
   local rules=/usr/share/wine/wine.inf
-  [[ -d $1 && (! -e $rules || $(<"$1/.update-timestamp") == $(stat -Lc %Y "$rules")) ]]
+  [[ -d $1 && (! -e $rules || $(<"$1/.update-timestamp") == "$(stat -Lc %Y "$rules")"*) ]]
 }
 
 # begin_template: starts making the template, if there is none, while the caller does something else.
