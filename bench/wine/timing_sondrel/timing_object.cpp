@@ -1,0 +1,46 @@
+#include "bench/wine/timing_sondrel/timing_object.h"
+
+namespace kelvane::bench {
+
+TimingObject::TimingObject(com::ObjectCount& count, com::TypeLibrary types)
+    : SondrelFace(std::move(types)), counted_(count), thread_([this] { run(); }) {}
+
+TimingObject::~TimingObject() {
+  ending_ = true;
+  SetEvent(timing_.request());
+  thread_.join();
+}
+
+void TimingObject::deliverEvents() {
+  const Hz tuned = tuned_.exchange(0);
+  receivers_.deliver(listener(), tuned, metersDue_.exchange(0));
+}
+
+void TimingObject::run() {
+  while (!ending_) {
+    if (WaitForSingleObject(timing_.request(), beat()) != WAIT_OBJECT_0) continue;
+    if (const Hz wanted = timing_->wanted.exchange(0); wanted > 0) tuned_ = wanted;
+    host_.wake();
+  }
+}
+
+DWORD TimingObject::beat() {
+  const LONG64 rate = timing_->meterRate * LONG64{kMostReceivers};
+  if (rate == 0) {
+    beatStart_ = 0;
+    return INFINITE;
+  }
+  if (beatStart_ == 0) {
+    beatStart_ = counter();
+    beats_ = 0;
+  }
+  const double elapsed = microseconds(counter() - beatStart_);
+  const auto due = static_cast<LONG64>(elapsed * static_cast<double>(rate) / 1e6);
+  if (due > beats_) {
+    metersDue_ += static_cast<LONG>(due - std::exchange(beats_, due));
+    host_.wake();
+  }
+  return 1;
+}
+
+}  // namespace kelvane::bench
