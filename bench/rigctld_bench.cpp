@@ -207,9 +207,7 @@ double bareTime(const BareSocket& bare, const std::vector<Exchange>& exchanges) 
   return microseconds(Clock::now() - start);
 }
 
-}  // namespace
-
-int main() {
+void measureTuning() {
   const Server server;
   Link link(server.port());
   const BareSocket bare(server.port());
@@ -231,3 +229,7 @@ int main() {
   print({"tuning a rigctld, 99.9th percentile", own.part(0.999), "us", "bare socket",
          plain.part(0.999)});
 }
+
+}  // namespace
+
+int main() { return measure(measureTuning); }

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <cstdio>
-#include <cstdlib>
+#include <exception>
+#include <stdexcept>
 #include <string>
 
 namespace kelvane::bench {
@@ -37,11 +38,21 @@ inline void print(const Row& row) {
 }
 
 /// Ends the benchmark when something that it measures did not happen: a figure of nothing would
-/// look splendid.
+/// look splendid. Inside `measure`.
 inline void must(bool happened, const std::string& what) {
-  if (happened) return;
-  std::fprintf(stderr, "It did not happen: %s.\n", what.c_str());
-  std::exit(1);
+  if (!happened) throw std::runtime_error(what);
+}
+
+/// Runs a benchmark; the answer is for main. What it started is ended also when it fails.
+template <class Work>
+int measure(Work work) {
+  try {
+    work();
+    return 0;
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "It did not happen: %s.\n", failure.what());
+    return 1;
+  }
 }
 
 }  // namespace kelvane::bench

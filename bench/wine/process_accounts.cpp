@@ -36,9 +36,8 @@ ProcessAccounts ProcessAccounts::ofCommand(const std::string& program, const std
     const int id = std::atoi(entry.path().filename().string().c_str());
     if (id == 0) continue;
     const std::string command = readWhole(entry.path() / "cmdline");
-    // A shell or a starter names both in one of its own words.
-    if (command.find(program) == std::string::npos) continue;
-    if (command.find(word) == std::string::npos || command.find("wine") == 0) continue;
+    // The words of a command line end in a null each.
+    if (command.find(program + '\0' + word + '\0') == std::string::npos) continue;
     found = id;
     ++matches;
   }

@@ -10,7 +10,7 @@ class ProcessAccounts {
  public:
   /// Of the process with this id of the host's.
   explicit ProcessAccounts(int hostId) : hostId_(hostId) {}
-  /// Of the one process in whose command line both texts stand.
+  /// Of the one process of this program that was started with this word.
   static ProcessAccounts ofCommand(const std::string& program, const std::string& word);
   /// Of the process whose id the environment variable holds.
   static ProcessAccounts ofVariable(const wchar_t* variable);

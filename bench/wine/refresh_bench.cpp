@@ -161,7 +161,7 @@ void showFrequencies(Components& components, MAin& panel, Latencies& times) {
   must(bands.size() > 20, "bands and stations that follow the frequency");
 }
 
-Refreshes measure(Components& components) {
+Refreshes refreshesOf(Components& components) {
   const Count receivers = components.receiver().OpenRxConfig(kInstance, 0);
   must(receivers > 1, "a configuration with several receivers");
   components.frequency().OpenFrqConfig(kInstance);
@@ -206,19 +206,24 @@ void measureTabClick() {
   panel.ended();
 }
 
+void measureRefreshes() {
+  const wine::Instance instance(L"BenchRefresh");
+  OverCom com;
+  const Refreshes overCom = refreshesOf(com);
+  Direct cores(instance.folder().parent_path());
+  const Refreshes direct = refreshesOf(cores);
+  printRows("receiver-select refresh", overCom.receivers, direct.receivers);
+  printRows("display refresh", overCom.frequencies, direct.frequencies);
+}
+
 }  // namespace
 
 int main() {
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  {
-    wine::Instance instance(L"BenchRefresh");
-    OverCom com;
-    const Refreshes overCom = measure(com);
-    Direct cores(instance.folder().parent_path());
-    const Refreshes direct = measure(cores);
-    printRows("receiver-select refresh", overCom.receivers, direct.receivers);
-    printRows("display refresh", overCom.frequencies, direct.frequencies);
-  }
+  const int result = measure([] {
+    measureRefreshes();
+    measureTabClick();
+  });
   CoUninitialize();
-  measureTabClick();
+  return result;
 }

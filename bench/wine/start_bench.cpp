@@ -128,6 +128,8 @@ void measureMemory() {
 }  // namespace
 
 int main() {
-  measureStart();
-  measureMemory();
+  return measure([] {
+    measureStart();
+    measureMemory();
+  });
 }

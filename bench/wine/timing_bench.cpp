@@ -158,8 +158,10 @@ void TimedPanel::answers() {
 }  // namespace
 
 int main() {
-  TimedPanel panel;
-  panel.keys();
-  panel.digits();
-  panel.meters();
+  return measure([] {
+    TimedPanel panel;
+    panel.keys();
+    panel.digits();
+    panel.meters();
+  });
 }
