@@ -39,6 +39,15 @@ struct QuietWindow : WindowCommands {
   std::int32_t handle() const override { return 0; }
 };
 
+struct NoDialogs : PanelDialogs {
+  void showConfig(Config&) override {}
+};
+
+struct NoClipboard : Clipboard {
+  std::string text() override { return {}; }
+  void setText(const std::string&) override {}
+};
+
 struct NoSondrelWindows : sondrel::ComponentWindows {
   void setOwner(Long) override {}
   void editDrivers(sondrel::DriversModel&, const std::function<FileResult()>&) override {}
@@ -168,7 +177,10 @@ Refreshes refreshesOf(Components& components) {
   components.frequency().InitFrqPlan(0);
   QuietWindow window;
   fakes::MapSettings settings;
-  MAin panel({components.receiver(), components.frequency(), settings, window, Clock::now});
+  NoDialogs dialogs;
+  NoClipboard clipboard;
+  MAin panel({components.receiver(), components.frequency(), settings, window, dialogs, clipboard,
+              Clock::now, kInstance});
   components.listen(panel.receiverEvents());
   settle(components, panel, receivers);
   Refreshes times;
