@@ -18,7 +18,7 @@ namespace {
 using namespace kelvane;
 using namespace kelvane::bench;
 
-constexpr int kRuns = 9;
+constexpr int kRuns = 21;
 constexpr ULONGLONG kPatience = 30'000;
 
 struct Program {
