@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <string_view>
 #include <utility>
 
 #include "base/win32/utf16.h"
@@ -13,7 +14,7 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU;
 constexpr DWORD kExtended = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME;
 constexpr wchar_t kSelf[] = L"KelvaneDialog";
 
@@ -33,6 +34,15 @@ HFONT messageFont(UINT dpi) {
 int heldKeys() {
   const auto down = [](int key) { return GetKeyState(key) < 0; };
   return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
+}
+
+/// What a control needs besides its style.
+DWORD extended(const DialogItem& item) {
+  const std::wstring_view type(item.windowClass);
+  if (type == WC_EDITW || type == WC_LISTVIEWW) return WS_EX_CLIENTEDGE;
+  // A frame paints no inside: what lies beneath it has to show there.
+  if (type == WC_BUTTONW && (item.style & BS_TYPEMASK) == BS_GROUPBOX) return WS_EX_TRANSPARENT;
+  return 0;
 }
 
 bool isKey(UINT message) { return message >= WM_KEYFIRST && message <= WM_KEYLAST; }
@@ -79,10 +89,8 @@ DialogWindow::~DialogWindow() {
 }
 
 HWND DialogWindow::add(const DialogItem& item) {
-  const bool framed = std::wstring_view(item.windowClass) == WC_EDITW ||
-                      std::wstring_view(item.windowClass) == WC_LISTVIEWW;
   const HWND control =
-      CreateWindowExW(framed ? WS_EX_CLIENTEDGE : 0, item.windowClass, wide(item.text).c_str(),
+      CreateWindowExW(extended(item), item.windowClass, wide(item.text).c_str(),
                       WS_CHILD | WS_VISIBLE | item.style, 0, 0, 0, 0, window_,
                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(item.id)), module(), nullptr);
   controls_.push_back({control, item.area});

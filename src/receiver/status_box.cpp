@@ -14,26 +14,14 @@ constexpr std::string_view kNotConnected = "Not connected";
 
 LinkWords linkWords(Long code) {
   switch (static_cast<LinkState>(code)) {
-    case LinkState::NoLoop:
-      return {"Link: No loop", kOrange};
-    case LinkState::Timeout:
-      return {"Link: Timeout", kOrange};
     case LinkState::BadAddress:
-      return {"Link: Bad address", kRed};
     case LinkState::Configuration:
-      return {"Link: Configuration", kRed};
-    case LinkState::CannotOpen:
-      return {"Link: Cannot open", kOrange};
-    case LinkState::Error:
-      return {"Link: Error", kOrange};
     case LinkState::BadIdentity:
-      return {"Rx: Bad ID", kRed};
     case LinkState::BadReceiverAddress:
-      return {"Rx: Bad Address", kRed};
     case LinkState::BuiltInTestError:
-      return {"Rx: BITE Error", kRed};
+      return {linkFaultWords(code), kRed};
     default:
-      return {"Rx: Not responding", kOrange};
+      return {linkFaultWords(code), kOrange};
   }
 }
 

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <array>
+#include <functional>
+#include <memory>
+
 #include "components/sondrel/component_windows.h"
+#include "components/sondrel/win32/receiver_window.h"
 #include "contract/win32/server/message_boxes.h"
 
 namespace kelvane::sondrel {
@@ -8,13 +13,22 @@ namespace kelvane::sondrel {
 /// The component's windows on the screen.
 class SondrelWindows final : public ComponentWindows {
  public:
+  /// The core is asked for when a window opens: it may be made after this, and must be gone only
+  /// after closeAll().
+  explicit SondrelWindows(std::function<SondrelCore&()> core) : core_(std::move(core)) {}
+
   void setOwner(Long window) override { owner_ = window; }
-  void editDrivers(DriversModel&, const std::function<FileResult()>&) override {}
-  void showSettings(Index) override {}
+  void editDrivers(DriversModel& model, const std::function<FileResult()>& apply) override;
+  void showSettings(Index rx) override;
   void tell(const std::string& words) override { messages_.show("Sondrel", words); }
+  void closeAll();
 
  private:
+  HWND owner() const;
+
+  std::function<SondrelCore&()> core_;
   Long owner_ = 0;
+  std::array<std::unique_ptr<ReceiverWindow>, kMostReceivers> settings_;
   com::MessageBoxes messages_;
 };
 

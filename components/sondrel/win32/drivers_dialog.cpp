@@ -1,0 +1,256 @@
+#include "components/sondrel/win32/drivers_dialog.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/win32/list_rows.h"
+#include "base/win32/utf16.h"
+#include "components/sondrel/win32/dialog_ids.h"
+
+namespace kelvane::sondrel {
+
+namespace {
+
+constexpr DWORD kList =
+    LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER | WS_TABSTOP;
+constexpr UINT kLinksEvery = 500;  // ms
+enum Column : int { kName, kKind, kLink };
+
+}  // namespace
+
+DriversDialog::DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf,
+                             const std::function<FileResult()>& apply)
+    : DialogWindow({L"KelvaneDrivers", "Receivers", owner, 660, 420}),
+      model_(model),
+      linkOf_(std::move(linkOf)),
+      apply_(apply) {
+  makeList();
+  makeReceiver();
+  win32::addColumns(item(id::Receivers), {"Name", "Kind", "Link"});
+  win32::addColumns(item(id::Parameters), {"Parameter", "Value"});
+  for (const ReceiverKind& kind : receiverKinds())
+    SendMessageW(item(id::NewKind), CB_ADDSTRING, 0,
+                 reinterpret_cast<LPARAM>(wide(kind.name).c_str()));
+  SendMessageW(item(id::NewKind), CB_SETCURSEL, 0, 0);
+  showReceivers();
+  showReceiver();
+  startTimer(kLinksEvery);
+}
+
+void DriversDialog::makeList() {
+  add({id::Label, WC_STATICW, 0, "&Receivers:", {12, 12, 200, 16}});
+  add({id::Receivers,
+       WC_LISTVIEWW,
+       kList,
+       "Receivers",
+       {12, 30, 306, 190},
+       "The receivers in the order of the panel's tabs"});
+  const DWORD push = BS_PUSHBUTTON | WS_TABSTOP;
+  add({id::Remove, WC_BUTTONW, push, "R&emove", {12, 228, 96, 26}, "Take this receiver away"});
+  add({id::MoveUp, WC_BUTTONW, push, "Move &up", {117, 228, 96, 26}, "One place to the front"});
+  add({id::MoveDown, WC_BUTTONW, push, "Move &down", {222, 228, 96, 26}, "One place to the back"});
+  add({id::Label, WC_STATICW, 0, "&Kind of a new one:", {12, 269, 110, 16}});
+  add({id::NewKind,
+       WC_COMBOBOXW,
+       CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL,
+       "",
+       {124, 265, 90, 120}});
+  add({id::Add, WC_BUTTONW, push, "&Add", {222, 264, 96, 26}, "Add a receiver of this kind"});
+}
+
+void DriversDialog::makeReceiver() {
+  const DWORD edit = ES_AUTOHSCROLL | WS_TABSTOP;
+  add({id::Label, WC_STATICW, 0, "&Name:", {334, 12, 200, 16}});
+  add({id::Name, WC_EDITW, edit, "", {334, 30, 314, 23}, "Shown on the receiver's tab"});
+  add({id::Label, WC_STATICW, 0, "&Parameters:", {334, 62, 200, 16}});
+  add({id::Parameters, WC_LISTVIEWW, kList, "Parameters", {334, 80, 314, 210}});
+  add({id::Label, WC_STATICW, 0, "&Value:", {334, 302, 60, 16}});
+  add({id::Value, WC_EDITW, edit, "", {394, 298, 254, 23}, "Empty for the usual value"});
+  add({id::Help, WC_STATICW, SS_NOPREFIX, "", {334, 327, 314, 32}});
+  add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 300, 306, 60}});
+  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "OK", {452, 380, 94, 26}});
+  add({IDCANCEL, WC_BUTTONW, BS_PUSHBUTTON | WS_TABSTOP, "&Cancel", {554, 380, 94, 26}});
+}
+
+void DriversDialog::laidOut() {
+  win32::setWidths(item(id::Receivers), {scaled(104), scaled(74), scaled(122)});
+  win32::setWidths(item(id::Parameters), {scaled(96), scaled(194)});
+}
+
+void DriversDialog::showReceivers() {
+  filling_ = true;
+  const HWND list = item(id::Receivers);
+  const auto& receivers = model_.receivers();
+  win32::setRowCount(list, static_cast<int>(receivers.size()));
+  for (int i = 0; i < static_cast<int>(receivers.size()); ++i) {
+    win32::setCell(list, i, kName, receivers[i].name);
+    win32::setCell(list, i, kKind, std::string(model_.kindOf(i).name));
+  }
+  receiver_ = std::clamp(receiver_, 0, std::max(0, static_cast<int>(receivers.size()) - 1));
+  win32::selectRow(list, receiver_);
+  filling_ = false;
+  showLinks();
+}
+
+void DriversDialog::showLinks() {
+  const auto& receivers = model_.receivers();
+  for (int i = 0; i < static_cast<int>(receivers.size()); ++i) {
+    const std::string words = linkOf_(receivers[i].memories);
+    win32::setCell(item(id::Receivers), i, kLink, words.empty() ? "new" : words);
+  }
+}
+
+void DriversDialog::showReceiver() {
+  const bool any = !model_.receivers().empty();
+  filling_ = true;
+  setText(id::Name, any ? model_.receivers()[receiver_].name : std::string());
+  filling_ = false;
+  enable(id::Name, any);
+  enable(id::Value, any);
+  showParameters();
+  enableButtons();
+}
+
+void DriversDialog::showParameters() {
+  filling_ = true;
+  const HWND list = item(id::Parameters);
+  const bool any = !model_.receivers().empty();
+  const auto parameters = any ? model_.kindOf(receiver_).parameters : std::span<const Parameter>();
+  win32::setRowCount(list, static_cast<int>(parameters.size()));
+  for (int i = 0; i < static_cast<int>(parameters.size()); ++i) {
+    win32::setCell(list, i, 0, std::string(parameters[i].key));
+    win32::setCell(list, i, 1, cell(parameters[i]));
+  }
+  parameter_ = std::clamp(parameter_, 0, std::max(0, static_cast<int>(parameters.size()) - 1));
+  win32::selectRow(list, parameter_);
+  filling_ = false;
+  showParameter();
+}
+
+void DriversDialog::showParameter() {
+  const Parameter* shown = parameter();
+  filling_ = true;
+  setText(id::Value, shown ? model_.parameter(receiver_, shown->key) : std::string());
+  setText(id::Help,
+          shown ? std::string(shown->key) + ": " + std::string(shown->help) + "." : std::string());
+  filling_ = false;
+}
+
+void DriversDialog::enableButtons() {
+  const int last = static_cast<int>(model_.receivers().size()) - 1;
+  enable(id::Remove, last >= 0);
+  enable(id::MoveUp, receiver_ > 0);
+  enable(id::MoveDown, receiver_ < last);
+}
+
+const Parameter* DriversDialog::parameter() const {
+  if (model_.receivers().empty()) return nullptr;
+  const auto parameters = model_.kindOf(receiver_).parameters;
+  return parameter_ < static_cast<int>(parameters.size()) ? &parameters[parameter_] : nullptr;
+}
+
+std::string DriversDialog::cell(const Parameter& parameter) const {
+  return model_.parameter(receiver_, parameter.key);
+}
+
+void DriversDialog::select(int receiver) {
+  giveUpWrong();
+  receiver_ = receiver;
+  showReceiver();
+}
+
+void DriversDialog::say(const std::string& words) { setText(id::Problem, words); }
+
+void DriversDialog::judge(int control, const std::string& problem) {
+  if (problem.empty() && wrong_ != control && wrong_ != 0) return;
+  wrong_ = problem.empty() ? 0 : control;
+  problem_ = problem;
+  say(problem);
+}
+
+void DriversDialog::giveUpWrong() {
+  if (std::exchange(wrong_, 0) == 0) return say({});
+  say(std::exchange(problem_, {}) + " It was left as it was.");
+}
+
+void DriversDialog::command(int control, int notice) {
+  if (control == IDOK) return confirm();
+  if (control == IDCANCEL) return close();
+  if (control == id::Name && notice == EN_CHANGE && !filling_) return nameTyped();
+  if (control == id::Value && notice == EN_CHANGE && !filling_) return valueTyped();
+  if (notice != BN_CLICKED) return;
+  if (control == id::Add) addReceiver();
+  if (control == id::Remove) removeReceiver();
+  if (control == id::MoveUp) moveReceiver(-1);
+  if (control == id::MoveDown) moveReceiver(1);
+}
+
+bool DriversDialog::notified(const NMHDR& notice, LRESULT&) {
+  if (notice.code != LVN_ITEMCHANGED || filling_) return false;
+  const auto& change = reinterpret_cast<const NMLISTVIEW&>(notice);
+  if (!(change.uNewState & LVIS_SELECTED) || (change.uOldState & LVIS_SELECTED)) return false;
+  if (notice.idFrom == id::Receivers) {
+    select(change.iItem);
+  } else {
+    giveUpWrong();
+    parameter_ = change.iItem;
+    showParameter();
+  }
+  return true;
+}
+
+void DriversDialog::addReceiver() {
+  giveUpWrong();
+  const auto kind = static_cast<std::size_t>(SendMessageW(item(id::NewKind), CB_GETCURSEL, 0, 0));
+  if (kind >= receiverKinds().size()) return;
+  const std::string problem = model_.add(receiverKinds()[kind].name);
+  if (!problem.empty()) return say(problem);
+  receiver_ = static_cast<int>(model_.receivers().size()) - 1;
+  showReceivers();
+  showReceiver();
+  SetFocus(item(id::Name));
+}
+
+void DriversDialog::removeReceiver() {
+  giveUpWrong();
+  say(model_.remove(receiver_));
+  showReceivers();
+  showReceiver();
+}
+
+void DriversDialog::moveReceiver(int by) {
+  giveUpWrong();
+  const std::string problem = model_.move(receiver_, receiver_ + by);
+  if (!problem.empty()) return say(problem);
+  receiver_ += by;
+  showReceivers();
+  showReceiver();
+}
+
+void DriversDialog::nameTyped() {
+  judge(id::Name, model_.rename(receiver_, text(id::Name)));
+  if (wrong_ != id::Name)
+    win32::setCell(item(id::Receivers), receiver_, kName, model_.receivers()[receiver_].name);
+}
+
+void DriversDialog::valueTyped() {
+  const Parameter* typed = parameter();
+  if (!typed) return;
+  judge(id::Value, model_.setParameter(receiver_, typed->key, text(id::Value)));
+  if (wrong_ != id::Value) win32::setCell(item(id::Parameters), parameter_, 1, cell(*typed));
+}
+
+void DriversDialog::confirm() {
+  if (wrong_ != 0) {
+    say(problem_);
+    MessageBeep(MB_ICONWARNING);
+    SetFocus(item(wrong_));
+    return;
+  }
+  const FileResult applied = apply_();
+  if (applied) return close();
+  say(applied.reason);
+  MessageBoxW(window(), wide(applied.reason).c_str(), L"Receivers", MB_OK | MB_ICONWARNING);
+}
+
+}  // namespace kelvane::sondrel

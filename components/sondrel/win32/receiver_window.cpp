@@ -1,0 +1,82 @@
+#include "components/sondrel/win32/receiver_window.h"
+
+#include "components/sondrel/win32/dialog_ids.h"
+#include "components/sondrel/win32/simulated_window.h"
+
+namespace kelvane::sondrel {
+
+namespace {
+
+constexpr UINT kRefreshEvery = 200;  // ms
+
+std::string nameOf(const SondrelCore& core, Index rx) {
+  const Receiver* receiver = core.receiver(rx);
+  return receiver ? receiver->name() : std::string();
+}
+
+/// The settings of a receiver that is no simulated one: what it is and how its link stands.
+class PlainWindow final : public ReceiverWindow {
+ public:
+  PlainWindow(HWND owner, SondrelCore& core, Index rx) : ReceiverWindow(owner, core, rx, 400, 176) {
+    const DriversModel drivers = core.drivers();
+    const auto row = static_cast<std::size_t>(rx);
+    line(16, "Kind:", 0, std::string(drivers.kindOf(row).name));
+    line(40, "Host:", id::Host, drivers.parameter(row, "Host"));
+    line(64, "Port:", id::Port, drivers.parameter(row, "Port"));
+    line(88, "State:", id::State, "");
+    line(112, "Signal:", id::Signal, "");
+    add({IDCANCEL, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "&Close", {294, 138, 94, 26}});
+    PlainWindow::refresh();
+  }
+
+ private:
+  void line(int top, const char* label, int control, const std::string& text) {
+    add({id::Label, WC_STATICW, 0, label, {16, top, 60, 18}});
+    add({control, WC_STATICW, SS_NOPREFIX, text, {84, top, 300, 18}});
+  }
+  void refresh() override {
+    setText(id::State, linkWords());
+    setText(id::Signal, signalWords());
+  }
+  int defaultButton() const override { return IDCANCEL; }
+};
+
+}  // namespace
+
+ReceiverWindow::ReceiverWindow(HWND owner, SondrelCore& core, Index rx, int width, int height)
+    : DialogWindow({L"KelvaneReceiver", "Settings of " + nameOf(core, rx), owner, width, height}),
+      core_(core),
+      rx_(rx),
+      name_(nameOf(core, rx)) {
+  startTimer(kRefreshEvery);
+}
+
+void ReceiverWindow::tick() {
+  if (!core_.receiver(rx_) || nameOf(core_, rx_) != name_) return close();
+  refresh();
+}
+
+void ReceiverWindow::command(int control, int) {
+  if (control == IDCANCEL) close();
+}
+
+std::string ReceiverWindow::linkWords() const { return sondrel::linkWords(core_.receiver(rx_)); }
+
+std::string ReceiverWindow::signalWords() const {
+  const Receiver* receiver = core_.receiver(rx_);
+  const auto level = receiver ? receiver->level() : std::nullopt;
+  if (!level) return "none";
+  return std::to_string(*level) + " dBm, squelch " + (receiver->squelchOpen() ? "open" : "closed");
+}
+
+std::unique_ptr<ReceiverWindow> makeReceiverWindow(HWND owner, SondrelCore& core, Index rx) {
+  if (core.simulated(rx)) return std::make_unique<SimulatedWindow>(owner, core, rx);
+  return std::make_unique<PlainWindow>(owner, core, rx);
+}
+
+std::string linkWords(const Receiver* receiver) {
+  if (!receiver) return {};
+  return receiver->online() ? "Link: Up" : std::string(linkFaultWords(receiver->linkCode()));
+}
+
+}  // namespace kelvane::sondrel
