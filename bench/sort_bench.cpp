@@ -1,6 +1,5 @@
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
+#include <ctime>
 #include <functional>
 #include <numeric>
 #include <random>
@@ -10,10 +9,11 @@
 
 #include "base/number.h"
 #include "bench/measured_stack.h"
+#include "bench/table.h"
 #include "shell/grid_sort.h"
 
 // The sort of a grid of a million rows, with the making of its keys, against std::sort on keys that
-// are ready. Prints name, value, what it is compared with, and the ratio, one figure a line.
+// are ready.
 
 namespace {
 
@@ -24,18 +24,11 @@ using Cells = std::vector<std::string>;
 constexpr std::size_t kRows = 1'000'000;
 constexpr int kRuns = 5;
 
-/// The quickest of some runs, in milliseconds; what a run needs is made before its time starts.
-template <class Input>
-double quickest(const std::function<Input()>& make, const std::function<void(Input&)>& run) {
-  double best = 1e9;
-  for (int i = 0; i < kRuns; ++i) {
-    Input input = make();
-    const auto start = std::chrono::steady_clock::now();
-    run(input);
-    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
-    best = std::min(best, took.count());
-  }
-  return best;
+/// The processor's time and not the wall's: a sort waits for nothing but for other programs.
+double milliseconds(const std::function<void()>& work) {
+  const std::clock_t start = std::clock();
+  work();
+  return 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 std::vector<GridRow> rowNumbers() {
@@ -44,40 +37,40 @@ std::vector<GridRow> rowNumbers() {
   return rows;
 }
 
-double gridSort(const Cells& cells, GridOrder::By by) {
-  return quickest<std::vector<GridRow>>(rowNumbers, [&](std::vector<GridRow>& order) {
-    kelvane::sortGrid(order, {0, by, {}},
-                      [&](GridRow row, int) -> const std::string& { return cells[row]; });
-  });
+void sortRows(std::vector<GridRow>& order, const Cells& cells, GridOrder::By by) {
+  kelvane::sortGrid(order, {0, by, {}},
+                    [&](GridRow row, int) -> const std::string& { return cells[row]; });
 }
 
+/// The quickest of some runs of both; they take turns, so that both meet the same machine.
 template <class Key>
-double readyKeys(const std::function<Key(GridRow)>& keyOf) {
-  using Keys = std::vector<std::pair<Key, GridRow>>;
-  const auto make = [&] {
-    Keys keys;
-    for (GridRow row = 0; row < kRows; ++row) keys.emplace_back(keyOf(row), row);
-    return keys;
-  };
-  return quickest<Keys>(make, [](Keys& keys) { std::sort(keys.begin(), keys.end()); });
-}
-
-void print(const char* name, double value, const char* against, double baseline) {
-  std::printf("%-34s %8.1f ms  %-28s %8.1f ms  %5.2f\n", name, value, against, baseline,
-              value / baseline);
+void compare(const char* name, const Cells& cells, GridOrder::By by, const char* against,
+             const std::function<Key(GridRow)>& keyOf) {
+  std::vector<std::pair<Key, GridRow>> ready;
+  for (GridRow row = 0; row < kRows; ++row) ready.emplace_back(keyOf(row), row);
+  double ours = 1e9, baseline = 1e9;
+  for (int run = 0; run < kRuns; ++run) {
+    std::vector<GridRow> order = rowNumbers();
+    ours = std::min(ours, milliseconds([&] { sortRows(order, cells, by); }));
+    auto keys = ready;
+    baseline = std::min(baseline, milliseconds([&] { std::sort(keys.begin(), keys.end()); }));
+    const auto sameRow = [](GridRow row, const auto& key) { return row == key.second; };
+    kelvane::bench::must(std::equal(order.begin(), order.end(), keys.begin(), sameRow),
+                         "both sorts come to the same order");
+  }
+  kelvane::bench::print({name, ours, "ms", against, baseline, 2});
 }
 
 void byNumber(const char* name, const Cells& cells) {
-  const double baseline = readyKeys<double>([&](GridRow row) { return kelvane::num(cells[row]); });
-  print(name, gridSort(cells, GridOrder::By::Number), "std::sort on ready numbers", baseline);
+  compare<double>(name, cells, GridOrder::By::Number, "std::sort on ready numbers",
+                  [&](GridRow row) { return kelvane::num(cells[row]); });
 }
 
 void byText(const char* name, const Cells& cells) {
   Cells joined;
   for (std::size_t row = 0; row < kRows; ++row) joined.push_back(cells[row] + std::to_string(row));
-  const double baseline =
-      readyKeys<std::string_view>([&](GridRow row) { return std::string_view(joined[row]); });
-  print(name, gridSort(cells, GridOrder::By::Text), "std::sort on ready texts", baseline);
+  compare<std::string_view>(name, cells, GridOrder::By::Text, "std::sort on ready texts",
+                            [&](GridRow row) { return std::string_view(joined[row]); });
 }
 
 Cells randomFrequencies() {
@@ -101,11 +94,9 @@ Cells randomComments() {
 
 void stackDepth(const char* name, const Cells& cells, GridOrder::By by) {
   std::vector<GridRow> order = rowNumbers();
-  const std::size_t bytes = kelvane::MeasuredStack().run([&] {
-    kelvane::sortGrid(order, {0, by, {}},
-                      [&](GridRow row, int) -> const std::string& { return cells[row]; });
-  });
-  std::printf("%-34s %8zu bytes of stack\n", name, bytes);
+  const auto bytes =
+      static_cast<double>(kelvane::MeasuredStack().run([&] { sortRows(order, cells, by); }));
+  kelvane::bench::print({std::string("stack depth of ") + name, bytes / 1024, "KiB"});
 }
 
 }  // namespace
