@@ -185,6 +185,9 @@ void PanelWindow::unload() {
 
 void PanelWindow::changed() {
   if (!panel_) return;
+  if (panel_->nextDue() != scheduled_) schedule();
+  // Most messages change nothing: only what is shown counts as a frame.
+  if (panel_->view() == presented_) return;
   const ULONGLONG since = GetTickCount64() - lastFrame_;
   if (since >= kFrameTime) return show();
   if (!std::exchange(frameWaits_, true))
@@ -196,6 +199,7 @@ void PanelWindow::show() {
   frameWaits_ = false;
   lastFrame_ = GetTickCount64();
   MainView& view = panel_->view();
+  presented_ = view;
   if (std::exchange(caption_, view.caption) != view.caption)
     SetWindowTextW(window_, wide(view.caption).c_str());
   if (std::exchange(onTop_, view.onTop) != view.onTop) keepOnTop(window_, onTop_);
@@ -205,12 +209,12 @@ void PanelWindow::show() {
     if (control.tip != face->shown().tip) tips_->set(face->window(), control.tip);
     face->show(control);
   }
-  schedule();
 }
 
 void PanelWindow::schedule() {
-  const auto wait = std::chrono::duration_cast<milliseconds>(panel_->nextDue() -
-                                                             std::chrono::steady_clock::now());
+  scheduled_ = panel_->nextDue();
+  const auto wait =
+      std::chrono::duration_cast<milliseconds>(scheduled_ - std::chrono::steady_clock::now());
   const auto due = std::clamp<long long>(wait.count() + 1, USER_TIMER_MINIMUM, 1000);
   SetTimer(window_, kTick, static_cast<UINT>(due), nullptr);
 }

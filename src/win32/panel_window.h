@@ -64,6 +64,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   std::vector<std::unique_ptr<Face>> faces_;
   std::unique_ptr<ToolTips> tips_;
   MAin* panel_ = nullptr;
+  MainView presented_;
+  Instant scheduled_ = kNever;
   ULONGLONG lastFrame_ = 0;
   bool frameWaits_ = false;
   bool pumping_ = false;
