@@ -134,6 +134,10 @@ void RunningPanel::toForeground() const {
 
 void RunningPanel::key(WORD code, int modifiers) {
   toForeground();
+  keyHere(code, modifiers);
+}
+
+void RunningPanel::keyHere(WORD code, int modifiers) {
   const std::vector<std::pair<int, WORD>> held = {{1, VK_SHIFT}, {2, VK_CONTROL}, {4, VK_MENU}};
   for (const auto& [bit, modifier] : held) {
     if (modifiers & bit) send(modifier, false);
@@ -183,6 +187,12 @@ void RunningPanel::moveToResolution(int dpi) {
   WriteProcessMemory(process_.hProcess, there, &place, sizeof place, nullptr);
   SendMessageW(window_, WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(there));
   VirtualFreeEx(process_.hProcess, there, 0, MEM_RELEASE);
+}
+
+void RunningPanel::clickAt(int x, int y) {
+  SetCursorPos(x, y);
+  sendMouse(MOUSEEVENTF_LEFTDOWN);
+  sendMouse(MOUSEEVENTF_LEFTUP);
 }
 
 void RunningPanel::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }

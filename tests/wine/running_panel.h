@@ -30,6 +30,8 @@ class RunningPanel {
   /// Waits until the receiver with this tab is shown and answers.
   bool settledOn(int tab);
   HWND window() const { return window_; }
+  /// A window of the program's that is on the screen now, by its class; null for none.
+  HWND findWindow(const wchar_t* windowClass) const;
   HWND control(int id) const { return GetDlgItem(window_, id); }
   bool visible(int id) const { return IsWindowVisible(control(id)) != 0; }
   bool enabled(int id) const { return IsWindowEnabled(control(id)) != 0; }
@@ -45,6 +47,10 @@ class RunningPanel {
   void type(const std::string& characters);
   /// One real key with modifiers (Shift 1, Ctrl 2, Alt 4).
   void key(WORD code, int modifiers = 0);
+  /// The same for the window that has the keyboard, whichever it is.
+  void keyHere(WORD code, int modifiers = 0);
+  /// A left click at a place of the screen.
+  void clickAt(int x, int y);
   enum class Mouse { Left, Right };
   void click(int id, Mouse button = Mouse::Left);
   void clickTab(int tab);
@@ -61,7 +67,6 @@ class RunningPanel {
   DWORD processId() const { return process_.dwProcessId; }
 
  private:
-  HWND findWindow(const wchar_t* windowClass) const;
   void toForeground() const;
 
   PROCESS_INFORMATION process_{};
