@@ -6,7 +6,7 @@
 #include <numeric>
 #include <random>
 
-#include "bench/measured_stack.h"
+#include "benchmarks/measured_stack.h"
 
 namespace kelvane {
 namespace {

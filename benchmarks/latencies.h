@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/table.h"
+#include "benchmarks/table.h"
 
 namespace kelvane::bench {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "base/number.h"
-#include "bench/measured_stack.h"
-#include "bench/table.h"
+#include "benchmarks/measured_stack.h"
+#include "benchmarks/table.h"
 #include "shell/grid_sort.h"
 
 // The sort of a grid of a million rows, with the making of its keys, against std::sort on keys that

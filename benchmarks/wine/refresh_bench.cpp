@@ -6,8 +6,8 @@
 #include <set>
 #include <string>
 
-#include "bench/latencies.h"
-#include "bench/wine/timing_board.h"
+#include "benchmarks/latencies.h"
+#include "benchmarks/wine/timing_board.h"
 #include "components/ambrel/ambrel_core.h"
 #include "components/sondrel/sondrel_core.h"
 #include "shell/main_window.h"

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "base/win32/utf16.h"
-#include "bench/latencies.h"
-#include "bench/wine/process_accounts.h"
-#include "bench/wine/timing_board.h"
+#include "benchmarks/latencies.h"
+#include "benchmarks/wine/process_accounts.h"
+#include "benchmarks/wine/timing_board.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 

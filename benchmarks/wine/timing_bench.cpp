@@ -4,9 +4,9 @@
 #include <set>
 #include <string>
 
-#include "bench/latencies.h"
-#include "bench/wine/process_accounts.h"
-#include "bench/wine/timing_board.h"
+#include "benchmarks/latencies.h"
+#include "benchmarks/wine/process_accounts.h"
+#include "benchmarks/wine/timing_board.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 #include "ui/control_ids.h"
@@ -29,7 +29,7 @@ class TimingCopy : public wine::ProgramCopy {
  public:
   TimingCopy() {
     using namespace std::filesystem;
-    copy_file(wine::programFolder() / L"..\\bench\\Sondrel.dll", folder() / L"Sondrel.dll",
+    copy_file(wine::programFolder() / L"..\\benchmarks\\Sondrel.dll", folder() / L"Sondrel.dll",
               copy_options::overwrite_existing);
     copy(wine::programFolder() / L"data", folder() / L"data",
          copy_options::recursive | copy_options::overwrite_existing);

@@ -2,7 +2,7 @@
 // the first header.
 #include <initguid.h>
 
-#include "bench/wine/timing_sondrel/timing_object.h"
+#include "benchmarks/wine/timing_sondrel/timing_object.h"
 #include "contract/win32/server/class_factory.h"
 
 namespace {

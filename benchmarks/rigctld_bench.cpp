@@ -16,7 +16,7 @@
 #include <unistd.h>
 
 #include "base/tcp_client.h"
-#include "bench/latencies.h"
+#include "benchmarks/latencies.h"
 #include "components/sondrel/rigctld_session.h"
 
 // Tuning a real radio server through a session, from the request to the report of its answer,

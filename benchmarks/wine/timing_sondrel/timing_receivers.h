@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "bench/wine/timing_board.h"
+#include "benchmarks/wine/timing_board.h"
 #include "contract/components.h"
 #include "contract/win32/table_macros.h"
 

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <thread>
 
-#include "bench/wine/timing_sondrel/timing_receivers.h"
+#include "benchmarks/wine/timing_sondrel/timing_receivers.h"
 #include "contract/win32/server/component_host.h"
 #include "contract/win32/server/object_count.h"
 #include "contract/win32/server/sondrel_face.h"

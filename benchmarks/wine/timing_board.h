@@ -4,7 +4,7 @@
 
 #include <atomic>
 
-#include "bench/table.h"
+#include "benchmarks/table.h"
 
 namespace kelvane::bench {
 

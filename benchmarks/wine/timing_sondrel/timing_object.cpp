@@ -1,4 +1,4 @@
-#include "bench/wine/timing_sondrel/timing_object.h"
+#include "benchmarks/wine/timing_sondrel/timing_object.h"
 
 namespace kelvane::bench {
 

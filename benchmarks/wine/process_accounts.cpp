@@ -1,4 +1,4 @@
-#include "bench/wine/process_accounts.h"
+#include "benchmarks/wine/process_accounts.h"
 
 #include <windows.h>
 
@@ -8,7 +8,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "bench/table.h"
+#include "benchmarks/table.h"
 
 namespace kelvane::bench {
 
