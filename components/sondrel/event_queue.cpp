@@ -37,7 +37,8 @@ void EventQueue::remove(ReceiverListener& listener) {
 
 void EventQueue::raise(bool global, Raise event, std::uint32_t series) {
   if (seats_.empty()) return;
-  const auto shared = std::make_shared<const Event>(++raised_, global, series, std::move(event));
+  const auto shared =
+      std::make_shared<const Event>(Event{++raised_, global, series, std::move(event)});
   for (const auto& seat : seats_) {
     if (series != 0) {
       std::erase_if(seat->waiting, [series](const auto& e) { return e->series == series; });
@@ -51,11 +52,14 @@ void EventQueue::deliver() {
   if (depth_ >= kDeepest) return;
   woken_ = false;
   const std::uint64_t last = raised_;
-  {
-    const Restored deeper(depth_, depth_ + 1);
+  const Restored deeper(depth_, depth_ + 1);
+  try {
     while (const auto seat = next(last)) deliverTo(*seat);
+  } catch (...) {
+    // What the handler left behind is delivered by the next call, which somebody has to ask for.
+    if (waiting()) wakeOnce();
+    throw;
   }
-  if (waiting()) wakeOnce();
 }
 
 std::shared_ptr<EventQueue::Seat> EventQueue::next(std::uint64_t last) const {

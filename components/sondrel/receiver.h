@@ -76,7 +76,7 @@ class Receiver {
   std::int32_t newest(Item item) const { return values_.newest(item); }
   bool squelchOpen() const { return squelchOpen_; }
   /// The last S-meter reading, dBm; none while the receiver does not answer.
-  std::optional<Long> level() const { return online_ ? level_ : std::nullopt; }
+  std::optional<Long> level() const { return level_; }
   /// State of an IO line; 0 for a line that there is not.
   Long out(Long line) const;
 

@@ -58,13 +58,20 @@ void ReceiverChannels::recall(const ChannelRecord& record, Instant now) {
 std::optional<ChannelRecord> ReceiverChannels::limited(const ChannelRecord& record) const {
   const Capabilities& can = receiver_.can();
   ChannelRecord result = record;
-  if (!can.mode(record.mode)) return std::nullopt;
-  if (!can.agc.empty() && !choiceOf(can.agc, record.agc)) return std::nullopt;
-  if (can.agc.empty()) result.agc = 0;
+  // Who fills in a channel that was empty may have chosen neither mode nor AGC: they are 0 then,
+  // a value that not every receiver has.
+  if (record.mode == 0 && !can.mode(0) && !can.modes.empty()) result.mode = can.modes.front().value;
+  if (!can.mode(result.mode)) return std::nullopt;
+  if (can.agc.empty()) {
+    result.agc = 0;
+  } else if (record.agc == 0) {
+    result.agc = can.agc.front().value;
+  }
+  if (!can.agc.empty() && !choiceOf(can.agc, result.agc)) return std::nullopt;
   result.frequency = can.nearestFrequency(record.frequency);
   result.bfo = can.hasBfo() ? can.nearestBfo(record.bfo) : 0;
-  result.filter = record.filter != 0 ? can.nearestFilter(record.mode, record.filter)
-                                     : can.mode(record.mode)->usual;
+  result.filter = record.filter != 0 ? can.nearestFilter(result.mode, record.filter)
+                                     : can.mode(result.mode)->usual;
   result.skip = can.channelSkip && record.skip != 0 ? 1 : 0;
   return result;
 }

@@ -21,7 +21,8 @@ class ReceiverChannels {
   Outcome store(Channel channel, Instant now);
   /// The receiver takes what the channel holds; on an empty one it stays where it is.
   Outcome select(Channel channel, Instant now);
-  /// Limited to what the receiver can do; fails for a mode or an AGC value that it lacks.
+  /// Limited to what the receiver can do; fails for a mode or an AGC value that it lacks, but 0
+  /// stands for its first one then, and a filter of 0 for the mode's usual one.
   Outcome set(Channel channel, const ChannelRecord& record, Instant now);
   /// Channel 0 of a receiver that counts from 1 is cleared in silence.
   Outcome clear(Channel channel, Instant now);

@@ -29,7 +29,10 @@ Answer<Hz> frequencyOf(const Receiver& r, Long selector) {
 // The component itself.
 
 Answer<Count> SondrelCore::OpenRxConfig(Text instance, Long mode) {
-  if (mode != 0 && mode != 1) return Answer<Count>::failed(0);
+  const bool wrong = mode != 0 && mode != 1;
+  // Under the dialog the list that it edits must stay the one that is open.
+  const bool edited = editing_ && (mode == 0 || instance_ != instance);
+  if (wrong || edited) return Answer<Count>::failed(0);
   if (mode == 0 || instance_ != instance) open(instance);
   if (mode == 1) editDrivers();
   afterwards();

@@ -77,7 +77,9 @@ TEST_F(Channels, AReadingCanBeStoppedAndStartedAgain) {
   rig.run(milliseconds(25));
   core.StopRxChannels(0);
   core.StopRxChannels(0);
-  EXPECT_EQ(heard("RxChnStatus").back(), "RxChnStatus 0 -1 0 0 0 0 0 0");
+  EXPECT_EQ(heard("RxChnStatus"),
+            (Lines{"RxChnStatus 0 0 0 0 0 0 0 0", "RxChnStatus 0 1 0 0 0 0 0 0",
+                   "RxChnStatus 0 -1 0 0 0 0 0 0"}));
   rig.run(milliseconds(500));
   EXPECT_EQ(heard("RxChnStatus"), Lines{}) << "one end, and nothing after it";
   core.ReadRxChannels(0);
@@ -127,6 +129,14 @@ TEST_F(Channels, WhatIsSetIsLimitedToTheReceiver) {
   EXPECT_EQ(core.SetRxChannel(0, 3, 5'000'000, 0, 99, 0, 0, 0), Outcome::Failed);
   EXPECT_EQ(core.SetRxChannel(0, 3, 5'000'000, 0, 0, 0, 99, 0), Outcome::Failed);
   EXPECT_EQ(core.SetRxChannel(2, 0, 5'000'000, 0, 0, 0, 0, 0), Outcome::Failed);
+}
+
+TEST_F(Channels, ANewEntryNeedsNoMoreThanAFrequency) {
+  SondrelRig other;
+  other.configure("[Receiver 1]\nName=A\nModes=USB CW\nAgc=medium fast\nBfo=none\n");
+  other.open();
+  EXPECT_EQ(other.core.SetRxChannel(0, 3, 5'000'000, 0, 0, 0, 0, 0), Outcome::Done);
+  EXPECT_EQ(readAll(other, 0), Lines{"3 5000000 0 2 2700 1 0"});
 }
 
 TEST_F(Channels, ChannelsAreClearedAlsoByAFrequencyOfZero) {

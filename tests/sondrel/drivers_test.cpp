@@ -148,6 +148,8 @@ TEST_F(Drivers, AllCanBeTakenAway) {
 TEST_F(Drivers, TheDialogEditsAndAppliesWhileEventsGoOn) {
   rig.windows.edit = [&](DriversModel& model, const auto& apply) {
     EXPECT_EQ(core.OpenRxConfig("Kelvane", 1), 3) << "a second dialog is not opened";
+    EXPECT_FALSE(core.OpenRxConfig("Other", 0).ok()) << "the edited list would go to another file";
+    EXPECT_FALSE(core.OpenRxConfig("Other", 1).ok());
     core.SetRxFrequency(0, false, 4'000'000);
     rig.pump();
     EXPECT_EQ(rig.listener.lines(), Lines{"RxFrqUpdated 0 4000000 0"});

@@ -135,6 +135,7 @@ TEST_F(EventQueueTest, AHandlerThatThrowsLeavesTheQueueUsable) {
   raise(1, true);
   raise(2);
   EXPECT_THROW(queue.deliver(), int);
+  EXPECT_EQ(wakes, 2) << "for the event that is left";
   EXPECT_FALSE(queue.global());
   queue.deliver();
   EXPECT_EQ(codes(first), (Lines{"1", "2"}));

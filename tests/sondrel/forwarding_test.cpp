@@ -50,6 +50,14 @@ TEST_F(Forward, EveryReceiversChangesGoToAllOthersOnce) {
   EXPECT_EQ(frequencies(), (std::vector<Hz>{2'000'000, 2'000'000, 2'000'000}));
 }
 
+TEST_F(Forward, WhatIsNoChangeIsNotPassedOn) {
+  core.SetRxForward(0);
+  core.SetRxFrequency(0, false, 3'000'000);
+  core.SetRxFrequency(2, false, 4'000'000);
+  core.SetRxFrequency(0, false, 3'000'000);
+  EXPECT_EQ(core.GetRxFrequency(2, kTuned), 4'000'000);
+}
+
 TEST_F(Forward, OnlyTheMastersChangesGoToTheSlaves) {
   core.SetRxForward(2);
   core.SetRxFrequency(0, false, 2'500'000);
