@@ -3,7 +3,13 @@
 namespace kelvane::ambrel {
 
 AirTime::AirTime(const StationTable& table, UtcMinute minute) : table_(&table), minute_(minute) {
+  moments_.reserve(table.lists().size());
   for (const StationList& list : table.lists()) moments_.emplace_back(minute, list.season);
+  for (const StationTable::Set& set : table.sets()) {
+    const StationList& list = table.lists()[set.list];
+    views_.push_back(
+        {&moments_[set.list], list.rules.data(), list.form == StationList::Form::Eibi});
+  }
 }
 
 const AirTime& AirClock::now(const StationTable& table) {

@@ -141,7 +141,7 @@ Answer<Flag> AmbrelCore::FindRxKnownFrequency(Hz frequency, Hz tolerance) {
 
 Answer<Hz> AmbrelCore::GetRxKnownFrequency() {
   if (!stations_.found()) return Answer<Hz>::failed(-1);
-  return stations_.found()->record->frequency;
+  return stations_.found()->frequency;
 }
 
 Answer<Text> AmbrelCore::GetFrqKnownName() {

@@ -80,7 +80,7 @@ void AmbrelCore::take(Loaded& loaded) {
 
 void AmbrelCore::useData(StationData data) {
   const auto found = stations_.found();
-  const Hz known = found ? found->record->frequency : -1;
+  const Hz known = found ? found->frequency : -1;
   words_.reset();
   data_ = std::move(data);
   stations_.setTable(data_.table);
@@ -102,10 +102,7 @@ void AmbrelCore::choose(Hz frequency, Setting mode, Setting filter) {
 const StationWords* AmbrelCore::words() {
   const auto& found = stations_.found();
   if (!found) return nullptr;
-  if (!words_) {
-    const AirTime then(*data_.table, found->minute);
-    words_ = wordsFor(*data_.table, *found, then, *codes_);
-  }
+  if (!words_) words_ = wordsFor(*data_.table, *found, stations_.lastTime(), *codes_);
   return &*words_;
 }
 
@@ -120,9 +117,9 @@ Recommendation AmbrelCore::recommendationFor(const StationTable& table, Hz frequ
 std::optional<Recommendation> AmbrelCore::foundRecommendation() {
   const auto& found = stations_.found();
   if (!found) return std::nullopt;
-  const AirTime then(*data_.table, found->minute);
-  const StationDetails details = detailsOf(*data_.table, *found->record, then, *codes_);
-  return recommendationFor(*data_.table, found->record->frequency, details);
+  const StationDetails details =
+      detailsOf(*data_.table, found->frequency, *found->record, stations_.lastTime(), *codes_);
+  return recommendationFor(*data_.table, found->frequency, details);
 }
 
 }  // namespace kelvane::ambrel

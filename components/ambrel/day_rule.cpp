@@ -125,29 +125,33 @@ std::optional<DayRule> wordRule(std::string_view text) {
   return rule;
 }
 
+/// Whether the day lies between two days of an Islamic month. The reckoned calendar may be a day
+/// out either way; better a day too many than one too few.
+bool nearIslamic(Day day, int month, int from, int to) {
+  for (const Day other : {day - 1, day, day + 1}) {
+    const Date islamic = islamicDateOf(other);
+    if (islamic.month == month && islamic.day >= from && islamic.day <= to) return true;
+  }
+  return false;
+}
+
 }  // namespace
+
+DayFacts::DayFacts(Day which) : day(which) {
+  const Date calendar = dateOf(which);
+  date = calendar.month * 100 + calendar.day;
+  dayOfMonth = 1u << (calendar.day - 1);
+  month = static_cast<std::uint16_t>(1u << (calendar.month - 1));
+  weekday = static_cast<std::uint8_t>(1u << weekdayOf(which));
+  week = static_cast<std::uint8_t>(1u << ((calendar.day - 1) / 7));
+  ramadan = nearIslamic(which, 9, 1, 30);
+  haj = nearIslamic(which, 12, 7, 13);
+}
 
 bool DayRule::onlyWeekdays() const {
   DayRule plain;
   plain.weekdays = weekdays;
   return *this == plain;
-}
-
-bool DayRule::allows(Day day) const {
-  if ((weekdays >> weekdayOf(day) & 1) == 0) return false;
-  const Date date = dateOf(day);
-  if ((daysOfMonth >> (date.day - 1) & 1) == 0 || (months >> (date.month - 1) & 1) == 0)
-    return false;
-  if ((weeks >> ((date.day - 1) / 7) & 1) == 0) return false;
-  // The reckoned calendar may be a day out either way; better a day too many than one too few.
-  const auto near = [day](int month, int from, int to) {
-    for (const Day other : {day - 1, day, day + 1}) {
-      const Date islamic = islamicDateOf(other);
-      if (islamic.month == month && islamic.day >= from && islamic.day <= to) return true;
-    }
-    return false;
-  };
-  return (!ramadan || near(9, 1, 30)) && (!haj || near(12, 7, 13));
 }
 
 std::optional<DayRule> readDays(std::string_view text) {

@@ -9,6 +9,20 @@
 
 namespace kelvane::ambrel {
 
+/// What rules ask of a day, worked out once for all of them.
+struct DayFacts {
+  explicit DayFacts(Day day);
+
+  Day day;
+  std::int32_t date;         ///< month times 100 plus day
+  std::uint32_t dayOfMonth;  ///< one bit, as in the masks of a rule; so are the next three
+  std::uint16_t month;
+  std::uint8_t weekday;
+  std::uint8_t week;
+  bool ramadan;
+  bool haj;
+};
+
 /// On which days something is on the air: the days that all of its masks allow. A broadcast that
 /// runs past midnight belongs to the day on which it began.
 struct DayRule {
@@ -30,7 +44,10 @@ struct DayRule {
 
   /// Whether weekdays are all that the rule asks about.
   bool onlyWeekdays() const;
-  bool allows(Day day) const;
+  bool allows(const DayFacts& day) const {
+    return (weekdays & day.weekday) && (daysOfMonth & day.dayOfMonth) && (months & day.month) &&
+           (weeks & day.week) && (!ramadan || day.ramadan) && (!haj || day.haj);
+  }
 };
 
 /// The rule that a schedule's column of days states: empty for daily; names of weekdays one after

@@ -55,7 +55,7 @@ bool readTimes(std::string_view text, Record& record) {
   int minutes = to - from;
   if (minutes == 0) minutes = from % kMinutesOfDay == 0 ? kMinutesOfDay : 1;
   if (minutes < 0) minutes += kMinutesOfDay;
-  record.start = static_cast<std::uint16_t>(from % kMinutesOfDay);
+  record.start = static_cast<std::uint16_t>(from % kMinutesOfDay) & 0x7FF;
   record.minutes = static_cast<std::uint16_t>(minutes);
   return true;
 }

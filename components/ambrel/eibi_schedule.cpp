@@ -1,98 +1,58 @@
 #include "components/ambrel/eibi_schedule.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <unordered_map>
 
 #include "base/encoding.h"
 #include "base/text.h"
 #include "components/ambrel/eibi_line.h"
 #include "components/ambrel/kilohertz.h"
+#include "components/ambrel/rule_book.h"
 #include "components/ambrel/text_table.h"
+#include "components/ambrel/two_numbers.h"
 
 namespace kelvane::ambrel {
 
 namespace {
 
-constexpr std::size_t kBytesOfLine = 48;  // a little under what real lists have
-
-/// Day and month of a Start or Stop column.
-struct YearDay {
-  int day = 0;  ///< 0: none
-  int month = 0;
-};
-
-/// The date in that year that lies nearest to a day.
-Day nearest(YearDay date, Day day) {
-  const int year = dateOf(day).year;
-  Day best = dayOf(Date{year, date.month, date.day});
-  for (const int other : {year - 1, year + 1}) {
-    const Day candidate = dayOf(Date{other, date.month, date.day});
-    if (std::abs(candidate - day) < std::abs(best - day)) best = candidate;
-  }
-  return best;
-}
-
-/// Lines that last beyond their season come back in the same weeks of every year; the others mean
-/// the dates that lie nearest to the season.
-DateWindow windowOf(YearDay start, YearDay stop, bool everyYear, Season season) {
-  if (start.day && stop.day && everyYear)
-    return {start.month * 100 + start.day, stop.month * 100 + stop.day, true};
-  const Day middle = dayOf((season.start() + season.end()) / 2);
-  DateWindow window;
-  if (start.day) window.from = nearest(start, middle);
-  if (stop.day) window.to = nearest(stop, middle);
-  if (start.day && stop.day && window.to < window.from)
-    window.to = dayOf(Date{dateOf(window.from).year + 1, stop.month, stop.day});
-  return window;
-}
-
-bool twoNumbers(std::string_view text, int& first, int& second) {
-  if (text.size() != 4) return false;
-  for (const char c : text) {
-    if (c < '0' || c > '9') return false;
-  }
-  first = (text[0] - '0') * 10 + text[1] - '0';
-  second = (text[2] - '0') * 10 + text[3] - '0';
-  return true;
-}
-
-/// Reads DDMM, [MMYY] or both; the brackets tell when it was last heard and bind nothing.
-bool readYearDay(std::string_view text, YearDay& date) {
-  text = trimmed(text.substr(0, text.find('[')));
-  if (text.empty()) return true;
-  return twoNumbers(text, date.day, date.month) && date.day >= 1 && date.day <= 31 &&
-         date.month >= 1 && date.month <= 12;
-}
+// Room is made for a real list at once; a larger one grows into it.
+constexpr std::size_t kBytesOfLine = 48, kUsualLines = 1 << 15;
 
 /// Collects a schedule's records line by line.
 class Reader {
  public:
-  Reader(Season season, ScheduleReading& reading) : season_(season), reading_(reading) {
-    reading_.rules.emplace_back();
-  }
+  Reader(Season season, ScheduleReading& reading) : reading_(reading), book_(season) {}
+
+  std::vector<FurtherRule> takeRules() { return book_.takeRules(); }
 
   /// Takes one line; answers what is wrong with it, nullptr for nothing.
   const char* take(const LineCutter& line) {
-    if (!hasEibiFields(line)) return "the number of fields is wrong";
-    Record record;
-    if (!readKilohertz(field(line, EibiColumn::Frequency), record.frequency))
-      return "the frequency cannot be read";
-    if (!readTimes(field(line, EibiColumn::Times), record)) return "the times cannot be read";
-    if (!readPersistence(field(line, EibiColumn::Persistence), record.persistence))
-      return "the persistence code is unknown";
-    if (record.persistence == kInactive) {
-      ++reading_.inactive;
-      return nullptr;
-    }
-    if (!readDaysAndDates(line, record)) return "the dates cannot be read";
-    record.line = static_cast<std::uint32_t>(line.offset());
-    reading_.records.push_back(record);
-    return nullptr;
+    // Filled in place: to build a record elsewhere and copy it costs as much as reading it.
+    ListedRecord& listed = reading_.records.emplace_back();
+    bool inactive = false;
+    const char* const problem = read(line, listed, inactive);
+    if (problem || inactive) reading_.records.pop_back();
+    if (inactive) ++reading_.inactive;
+    return problem;
   }
 
  private:
   static constexpr std::uint8_t kInactive = 8;
+
+  const char* read(const LineCutter& line, ListedRecord& listed, bool& inactive) {
+    if (!hasEibiFields(line)) return "the number of fields is wrong";
+    if (!readKilohertz(field(line, EibiColumn::Frequency), listed.frequency))
+      return "the frequency cannot be read";
+    if (!readTimes(field(line, EibiColumn::Times), listed.record))
+      return "the times cannot be read";
+    std::uint8_t persistence = 0;
+    if (!readPersistence(field(line, EibiColumn::Persistence), persistence))
+      return "the persistence code is unknown";
+    inactive = persistence == kInactive;
+    if (inactive) return nullptr;
+    listed.record.persistence = persistence & 7;
+    listed.source.line = static_cast<std::uint32_t>(line.offset());
+    return readDaysAndDates(line, listed) ? nullptr : "the dates cannot be read";
+  }
 
   static bool readPersistence(std::string_view text, std::uint8_t& code) {
     code = 0;
@@ -102,64 +62,23 @@ class Reader {
     return true;
   }
 
-  bool readDaysAndDates(const LineCutter& line, Record& record) {
+  bool readDaysAndDates(const LineCutter& line, ListedRecord& listed) {
     const std::string_view days = field(line, EibiColumn::Days),
                            start = field(line, EibiColumn::Start),
                            stop = field(line, EibiColumn::Stop);
     if (days.empty() && start.empty() && (stop.empty() || stop.front() == '[')) return true;
-    const Known& known = knownRule(days, start, stop, record.persistence);
-    if (!known.valid) return false;
-    if (known.unknownDays) ++reading_.unknownDays;
-    record.rule = known.rule;
-    record.weekdays = known.weekdays;
-    record.irregular = known.irregular;
-    return true;
+    const RuleBook::Reading read =
+        book_.read(days, start, stop, static_cast<std::uint8_t>(listed.record.persistence));
+    if (read.daysUnknown) ++reading_.unknownDays;
+    listed.source.rule = read.rule;
+    listed.record.hasRule = read.rule != 0;
+    listed.record.weekdays = read.weekdays;
+    listed.record.irregular = read.irregular;
+    return read.valid;
   }
 
-  /// What days and dates come to; the same few are met again and again.
-  struct Known {
-    bool valid = false;
-    bool unknownDays = false;
-    bool irregular = false;
-    std::uint8_t weekdays = DayRule::kAllWeekdays;
-    std::uint32_t rule = 0;
-  };
-
-  const Known& knownRule(std::string_view days, std::string_view start, std::string_view stop,
-                         std::uint8_t persistence) {
-    key_.assign(days).append(1, ';').append(start).append(1, ';');
-    key_.append(stop.substr(0, stop.find('['))).append(1, static_cast<char>('0' + persistence));
-    const auto found = known_.find(key_);
-    if (found != known_.end()) return found->second;
-    return known_.emplace(key_, work(days, start, stop, persistence)).first->second;
-  }
-
-  Known work(std::string_view days, std::string_view start, std::string_view stop,
-             std::uint8_t persistence) {
-    Known known;
-    FurtherRule rule;
-    YearDay from, to;
-    known.valid = readYearDay(start, from) && readYearDay(stop, to);
-    if (!known.valid) return known;
-    const bool everyYear = persistence >= 1 && persistence <= 5;
-    if (from.day || to.day) rule.dates = windowOf(from, to, everyYear, season_);
-    const auto read = readDays(days);
-    known.unknownDays = !read;
-    rule.days = read.value_or(DayRule{});
-    known.irregular = !read || rule.days.irregular;
-    known.weekdays = rule.days.weekdays;
-    rule.days.mode.reset();
-    rule.days.irregular = false;
-    if (rule.days.onlyWeekdays() && !from.day && !to.day) return known;
-    known.rule = static_cast<std::uint32_t>(reading_.rules.size());
-    reading_.rules.push_back(rule);
-    return known;
-  }
-
-  Season season_;
   ScheduleReading& reading_;
-  std::string key_;
-  std::unordered_map<std::string, Known> known_;
+  RuleBook book_;
 };
 
 bool isHeading(std::string_view line) {
@@ -179,7 +98,7 @@ ScheduleReading readEibiSchedule(std::string_view text, Season season) {
   ScheduleReading reading;
   reading.refusal = whyNoText(text);
   if (!reading.refusal.empty()) return reading;
-  reading.records.reserve(text.size() / kBytesOfLine);
+  reading.records.reserve(std::min(text.size() / kBytesOfLine, kUsualLines));
   Reader reader(season, reading);
   LineCutter line(text);
   while (line.next()) {
@@ -187,6 +106,7 @@ ScheduleReading readEibiSchedule(std::string_view text, Season season) {
     if ((first < '0' || first > '9') && isHeading(line.line())) continue;
     if (const char* problem = reader.take(line)) reading.problems.add(line.number(), problem);
   }
+  reading.rules = reader.takeRules();
   reading.refusal = refusalOf(reading);
   return reading;
 }

@@ -13,10 +13,10 @@ namespace kelvane::ambrel {
 
 /// What was read from a broadcast schedule. The records' `line` are offsets into the text read.
 struct ScheduleReading {
-  std::vector<Record> records;     ///< in the text's order
-  std::vector<FurtherRule> rules;  ///< records refer to them from 1; the first is never used
-  std::size_t inactive = 0;        ///< lines marked as not transmitting; they are left out
-  std::size_t unknownDays = 0;     ///< lines whose days were not understood, taken as irregular
+  std::vector<ListedRecord> records;  ///< in the text's order
+  std::vector<FurtherRule> rules;     ///< records refer to them from 1; the first is never used
+  std::size_t inactive = 0;           ///< lines marked as not transmitting; they are left out
+  std::size_t unknownDays = 0;        ///< lines whose days were not understood, taken as irregular
   LineProblems problems;
   /// Why the text is no such schedule, in words; empty when it is one.
   std::string refusal;

@@ -14,11 +14,11 @@ namespace kelvane::ambrel {
 
 namespace {
 
-std::string cellOf(const StationTable& table, const Record& record, const StationDetails& details,
-                   ListColumn column) {
+std::string cellOf(const StationTable& table, Hz frequency, const Record& record,
+                   const StationDetails& details, ListColumn column) {
   switch (column) {
     case ListColumn::Frequency:
-      return kilohertzText(record.frequency);
+      return kilohertzText(frequency);
     case ListColumn::Name:
       return details.name;
     case ListColumn::Info:
@@ -61,22 +61,21 @@ struct Search {
     std::uint32_t record = 0;
   };
 
-  bool takes(const Record& record, const AirTime& time, const std::vector<std::string>& words,
-             std::string& key) const;
+  bool takes(Hz frequency, const Record& record, const AirTime& time,
+             const std::vector<std::string>& words, std::string& key) const;
 };
 
-bool Search::takes(const Record& record, const AirTime& time, const std::vector<std::string>& words,
-                   std::string& key) const {
-  const bool scheduled = table->listOf(record).form == StationList::Form::Eibi;
-  if (query.onAirOnly && !(scheduled && time.onAir(record))) return false;
+bool Search::takes(Hz frequency, const Record& record, const AirTime& time,
+                   const std::vector<std::string>& words, std::string& key) const {
+  if (query.onAirOnly && !(time.isScheduled(record) && time.onAir(record))) return false;
   const bool byFrequency = query.sort == ListColumn::Frequency;
   if (words.empty() && byFrequency) return true;
-  const StationDetails details = detailsOf(*table, record, time, *codes);
+  const StationDetails details = detailsOf(*table, frequency, record, time, *codes);
   std::string all;
   for (std::size_t column = 0; column < kListHeadings.size() && !words.empty(); ++column)
-    all += cellOf(*table, record, details, static_cast<ListColumn>(column)) + '\n';
+    all += cellOf(*table, frequency, record, details, static_cast<ListColumn>(column)) + '\n';
   if (!hasAllWords(searchForm(all), words)) return false;
-  if (!byFrequency) key = searchForm(cellOf(*table, record, details, query.sort));
+  if (!byFrequency) key = searchForm(cellOf(*table, frequency, record, details, query.sort));
   return true;
 }
 
@@ -84,11 +83,14 @@ std::optional<std::vector<std::uint32_t>> Search::run() const {
   const AirTime time(*table, minute);
   const std::vector<std::string> words = searchWords(query.text);
   std::vector<Row> found;
-  const auto records = table->records();
-  for (std::uint32_t place = 0; place < records.size(); ++place) {
-    if (place % 256 == 0 && isOvertaken()) return std::nullopt;
-    Row row{{}, place};
-    if (takes(records[place], time, words, row.key)) found.push_back(std::move(row));
+  std::uint32_t number = 0;  // of the record among all
+  for (std::size_t place = 0; place < table->size(); ++place) {
+    if (isOvertaken()) return std::nullopt;
+    for (const Record& record : table->at(place)) {
+      Row row{{}, number++};
+      if (takes(table->frequency(place), record, time, words, row.key))
+        found.push_back(std::move(row));
+    }
   }
   const auto before = [](const Row& a, const Row& b) {
     return std::tie(a.key, a.record) < std::tie(b.key, b.record);
@@ -133,15 +135,15 @@ void KnownList::take(std::vector<std::uint32_t> rows, std::shared_ptr<const Stat
   searching_ = false;
   rows_ = std::move(rows);
   table_ = std::move(table);
-  minute_ = minute;
+  time_ = std::make_unique<const AirTime>(*table_, minute);
   detailedRow_ = static_cast<std::size_t>(-1);
   changed_();
 }
 
 const StationDetails& KnownList::details(std::size_t row) const {
   if (detailedRow_ != row) {
-    const AirTime time(*table_, minute_);
-    details_ = detailsOf(*table_, table_->records()[rows_[row]], time, *core_.codes());
+    details_ =
+        detailsOf(*table_, frequency(row), table_->records()[rows_[row]], *time_, *core_.codes());
     detailedRow_ = row;
   }
   return details_;
@@ -149,11 +151,11 @@ const StationDetails& KnownList::details(std::size_t row) const {
 
 std::string KnownList::cell(std::size_t row, ListColumn column) const {
   if (row >= rows_.size()) return {};
-  return cellOf(*table_, table_->records()[rows_[row]], details(row), column);
+  return cellOf(*table_, frequency(row), table_->records()[rows_[row]], details(row), column);
 }
 
 Hz KnownList::frequency(std::size_t row) const {
-  return row < rows_.size() ? table_->records()[rows_[row]].frequency : -1;
+  return row < rows_.size() ? table_->frequencyOfRecord(rows_[row]) : -1;
 }
 
 std::size_t KnownList::rowNear(Hz wanted) const {
@@ -170,19 +172,19 @@ std::size_t KnownList::rowNear(Hz wanted) const {
 
 void KnownList::choose(std::size_t row) {
   if (row >= rows_.size()) return;
-  const Record& record = table_->records()[rows_[row]];
-  const Recommendation best = core_.recommendationFor(*table_, record.frequency, details(row));
-  core_.choose(record.frequency, best.mode, best.filter);
+  const Recommendation best = core_.recommendationFor(*table_, frequency(row), details(row));
+  core_.choose(frequency(row), best.mode, best.filter);
 }
 
 std::string KnownList::status() const {
-  std::string text =
-      std::to_string(rows_.size()) + " of " + std::to_string(table_->recordCount()) + " stations";
+  std::string text = std::to_string(rows_.size()) + " of " +
+                     std::to_string(table_->records().size()) + " stations";
+  if (!time_) return text;
   bool schedule = false;
   for (const StationList& list : table_->lists()) {
     if (!list.season) continue;
     schedule = true;
-    text += "; schedule " + ageText(*list.season, minute_);
+    text += "; schedule " + ageText(*list.season, time_->minute());
   }
   if (!schedule) text += "; no schedule is loaded";
   return text;

@@ -65,8 +65,8 @@ class KnownList {
   ListQuery query_;
   bool searching_ = false;
   std::shared_ptr<const StationTable> table_ = std::make_shared<const StationTable>();
-  UtcMinute minute_ = 0;             ///< for which the rows were sought
-  std::vector<std::uint32_t> rows_;  ///< places of the table's records
+  std::unique_ptr<const AirTime> time_;  ///< of the table's records, when the rows were sought
+  std::vector<std::uint32_t> rows_;      ///< places of the table's records
   /// The row last asked about: a window asks for the cells of a row one after the other.
   mutable std::size_t detailedRow_ = static_cast<std::size_t>(-1);
   mutable StationDetails details_;

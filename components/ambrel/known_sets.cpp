@@ -35,15 +35,15 @@ std::optional<Setting> readFilter(std::string_view text) {
 }
 
 /// What is wrong with a line, nullptr for nothing; then the record has its frequency.
-const char* read(const LineCutter& line, Record& record) {
+const char* read(const LineCutter& line, ListedRecord& listed) {
   if (line.fields() < 2 || line.fields() > kFields + 1) return "the number of fields is wrong";
-  if (!readKilohertz(trimmed(line.field(0)), record.frequency))
+  if (!readKilohertz(trimmed(line.field(0)), listed.frequency))
     return "the frequency cannot be read";
   if (trimmed(line.field(1)).empty()) return "there is no name";
   if (!readMode(trimmed(line.field(4)))) return "the mode is unknown";
   if (!readFilter(trimmed(line.field(5)))) return "the filter is no bandwidth in Hz";
   if (!trimmed(line.field(kFields)).empty()) return "the number of fields is wrong";
-  record.line = static_cast<std::uint32_t>(line.offset());
+  listed.source.line = static_cast<std::uint32_t>(line.offset());
   return nullptr;
 }
 
@@ -67,14 +67,14 @@ void readLines(StationList& list, std::string_view title) {
       place.reset();
       continue;
     }
-    Record record;
-    if (const char* problem = read(line, record)) {
+    ListedRecord listed;
+    if (const char* problem = read(line, listed)) {
       list.problems.add(line.number(), problem);
       continue;
     }
     if (!place) place = setNamed(list, set);
-    record.set = *place;
-    list.records.push_back(record);
+    listed.record.set = *place;
+    list.records.push_back(listed);
   }
 }
 

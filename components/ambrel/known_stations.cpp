@@ -9,25 +9,22 @@ namespace kelvane::ambrel {
 namespace {
 
 /// Lower speaks first.
-int rankOf(const StationTable& table, const Record& record, const AirTime& time,
-           Long preferredSet) {
+int rankOf(const Record& record, const AirTime& time, Long preferredSet) {
   constexpr int kOffAir = 4;
   const bool preferred = record.set == preferredSet;
-  if (table.listOf(record).form == StationList::Form::Known) return preferred ? 0 : 2;
+  if (!time.isScheduled(record)) return preferred ? 0 : 2;
   if (time.onAir(record)) return preferred ? 0 : record.irregular ? 3 : 1;
-  const AirMoment& moment = time.momentOf(record);
-  const int wait = moment.inSeason(record) ? moment.untilStart(record) : kMinutesOfDay;
-  return kOffAir + wait;
+  return kOffAir + time.momentOf(record).untilStart(record);
 }
 
 /// Place in an ordered row to which a step from the position leads; its size where there is none.
-std::size_t stepFrom(std::span<const Hz> row, Hz position, Long direction) {
-  if (direction > 0) {
-    if (position == std::numeric_limits<Hz>::max()) return row.size();
-    return firstAtOrAbove(row, position + 1);
-  }
-  const std::size_t above = firstAtOrAbove(row, position);
-  return above > 0 ? above - 1 : row.size();
+/// `atOrAbove` finds the first place of the row that is not below a frequency.
+template <class AtOrAbove>
+std::size_t stepFrom(Hz position, Long direction, std::size_t size, AtOrAbove atOrAbove) {
+  if (direction > 0)
+    return position == std::numeric_limits<Hz>::max() ? size : atOrAbove(position + 1);
+  const std::size_t above = atOrAbove(position);
+  return above > 0 ? above - 1 : size;
 }
 
 }  // namespace
@@ -39,7 +36,7 @@ const Record& spokesman(const StationTable& table, std::size_t place, const AirT
   if (records.size() == 1) return *best;
   int bestRank = std::numeric_limits<int>::max();
   for (const Record& record : records) {
-    const int rank = rankOf(table, record, time, preferredSet);
+    const int rank = rankOf(record, time, preferredSet);
     if (rank >= bestRank) continue;
     best = &record;
     bestRank = rank;
@@ -55,7 +52,7 @@ void KnownStations::setTable(std::shared_ptr<const StationTable> table) {
 }
 
 bool KnownStations::find(Hz frequency, Hz tolerance) {
-  const auto place = table_->nearest(frequency, tolerance);
+  const auto place = table_->places().nearest(frequency, tolerance);
   if (place) {
     select(*place);
   } else {
@@ -66,19 +63,25 @@ bool KnownStations::find(Hz frequency, Hz tolerance) {
 }
 
 FrqRecord KnownStations::walkAll(Long direction) {
-  const auto row = table_->frequencies();
-  const std::size_t place = stepFrom(row, position_, direction);
-  if (place == row.size()) return stay(row);
-  return arriveAt(row[place], place + 1, row.size());
+  const PlaceIndex& row = table_->places();
+  const auto atOrAbove = [&row](Hz frequency) { return row.atOrAbove(frequency); };
+  const std::size_t place = stepFrom(position_, direction, row.size(), atOrAbove);
+  if (place < row.size()) return arriveAt(row.frequency(place), place + 1, row.size());
+  return stay(table_->places().nearest(position_, 0), row.size());
 }
 
 FrqRecord KnownStations::walkInSet(Long set, Long direction) {
-  if (set < 0 || static_cast<std::size_t>(set) >= table_->sets().size()) return stay({});
+  if (set < 0 || static_cast<std::size_t>(set) >= table_->sets().size()) return stay({}, 0);
   const std::span<const Hz> row = table_->sets()[static_cast<std::size_t>(set)].frequencies;
-  const std::size_t place = stepFrom(row, position_, direction);
-  if (place == row.size()) return stay(row);
-  walkedSet_ = set;
-  return arriveAt(row[place], place + 1, row.size());
+  const auto atOrAbove = [row](Hz frequency) { return firstAtOrAbove(row, frequency); };
+  const std::size_t place = stepFrom(position_, direction, row.size(), atOrAbove);
+  if (place < row.size()) {
+    walkedSet_ = set;
+    return arriveAt(row[place], place + 1, row.size());
+  }
+  const std::size_t here = atOrAbove(position_);
+  const bool onIt = here < row.size() && row[here] == position_;
+  return stay(onIt ? std::optional(here) : std::nullopt, row.size());
 }
 
 FrqRecord KnownStations::walkSets(Long direction) {
@@ -94,7 +97,7 @@ FrqRecord KnownStations::walkSets(Long direction) {
     walkedSet_ = set;
     return arriveAt(*other, static_cast<std::size_t>(set) + 1, static_cast<std::size_t>(count));
   }
-  return {std::max(currentSet(), -1) + 1, count, position_};
+  return {currentSet() + 1, count, position_};
 }
 
 Long KnownStations::currentSet() const {
@@ -104,14 +107,12 @@ Long KnownStations::currentSet() const {
 
 FrqRecord KnownStations::arriveAt(Hz frequency, std::size_t position, std::size_t count) {
   position_ = frequency;
-  select(*table_->exactly(frequency));
+  select(*table_->places().nearest(frequency, 0));
   return {static_cast<Long>(position), static_cast<Count>(count), frequency};
 }
 
-FrqRecord KnownStations::stay(std::span<const Hz> row) const {
-  const std::size_t place = firstAtOrAbove(row, position_);
-  const bool onIt = place < row.size() && row[place] == position_;
-  return {onIt ? static_cast<Long>(place) + 1 : 0, static_cast<Count>(row.size()), position_};
+FrqRecord KnownStations::stay(std::optional<std::size_t> place, std::size_t count) const {
+  return {place ? static_cast<Long>(*place) + 1 : 0, static_cast<Count>(count), position_};
 }
 
 bool KnownStations::isIn(Long set, std::size_t place) const {
@@ -122,8 +123,10 @@ bool KnownStations::isIn(Long set, std::size_t place) const {
 
 void KnownStations::select(std::size_t place) {
   if (walkedSet_ >= 0 && !isIn(walkedSet_, place)) walkedSet_ = -1;
+  table_->expect(place);  // reading the clock takes as long as fetching them
   const AirTime& time = clock_.now(*table_);
-  found_ = FoundStation{place, &spokesman(*table_, place, time, walkedSet_), time.minute()};
+  found_ = FoundStation{place, table_->frequency(place),
+                        &spokesman(*table_, place, time, walkedSet_), time.minute()};
 }
 
 }  // namespace kelvane::ambrel

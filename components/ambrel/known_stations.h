@@ -15,6 +15,7 @@ namespace kelvane::ambrel {
 /// the moment for which that was decided.
 struct FoundStation {
   std::size_t place = 0;
+  Hz frequency = -1;
   const Record* record = nullptr;
   UtcMinute minute = 0;
 };
@@ -58,10 +59,13 @@ class KnownStations {
 
   /// The present minute for the table.
   const AirTime& airTime() { return clock_.now(*table_); }
+  /// The minute that was last asked for, the clock not being read anew; only where something is
+  /// found.
+  const AirTime& lastTime() const { return clock_.last(); }
 
  private:
   FrqRecord arriveAt(Hz frequency, std::size_t position, std::size_t count);
-  FrqRecord stay(std::span<const Hz> walked) const;
+  FrqRecord stay(std::optional<std::size_t> place, std::size_t count) const;
   bool isIn(Long set, std::size_t place) const;
   void select(std::size_t place);
 

@@ -8,10 +8,12 @@
 #include <cstring>
 #include <string_view>
 
+#include "components/ambrel/byte_marks.h"
+
 namespace kelvane::ambrel {
 
 /// Walks a text line by line and parts each line at the ";" in it. Made for lists of many short
-/// lines: it looks at eight bytes at a step, and copies and allocates nothing.
+/// lines: it looks at many bytes at a step, and copies and allocates nothing.
 class LineCutter {
  public:
   /// Fields that are told apart; further ones are only counted.
@@ -52,37 +54,19 @@ class LineCutter {
   }
 
  private:
-  static constexpr std::size_t kBlock = 64;
-  static constexpr std::uint64_t kEach = 0x0101010101010101;
-  static_assert(std::endian::native == std::endian::little);
+  static constexpr std::size_t kBlock = byte_marks::kBlock;
 
-  /// Bit 7 of every byte that is equal to the wanted one.
-  static std::uint64_t equalBytes(std::uint64_t word, char wanted) {
-    const std::uint64_t other = word ^ (kEach * static_cast<unsigned char>(wanted));
-    constexpr std::uint64_t kLow = kEach * 0x7F;
-    return ~(((other & kLow) + kLow) | other | kLow);
-  }
-
-  static std::uint64_t eightBits(std::uint64_t highBits) {
-    return (highBits >> 7) * 0x0102040810204080 >> 56;
-  }
-
-  /// Finds the separators of the block that begins at `block_`, a bit for each byte.
+  /// Finds the separators of the block that begins at `block_`.
   void load() {
-    std::array<char, kBlock> bytes{};
+    std::array<char, kBlock> rest{};
     const std::size_t left = block_ < text_.size() ? text_.size() - block_ : 0;
-    const char* from = bytes.data();
+    const char* from = rest.data();
     if (left >= kBlock)
       from = text_.data() + block_;
     else if (left > 0)
-      std::memcpy(bytes.data(), text_.data() + block_, left);
-    marks_ = ends_ = 0;
-    for (std::size_t step = 0; step < kBlock / 8; ++step) {
-      std::uint64_t word;
-      std::memcpy(&word, from + step * 8, 8);
-      marks_ |= eightBits(equalBytes(word, ';')) << (step * 8);
-      ends_ |= eightBits(equalBytes(word, '\n')) << (step * 8);
-    }
+      std::memcpy(rest.data(), text_.data() + block_, left);
+    marks_ = byte_marks::find(from, ';');
+    ends_ = byte_marks::find(from, '\n');
   }
 
   /// Notes the separators whose bits are set; answers how many fields have ended now.

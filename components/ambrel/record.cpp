@@ -8,13 +8,6 @@ constexpr std::int8_t kHourEarlier = 0, kAsListed = 1, kHourLater = 2, kSilent =
 
 }  // namespace
 
-bool DateWindow::holds(Day day) const {
-  if (!yearly) return day >= from && day <= to;
-  const Date date = dateOf(day);
-  const Day place = date.month * 100 + date.day;
-  return from <= to ? place >= from && place <= to : place >= from || place <= to;
-}
-
 AirMoment::AirMoment(UtcMinute minute, std::optional<Season> listSeason)
     : clocks_{clockAt(minute - 60), clockAt(minute), clockAt(minute + 60)} {
   readings_.fill(kAsListed);
@@ -32,20 +25,22 @@ AirMoment::AirMoment(UtcMinute minute, std::optional<Season> listSeason)
 }
 
 std::int32_t AirMoment::startOf(const Record& record) const {
-  const std::int8_t reading = readings_[record.persistence & 7];
+  const std::int8_t reading = readings_[record.persistence];
   if (reading < 0) return record.start;
   // A clock that is an hour behind is met an hour later.
   return (record.start + (kAsListed - reading) * 60 + kMinutesOfDay) % kMinutesOfDay;
 }
 
 std::int32_t AirMoment::untilStart(const Record& record) const {
-  return (startOf(record) - clocks_[kAsListed].minute + kMinutesOfDay) % kMinutesOfDay;
+  const std::int8_t reading = readings_[record.persistence];
+  if (reading < 0) return kMinutesOfDay;
+  const std::int32_t wait = record.start - clocks_[static_cast<std::size_t>(reading)].minute;
+  return wait < 0 ? wait + kMinutesOfDay : wait;
 }
 
 AirMoment::Clock AirMoment::clockAt(UtcMinute minute) {
   const Day day = dayOf(minute);
-  return {minuteOfDay(minute), day, static_cast<std::uint8_t>(1u << weekdayOf(day)),
-          static_cast<std::uint8_t>(1u << weekdayOf(day - 1))};
+  return {minuteOfDay(minute), {DayFacts(day - 1), DayFacts(day)}};
 }
 
 }  // namespace kelvane::ambrel

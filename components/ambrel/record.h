@@ -12,20 +12,32 @@
 
 namespace kelvane::ambrel {
 
-/// One line of a list of stations, as the lookup needs it; the words stay in the list's text until
-/// they are asked for. Small on purpose: there may be a million.
+/// When one line of a list of stations is on the air, as the lookup needs it. Small on purpose:
+/// there may be a million, and the lookup waits for memory more than for anything else.
 struct Record {
-  static constexpr std::uint8_t kAlways = 7;  ///< in the place of a persistence code
+  static constexpr unsigned kAlways = 7;  ///< in the place of a persistence code
 
-  Hz frequency = 0;
-  std::uint32_t line = 0;        ///< offset of the line in the list's text
-  std::uint16_t start = 0;       ///< minute of the day, 0 to 1439
-  std::uint16_t minutes = 1440;  ///< how long it lasts; may run past midnight
-  std::uint32_t rule = 0;        ///< place in the list's further rules; 0 for none
+  std::uint16_t start : 11 = 0;  ///< minute of the day, 0 to 1439
+  std::uint16_t persistence : 3 = kAlways;
+  std::uint16_t irregular : 1 = false;
+  std::uint16_t hasRule : 1 = false;  ///< its list has a further rule for it
+  std::uint16_t minutes = 1440;       ///< how long it lasts; may run past midnight
   std::uint16_t set = 0;
   std::uint8_t weekdays = DayRule::kAllWeekdays;
-  std::uint8_t persistence = kAlways;
-  bool irregular = false;
+};
+static_assert(sizeof(Record) == 8);
+
+/// Where the rest of a record is.
+struct RecordSource {
+  std::uint32_t line = 0;  ///< offset of the line in the list's text
+  std::uint32_t rule = 0;  ///< place in the list's further rules, where it has one
+};
+
+/// A record and where it is heard, as a list has them one after the other.
+struct ListedRecord {
+  Hz frequency = 0;
+  Record record;
+  RecordSource source;
 };
 
 /// Days of a year between which something is valid, the last one included.
@@ -35,7 +47,10 @@ struct DateWindow {
   /// Where it comes back every year: month times 100 plus day, perhaps over the turn of the year.
   bool yearly = false;
 
-  bool holds(Day day) const;
+  bool holds(const DayFacts& day) const {
+    if (!yearly) return day.day >= from && day.day <= to;
+    return from <= to ? day.date >= from && day.date <= to : day.date >= from || day.date <= to;
+  }
 };
 
 /// What few records need beyond weekdays and times.
@@ -43,7 +58,7 @@ struct FurtherRule {
   DayRule days;
   DateWindow dates;
 
-  bool allows(Day day) const { return dates.holds(day) && days.allows(day); }
+  bool allows(const DayFacts& day) const { return dates.holds(day) && days.allows(day); }
 };
 
 /// Tells of a list's records whether they are on the air at one minute. A list is written for one
@@ -54,34 +69,33 @@ class AirMoment {
   explicit AirMoment(UtcMinute minute) : AirMoment(minute, std::nullopt) {}
   AirMoment(UtcMinute minute, std::optional<Season> listSeason);
 
-  bool onAir(const Record& record, const std::vector<FurtherRule>& rules) const {
-    const std::int8_t reading = readings_[record.persistence & 7];
-    if (reading < 0) return false;
+  /// The day on which the broadcast began that is on the air now, as far as times and weekdays
+  /// tell; nullptr where none is. A further rule of the record has to allow that day.
+  const DayFacts* beganOn(const Record& record) const {
+    const std::int8_t reading = readings_[record.persistence];
+    if (reading < 0) return nullptr;
     const Clock& clock = clocks_[static_cast<std::size_t>(reading)];
     const std::int32_t since = clock.minute - record.start;
     const bool sinceYesterday = since < 0;
-    if (since + (sinceYesterday ? kMinutesOfDay : 0) >= record.minutes) return false;
-    if ((record.weekdays & (sinceYesterday ? clock.yesterday : clock.today)) == 0) return false;
-    if (record.rule == 0) return true;
-    return rules[record.rule].allows(sinceYesterday ? clock.day - 1 : clock.day);
+    const DayFacts& day = clock.days[sinceYesterday ? 0 : 1];
+    // Both are looked at, as nothing foretells the outcome of either.
+    const bool then = (since + (sinceYesterday ? kMinutesOfDay : 0) < record.minutes) &
+                      ((record.weekdays & day.weekday) != 0);
+    return then ? &day : nullptr;
   }
-
-  /// Whether the present season has records of that persistence code at all.
-  bool inSeason(const Record& record) const { return readings_[record.persistence & 7] >= 0; }
 
   /// Minute of the day at which the record begins in the present season.
   std::int32_t startOf(const Record& record) const;
 
-  /// Minutes from now to the next time of the day at which the record begins.
+  /// Minutes from now to the next time of the day at which the record begins; a whole day where the
+  /// present season does not have it.
   std::int32_t untilStart(const Record& record) const;
 
  private:
   /// The present time as lines with a shift of one hour earlier, none, one hour later read it.
   struct Clock {
-    std::int32_t minute = 0;
-    Day day = 0;
-    std::uint8_t today = 0;
-    std::uint8_t yesterday = 0;
+    std::int32_t minute;
+    std::array<DayFacts, 2> days;  ///< yesterday, today
   };
 
   static Clock clockAt(UtcMinute minute);

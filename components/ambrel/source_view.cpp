@@ -51,7 +51,7 @@ std::vector<SourceRow> sourceRows(AmbrelCore& core) {
 
 std::string sourceStatus(const AmbrelCore& core) {
   const StationTable& table = *core.data().table;
-  std::string text = std::to_string(table.recordCount()) + " stations on " +
+  std::string text = std::to_string(table.records().size()) + " stations on " +
                      std::to_string(table.size()) + " frequencies in " +
                      std::to_string(table.sets().size()) + " sets.";
   const std::string& last = core.isLoading() ? "Loading..." : core.loadWords();

@@ -16,12 +16,12 @@ struct StationList {
   enum class Form { Known, Eibi };
 
   Form form = Form::Known;
-  std::filesystem::path file;     ///< where it was read from
-  bool usersOwn = false;          ///< not one of the shipped texts
-  std::string text;               ///< the records' words; they are read when asked for
-  std::vector<std::string> sets;  ///< names of its sets; a record's `set` is a place in here
-  std::vector<Record> records;    ///< until a table takes them over
-  std::size_t count = 0;          ///< number of records
+  std::filesystem::path file;         ///< where it was read from
+  bool usersOwn = false;              ///< not one of the shipped texts
+  std::string text;                   ///< the records' words; they are read when asked for
+  std::vector<std::string> sets;      ///< names of its sets; a record's `set` is a place in here
+  std::vector<ListedRecord> records;  ///< until a table takes them over
+  std::size_t count = 0;              ///< number of records
   std::vector<FurtherRule> rules;
   std::optional<Season> season;  ///< of a schedule
   std::string origin;            ///< a schedule's own file name, as the user knows it

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "components/ambrel/place_index.h"
 #include "components/ambrel/station_list.h"
 
 namespace kelvane::ambrel {
@@ -25,43 +26,48 @@ class StationTable {
 
   StationTable() : StationTable(std::vector<StationList>()) {}
   /// Takes the records out of the lists. Where records have one frequency they keep the lists'
-  /// order. Sets without a record are left out.
+  /// order.
   explicit StationTable(std::vector<StationList> lists);
 
-  std::size_t size() const { return frequencies_.size(); }
-  std::size_t recordCount() const { return records_.size(); }
-  Hz frequency(std::size_t place) const { return frequencies_[place]; }
-  std::span<const Hz> frequencies() const { return frequencies_; }
-  std::span<const Record> records() const { return records_; }
+  std::size_t size() const { return places_.size(); }
+  Hz frequency(std::size_t place) const { return places_.frequency(place); }
   std::span<const Record> at(std::size_t place) const {
-    return std::span(records_).subspan(firsts_[place], firsts_[place + 1] - firsts_[place]);
+    const auto [first, end] = places_.records(place);
+    return std::span(records_).subspan(first, end - first);
   }
+  /// Tells the processor that the records at a place are wanted soon.
+  void expect(std::size_t place) const {
+    __builtin_prefetch(records_.data() + places_.records(place).first);
+  }
+  /// The rest of one of the table's own records.
+  const RecordSource& sourceOf(const Record& record) const {
+    return sources_[static_cast<std::size_t>(&record - records_.data())];
+  }
+  const PlaceIndex& places() const { return places_; }
 
   /// The records at that very frequency; none where it is not known.
   std::span<const Record> atFrequency(Hz frequency) const {
-    const auto place = exactly(frequency);
+    const auto place = places_.nearest(frequency, 0);
     return place ? at(*place) : std::span<const Record>();
   }
 
-  /// Place of that very frequency.
-  std::optional<std::size_t> exactly(Hz frequency) const;
-  /// Place of the frequency nearest to the given one and at most `tolerance` Hz away; of two that
-  /// are equally near the lower one.
-  std::optional<std::size_t> nearest(Hz frequency, Hz tolerance) const;
+  /// All records in order of frequency.
+  std::span<const Record> records() const { return records_; }
+  /// Frequency of the record at a place among all records.
+  Hz frequencyOfRecord(std::size_t record) const;
 
   const std::vector<Set>& sets() const { return sets_; }
   const std::vector<StationList>& lists() const { return lists_; }
   const StationList& listOf(const Record& record) const { return lists_[sets_[record.set].list]; }
 
  private:
+  void take(std::size_t list, std::vector<ListedRecord>& all);
+
   std::vector<StationList> lists_;
   std::vector<Set> sets_;
   std::vector<Record> records_;
-  std::vector<Hz> frequencies_;
-  std::vector<std::uint32_t> firsts_;  ///< of each frequency its first record; one more at the end
+  std::vector<RecordSource> sources_;  ///< of each record
+  PlaceIndex places_;
 };
-
-/// Place of the first of the ordered frequencies that is at least the given one.
-std::size_t firstAtOrAbove(std::span<const Hz> frequencies, Hz frequency);
 
 }  // namespace kelvane::ambrel

@@ -42,9 +42,9 @@ void append(std::string& text, const std::string& more, const char* between) {
   text += more;
 }
 
-StationDetails scheduleDetails(const StationTable& table, const Record& record, const AirTime& time,
-                               const Codes& codes) {
-  const ScheduleLine line = scheduleLineAt(table.listOf(record).text, record.line);
+StationDetails scheduleDetails(const StationTable& table, Hz frequency, const Record& record,
+                               const AirTime& time, const Codes& codes) {
+  const ScheduleLine line = scheduleLineAt(table.listOf(record).text, table.sourceOf(record).line);
   StationDetails details;
   details.name = line.station.empty() ? codes.country(line.country) : line.station;
   details.language = codes.languages(line.language);
@@ -59,7 +59,7 @@ StationDetails scheduleDetails(const StationTable& table, const Record& record, 
     details.target = codes.target(line.target);
   const auto rule = readDays(line.days);
   const auto mode =
-      rule && rule->mode ? rule->mode : modeByWords(line.language, line.station, record.frequency);
+      rule && rule->mode ? rule->mode : modeByWords(line.language, line.station, frequency);
   if (mode) details.mode = static_cast<Setting>(*mode);
   return details;
 }
@@ -74,7 +74,7 @@ std::vector<std::string> othersThere(const StationTable& table, const FoundStati
   std::vector<std::string> names;
   for (const Record& record : table.at(found.place)) {
     if (!(isSchedule(table, record) ? time.onAir(record) : amongSets)) continue;
-    const std::string other = detailsOf(table, record, time, codes).name;
+    const std::string other = detailsOf(table, found.frequency, record, time, codes).name;
     if (other == name || std::find(names.begin(), names.end(), other) != names.end()) continue;
     names.push_back(other);
   }
@@ -92,10 +92,10 @@ std::string othersText(const std::vector<std::string>& names) {
 
 }  // namespace
 
-StationDetails detailsOf(const StationTable& table, const Record& record, const AirTime& time,
-                         const Codes& codes) {
-  if (isSchedule(table, record)) return scheduleDetails(table, record, time, codes);
-  KnownLine line = knownLineAt(table.listOf(record).text, record.line);
+StationDetails detailsOf(const StationTable& table, Hz frequency, const Record& record,
+                         const AirTime& time, const Codes& codes) {
+  if (isSchedule(table, record)) return scheduleDetails(table, frequency, record, time, codes);
+  KnownLine line = knownLineAt(table.listOf(record).text, table.sourceOf(record).line);
   StationDetails details;
   details.name = std::move(line.name);
   details.info = std::move(line.info);
@@ -111,7 +111,7 @@ Recommendation recommendation(std::span<const Record> there, const StationTable&
   for (const Record& record : there) {
     if (best.mode >= 0 && best.filter > 0) break;
     if (isSchedule(table, record)) continue;
-    const KnownLine line = knownLineAt(table.listOf(record).text, record.line);
+    const KnownLine line = knownLineAt(table.listOf(record).text, table.sourceOf(record).line);
     if (best.mode >= 0 && line.mode != best.mode) continue;
     best = {line.mode, line.filter};
   }
@@ -123,7 +123,7 @@ Recommendation recommendation(std::span<const Record> there, const StationTable&
 
 StationWords wordsFor(const StationTable& table, const FoundStation& found, const AirTime& time,
                       const Codes& codes) {
-  StationDetails details = detailsOf(table, *found.record, time, codes);
+  StationDetails details = detailsOf(table, found.frequency, *found.record, time, codes);
   StationWords words{details.name, details.info, details.extra};
   if (isSchedule(table, *found.record)) {
     if (!time.onAir(*found.record)) words.info = "not on the air now,";

@@ -24,8 +24,9 @@ struct StationDetails {
   Setting filter = 0;
 };
 
-StationDetails detailsOf(const StationTable& table, const Record& record, const AirTime& time,
-                         const Codes& codes);
+/// The record must be one of those at that frequency.
+StationDetails detailsOf(const StationTable& table, Hz frequency, const Record& record,
+                         const AirTime& time, const Codes& codes);
 
 /// A mode and the bandwidth (Hz) to go with it.
 struct Recommendation {
