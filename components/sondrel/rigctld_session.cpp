@@ -1,6 +1,7 @@
 #include "components/sondrel/rigctld_session.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kelvane::sondrel {
 
@@ -18,8 +19,6 @@ constexpr milliseconds kLongestBackOff{16000};
 // The link is up when frequency and mode are known; a radio that refuses slowly tells the rest of
 // what it can do later.
 constexpr milliseconds kGreetingLimit{700};
-constexpr int kMostTroubles = 3;
-constexpr int kRejected = 9;
 
 LinkState stateOf(CloseReason reason) {
   switch (reason) {
@@ -53,7 +52,7 @@ void RigctldSession::open(bool reopen, Instant now) {
   answerOwed_ = true;
   const bool running = phase_ == Phase::Running;
   const bool up = running && said_ == LinkState::Up;
-  const bool deaf = running && !up && !flight_ && !heartbeat();
+  const bool deaf = running && !up && !flight_ && !health_.heartbeat(*can_);
   if (phase_ == Phase::Closed || (up && reopen) || deaf) return startConnection();
   if (up) return say(LinkState::Up);
   if (flight_ && flight_->late) flight_->limit = now + kReplyLimit;
@@ -152,9 +151,7 @@ void RigctldSession::startConnection() {
   wanted_ = ++connections_;
   handshake_ = RigctldHandshake(options_.model);
   readings_.restart();
-  unreadable_ = {};
-  suspended_ = {};
-  troubles_ = {};
+  health_ = {};
   replyLimit_ = kReplyLimit;
 }
 
@@ -244,7 +241,7 @@ void RigctldSession::comeUp(Instant now) {
   reports_.push_back(CapabilityReport{can_});
   readings_.learn(can_, true);
   collect();
-  plan_.start(polled(), now);
+  plan_.start(health_.polled(*can_), now);
   say(LinkState::Up);
 }
 
@@ -256,85 +253,43 @@ void RigctldSession::probed(const Reply& reply, Instant now) {
   can_ = std::make_shared<const RigctldCapabilities>(limited());
   reports_.push_back(CapabilityReport{can_});
   readings_.learn(can_, false);
-  plan_.start(polled(), now);
+  plan_.start(health_.polled(*can_), now);
 }
 
 void RigctldSession::gotReading(RigItem item, const Reply& reply, Instant now) {
   const auto mode = readings_.situation().mode;
   const bool good = readings_.take(item, reply, now);
   if (!good) readings_.unreadable(item);
-  judgeLink(item, reply, good, now);
-  if (phase_ != Phase::Running) return;
-  judgeItem(item, reply, good);
-  if (readings_.situation().mode != mode) suspended_ = {};
-  plan_.start(polled(), now);
+  if (readings_.situation().mode != mode) health_.modeChanged();
+  const auto finding = health_.judge(item, reply, good, said_ == LinkState::Up, *can_);
+  if (finding.drop) return fail(*finding.link);
+  if (finding.ask) askHeartbeat();
+  nextAttempt_ = finding.ask ? now : now + kBetweenAttempts;
+  plan_.start(health_.polled(*can_), now);
+  // Any answer ends a silence; a radio's trouble ends with its heartbeat alone.
+  const bool answered = said_ == LinkState::Timeout && !finding.ask;
+  if (finding.link || answered) recover(finding.link.value_or(LinkState::Up));
+}
+
+void RigctldSession::recover(LinkState state) {
+  const bool troubled = said_ == LinkState::NotResponding || said_ == LinkState::Error;
+  if (state == LinkState::Up && troubled) handshake_.askAgain();
+  say(state);
 }
 
 void RigctldSession::gotOrder(const RigOrder& order, const Reply& reply, Instant now) {
-  if (reply.ok()) {
-    readings_.accepted(order, requests_.waits(order.request.item), now);
-    if (order.request.item == RigItem::Mode) plan_.hurry(RigItem::Frequency);
-    if (said_ == LinkState::Timeout) say(LinkState::Up);
+  if (!reply.ok()) {
+    readings_.refused(order, now);
+    if (stateOfError(*reply.report)) askHeartbeat();
     return;
   }
-  readings_.refused(order, now);
-  if (const auto beat = heartbeat(); beat && stateOfError(*reply.report)) plan_.hurry(*beat);
+  readings_.accepted(order, requests_.waits(order.request.item), now);
+  if (order.request.item == RigItem::Mode) plan_.hurry(RigItem::Frequency);
+  if (said_ == LinkState::Timeout) say(LinkState::Up);
 }
 
-/// The reading by which the link is judged: a single setting that cannot be read is no fault.
-std::optional<RigItem> RigctldSession::heartbeat() const {
-  for (const auto item : {RigItem::Frequency, RigItem::Mode, RigItem::Strength}) {
-    if (can_->readable.has(item) && !unreadable_.has(item)) return item;
-  }
-  return std::nullopt;
-}
-
-void RigctldSession::judgeLink(RigItem item, const Reply& reply, bool good, Instant now) {
-  nextAttempt_ = now + kBetweenAttempts;
-  if (good) {
-    if (said_ != LinkState::Up || answerOwed_) {
-      if (said_ != LinkState::Timeout) handshake_.askAgain();
-      say(LinkState::Up);
-    }
-    return;
-  }
-  const bool poweredOff = reply.ok() && reply.lines.empty();
-  const auto state = poweredOff   ? LinkState::NotResponding
-                     : reply.ok() ? std::optional<LinkState>()
-                                  : stateOfError(*reply.report);
-  const auto beat = heartbeat();
-  if (!state) {
-    if (said_ == LinkState::Timeout) say(LinkState::Up);
-    return;
-  }
-  if (*state == LinkState::Configuration) return fail(*state);
-  if (beat && item != *beat) return plan_.hurry(*beat);
-  // Once is a disturbance, twice is a fault.
-  const bool again =
-      *state == LinkState::Error && said_ == LinkState::Up && troubles_[at(item)] == 0;
-  if (again) return plan_.hurry(item);
-  say(*state);
-}
-
-void RigctldSession::judgeItem(RigItem item, const Reply& reply, bool good) {
-  auto& troubles = troubles_[at(item)];
-  troubles = good ? 0 : troubles + 1;
-  if (good || item == heartbeat()) return;
-  if (reply.report == kRejected) {
-    suspended_.add(item);
-  } else if (troubles >= kMostTroubles || (!reply.ok() && !stateOfError(*reply.report))) {
-    unreadable_.add(item);
-  }
-}
-
-RigItems RigctldSession::polled() const {
-  RigItems items;
-  for (int i = 0; i < kRigItems; ++i) {
-    const auto item = static_cast<RigItem>(i);
-    const bool asked = can_->readable.has(item) && item != RigItem::Clock;
-    if (asked && !unreadable_.has(item) && !suspended_.has(item)) items.add(item);
-  }
-  return items;
+void RigctldSession::askHeartbeat() {
+  if (const auto beat = health_.heartbeat(*can_)) plan_.hurry(*beat);
 }
 
 // --- what to send next
@@ -348,7 +303,7 @@ void RigctldSession::pump(Instant now) {
   }
   if (phase_ != Phase::Running) return;
   if (said_ != LinkState::Up) {
-    if (const auto beat = heartbeat(); beat && now >= nextAttempt_) read(*beat, now);
+    if (const auto beat = health_.heartbeat(*can_); beat && now >= nextAttempt_) read(*beat, now);
     return;
   }
   if (sendRequest(now)) return;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +7,7 @@
 #include <vector>
 
 #include "components/sondrel/rigctld_handshake.h"
+#include "components/sondrel/rigctld_health.h"
 #include "components/sondrel/rigctld_orders.h"
 #include "components/sondrel/rigctld_poll_plan.h"
 #include "components/sondrel/rigctld_readings.h"
@@ -87,10 +87,8 @@ class RigctldSession {
   void probed(const Reply& reply, Instant now);
   void gotReading(RigItem item, const Reply& reply, Instant now);
   void gotOrder(const RigOrder& order, const Reply& reply, Instant now);
-  void judgeLink(RigItem item, const Reply& reply, bool good, Instant now);
-  void judgeItem(RigItem item, const Reply& reply, bool good);
-  std::optional<RigItem> heartbeat() const;
-  RigItems polled() const;
+  void recover(LinkState state);
+  void askHeartbeat();
 
   void pump(Instant now);
   bool sendRequest(Instant now);
@@ -123,9 +121,7 @@ class RigctldSession {
   RigctldReadings readings_;
   PollPlan plan_;
   RequestBox requests_;
-  RigItems unreadable_;  ///< failed for good on this link
-  RigItems suspended_;   ///< refused in the present mode
-  std::array<int, kRigItems> troubles_{};
+  RigctldHealth health_;
 
   std::string output_;
   std::vector<RigReport> reports_;

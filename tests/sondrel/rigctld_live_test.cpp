@@ -36,9 +36,9 @@ class RigctldLive : public testing::Test {
     rig.open();
     ASSERT_TRUE(waitFor([&] { return rig.core.IsRxOnline(0).value(); }));
   }
-  /// Delivers events until something has come about; false after ten seconds.
+  /// Delivers events until something has come about; false after half a minute.
   bool waitFor(const std::function<bool()>& come) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (!come()) {
       if (std::chrono::steady_clock::now() > end) return false;
       std::this_thread::sleep_for(milliseconds(1));
