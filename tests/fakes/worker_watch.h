@@ -21,7 +21,7 @@ class WorkerWatch {
             std::move(address), sondrel::RigctldOptions{},
             [this](std::vector<sondrel::RigReport> reports, std::uint32_t) { keep(reports); })) {}
 
-  /// Waits until the link's newest state is this one; false after ten seconds.
+  /// Waits until the link's newest state is this one; false after half a minute.
   bool becomes(LinkState state) {
     return wait([&] { return !links_.empty() && links_.back() == state; });
   }
@@ -40,7 +40,7 @@ class WorkerWatch {
  private:
   bool wait(const std::function<bool()>& come) {
     std::unique_lock lock(mutex_);
-    return news_.wait_for(lock, std::chrono::seconds(10), come);
+    return news_.wait_for(lock, std::chrono::seconds(30), come);
   }
   void keep(const std::vector<sondrel::RigReport>& reports) {
     const std::lock_guard lock(mutex_);
