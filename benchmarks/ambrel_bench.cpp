@@ -13,6 +13,7 @@
 
 #include "base/safe_file.h"
 #include "base/text.h"
+#include "benchmarks/table.h"
 #include "components/ambrel/ambrel_core.h"
 #include "components/ambrel/eibi_schedule.h"
 #include "components/ambrel/schedule_store.h"
@@ -21,7 +22,6 @@
 // Looking up the nearest known frequency, against std::lower_bound on a plain array of the same
 // frequencies; and taking in a schedule, against a bare split of the same file into lines. A
 // schedule is made up in the form of the real ones; KELVANE_SCHEDULE names a file to use instead.
-// Prints name, value, what it is compared with, and the ratio, one figure a line.
 
 namespace {
 
@@ -99,8 +99,7 @@ void measureLookUp(const std::filesystem::path& folder, std::size_t records) {
   std::ofstream(file, std::ios::binary) << madeUpSchedule(records);
   NoWindows windows;
   AmbrelCore core(
-      std::filesystem::path(__FILE__).parent_path() / "../components/ambrel/data", folder,
-      std::chrono::system_clock::now, [] {}, windows);
+      KELVANE_DATA_FOLDER, folder, std::chrono::system_clock::now, [] {}, windows);
   core.OpenFrqConfig("Bench");
   core.InitFrqPlan(0);
   core.importSchedule(file);
@@ -121,11 +120,10 @@ void measureLookUp(const std::filesystem::path& folder, std::size_t records) {
       sum += static_cast<std::size_t>(std::lower_bound(plain.begin(), plain.end(), query) -
                                       plain.begin());
   });
-  if (found == 0 || sum == 0) std::abort();
+  bench::must(found > 0 && sum > 0, "stations are found");
   const double each = 1e9 / static_cast<double>(kQueries);
-  std::printf("%-34s %8.1f ns  %-28s %8.1f ns  %5.2f\n",
-              ("nearest known of " + std::to_string(table.records().size())).c_str(), look * each,
-              "std::lower_bound", bare * each, look / bare);
+  bench::print({"nearest known of " + std::to_string(table.records().size()), look * each, "ns",
+                "std::lower_bound", bare * each, 2});
 }
 
 void measureImport(const std::filesystem::path& file, const char* name) {
@@ -141,10 +139,9 @@ void measureImport(const std::filesystem::path& file, const char* name) {
     lists.push_back(readScheduleFile(file));
     stations += StationTable(std::move(lists)).size();
   });
-  if (lines == 0 || stations == 0) std::abort();
-  std::printf("%-34s %8.1f MB/s %-27s %8.1f MB/s %4.2f\n", name, megabytes / import,
-              "reading and splitting lines", megabytes / bare, import / bare);
-  std::printf("%-34s %8.2f ms\n", "  that is", import * 1e3);
+  bench::must(lines > 0 && stations > 0, "the schedule has stations");
+  bench::print({name, import * 1e3 / megabytes, "ms/MB", "reading and splitting lines",
+                bare * 1e3 / megabytes, 5});
 }
 
 /// The whole of an import as the operator waits for it: read, kept on the disk, in use.
@@ -157,21 +154,23 @@ void measureWholeImport(const std::filesystem::path& folder, const std::filesyst
     core.importSchedule(file);
     while (core.isLoading()) core.deliverEvents();
   });
-  std::printf("%-34s %8.2f ms\n", "import, kept and in use", whole * 1e3);
+  bench::print({"import, kept and in use", whole * 1e3, "ms", "a goal", 50, 1});
 }
 
 }  // namespace
 
 int main() {
-  const Folder folder;
-  measureLookUp(folder.path, 13'000);
-  measureLookUp(folder.path, 1'000'000);
-  const auto made = folder.path / "made-a26.csv";
-  std::ofstream(made, std::ios::binary) << madeUpSchedule(13'000);
-  measureImport(made, "import of 13000 made-up lines");
-  measureWholeImport(folder.path, made);
-  if (const char* real = std::getenv("KELVANE_SCHEDULE")) {
-    measureImport(real, "import of the given schedule");
-    measureWholeImport(folder.path, real);
-  }
+  return bench::measure([] {
+    const Folder folder;
+    measureLookUp(folder.path, 13'000);
+    measureLookUp(folder.path, 1'000'000);
+    const auto made = folder.path / "made-a26.csv";
+    std::ofstream(made, std::ios::binary) << madeUpSchedule(13'000);
+    measureImport(made, "import of 13000 made-up lines");
+    measureWholeImport(folder.path, made);
+    if (const char* real = std::getenv("KELVANE_SCHEDULE")) {
+      measureImport(real, "import of the given schedule");
+      measureWholeImport(folder.path, real);
+    }
+  });
 }

@@ -102,14 +102,16 @@ void stackDepth(const char* name, const Cells& cells, GridOrder::By by) {
 }  // namespace
 
 int main() {
-  const Cells frequencies = randomFrequencies();
-  const Cells comments = randomComments();
-  const Cells equal(kRows, "Strong signal, some fading");
-  byNumber("sort by number, random", frequencies);
-  byNumber("sort by number, all equal", Cells(kRows, "14250000"));
-  byText("sort by text, random", comments);
-  byText("sort by text, all equal", equal);
-  stackDepth("sort by number, random", frequencies, GridOrder::By::Number);
-  stackDepth("sort by text, random", comments, GridOrder::By::Text);
-  stackDepth("sort by text, all equal", equal, GridOrder::By::Text);
+  return kelvane::bench::measure([] {
+    const Cells frequencies = randomFrequencies();
+    const Cells comments = randomComments();
+    const Cells equal(kRows, "Strong signal, some fading");
+    byNumber("sort by number, random", frequencies);
+    byNumber("sort by number, all equal", Cells(kRows, "14250000"));
+    byText("sort by text, random", comments);
+    byText("sort by text, all equal", equal);
+    stackDepth("sort by number, random", frequencies, GridOrder::By::Number);
+    stackDepth("sort by text, random", comments, GridOrder::By::Text);
+    stackDepth("sort by text, all equal", equal, GridOrder::By::Text);
+  });
 }

@@ -67,7 +67,7 @@ class Wakes {
 };
 
 inline std::filesystem::path shippedData() {
-  return std::filesystem::path(__FILE__).parent_path() / "../../components/ambrel/data";
+  return KELVANE_DATA_FOLDER;
 }
 
 /// A frequency component with folders of its own and a clock that the test sets.
