@@ -23,7 +23,7 @@ inline constexpr std::array<std::string_view, static_cast<std::size_t>(ListColum
 
 /// What the operator asks of the list.
 struct ListQuery {
-  std::string text;        ///< words that a row must have, in any column; empty: every row
+  std::string text{};      ///< words that a row must have, in any column; empty: every row
   bool onAirOnly = false;  ///< only scheduled stations that are on the air now
   ListColumn sort = ListColumn::Frequency;
   bool descending = false;

@@ -48,7 +48,9 @@ TEST(BandPlan, HasEveryFrequencyInEveryRegionAndWalksAlikeBothWays) {
     Hz end = 0;
     for (const Entry& entry : up) {
       // The Hz before an entry's start is the last one of the entry before it.
-      if (entry.start > 0) EXPECT_EQ(entryAt(*play.core, entry.start - 1).start, end);
+      if (entry.start > 0) {
+        EXPECT_EQ(entryAt(*play.core, entry.start - 1).start, end);
+      }
       end = entry.start;
       EXPECT_FALSE(entry.name.empty());
       EXPECT_FALSE(modeName(entry.mode).empty());

@@ -158,7 +158,7 @@ TEST_F(RigctldLink, DropsHalfALine) {
 }
 
 TEST_F(RigctldLink, DropsAFlood) {
-  for (const std::string piece :
+  for (const std::string& piece :
        {std::string(16384, 'x'), std::string(8192, '\n'), std::string("RPRT 0\nget_freq:\n7\n")}) {
     SessionPlay flooded(Manner::Rigctld);
     flooded.open();
@@ -181,8 +181,11 @@ TEST_F(RigctldLink, FindsBackAfterStrayLines) {
     }
     EXPECT_EQ(stray.links, Links{LinkState::Up});
     for (const auto& report : stray.values) {
-      if (report.item == RigItem::Frequency) EXPECT_EQ(report.number, 7'100'000);
-      if (report.item == RigItem::Mode) EXPECT_EQ(report.mode, "USB");
+      if (report.item == RigItem::Frequency) {
+        EXPECT_EQ(report.number, 7'100'000);
+      } else if (report.item == RigItem::Mode) {
+        EXPECT_EQ(report.mode, "USB");
+      }
     }
     stray.request(RigItem::Frequency, 5'000'000, 3);
     stray.run(milliseconds(500));

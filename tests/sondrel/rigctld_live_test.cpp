@@ -138,7 +138,9 @@ TEST_F(RigctldLive, NoticesWhatAnotherClientDoes) {
   server.ask("L ATT 20");
   ASSERT_TRUE(waitForLine("RxAttUpdated 0 2 20"));
   for (const auto& heard : rig.listener.heard) {
-    if (heard.name == "RxFrqUpdated" || heard.name == "RxAttUpdated") EXPECT_TRUE(heard.global);
+    if (heard.name == "RxFrqUpdated" || heard.name == "RxAttUpdated") {
+      EXPECT_TRUE(heard.global);
+    }
   }
 }
 
