@@ -2,26 +2,9 @@
 
 #include <algorithm>
 
+#include "base/utf8.h"
+
 namespace kelvane {
-
-namespace {
-
-/// Length of the well-formed UTF-8 sequence that the text begins with; 0 where there is none.
-std::size_t sequenceLength(std::string_view text) {
-  const auto at = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  if (at(0) < 0x80) return 1;
-  const std::size_t length = at(0) >= 0xF0 ? 4 : at(0) >= 0xE0 ? 3 : 2;
-  if (at(0) < 0xC2 || at(0) > 0xF4 || text.size() < length) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((at(i) & 0xC0) != 0x80) return 0;
-  }
-  const bool overlong = (at(0) == 0xE0 && at(1) < 0xA0) || (at(0) == 0xF0 && at(1) < 0x90);
-  const bool surrogate = at(0) == 0xED && at(1) >= 0xA0;
-  const bool beyond = at(0) == 0xF4 && at(1) >= 0x90;
-  return overlong || surrogate || beyond ? 0 : length;
-}
-
-}  // namespace
 
 std::string_view trimmed(std::string_view text) {
   constexpr std::string_view blanks = " \t\r\n\f\v";
@@ -51,7 +34,7 @@ std::string upper(std::string_view text) {
 std::string validUtf8(std::string_view text, char replacement) {
   std::string result;
   while (!text.empty()) {
-    const std::size_t length = sequenceLength(text);
+    const std::size_t length = utf8SequenceLength(text);
     if (length == 0) {
       result += replacement;
     } else {

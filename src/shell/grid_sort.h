@@ -7,10 +7,9 @@
 #include <string_view>
 #include <vector>
 
-namespace kelvane {
+#include "grid/grid_row.h"
 
-/// A row's number in the table that a grid shows.
-using GridRow = std::uint32_t;
+namespace kelvane {
 
 /// By what a grid is sorted: the cells read as numbers, or compared as text. Text cells are joined
 /// with the row's number, in between with the cell of a second column where one is given; so rows

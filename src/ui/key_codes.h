@@ -4,8 +4,12 @@ namespace kelvane::key {
 
 /// Key codes of key-down, as Windows numbers them.
 enum KeyCode : int {
+  Return = 13,
+  Esc = 27,
+  Space = 32,
   PageUp = 33,
   PageDown = 34,
+  End = 35,
   Home = 36,
   Left = 37,
   Up = 38,
@@ -15,6 +19,9 @@ enum KeyCode : int {
   PadPlus = 107,
   PadMinus = 109,
   F1 = 112,
+  F2 = 113,
+  F3 = 114,
+  F4 = 115,
 };
 
 /// Characters of key-press that have no sign.

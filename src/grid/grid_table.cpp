@@ -1,0 +1,25 @@
+#include "grid/grid_table.h"
+
+#include "base/text.h"
+
+namespace kelvane {
+
+bool GridTable::accepts(int, char32_t) const { return true; }
+
+std::string GridTable::corrected(GridCell, const std::string& text) const { return text; }
+
+std::vector<std::string> GridTable::choices(int) const { return {}; }
+
+bool GridTable::holds(GridCell cell, std::string_view upperText) const {
+  return upper(this->cell(cell.row, cell.column)).find(upperText) != std::string::npos;
+}
+
+bool GridTable::keyDown(int, int) { return false; }
+
+void GridTable::recall(GridRow) {}
+
+void GridTable::headerClicked(int) {}
+
+bool GridTable::undo() { return false; }
+
+}  // namespace kelvane

@@ -1,0 +1,80 @@
+#include <algorithm>
+
+#include "win32/colours.h"
+#include "win32/grid_window.h"
+#include "win32/paint.h"
+#include "win32/text.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+/// No cell shows more characters.
+constexpr std::size_t kLongestText = 512;
+
+}  // namespace
+
+/// The system's colours as they are now; those of high contrast are among them.
+struct GridWindow::Look {
+  bool focused;
+  COLORREF ground = GetSysColor(COLOR_WINDOW);
+  COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
+  COLORREF fixed = GetSysColor(COLOR_BTNFACE);
+  COLORREF fixedText = GetSysColor(COLOR_BTNTEXT);
+  COLORREF line = blended(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT), 40);
+  COLORREF marked = GetSysColor(COLOR_HIGHLIGHT);
+  COLORREF markedText = GetSysColor(COLOR_HIGHLIGHTTEXT);
+  COLORREF currentRow = blended(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_HIGHLIGHT), 34);
+};
+
+void GridWindow::paint() const {
+  const Painting on(window_);
+  const Look look{hasFocus()};
+  on.fill(on.area(), look.ground);
+  const GridRow rows = grid_.table().rows();
+  const GridRow end = std::min(rows, grid_.top() + grid_.page() + 1);
+  for (GridRow row = grid_.top(); row < end; ++row) paintRow(on, row, look);
+}
+
+void GridWindow::paintRow(const Painting& on, GridRow row, const Look& look) const {
+  const int columns = static_cast<int>(grid_.columns().size());
+  RECT cell = cellArea({row, 0});
+  for (int column = 0; column < columns; ++column) {
+    cell.right = cell.left + columnWidth(column);
+    if (cell.right > cell.left && cell.right > 0 && cell.left < on.area().right)
+      paintCell(on, {row, column}, cell, look);
+    cell.left = cell.right;
+  }
+}
+
+void GridWindow::paintCell(const Painting& on, GridCell cell, const RECT& area,
+                           const Look& look) const {
+  const GridColumn& column = grid_.columns()[cell.column];
+  const bool current = cell == grid_.current();
+  const bool marked = current && look.focused;
+  COLORREF ground = cell.row == grid_.current().row ? look.currentRow : look.ground;
+  COLORREF text = look.text;
+  if (!column.editable) ground = look.fixed, text = look.fixedText;
+  if (marked) ground = look.marked, text = look.markedText;
+  on.fill(area, look.line);
+  RECT inside{area.left, area.top, area.right - 1, area.bottom - 1};
+  if (current && !marked) {
+    on.fill(inside, look.marked);
+    InflateRect(&inside, -1, -1);
+  }
+  on.fill(inside, ground);
+  inside.left += scaled(4);
+  inside.right -= scaled(4);
+  if (current && column.pick) {
+    RECT button = buttonArea(area);
+    inside.right = button.left - scaled(2);
+    DrawFrameControl(on.dc(), &button, DFC_SCROLL, DFCS_SCROLLCOMBOBOX);
+  }
+  std::wstring words = wide(grid_.table().cell(cell.row, cell.column));
+  words.resize(std::min(words.size(), kLongestText));
+  on.text(words.c_str(), inside, font_, text,
+          (column.right ? DT_RIGHT : DT_LEFT) | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX |
+              DT_END_ELLIPSIS);
+}
+
+}  // namespace kelvane::win32
