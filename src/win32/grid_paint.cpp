@@ -30,10 +30,15 @@ struct GridWindow::Look {
 void GridWindow::paint() const {
   const Painting on(window_);
   const Look look{hasFocus()};
-  on.fill(on.area(), look.ground);
+  on.fill(on.dirty(), look.ground);
+  const HGDIOBJ before = SelectObject(on.dc(), font_);
   const GridRow rows = grid_.table().rows();
   const GridRow end = std::min(rows, grid_.top() + grid_.page() + 1);
-  for (GridRow row = grid_.top(); row < end; ++row) paintRow(on, row, look);
+  for (GridRow row = grid_.top(); row < end; ++row) {
+    const RECT line = cellArea({row, 0});
+    if (line.bottom > on.dirty().top && line.top < on.dirty().bottom) paintRow(on, row, look);
+  }
+  SelectObject(on.dc(), before);
 }
 
 void GridWindow::paintRow(const Painting& on, GridRow row, const Look& look) const {
@@ -70,11 +75,27 @@ void GridWindow::paintCell(const Painting& on, GridCell cell, const RECT& area,
     inside.right = button.left - scaled(2);
     DrawFrameControl(on.dc(), &button, DFC_SCROLL, DFCS_SCROLLCOMBOBOX);
   }
+  paintText(on.dc(), inside, text, cell);
+}
+
+void GridWindow::paintText(HDC dc, RECT inside, COLORREF colour, GridCell cell) const {
   std::wstring words = wide(grid_.table().cell(cell.row, cell.column));
   words.resize(std::min(words.size(), kLongestText));
-  on.text(words.c_str(), inside, font_, text,
-          (column.right ? DT_RIGHT : DT_LEFT) | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX |
-              DT_END_ELLIPSIS);
+  if (words.empty() || inside.right <= inside.left) return;
+  SetTextColor(dc, colour);
+  const bool right = grid_.columns()[cell.column].right;
+  const int length = static_cast<int>(words.size());
+  // To measure a text costs more than to write it: only one that may be too long is measured.
+  if (length * widestCharacter_ > inside.right - inside.left) {
+    DrawTextW(
+        dc, words.c_str(), length, &inside,
+        (right ? DT_RIGHT : DT_LEFT) | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+    return;
+  }
+  SetTextAlign(dc, right ? TA_RIGHT : TA_LEFT);
+  ExtTextOutW(dc, right ? inside.right : inside.left, inside.top + scaled(2), ETO_CLIPPED, &inside,
+              words.c_str(), static_cast<UINT>(length), nullptr);
+  SetTextAlign(dc, TA_LEFT);
 }
 
 }  // namespace kelvane::win32

@@ -1,6 +1,10 @@
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 #include "win32/fonts.h"
 #include "win32/grid_window.h"
@@ -38,6 +42,7 @@ void GridWindow::setFont(HFONT font) {
   SelectObject(screen, before);
   ReleaseDC(window_, screen);
   rowHeight_ = metrics.tmHeight + scaled(6);
+  widestCharacter_ = 2 * metrics.tmAveCharWidth;
   headerHeight_ = metrics.tmHeight + scaled(8);
   for (const HWND part : {header_, entry_, list_, findLabel_, findField_})
     SendMessageW(part, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
@@ -116,6 +121,18 @@ void GridWindow::showScroll() {
   info.nPage = static_cast<UINT>(area.right);
   info.nPos = left_;
   SetScrollInfo(window_, SB_HORZ, &info, TRUE);
+}
+
+/// What is on the screen already is moved, and the rest alone painted.
+void GridWindow::showScrolled(GridRow before) {
+  const long long rows = static_cast<long long>(before) - grid_.top();
+  if (grid_.editing() || std::abs(rows) >= grid_.page()) return show();
+  RECT area{};
+  GetClientRect(window_, &area);
+  const RECT lines{0, headerHeight_, area.right, headerHeight_ + rowsHeight()};
+  ScrollWindowEx(window_, 0, static_cast<int>(rows) * rowHeight_, &lines, &lines, nullptr, nullptr,
+                 SW_INVALIDATE);
+  showScroll();
 }
 
 void GridWindow::layOut() {

@@ -154,6 +154,12 @@ bool GridWindow::clicked(POINT at, bool twice) {
   return true;
 }
 
+void GridWindow::foldList() {
+  if (!grid_.dropped()) return;
+  grid_.fold();
+  show();
+}
+
 void GridWindow::wheelTurned(int delta) {
   wheelRest_ += delta;
   scrollWheel(wheelRest_ / WHEEL_DELTA);
@@ -164,9 +170,10 @@ void GridWindow::scrollWheel(int notches) {
   UINT lines = 3;
   SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
   const int page = static_cast<int>(grid_.page());
-  grid_.fold();
+  foldList();
+  const GridRow before = grid_.top();
   grid_.scrollBy(-notches * (lines == WHEEL_PAGESCROLL ? page : static_cast<int>(lines)));
-  show();
+  showScrolled(before);
 }
 
 bool GridWindow::scrolled(UINT message, WPARAM wParam) {
@@ -203,11 +210,13 @@ bool GridWindow::scrolled(UINT message, WPARAM wParam) {
     default:
       break;
   }
-  grid_.fold();
-  if (down)
+  foldList();
+  if (down) {
+    const GridRow before = grid_.top();
     grid_.scrollTo(static_cast<GridRow>(std::max(to, 0)));
-  else
-    left_ = std::clamp(to, 0, std::max(info.nMax + 1 - page, 0));
+    return showScrolled(before), true;
+  }
+  left_ = std::clamp(to, 0, std::max(info.nMax + 1 - page, 0));
   return show(), true;
 }
 

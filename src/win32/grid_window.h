@@ -54,6 +54,7 @@ class GridWindow {
   bool clicked(POINT at, bool twice);
   bool typed(WPARAM unit);
   void wheelTurned(int delta);
+  void foldList();
   bool partMessage(HWND part, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
   HWND makePart(Part part, const wchar_t* windowClass, DWORD style);
@@ -61,6 +62,7 @@ class GridWindow {
   void layOut();
   void showHeader();
   void showScroll();
+  void showScrolled(GridRow before);
   void showEntry();
   void showList();
   void speak();
@@ -74,6 +76,7 @@ class GridWindow {
   void paint() const;
   void paintRow(const class Painting& on, GridRow row, const Look& look) const;
   void paintCell(const class Painting& on, GridCell cell, const RECT& area, const Look& look) const;
+  void paintText(HDC dc, RECT inside, COLORREF colour, GridCell cell) const;
   int scaled(int length) const;
   int rowHeight() const { return rowHeight_; }
   int columnLeft(int column) const;
@@ -90,6 +93,7 @@ class GridWindow {
   std::unique_ptr<ToolTips> tips_;
   HFONT font_ = nullptr;
   int rowHeight_ = 18;
+  int widestCharacter_ = 12;
   int headerHeight_ = 20;
   int left_ = 0;  ///< pixels that are scrolled off to the left
   int wheelRest_ = 0;

@@ -12,7 +12,9 @@ Painting::Painting(HWND window) : window_(window) {
 }
 
 Painting::~Painting() {
-  BitBlt(paint_.hdc, 0, 0, area_.right, area_.bottom, memory_, 0, 0, SRCCOPY);
+  const RECT& seen = paint_.rcPaint;
+  BitBlt(paint_.hdc, seen.left, seen.top, seen.right - seen.left, seen.bottom - seen.top, memory_,
+         seen.left, seen.top, SRCCOPY);
   SelectObject(memory_, before_);
   DeleteObject(bitmap_);
   DeleteDC(memory_);

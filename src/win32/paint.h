@@ -15,6 +15,8 @@ class Painting {
 
   HDC dc() const { return memory_; }
   const RECT& area() const { return area_; }
+  /// What of it will be seen; the rest need not be painted.
+  const RECT& dirty() const { return paint_.rcPaint; }
 
   void fill(const RECT& area, COLORREF colour) const;
   /// A filled rectangle with rounded corners and an outline.
