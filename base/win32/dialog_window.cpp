@@ -62,6 +62,7 @@ DialogWindow::DialogWindow(const Frame& frame)
   own.hInstance = module();
   own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   own.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+  own.hIcon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1));  // the program's
   own.lpszClassName = className_;
   RegisterClassW(&own);  // fails where another dialog of the class is open
   RECT over{};
