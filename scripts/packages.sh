@@ -6,6 +6,7 @@
 declare -A packages_for=(
   ['building the Windows program']='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools googletest'
   ['building the native tests']='cmake ninja-build g++ libgtest-dev libgmock-dev'
+  ['building the fuzzers']='cmake ninja-build clang libclang-rt-dev libgtest-dev libgmock-dev'
   ['running Windows programs']='wine wine64 fonts-wine fonts-dejavu-core fonts-liberation'
   ['asking whether a display answers']='x11-utils'
   ['a display of its own']='xvfb openbox x11-utils'

@@ -40,6 +40,7 @@ struct QuietWindow : WindowCommands {
 };
 
 struct NoDialogs : PanelDialogs {
+  void showHelp(MiniHelp&) override {}
   void showConfig(Config&) override {}
 };
 

@@ -49,6 +49,7 @@ class TimedPanel {
   }
 
   void keys();
+  void arrows();
   void digits();
   void meters();
 
@@ -60,6 +61,7 @@ class TimedPanel {
     }
   }
   std::string text(int control) const { return panel_.text(control); }
+  Latencies keyTimes(WORD one, WORD other);
   void load();
   void answers();
 
@@ -70,19 +72,29 @@ class TimedPanel {
   ProcessAccounts accounts_{0};
 };
 
-void TimedPanel::keys() {
-  panel_.click(id::FrqDigit + 5);
+/// From a key going down to the component, two keys turn about.
+Latencies TimedPanel::keyTimes(WORD one, WORD other) {
   Latencies times;
   for (int i = 0; i < kTimes; ++i) {
     const LONG before = timing_->frequenciesSet;
     const LONG64 pressed = counter();
-    panel_.key(i % 2 ? VK_DOWN : VK_UP);
+    panel_.key(i % 2 ? other : one);
     waitFor(timing_->frequenciesSet, before + 1, "a key that sets a frequency");
     times.add(microseconds(timing_->frequencySetAt - pressed));
     Sleep(5 + i % 20);
   }
-  times.printRows("digit key to SetRxFrequency", "us", "a frame", kFrame);
+  return times;
+}
+
+void TimedPanel::keys() {
+  panel_.click(id::FrqDigit + 5);
+  keyTimes(VK_UP, VK_DOWN).printRows("digit key to SetRxFrequency", "us", "a frame", kFrame);
   panel_.key(VK_ESCAPE);
+}
+
+void TimedPanel::arrows() {
+  panel_.click(id::Band);
+  keyTimes(VK_LEFT, VK_RIGHT).printRows("arrow step to SetRxFrequency", "us", "a frame", kFrame);
 }
 
 void TimedPanel::digits() {
@@ -161,6 +173,7 @@ int main() {
   return measure([] {
     TimedPanel panel;
     panel.keys();
+    panel.arrows();
     panel.digits();
     panel.meters();
   });

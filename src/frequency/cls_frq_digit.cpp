@@ -42,7 +42,7 @@ clsFrqDigit::clsFrqDigit(const FrqDigitControls& controls, WindowCommands& windo
   for (Control* control :
        {&controls_.FrqFrame, &controls_.FrqDotit, &controls_.FrqFocus, &controls_.FrqBfo})
     control->back = kBlack;
-  controls_.FrqDotit.text = "\u25CF";
+  clearFlags();
   controls_.FrqDotit.fore = kIdle;
   for (int i = 0; i < kPlaces; ++i) {
     controls_.FrqDigit[i].back = kBlack;
@@ -99,7 +99,24 @@ int clsFrqDigit::Step() {
   return step > 30000 ? 1000 : step;
 }
 
-bool clsFrqDigit::Chn() { return std::exchange(chnPending_, false); }
+bool clsFrqDigit::Chn() {
+  const bool channelized = chnPending_;
+  setFlags(false, drmPending_);
+  return channelized;
+}
+
+/// The lamp shows which flags wait for the number that is typed next.
+void clsFrqDigit::setFlags(bool channelized, bool drm) {
+  chnPending_ = channelized;
+  drmPending_ = drm;
+  Control& lamp = controls_.FrqDotit;
+  lamp.text = channelized && drm ? ":D" : channelized ? ":" : drm ? "D" : "\u25CF";
+  lamp.tip.clear();
+  if (channelized) lamp.tip = "The number to come is a channelized frequency";
+  if (drm) lamp.tip = "The number to come is a DRM frequency";
+  if (channelized && drm) lamp.tip = "The number to come is a channelized DRM frequency";
+  lamp.spoken = lamp.tip;
+}
 
 void clsFrqDigit::LockAll(bool lock) {
   // A disabled control keeps no keyboard focus: without this every further key would be lost.
@@ -108,6 +125,7 @@ void clsFrqDigit::LockAll(bool lock) {
   controls_.FrqDotit.enabled = !lock;
   controls_.FrqBfo.enabled = !lock;
   typedText_.clear();
+  clearFlags();
   overwritten_ = false;
 }
 

@@ -54,6 +54,8 @@ class clsFrqDigit {
   int Step();
   /// Answers and clears the channelized flag that ":" sets.
   bool Chn();
+  /// Clears both flags of the number to come; the lamp shows them while they wait.
+  void clearFlags() { setFlags(false, false); }
 
   /// Disables all digits, or enables those within range and resolution again. What was typed or
   /// overwritten is given up; the caller shows the receiver's frequency again. A digit that holds
@@ -108,6 +110,7 @@ class clsFrqDigit {
   void typeDigit(char digit);
   void eraseTyped();
   void enterTyped(bool& committed);
+  void setFlags(bool channelized, bool drm);
 
   FrqDigitControls controls_;
   WindowCommands& window_;

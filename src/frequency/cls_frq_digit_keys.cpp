@@ -59,6 +59,7 @@ void clsFrqDigit::KeyPress(int& index, int& keyAscii, double current, bool& comm
   } else {
     if (keyAscii == key::Enter && current >= 0) enterDigits(committed);
     if (keyAscii == key::Escape) {
+      clearFlags();
       Unselect(true);
       SetValue(current);
     }
@@ -83,14 +84,15 @@ void clsFrqDigit::ProcessKey(int& keyAscii, double current, bool& committed) {
     if (current >= 0 && tune(current + by, committed)) typedText_.clear();
   } else if (c == key::Escape) {
     typedText_.clear();
+    clearFlags();
     SetValue(current);
   } else if (c == ':') {
-    chnPending_ = true;
+    setFlags(true, drmPending_);
   } else if (c == 'D' || c == 'd') {
-    drmPending_ = true;
+    setFlags(chnPending_, true);
   } else {
     // An Enter that enters nothing is no unrelated character: the flags wait for their number.
-    if (c != key::Enter) chnPending_ = drmPending_ = false;
+    if (c != key::Enter) clearFlags();
     keyAscii = c;
   }
 }
@@ -197,7 +199,7 @@ void clsFrqDigit::enterTyped(bool& committed) {
   if (typed < minValue_) Value(minValue_);
   if (typed > maxValue_) Value(maxValue_);
   if (drmPending_) Value(Value() + kDrmOffset);
-  drmPending_ = false;
+  setFlags(chnPending_, false);
   typedText_.clear();
   commit(committed);
 }

@@ -19,8 +19,8 @@ std::span<const CommandRow> commandRows() {
       {Character, 3, 0, "", Remote, "CTL-C", "Frequency to Clipboard", &K::copyFrequency},
       {Character, 22, 0, "", Remote, "CTL-V", "Clipboard to Frequency", &K::pasteFrequency},
 
-      {Character, 'B', 0, "M", Remote, "MB", "Best mode", &K::bestMode},
-      {Character, 'B', 0, "F", Remote, "FB", "Best filter", &K::bestFilter},
+      {Character, 'B', 0, "M", Remote, "MB", "Best", &K::bestMode},
+      {Character, 'B', 0, "F", Remote, "FB", "Best", &K::bestFilter},
       {Character, 'B', 0, "", Remote, "HHHHB", "Set BFO", &K::setBfo},
       {Character, 'F', 0, "", Remote, "HHHHF", "Set Filter", &K::setFilter},
 
@@ -66,6 +66,19 @@ std::span<const CommandRow> commandRows() {
       {Character, 'K', 0, "", Remote, "K", "Show Known frequencies list", &K::knownList},
       {Character, 'E', 0, "", Remote, "E", "Edit/Configure Database source", &K::editDatabase},
       {Character, 'D', 0, "", Remote, "D", "Open frequency Database", &K::dataView},
+
+      {Character, ' ', 0, "", Remote, "SPACE", "Show log data and store current setting",
+       &K::logAndRecord},
+      {Character, 'G', 0, "", Remote, "G", "Show log file data", &K::log},
+
+      {Key, key::F1, 0, "", Panel, "F1", "Show this card", &K::help},
+      {Key, key::F6, 0, "", Panel, "F6", "Next group of controls", &K::nextGroup},
+      {Key, key::F6, key::ShiftHeld, "", Panel, "SHF F6", "Previous group of controls",
+       &K::previousGroup},
+      {Key, key::F6, key::CtrlHeld, "", Panel, "CTL F6", "Next button of the group",
+       &K::nextButton},
+      {Key, key::F6, key::CtrlHeld | key::ShiftHeld, "", Panel, "CTLSHF F6",
+       "Previous button of the group", &K::previousButton},
   });
   return rows;
 }

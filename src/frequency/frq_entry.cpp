@@ -17,7 +17,7 @@ void FrqEntry::receiverSelected() {
   taken_ = now;
   takenFor_ = shown_.index();
   row_.Boundary(now.max, now.min, now.resolution);
-  row_.Chn();
+  row_.clearFlags();
   lockKnown_ = false;
 }
 

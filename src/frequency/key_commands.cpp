@@ -21,6 +21,7 @@ bool isArrow(int keyCode) { return keyCode >= key::Left && keyCode <= key::Down;
 /// The modifiers as the rows name them: an arrow takes the strongest one alone, Alt before Ctrl
 /// before Shift, and the keypad's signs do not mind Shift.
 int rowShift(int keyCode, int shift) {
+  if (keyCode == key::F6) return shift;
   if (!isArrow(keyCode)) return shift & (key::CtrlHeld | key::AltHeld);
   for (const int modifier : {key::AltHeld, key::CtrlHeld, key::ShiftHeld}) {
     if (shift & modifier) return modifier;
@@ -55,17 +56,20 @@ const CommandRow* KeyCommands::find(CommandRow::Input input, int code, int shift
 }
 
 bool KeyCommands::allowed(const CommandRow& row) const {
-  return row.needs == CommandRow::Needs::Nothing || shown_.remote();
+  return row.needs != CommandRow::Needs::Remote || shown_.remote();
 }
 
 bool KeyCommands::keyDown(int keyCode, int shift, bool onDigit) {
-  if (onDigit || row_.Processed()) {
-    navigation_.clearBank();
-    return false;
-  }
-  const bool sign = keyCode == key::PadPlus || keyCode == key::PadMinus;
   const int held = rowShift(keyCode, shift);
   const CommandRow* row = find(CommandRow::Input::Key, keyCode, held);
+  const bool ofPanel = row && row->needs == CommandRow::Needs::Panel;
+  if (ofPanel) (this->*row->run)();
+  if (onDigit || row_.Processed()) {
+    navigation_.clearBank();
+    return ofPanel;
+  }
+  if (ofPanel) return true;
+  const bool sign = keyCode == key::PadPlus || keyCode == key::PadMinus;
   if (!row || !allowed(*row)) return false;
   // A number that is typed is added or subtracted: the row takes the sign as a character.
   if (sign && held == 0 &&
@@ -183,11 +187,22 @@ void KeyCommands::storeChannel() {
   const Index rx = shown_.index();
   const auto number = typedNumber();
   const Count count = component_.GetRxChnCount(rx);
-  if (!number || count == 0 || *number < component_.GetRxChnFirst(rx)) return;
+  if (count == 0) return;
+  if (!number || *number < component_.GetRxChnFirst(rx)) return openers_.channels();
   if (*number < count)
     component_.StoreRxChannel(rx, *number);
   else
     refusal_.signal();
+}
+
+void KeyCommands::logAndRecord() {
+  keepsPrefix_ = true;
+  openers_.logAndRecord();
+}
+
+void KeyCommands::log() {
+  keepsPrefix_ = true;
+  openers_.log();
 }
 
 void KeyCommands::tuneBy(Hz step, int direction) {

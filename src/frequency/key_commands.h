@@ -6,7 +6,9 @@
 #include <string_view>
 
 #include "controls/channel_step.h"
+#include "controls/focus_groups.h"
 #include "controls/navigation.h"
+#include "controls/openers.h"
 #include "controls/stepping.h"
 #include "frequency/frq_entry.h"
 #include "receiver/remote_state.h"
@@ -26,11 +28,12 @@ struct CommandRow {
   enum class Needs {
     Remote,   ///< acts only while the receiver is under remote control
     Nothing,  ///< acts always: it could otherwise never be undone
+    Panel,    ///< concerns the panel alone: acts always, on a selected digit too
   };
 
   Input input;
   int code;                 ///< key code or character
-  int shift;                ///< modifiers of a key: 0, or one of key::Shift, or Ctrl and Alt
+  int shift;                ///< modifiers of a key: bits of key::Shift
   std::string_view prefix;  ///< command letter that must have come before; empty for none
   Needs needs;
   std::string_view keys;    ///< as the operator reads it
@@ -47,7 +50,7 @@ class KeyCommands {
   KeyCommands(ReceiverComponent& component, FrequencyComponent& frequency, ShownReceiver& shown,
               FrqEntry& entry, clsFrqDigit& row, Stepping& stepping, Navigation& navigation,
               ChannelStep& channels, BestSetting& best, RemoteState& remote, ReceiverTabs& tabs,
-              Clipboard& clipboard, Refusal& refusal)
+              Clipboard& clipboard, Refusal& refusal, Openers& openers, FocusGroups& groups)
       : component_(component),
         frequency_(frequency),
         shown_(shown),
@@ -60,7 +63,9 @@ class KeyCommands {
         remote_(remote),
         tabs_(tabs),
         clipboard_(clipboard),
-        refusal_(refusal) {}
+        refusal_(refusal),
+        openers_(openers),
+        groups_(groups) {}
 
   /// A key went down in the main window; onDigit while a digit of the row has the focus. Answers
   /// whether it was taken: nobody else sees it then, nor the character that it would type.
@@ -91,9 +96,16 @@ class KeyCommands {
   void copyFrequency();
   void pasteFrequency();
   void nextRegion() { navigation_.nextRegion(); }
-  void knownList() { frequency_.ShowFrqKnownList(); }
-  void dataView() { frequency_.DataView(); }
-  void editDatabase() { frequency_.EditFrqDatabase(); }
+  void knownList() { openers_.knownList(); }
+  void dataView() { openers_.dataView(); }
+  void editDatabase() { openers_.editSource(); }
+  void logAndRecord();
+  void log();
+  void help() { openers_.help(); }
+  void nextGroup() { groups_.nextGroup(1); }
+  void previousGroup() { groups_.nextGroup(-1); }
+  void nextButton() { groups_.nextButton(1); }
+  void previousButton() { groups_.nextButton(-1); }
   void bestMode() { best_.applyMode(); }
   void bestFilter() { best_.applyFilter(); }
   void setFilter();
@@ -136,8 +148,10 @@ class KeyCommands {
   ReceiverTabs& tabs_;
   Clipboard& clipboard_;
   Refusal& refusal_;
+  Openers& openers_;
+  FocusGroups& groups_;
   std::string CommandPrefix_;
-  bool keepsPrefix_ = false;  ///< the command that runs made its letter the prefix
+  bool keepsPrefix_ = false;  ///< the command that runs leaves a prefix behind
 };
 
 }  // namespace kelvane

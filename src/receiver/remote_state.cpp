@@ -15,6 +15,7 @@ void RemoteState::apply() {
   view_.LockImg[0].visible = remote;
   view_.LockImg[1].visible = !remote;
   indicators_.lines();
+  openers_.refresh();
 }
 
 void RemoteState::set(bool remote) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "controls/cls_mod_event.h"
+#include "controls/openers.h"
 #include "frequency/frq_entry.h"
 #include "receiver/indicators.h"
 #include "ui/main_view.h"
@@ -13,11 +14,13 @@ namespace kelvane {
 class RemoteState {
  public:
   RemoteState(MainView& view, FrqEntry& entry, clsModEvent& buttons, Indicators& indicators,
-              ReceiverComponent& component, ShownReceiver& shown, WindowCommands& window)
+              Openers& openers, ReceiverComponent& component, ShownReceiver& shown,
+              WindowCommands& window)
       : view_(view),
         entry_(entry),
         buttons_(buttons),
         indicators_(indicators),
+        openers_(openers),
         component_(component),
         shown_(shown),
         window_(window) {}
@@ -36,6 +39,7 @@ class RemoteState {
   FrqEntry& entry_;
   clsModEvent& buttons_;
   Indicators& indicators_;
+  Openers& openers_;
   ReceiverComponent& component_;
   ShownReceiver& shown_;
   WindowCommands& window_;

@@ -4,6 +4,8 @@
 
 #include "ui/control_ids.h"
 #include "ui/key_codes.h"
+#include "ui/main_controls.h"
+#include "ui/mnemonic.h"
 
 namespace kelvane {
 
@@ -44,7 +46,11 @@ MAin::MAin(const PanelServices& services)
       buttons_(view_.ModEvent, services.receiver),
       entry_(row_, services.receiver, shown_),
       indicators_(view_.SM, view_.SQ, view_.IO, services.receiver, shown_),
-      remote_(view_, entry_, buttons_, indicators_, services.receiver, shown_, services.window),
+      openers_(view_.Opener, services.receiver, services.frequency, shown_, companions_,
+               services.window),
+      groups_(view_, services.window),
+      remote_(view_, entry_, buttons_, indicators_, openers_, services.receiver, shown_,
+              services.window),
       status_(view_.RxMask),
       retry_(services.receiver),
       forwarding_(view_.GenEvent, services.receiver, shown_),
@@ -62,8 +68,10 @@ MAin::MAin(const PanelServices& services)
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
               services.now),
       keys_(services.receiver, services.frequency, shown_, entry_, row_, stepping_, navigation_,
-            channels_, best_, remote_, tabs_, services.clipboard, refusal_),
-      config_(options_, services.settings, services.receiver, shown_, services.instance) {
+            channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
+      config_(options_, services.settings, services.receiver, shown_, services.instance),
+      help_(services.settings) {
+  provideCompanions();
   view_.onTop = options_.OptOnTop;
   row_.Boundary(999'999'999, 0, 1);
   row_.Value(-1);
@@ -76,6 +84,10 @@ MAin::MAin(const PanelServices& services)
 ReceiverUnits MAin::units() {
   return {entry_,    remote_,   status_, forwarding_,  buttons_,   bfo_,
           hfFilter_, channels_, best_,   channelized_, indicators_};
+}
+
+void MAin::provideCompanions() {
+  companions_.provide(Companion::Help, [this] { services_.dialogs.showHelp(help_); });
 }
 
 Placement MAin::startPlace() const {
@@ -109,8 +121,12 @@ void MAin::keyPress(int control, int character) {
 }
 
 void MAin::clicked(int control, MouseButton button, bool pressed) {
-  const Long direction = button == MouseButton::Left ? kNext : kPrevious;
   services_.window.focus(id::FrqFocus);
+  act(control, button, pressed);
+}
+
+void MAin::act(int control, MouseButton button, bool pressed) {
+  const Long direction = button == MouseButton::Left ? kNext : kPrevious;
   switch (control) {
     case id::SM:
       return indicators_.toggleMeter();
@@ -147,6 +163,7 @@ void MAin::clickedArray(int control, MouseButton button, bool pressed) {
     return stepping_.click(control - id::VStep, button);
   if (within(control, id::GenEvent, view_.GenEvent.size()))
     return forwarding_.click(control - id::GenEvent, pressed);
+  if (within(control, id::Opener, view_.Opener.size())) return openers_.click(control - id::Opener);
   if (!within(control, id::ModEvent, view_.ModEvent.size()) || !pressed) return;
   buttons_.Click(shown_.index(), control - id::ModEvent);
 }
@@ -161,7 +178,37 @@ void MAin::Config_Click() {
   tabs_.hasTabs() ? refresh_.run() : refresh_.none();
 }
 
+bool MAin::accelerator(char32_t character) {
+  if (tabs_.accelerator(character)) return true;
+  if (character >= 'A' && character <= 'Z') character += 'a' - 'A';
+  for (const ControlRow& row : mainControls()) {
+    if (row.kind != Kind::Button && row.kind != Kind::Toggle) continue;
+    for (int i = 0; i < row.count; ++i) {
+      const Control& button = row.of(view_, i);
+      if (!button.visible || !button.enabled || mnemonic(button.text) != character) continue;
+      pressByKey(row.id + i);
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Enter on a button that has the focus, unless it is the end of a number.
+bool MAin::pressFocused(int character, int focused) {
+  if (character != key::Enter || !groups_.onButton() || !row_.TypedText().empty()) return false;
+  pressByKey(focused);
+  return true;
+}
+
+/// As a click, but the focus stays where it is: the next key may press the same button again.
+void MAin::pressByKey(int control) {
+  const bool toggled = within(control, id::GenEvent, view_.GenEvent.size()) &&
+                       view_.GenEvent[control - id::GenEvent].pressed;
+  act(control, MouseButton::Left, !toggled);
+}
+
 bool MAin::previewKeyDown(int keyCode, int shift, int focused) {
+  groups_.at(focused);
   const bool taken =
       keys_.keyDown(keyCode, shift, within(focused, id::FrqDigit, view_.FrqDigit.size()));
   tabs_.serveRequest();
@@ -169,7 +216,9 @@ bool MAin::previewKeyDown(int keyCode, int shift, int focused) {
 }
 
 bool MAin::previewKeyPress(int character, int focused) {
+  groups_.at(focused);
   const bool taken =
+      pressFocused(character, focused) ||
       keys_.keyPress(character, within(focused, id::FrqDigit, view_.FrqDigit.size()));
   tabs_.serveRequest();
   return taken;

@@ -11,6 +11,7 @@
 #include "ui/control_events.h"
 #include "ui/control_ids.h"
 #include "windows/config.h"
+#include "windows/mini_help.h"
 
 namespace kelvane {
 
@@ -20,6 +21,8 @@ class PanelDialogs {
   virtual ~PanelDialogs() = default;
   /// Shows the options dialog over the main window; returns when it is closed.
   virtual void showConfig(Config& config) = 0;
+  /// Opens the card of keyboard commands, or brings it to the front, and returns at once.
+  virtual void showHelp(MiniHelp& help) = 0;
 };
 
 /// What the main window stands on.
@@ -67,10 +70,12 @@ class MAin : public ControlEvents {
   bool previewKeyPress(int character, int focused);
   /// A turn of the mouse wheel, positive away from the user; 120 is a notch.
   void wheel(int delta);
+  /// The windows beside the main one, for whoever has one to offer.
+  Companions& companions() { return companions_; }
   const std::string& CommandPrefix() const { return keys_.CommandPrefix(); }
   void tabClicked(int tab);
-  /// Alt and a character. Answers whether a tab took it.
-  bool accelerator(char32_t character) { return tabs_.accelerator(character); }
+  /// Alt and a character. Answers whether a tab or a button took it.
+  bool accelerator(char32_t character);
   /// The window became the active one.
   void activated() { services_.window.focus(id::FrqFocus); }
 
@@ -84,6 +89,10 @@ class MAin : public ControlEvents {
 
  private:
   ReceiverUnits units();
+  void provideCompanions();
+  void act(int control, MouseButton button, bool pressed);
+  bool pressFocused(int character, int focused);
+  void pressByKey(int control);
   void clickedArray(int control, MouseButton button, bool pressed);
   void Config_Click();
 
@@ -98,6 +107,9 @@ class MAin : public ControlEvents {
   clsModEvent buttons_;
   FrqEntry entry_;
   Indicators indicators_;
+  Companions companions_;
+  Openers openers_;
+  FocusGroups groups_;
   RemoteState remote_;
   StatusBox status_;
   LinkRetry retry_;
@@ -115,6 +127,7 @@ class MAin : public ControlEvents {
   KeyCommands keys_;
   WMouse wheel_;
   Config config_;
+  MiniHelp help_;
   Timer TimBlk_;
 };
 

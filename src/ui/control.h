@@ -18,6 +18,7 @@ struct Control {
   bool pressed = false;   ///< a check box drawn as a button is down
   bool selected = false;  ///< a digit box: its one character is marked
   std::string tip;
+  std::string spoken;  ///< accessible name where it says more than the table of controls
 
   bool operator==(const Control&) const = default;
 };

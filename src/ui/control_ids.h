@@ -37,6 +37,10 @@ enum ControlId : int {
   IO = 1140,        // 0..3
   VStep = 1150,     // 0..1
   IStep = 1160,     // 0..1
+  Opener = 1170,    // 0..5
+
+  // MiniHelp
+  HelpCard = 1190,
 
   // Config; cmdOK and cmdCancel are the system's own 1 and 2
   cmdOK = 1,

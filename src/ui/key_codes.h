@@ -22,6 +22,7 @@ enum KeyCode : int {
   F2 = 113,
   F3 = 114,
   F4 = 115,
+  F6 = 117,
 };
 
 /// Characters of key-press that have no sign.

@@ -20,6 +20,9 @@ constexpr int kPanelHeight = 172;
 // Below it: the receiver's settings, the panel's own buttons.
 constexpr int kSettingRow = 214;
 constexpr int kButtonRow = 256;
+// The windows' buttons stand in the middle between the forwarding and the options.
+constexpr int kOpenerWidth = 66;
+constexpr int kOpenerGap = (kWidth - 4 * 72 - 6 * kOpenerWidth) / 2;
 
 constexpr auto kRows = std::to_array<ControlRow>({
     {id::FrqFocus,
@@ -62,6 +65,16 @@ constexpr auto kRows = std::to_array<ControlRow>({
      72,
      "Forwarding",
      [](MainView& v, int i) -> Control& { return v.GenEvent[i]; }},
+    {id::Opener,
+     "Opener",
+     6,
+     Kind::Button,
+     Font::Normal,
+     Align::Centre,
+     {kLeft + 3 * 72 + kOpenerGap, kButtonRow, kOpenerWidth, 26},
+     kOpenerWidth,
+     "Open a window",
+     [](MainView& v, int i) -> Control& { return v.Opener[i]; }},
     {id::ConfigButton,
      "Config",
      1,

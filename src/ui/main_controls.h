@@ -18,6 +18,7 @@ enum class Kind {
   Lock,    ///< drawn padlock, closed for element 0 and open for element 1
   Lamp,    ///< drawn lamp in its background colour
   Toggle,  ///< check box drawn as a push button
+  Button,  ///< push button
 };
 
 enum class Font { Small, Normal, Bold, Digits, Status };

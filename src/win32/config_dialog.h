@@ -2,6 +2,7 @@
 
 #include "base/win32/dialog_window.h"
 #include "shell/main_window.h"
+#include "win32/help_window.h"
 
 namespace kelvane::win32 {
 
@@ -35,9 +36,14 @@ class SystemDialogs : public PanelDialogs {
   explicit SystemDialogs(HWND owner) : owner_(owner) {}
 
   void showConfig(Config& config) override { ConfigDialog(owner_, config).runModal(); }
+  void showHelp(MiniHelp& help) override {
+    if (!help_) help_ = std::make_unique<HelpWindow>(owner_, help);
+    help_->show();
+  }
 
  private:
   HWND owner_;
+  std::unique_ptr<HelpWindow> help_;
 };
 
 }  // namespace kelvane::win32

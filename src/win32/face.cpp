@@ -28,6 +28,8 @@ Make makeOf(Kind kind) {
       return {kKeysClass, 0};
     case Kind::Toggle:
       return {L"BUTTON", BS_AUTOCHECKBOX | BS_PUSHLIKE};
+    case Kind::Button:
+      return {L"BUTTON", BS_PUSHBUTTON};
     case Kind::Panel:
       return {L"STATIC", WS_CLIPSIBLINGS};
     default:
@@ -36,6 +38,8 @@ Make makeOf(Kind kind) {
 }
 
 bool takesKeys(Kind kind) { return kind == Kind::Digit || kind == Kind::Keys; }
+
+bool isButton(Kind kind) { return kind == Kind::Toggle || kind == Kind::Button; }
 
 LRESULT CALLBACK ownProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   return DefWindowProcW(window, message, wParam, lParam);
@@ -76,6 +80,8 @@ void Face::show(const Control& control) {
   if (control.enabled != before.enabled) EnableWindow(window_, control.enabled);
   if (row_.kind == Kind::Toggle && control.pressed != before.pressed)
     SendMessageW(window_, BM_SETCHECK, control.pressed ? BST_CHECKED : BST_UNCHECKED, 0);
+  if (control.spoken != before.spoken)
+    speakAs(window_, control.spoken.empty() ? row_.speak : control.spoken);
   if (control.visible != before.visible) ShowWindow(window_, control.visible ? SW_SHOWNA : SW_HIDE);
   InvalidateRect(window_, nullptr, FALSE);
 }
@@ -129,7 +135,7 @@ bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
     case WM_LBUTTONDBLCLK:
       // Kept from a label's own handling, which would tell the click a second time.
       if (row_.kind == Kind::Digit) SetFocus(window_);
-      return row_.kind != Kind::Toggle;
+      return !isButton(row_.kind);
     case WM_LBUTTONUP:
       return click(MouseButton::Left), false;
     case WM_RBUTTONUP:
@@ -144,7 +150,7 @@ bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
 }
 
 void Face::click(MouseButton button) {
-  if (!takesKeys(row_.kind) && row_.kind != Kind::Toggle) events_.clicked(id(), button, false);
+  if (!takesKeys(row_.kind) && !isButton(row_.kind)) events_.clicked(id(), button, false);
 }
 
 void Face::paint() const { paintFace(*this); }

@@ -66,8 +66,9 @@ void paintLamp(const Face& face, const Painting& on) {
   on.round(lamp, lamp.right - lamp.left, colour, blended(colour, RGB(255, 255, 255), 90));
 }
 
-/// A push button that stays down while it is pressed.
-void paintToggle(const Face& face, const Painting& on) {
+/// A push button; one that toggles stays down while it is pressed. The one with the keyboard focus
+/// has a frame.
+void paintButton(const Face& face, const Painting& on) {
   const bool down =
       face.shown().pressed || (SendMessageW(face.window(), BM_GETSTATE, 0, 0) & BST_PUSHED) != 0;
   const COLORREF around = GetSysColor(COLOR_BTNFACE);
@@ -78,6 +79,12 @@ void paintToggle(const Face& face, const Painting& on) {
   InflateRect(&button, -scaled(2, face.dpi()), -scaled(1, face.dpi()));
   const COLORREF edge = blended(colour, GetSysColor(COLOR_BTNTEXT), down ? 170 : 90);
   on.round(button, scaled(8, face.dpi()), down ? blended(colour, 0, 30) : colour, edge);
+  if (GetFocus() == face.window()) {
+    RECT frame = button;
+    InflateRect(&frame, -scaled(3, face.dpi()), -scaled(3, face.dpi()));
+    on.round(frame, scaled(5, face.dpi()), down ? blended(colour, 0, 30) : colour,
+             GetSysColor(COLOR_HIGHLIGHT));
+  }
   if (down) OffsetRect(&button, scaled(1, face.dpi()), scaled(1, face.dpi()));
   const COLORREF text = face.shown().enabled ? RGB(16, 20, 24) : GetSysColor(COLOR_GRAYTEXT);
   on.text(wide(face.shown().text).c_str(), button, face.font(), text,
@@ -118,7 +125,8 @@ void paintFace(const Face& face) {
     case Kind::Lamp:
       return paintLamp(face, on);
     case Kind::Toggle:
-      return paintToggle(face, on);
+    case Kind::Button:
+      return paintButton(face, on);
     case Kind::Keys:
       return on.fill(on.area(), 0);
     default:

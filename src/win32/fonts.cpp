@@ -38,10 +38,15 @@ HFONT make(const wchar_t* face, int height, int weight, UINT dpi) {
 
 }  // namespace
 
-Fonts::Fonts(UINT dpi) {
-  // Looked up once: asking the system for a font's presence takes longer than making it.
+// Looked up once: asking the system for a font's presence takes longer than making it.
+const wchar_t* textFont() {
   static const wchar_t* const text =
       firstInstalled(std::array{L"Segoe UI", L"DejaVu Sans", L"Tahoma"});
+  return text;
+}
+
+Fonts::Fonts(UINT dpi) {
+  const wchar_t* const text = textFont();
   static const wchar_t* const digits = firstInstalled(std::array{
       L"Bahnschrift SemiCondensed", L"DejaVu Sans Condensed", L"Liberation Sans", L"Arial"});
   fonts_ = {make(text, 11, FW_NORMAL, dpi), make(text, 12, FW_NORMAL, dpi),

@@ -11,6 +11,9 @@ namespace kelvane::win32 {
 /// Pixels for a length in 96ths of an inch.
 inline int scaled(int length, UINT dpi) { return MulDiv(length, static_cast<int>(dpi), 96); }
 
+/// The installed font that texts are written in.
+const wchar_t* textFont();
+
 /// The fonts of a window at one resolution.
 class Fonts {
  public:

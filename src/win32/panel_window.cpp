@@ -7,6 +7,7 @@
 
 #include "shell/global.h"
 #include "ui/main_controls.h"
+#include "win32/screens.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -24,22 +25,6 @@ SIZE windowSize(UINT dpi) {
   RECT area{0, 0, scaled(kMainWidth, dpi), scaled(kMainHeight, dpi)};
   AdjustWindowRectExForDpi(&area, kStyle, FALSE, 0, dpi);
   return {area.right - area.left, area.bottom - area.top};
-}
-
-BOOL CALLBACK addScreen(HMONITOR monitor, HDC, RECT*, LPARAM screens) {
-  MONITORINFO info{};
-  info.cbSize = sizeof info;
-  GetMonitorInfoW(monitor, &info);
-  const RECT& work = info.rcWork;
-  reinterpret_cast<std::vector<Global::Area>*>(screens)->push_back(
-      {{work.left, work.top}, {work.right - work.left, work.bottom - work.top}});
-  return TRUE;
-}
-
-std::vector<Global::Area> screens() {
-  std::vector<Global::Area> found;
-  EnumDisplayMonitors(nullptr, nullptr, addScreen, reinterpret_cast<LPARAM>(&found));
-  return found;
 }
 
 void keepOnTop(HWND window, bool onTop) {

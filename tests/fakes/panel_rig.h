@@ -15,9 +15,11 @@ namespace kelvane::fakes {
 class FakeAmbrelWindows : public ambrel::ComponentWindows {
  public:
   void setOwner(Long) override {}
-  void showKnownList(ambrel::AmbrelCore&) override {}
-  void showSource(ambrel::AmbrelCore&) override {}
-  void showData(ambrel::AmbrelCore&) override {}
+  void showKnownList(ambrel::AmbrelCore&) override { opened += "K"; }
+  void showSource(ambrel::AmbrelCore&) override { opened += "E"; }
+  void showData(ambrel::AmbrelCore&) override { opened += "D"; }
+
+  std::string opened;  ///< one letter for each call: its key
 };
 
 /// Does with the keyboard focus what Windows does: a control that gets it takes it from another,
@@ -67,7 +69,10 @@ class FakeDialogs : public PanelDialogs {
     window_.modal = false;
   }
 
+  void showHelp(MiniHelp&) override { ++helps; }
+
   int configs = 0;
+  int helps = 0;
   std::function<void(Config&)> inConfig;
 
  private:

@@ -178,6 +178,14 @@ void RunningPanel::clickTab(int tab) {
   sendMouse(MOUSEEVENTF_LEFTUP);
 }
 
+void RunningPanel::turnWheel(int delta) {
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  input.mi.dwFlags = MOUSEEVENTF_WHEEL;
+  input.mi.mouseData = static_cast<DWORD>(delta);
+  SendInput(1, &input, sizeof input);
+}
+
 void RunningPanel::moveToResolution(int dpi) {
   RECT place;
   GetWindowRect(window_, &place);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "ui/main_view.h"
+#include "ui/window_commands.h"
+
+namespace kelvane {
+
+/// The keyboard focus among the panel's groups: typing, the digits, the receiver's buttons, the
+/// panel's buttons, the tabs. The tab key is taken by the receivers, so that other keys walk here.
+class FocusGroups {
+ public:
+  FocusGroups(MainView& view, WindowCommands& window) : view_(view), window_(window) {}
+
+  /// The control that has the focus now; told before each key.
+  void at(int control) { focused_ = control; }
+  /// To the next (1) or previous (-1) group that has something to offer.
+  void nextGroup(int direction);
+  /// To the next or previous button of the group; answers false where the focus is on none.
+  bool nextButton(int direction);
+  /// Whether a button has the focus.
+  bool onButton() const;
+
+ private:
+  bool usable(int control) const;
+  /// The place among the group's controls to which the focus goes; -1 for none.
+  int entryOf(int group) const;
+
+  MainView& view_;
+  WindowCommands& window_;
+  int focused_ = 0;
+};
+
+}  // namespace kelvane

@@ -1,0 +1,186 @@
+#include "win32/help_window.h"
+
+#include <commctrl.h>
+#include <richedit.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "ui/control_ids.h"
+#include "win32/accessible.h"
+#include "win32/fonts.h"
+#include "win32/screens.h"
+#include "win32/text.h"
+#include "windows/help_card.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+constexpr wchar_t kClass[] = L"KelvaneMiniHelp";
+constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN;
+constexpr int kWidth = 470, kHeight = 520;
+
+HINSTANCE module() { return GetModuleHandleW(nullptr); }
+
+/// Whether a font of this name is there and has all these characters.
+bool canWrite(const wchar_t* face, DWORD charset, const wchar_t (&characters)[5]) {
+  HDC screen = GetDC(nullptr);
+  HFONT font = CreateFontW(20, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, charset, 0, 0, 0, 0, face);
+  const HGDIOBJ before = SelectObject(screen, font);
+  wchar_t given[LF_FACESIZE] = L"";
+  GetTextFaceW(screen, LF_FACESIZE, given);
+  std::array<WORD, 4> glyphs{};
+  const DWORD found =
+      GetGlyphIndicesW(screen, characters, 4, glyphs.data(), GGI_MARK_NONEXISTING_GLYPHS);
+  SelectObject(screen, before);
+  DeleteObject(font);
+  ReleaseDC(nullptr, screen);
+  return lstrcmpiW(given, face) == 0 && found == 4 &&
+         std::ranges::find(glyphs, WORD{0xFFFF}) == glyphs.end();
+}
+
+/// The card in what this system's fonts can show.
+std::string readableCard() {
+  constexpr wchar_t kSymbols[] = L"\xF0AC\xF0AD\xF0AE\xF0AF";
+  constexpr wchar_t kArrows[] = L"\x2190\x2191\x2192\x2193";
+  const wchar_t* const font = textFont();
+  Arrows arrows = canWrite(font, DEFAULT_CHARSET, kArrows) ? Arrows::Characters : Arrows::Words;
+  if (canWrite(L"Symbol", SYMBOL_CHARSET, kSymbols)) arrows = Arrows::Symbol;
+  return helpCard(narrow(font), arrows);
+}
+
+DWORD CALLBACK readText(DWORD_PTR text, BYTE* to, LONG wanted, LONG* given) {
+  auto& rest = *reinterpret_cast<std::string_view*>(text);
+  const std::size_t part = std::min(rest.size(), static_cast<std::size_t>(wanted));
+  std::copy_n(rest.data(), part, to);
+  rest.remove_prefix(part);
+  *given = static_cast<LONG>(part);
+  return 0;
+}
+
+}  // namespace
+
+HelpWindow::HelpWindow(HWND owner, MiniHelp& help) : owner_(owner), help_(help) {
+  // The rich-text control's class comes with the library; it stays until the program ends.
+  LoadLibraryExW(L"Msftedit.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+  WNDCLASSW own{};
+  own.lpfnWndProc = procedure;
+  own.hInstance = module();
+  own.hIcon = LoadIconW(module(), MAKEINTRESOURCEW(1));
+  own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  own.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+  own.lpszClassName = kClass;
+  RegisterClassW(&own);
+}
+
+HelpWindow::~HelpWindow() {
+  if (window_) DestroyWindow(window_);
+  UnregisterClassW(kClass, module());
+}
+
+void HelpWindow::show() {
+  if (!window_) make();
+  if (IsIconic(window_)) ShowWindow(window_, SW_RESTORE);
+  ShowWindow(window_, SW_SHOW);
+  SetForegroundWindow(window_);
+  SetFocus(card_);
+}
+
+void HelpWindow::make() {
+  window_ =
+      CreateWindowExW(WS_EX_TOPMOST | WS_EX_TOOLWINDOW, kClass, wide(MiniHelp::kCaption).c_str(),
+                      kStyle, 0, 0, 0, 0, owner_, nullptr, module(), this);
+  card_ = CreateWindowExW(0, L"RICHEDIT50W", L"",
+                          WS_CHILD | WS_VISIBLE | WS_VSCROLL | ES_MULTILINE | ES_READONLY |
+                              ES_NOHIDESEL | ES_AUTOVSCROLL,
+                          0, 0, 0, 0, window_,
+                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::HelpCard)), module(),
+                          nullptr);
+  SetWindowSubclass(card_, cardProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+  speakAs(card_, "Card of keyboard commands");
+  fill();
+  place();
+}
+
+void HelpWindow::fill() {
+  const std::string card = readableCard();
+  std::string_view rest = card;
+  EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&rest), 0, readText};
+  SendMessageW(card_, EM_STREAMIN, SF_RTF, reinterpret_cast<LPARAM>(&stream));
+  SendMessageW(card_, EM_SETSEL, 0, 0);
+}
+
+void HelpWindow::place() {
+  const auto system = static_cast<int>(GetDpiForSystem());
+  const UINT dpi = GetDpiForWindow(window_);
+  RECT over{};
+  GetWindowRect(owner_, &over);
+  const Global::Point start = help_.startPlace(
+      {Global::twipsFromPixels(over.left, system), Global::twipsFromPixels(over.top, system)});
+  const Global::Size size{scaled(kWidth, dpi), scaled(kHeight, dpi)};
+  const Global::Point at = Global::placeOnScreen(
+      {Global::pixelsFromTwips(start.left, system), Global::pixelsFromTwips(start.top, system)},
+      size, GetSystemMetrics(SM_CYCAPTION), screens());
+  SetWindowPos(window_, HWND_TOPMOST, at.left, at.top, size.width, size.height, SWP_NOACTIVATE);
+  zoom(dpi);
+}
+
+/// The control itself knows only the resolution that the system started with.
+void HelpWindow::zoom(UINT dpi) {
+  SendMessageW(card_, EM_SETZOOM, dpi, static_cast<LPARAM>(GetDpiForSystem()));
+  const LPARAM margin = scaled(10, dpi);
+  SendMessageW(card_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margin, margin));
+}
+
+void HelpWindow::escape() {
+  const auto system = static_cast<int>(GetDpiForSystem());
+  RECT at{};
+  GetWindowRect(window_, &at);
+  help_.escaped(
+      {Global::twipsFromPixels(at.left, system), Global::twipsFromPixels(at.top, system)});
+  DestroyWindow(window_);
+}
+
+LRESULT CALLBACK HelpWindow::cardProcedure(HWND card, UINT message, WPARAM wParam, LPARAM lParam,
+                                           UINT_PTR, DWORD_PTR self) {
+  const bool escape = wParam == VK_ESCAPE;
+  if (message == WM_KEYDOWN && escape) return reinterpret_cast<HelpWindow*>(self)->escape(), 0;
+  // It would take the whole text as selected when the tab key or a dialog gives it the focus.
+  if (message == WM_GETDLGCODE) return DLGC_WANTALLKEYS;
+  return DefSubclassProc(card, message, wParam, lParam);
+}
+
+LRESULT CALLBACK HelpWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCCREATE) {
+    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
+  }
+  auto* self = reinterpret_cast<HelpWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (self && self->handle(message, wParam, lParam)) return 0;
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
+bool HelpWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto* suggested = reinterpret_cast<const RECT*>(lParam);
+  switch (message) {
+    case WM_SIZE:
+      MoveWindow(card_, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);
+      return true;
+    case WM_SETFOCUS:
+      return SetFocus(card_), true;
+    case WM_DPICHANGED:
+      SetWindowPos(window_, nullptr, suggested->left, suggested->top,
+                   suggested->right - suggested->left, suggested->bottom - suggested->top,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+      return zoom(LOWORD(wParam)), true;
+    case WM_NCDESTROY:
+      window_ = card_ = nullptr;
+      return false;
+    default:
+      return false;
+  }
+}
+
+}  // namespace kelvane::win32

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <windows.h>
+
+#include "windows/mini_help.h"
+
+namespace kelvane::win32 {
+
+/// The card of keyboard commands on the screen, above all other windows. It lives as long as its
+/// owner, and is made anew each time it is opened.
+class HelpWindow {
+ public:
+  HelpWindow(HWND owner, MiniHelp& help);
+  ~HelpWindow();
+  HelpWindow(const HelpWindow&) = delete;
+  HelpWindow& operator=(const HelpWindow&) = delete;
+
+  /// Opens it with the keyboard focus in the card, or brings it to the front.
+  void show();
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT CALLBACK cardProcedure(HWND card, UINT message, WPARAM wParam, LPARAM lParam,
+                                        UINT_PTR, DWORD_PTR self);
+  bool handle(UINT message, WPARAM wParam, LPARAM lParam);
+  void make();
+  void fill();
+  void place();
+  void zoom(UINT dpi);
+  void escape();
+
+  HWND owner_;
+  MiniHelp& help_;
+  HWND window_ = nullptr;
+  HWND card_ = nullptr;
+};
+
+}  // namespace kelvane::win32

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <vector>
+
+#include "shell/global.h"
+
+namespace kelvane::win32 {
+
+/// The screens' work areas, in pixels.
+std::vector<Global::Area> screens();
+
+}  // namespace kelvane::win32
