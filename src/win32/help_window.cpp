@@ -89,9 +89,8 @@ void HelpWindow::show() {
 }
 
 void HelpWindow::make() {
-  window_ =
-      CreateWindowExW(WS_EX_TOPMOST | WS_EX_TOOLWINDOW, kClass, wide(MiniHelp::kCaption).c_str(),
-                      kStyle, 0, 0, 0, 0, owner_, nullptr, module(), this);
+  window_ = CreateWindowExW(WS_EX_TOPMOST, kClass, wide(MiniHelp::kCaption).c_str(), kStyle, 0, 0,
+                            0, 0, owner_, nullptr, module(), this);
   card_ = CreateWindowExW(0, L"RICHEDIT50W", L"",
                           WS_CHILD | WS_VISIBLE | WS_VSCROLL | ES_MULTILINE | ES_READONLY |
                               ES_NOHIDESEL | ES_AUTOVSCROLL,
@@ -130,8 +129,13 @@ void HelpWindow::place() {
 /// The control itself knows only the resolution that the system started with.
 void HelpWindow::zoom(UINT dpi) {
   SendMessageW(card_, EM_SETZOOM, dpi, static_cast<LPARAM>(GetDpiForSystem()));
-  const LPARAM margin = scaled(10, dpi);
-  SendMessageW(card_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margin, margin));
+  SendMessageW(card_, WM_VSCROLL, SB_TOP, 0);
+}
+
+/// The card fills the window but for a margin in its own colour.
+void HelpWindow::spread(int width, int height) {
+  const int margin = scaled(10, GetDpiForWindow(window_));
+  MoveWindow(card_, margin, margin / 2, width - margin, height - margin / 2, TRUE);
 }
 
 void HelpWindow::escape() {
@@ -166,8 +170,7 @@ bool HelpWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
   const auto* suggested = reinterpret_cast<const RECT*>(lParam);
   switch (message) {
     case WM_SIZE:
-      MoveWindow(card_, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);
-      return true;
+      return spread(LOWORD(lParam), HIWORD(lParam)), true;
     case WM_SETFOCUS:
       return SetFocus(card_), true;
     case WM_DPICHANGED:

@@ -27,6 +27,7 @@ class HelpWindow {
   void fill();
   void place();
   void zoom(UINT dpi);
+  void spread(int width, int height);
   void escape();
 
   HWND owner_;
