@@ -27,6 +27,16 @@ SIZE windowSize(UINT dpi) {
   return {area.right - area.left, area.bottom - area.top};
 }
 
+/// The next message that is neither key nor mouse. Those wait for the loop, which previews them: a
+/// command that lets events run would else have the next key go past the keyboard language.
+bool takeNoInput(MSG& message) {
+  constexpr std::pair<UINT, UINT> kRanges[] = {
+      {0, WM_KEYFIRST - 1}, {WM_KEYLAST + 1, WM_MOUSEFIRST - 1}, {WM_MOUSELAST + 1, 0xFFFF}};
+  return std::ranges::any_of(kRanges, [&message](const auto& range) {
+    return PeekMessageW(&message, nullptr, range.first, range.second, PM_REMOVE) != 0;
+  });
+}
+
 void keepOnTop(HWND window, bool onTop) {
   SetWindowPos(window, onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
 }
@@ -251,7 +261,7 @@ void PanelWindow::beep() { MessageBeep(MB_OK); }
 void PanelWindow::runPending() {
   if (std::exchange(pumping_, true)) return;
   MSG message;
-  for (int i = 0; i < kMostPending && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++i) {
+  for (int i = 0; i < kMostPending && takeNoInput(message); ++i) {
     if (message.message == WM_QUIT) {
       PostQuitMessage(static_cast<int>(message.wParam));
       break;
