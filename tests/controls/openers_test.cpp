@@ -74,7 +74,10 @@ TEST_F(OpenersTest, AButtonIsThereWithItsWindowAndOnWhileItWouldDoSomething) {
 }
 
 TEST_F(OpenersTest, TheDatabaseLeavesTheKeyboardToTheNumberThatFollows) {
-  rig.type("d1440\r");
+  rig.window.focus(id::GenEvent);
+  rig.type("d");
+  EXPECT_EQ(rig.window.focused, id::FrqFocus);
+  rig.type("1440\r");
   EXPECT_EQ(rig.ambrelWindows.opened, "D");
   EXPECT_EQ(rig.digits(), "  1445000");
 }

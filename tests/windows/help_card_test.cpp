@@ -105,6 +105,9 @@ class Card : public testing::Test {
   }
   bool acts(const std::string& keys, bool onDigit) {
     for (int state = 0; state < 5; ++state) {
+      // A typed number would let any letter act, and a button any Enter.
+      if (state == 3 && keys != "ESC") continue;
+      if (state == 4 && keys != "CR" && !keys.ends_with("F6")) continue;
       put(state);
       if (onDigit) rig.window.focus(id::FrqDigit + 5);
       const std::string before = everything(rig);
