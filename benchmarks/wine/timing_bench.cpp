@@ -29,7 +29,7 @@ class TimingCopy : public wine::ProgramCopy {
  public:
   TimingCopy() {
     using namespace std::filesystem;
-    copy_file(wine::programFolder() / L"..\\benchmarks\\Sondrel.dll", folder() / L"Sondrel.dll",
+    copy_file(wine::programFolder() / L"..\\bench\\Sondrel.dll", folder() / L"Sondrel.dll",
               copy_options::overwrite_existing);
     copy(wine::programFolder() / L"data", folder() / L"data",
          copy_options::recursive | copy_options::overwrite_existing);
