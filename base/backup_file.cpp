@@ -21,6 +21,18 @@ FileResult move(const std::filesystem::path& from, const std::filesystem::path& 
   return error ? FileResult{false, systemWords(error)} : FileResult{};
 }
 
+/// Frees the first backup name by moving each backup to the next one, as far as there is no name
+/// free before. A backup that would be too many is replaced.
+FileResult makeRoom(const std::filesystem::path& file, FileSteps& steps, int generations) {
+  int free = 1;
+  while (free < generations && isThere(backupOf(file, free))) ++free;
+  for (int to = free; to > 1; --to) {
+    const FileResult moved = steps.swapIn(backupOf(file, to - 1), backupOf(file, to));
+    if (!moved) return moved;
+  }
+  return {};
+}
+
 }  // namespace
 
 FileResult moveToBackup(const std::filesystem::path& file, int generations) {
@@ -31,6 +43,15 @@ FileResult moveToBackup(const std::filesystem::path& file, int generations) {
     if (!moved) return moved;
   }
   return move(file, backupOf(file, 1));
+}
+
+FileResult writeKeepingBackups(const std::filesystem::path& file, std::string_view content,
+                               FileSteps& steps, int generations) {
+  return writeFileSafely(file, content, steps, [&] {
+    if (!isThere(file)) return FileResult{};
+    const FileResult room = makeRoom(file, steps, generations);
+    return room ? steps.secondName(file, backupOf(file, 1)) : room;
+  });
 }
 
 }  // namespace kelvane

@@ -68,6 +68,18 @@ FileResult FileSteps::write(const fs::path& file, std::string_view content) {
   return {false, systemWords(lastError())};
 }
 
+FileResult FileSteps::secondName(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  fs::path unfinished = to;
+  unfinished += kUnfinished;
+  fs::remove(unfinished, error);
+  fs::create_hard_link(from, unfinished, error);
+  // Not every file system has links.
+  if (error) fs::copy_file(from, unfinished, fs::copy_options::overwrite_existing, error);
+  if (!error) fs::rename(unfinished, to, error);
+  return error ? FileResult{false, systemWords(error)} : FileResult{};
+}
+
 void FileSteps::remove(const fs::path& file) {
   std::error_code ignored;
   fs::remove(file, ignored);
@@ -79,6 +91,11 @@ FileResult writeFileSafely(const fs::path& path, std::string_view content) {
 }
 
 FileResult writeFileSafely(const fs::path& path, std::string_view content, FileSteps& steps) {
+  return writeFileSafely(path, content, steps, [] { return FileResult{}; });
+}
+
+FileResult writeFileSafely(const fs::path& path, std::string_view content, FileSteps& steps,
+                           const std::function<FileResult()>& beforeSwap) {
   if (path.has_parent_path()) {
     const FileResult made = steps.makeFolders(path.parent_path());
     if (!made) return failure(path, made.reason);
@@ -87,6 +104,7 @@ FileResult writeFileSafely(const fs::path& path, std::string_view content, FileS
   const fs::path unfinished = nameBeside(path);
   FileResult result = steps.write(unfinished, content);
   if (result) result = steps.flush(unfinished);
+  if (result) result = beforeSwap();
   if (result) result = steps.swapIn(unfinished, path);
   if (result) return result;
   steps.remove(unfinished);

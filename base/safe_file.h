@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,6 +29,8 @@ class FileSteps {
   virtual FileResult flush(const std::filesystem::path& file);
   /// Gives `from` the name of `to` in one step; a file that had the name is gone then.
   virtual FileResult swapIn(const std::filesystem::path& from, const std::filesystem::path& to);
+  /// Gives the content of `from` a second name; a file that had that name is gone then.
+  virtual FileResult secondName(const std::filesystem::path& from, const std::filesystem::path& to);
   virtual void remove(const std::filesystem::path& file);
 };
 
@@ -37,6 +40,10 @@ class FileSteps {
 FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content);
 FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content,
                            FileSteps& steps);
+/// `beforeSwap` runs when the new content is on the disk and the old file still has its name; when
+/// it fails nothing is swapped.
+FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content,
+                           FileSteps& steps, const std::function<FileResult()>& beforeSwap);
 
 /// The whole content of a file, at most `limit` bytes. None when it cannot be opened or read, or is
 /// larger; `reason` then says why when it is asked for, and is empty when there is no such file.

@@ -48,9 +48,11 @@ bool FileFlows::openFile(std::string& name, const std::string& extension) {
   }
 }
 
-bool FileFlows::saveFile(std::string& name, const std::string& extension) {
-  const FileRequest asked =
+bool FileFlows::saveFile(std::string& name, const std::string& extension,
+                         const std::vector<std::string>& others) {
+  FileRequest asked =
       request("Select File name to be used ...", "Save", name.empty() ? "*" : name, extension);
+  asked.others = others;
   const std::optional<std::string> chosen = dialogs_.save(asked);
   if (!chosen || chosen->empty()) return false;
   const std::string path = fullPath(asked, *chosen);

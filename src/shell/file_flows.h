@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "ui/message_boxes.h"
 
@@ -10,11 +11,12 @@ namespace kelvane {
 /// What a file dialog is asked for. All texts UTF-8.
 struct FileRequest {
   std::string title;
-  std::string folder;       ///< where it starts; empty where there is none to start in
-  std::string name;         ///< what stands in the name field
-  std::string extension;    ///< added to a name typed without one
-  std::string description;  ///< of the one filter
-  std::string pattern;      ///< of the one filter
+  std::string folder;                    ///< where it starts; empty where there is none to start in
+  std::string name;                      ///< what stands in the name field
+  std::string extension;                 ///< added to a name typed without one
+  std::string description;               ///< of the first filter
+  std::string pattern;                   ///< of the first filter
+  std::vector<std::string> others = {};  ///< extensions of further filters
 };
 
 /// The file dialogs, made by Windows. Long names; the read-only box is hidden; the open dialog
@@ -41,8 +43,10 @@ class FileFlows {
   /// Asks for a name to write to. A file of that name, once its replacement is agreed to, is moved
   /// to a backup beside it before this returns, so that whatever becomes of the new one the old
   /// content is not lost. False when nothing was chosen, when it must not be replaced, and, after
-  /// saying why, when no file of that name can be made.
-  bool saveFile(std::string& name, const std::string& extension);
+  /// saying why, when no file of that name can be made. The operator may choose among kinds of
+  /// file by their extensions, of which the first is added to a name that has none.
+  bool saveFile(std::string& name, const std::string& extension,
+                const std::vector<std::string>& others = {});
 
  private:
   bool mayBeWritten(const std::string& chosen);

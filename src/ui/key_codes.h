@@ -15,6 +15,7 @@ enum KeyCode : int {
   Up = 38,
   Right = 39,
   Down = 40,
+  Insert = 45,
   Delete = 46,
   PadPlus = 107,
   PadMinus = 109,

@@ -18,13 +18,23 @@ constexpr std::size_t kLongest = 32768;
 
 using Dialog = BOOL(WINAPI*)(LPOPENFILENAMEW);
 
+/// The filters' descriptions and patterns, and the end of the list.
+std::wstring filters(const FileRequest& request) {
+  std::wstring list = wide(request.description) + L'\0' + wide(request.pattern) + L'\0';
+  for (const std::string& extension : request.others) {
+    std::string pattern = "*." + extension;
+    std::string description = request.description;
+    description.replace(description.find(request.pattern), request.pattern.size(), pattern);
+    list += wide(description) + L'\0' + wide(pattern) + L'\0';
+  }
+  return list + L'\0';
+}
+
 std::optional<std::string> ask(Dialog dialog, HWND owner, const FileRequest& request, DWORD flags) {
   const std::wstring title = wide(request.title);
   const std::wstring folder = wide(request.folder);
   const std::wstring extension = wide(request.extension);
-  // One filter: its description, its pattern, and the end of the list.
-  const std::wstring filter =
-      wide(request.description) + L'\0' + wide(request.pattern) + L'\0' + L'\0';
+  const std::wstring filter = filters(request);
   std::vector<wchar_t> name(kLongest, L'\0');
   const std::wstring first = wide(request.name);
   std::copy_n(first.begin(), std::min(first.size(), kLongest - 1), name.begin());

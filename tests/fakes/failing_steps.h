@@ -30,6 +30,10 @@ class FailingSteps : public FileSteps {
   FileResult swapIn(const std::filesystem::path& from, const std::filesystem::path& to) override {
     return strikes() ? failure() : FileSteps::swapIn(from, to);
   }
+  FileResult secondName(const std::filesystem::path& from,
+                        const std::filesystem::path& to) override {
+    return strikes() ? failure() : FileSteps::secondName(from, to);
+  }
   void remove(const std::filesystem::path& file) override {
     if (how_ == How::Fail || !struck()) FileSteps::remove(file);
   }

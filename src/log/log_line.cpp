@@ -1,0 +1,91 @@
+#include "log/log_line.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/text.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr char kSeparator = '|';
+
+struct Padding {
+  std::size_t width;
+  bool left;
+};
+/// Of the fields from the first on; those behind are not padded.
+constexpr std::array<Padding, 4> kPadding{{{10, true}, {5, false}, {6, true}, {5, false}}};
+
+/// Takes the part before the next separator off the line; the whole line where there is none.
+std::string_view takeField(std::string_view& line) {
+  const std::size_t end = line.find(kSeparator);
+  const std::string_view part = line.substr(0, end);
+  line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
+  return trimmed(part);
+}
+
+}  // namespace
+
+std::string_view logField(std::string_view line, int field) {
+  for (; field > 0; --field) {
+    const std::size_t end = line.find(kSeparator);
+    if (end == std::string_view::npos) return {};
+    line.remove_prefix(end + 1);
+  }
+  return takeField(line);
+}
+
+bool isPositive(std::string_view text) {
+  bool point = false;
+  for (const char c : text.substr(!text.empty() && text.front() == '+' ? 1 : 0)) {
+    if (c >= '1' && c <= '9') return true;
+    if (c != '0' && (c != '.' || point)) return false;
+    point = point || c == '.';
+  }
+  return false;
+}
+
+LogLine judgeLogLine(std::string_view line) {
+  const std::string_view frequency = takeField(line);
+  takeField(line);
+  const std::string_view filter = takeField(line);
+  if (!isPositive(frequency) || !isPositive(filter)) return LogLine::NoRecord;
+  // Eight separators part nine fields; writers put one behind the ninth as well.
+  constexpr auto kAfterFilter = kLogFields - LogFilter - 1;
+  if (std::count(line.begin(), line.end(), kSeparator) < kAfterFilter - 1) return LogLine::NoRecord;
+  for (int field = 0; field < kAfterFilter; ++field) takeField(line);
+  return trimmed(line).empty() ? LogLine::Record : LogLine::TooLong;
+}
+
+std::string logText(std::string_view text) {
+  std::string result(trimmed(text));
+  for (char& c : result) {
+    if (c == kSeparator) c = '/';
+    if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) c = ' ';
+  }
+  return std::string(trimmed(result));
+}
+
+void appendLogLine(std::string& file, std::string_view line) {
+  for (int field = 0; field < kLogFields; ++field) {
+    const std::string_view text = takeField(line);
+    const std::size_t place = static_cast<std::size_t>(field);
+    const std::size_t width = place < kPadding.size() ? kPadding[place].width : 0;
+    const std::size_t blanks = width > text.size() ? width - text.size() : 0;
+    if (blanks > 0 && kPadding[place].left) file.append(blanks, ' ');
+    file += text;
+    if (blanks > 0 && !kPadding[place].left) file.append(blanks, ' ');
+    file += kSeparator;
+  }
+  file += "\r\n";
+}
+
+std::string joinLogLine(const LogRecord& record) {
+  std::string line;
+  for (const std::string& field : record) line.append(logText(field)) += kSeparator;
+  return line;
+}
+
+}  // namespace kelvane

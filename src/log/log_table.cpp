@@ -1,0 +1,107 @@
+#include "log/log_table.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "base/text.h"
+#include "log/log_line.h"
+
+namespace kelvane {
+
+namespace {
+
+/// The fewest bytes that make a record, with its line end.
+constexpr std::size_t kShortest = 11;
+
+/// Takes the next line off the text; a line ends with CR, LF or both.
+std::string_view takeLine(std::string_view& text) {
+  std::string_view line = text.substr(0, text.find('\n'));
+  std::size_t taken = std::min(line.size() + 1, text.size());
+  const std::size_t carriage = line.find('\r');
+  if (carriage != std::string_view::npos) {
+    if (carriage + 1 < line.size()) taken = carriage + 1;
+    line = line.substr(0, carriage);
+  }
+  text.remove_prefix(taken);
+  return line;
+}
+
+GridOrder orderBy(int field) {
+  if (field == LogFrequency || field == LogFilter) return {field, GridOrder::By::Number, {}};
+  if (field == LogDate) return {field, GridOrder::By::Text, LogTime};
+  return {field, GridOrder::By::Text, {}};
+}
+
+}  // namespace
+
+LogTable::LogTable(std::string file, LogRejects& rejects)
+    : file_(std::make_unique<const std::string>(std::move(file))) {
+  std::string_view text = *file_;
+  // A list that grows while it is filled would need the memory of two.
+  const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
+  records_.reserve(std::min(lines, text.size() / kShortest + 1));
+  while (!text.empty()) take(takeLine(text), rejects);
+  order_.resize(records_.size());
+  std::iota(order_.begin(), order_.end(), GridRow{0});
+}
+
+void LogTable::take(std::string_view line, LogRejects& rejects) {
+  if (trimmed(line).empty()) return;
+  const LogLine kind = judgeLogLine(line);
+  if (kind != LogLine::NoRecord) records_.push_back(line);
+  if (kind == LogLine::Record) return;
+  rejects.lines.append(line).append("\r\n");
+  ++rejects.count;
+}
+
+std::string_view LogTable::field(GridRow record, int field) const {
+  return logField(records_[record], field);
+}
+
+std::string_view LogTable::keep(std::string line) { return own_->emplace_back(std::move(line)); }
+
+void LogTable::set(GridRow record, int field, std::string_view text) {
+  LogRecord fields;
+  for (int i = 0; i < kLogFields; ++i) fields[static_cast<std::size_t>(i)] = this->field(record, i);
+  fields[static_cast<std::size_t>(field)] = text;
+  records_[record] = keep(joinLogLine(fields));
+}
+
+GridRow LogTable::append(const LogRecord& record) {
+  records_.push_back(keep(joinLogLine(record)));
+  order_.push_back(static_cast<GridRow>(records_.size() - 1));
+  return size() - 1;
+}
+
+LogTable::Removed LogTable::remove(GridRow row) {
+  const GridRow record = order_[row];
+  const Removed removed{record, row, records_[record]};
+  records_.erase(records_.begin() + record);
+  order_.erase(order_.begin() + row);
+  for (GridRow& other : order_) other -= other > record ? 1 : 0;
+  return removed;
+}
+
+void LogTable::restore(const Removed& removed) {
+  for (GridRow& other : order_) other += other >= removed.record ? 1 : 0;
+  records_.insert(records_.begin() + removed.record, removed.line);
+  order_.insert(order_.begin() + std::min(removed.row, size()), removed.record);
+}
+
+std::vector<GridRow> LogTable::sorted(int field) const {
+  std::vector<GridRow> order = order_;
+  sortGrid(std::span(order), orderBy(field),
+           [this](GridRow record, int column) { return this->field(record, column); });
+  return order;
+}
+
+std::string LogTable::content() const {
+  std::size_t length = 0;
+  for (const std::string_view line : records_) length += line.size() + 8;
+  std::string content;
+  content.reserve(length);
+  for (const GridRow record : order_) appendLogLine(content, records_[record]);
+  return content;
+}
+
+}  // namespace kelvane

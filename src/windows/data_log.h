@@ -1,0 +1,130 @@
+#pragma once
+
+#include <filesystem>
+#include <array>
+#include <functional>
+#include <future>
+#include <string>
+#include <vector>
+
+#include "contract/components.h"
+#include "grid/grid.h"
+#include "grid/undo_stack.h"
+#include "log/log_export.h"
+#include "log/log_file.h"
+#include "shell/file_flows.h"
+#include "ui/calendar.h"
+#include "ui/clipboard.h"
+#include "ui/control.h"
+
+namespace kelvane {
+
+/// What the log window shows beside its grid, under the controls' names.
+struct DataLogView {
+  std::string caption = "Station logs";
+  std::string captionTip;  ///< what became of lines that are no records; mostly empty
+  std::string Notice;      ///< what happened last, in words
+  Control Copy, Insert, Delete, Export, OK, Cancel;
+  bool open = false;
+
+  bool operator==(const DataLogView&) const = default;
+};
+
+/// What the log window stands on.
+struct DataLogServices {
+  ReceiverComponent& receiver;
+  Clipboard& clipboard;
+  FileFlows& files;
+  const Calendar& calendar;
+  std::filesystem::path folder;  ///< where the log lies
+};
+
+/// The station log's window: the log in a grid, its editing, and its file. Reading and writing the
+/// file run beside the window: while they do, the table cannot be changed, and tick() is to be
+/// called every so often. All calls come on the user-interface thread.
+class DataLog : private GridTable {
+ public:
+  explicit DataLog(const DataLogServices& services);
+  ~DataLog() override;
+
+  const DataLogView& view() const { return view_; }
+  Grid& PadGrd() { return PadGrd_; }
+
+  /// The receiver that the window serves: its settings are recorded, and records are sent to it.
+  void Receiver(Index rx);
+  /// True opens the log to look at and to edit; false makes each activation add a record.
+  void UpdateOnly(bool only) { adding_ = !only; }
+  /// A command shows the window. Coming back to it from another window is no activation.
+  void activate();
+
+  void Copy_Click();
+  void Insert_Click();
+  void Delete_Click();
+  /// Has the operator choose a file and writes the log there for other programs.
+  void Export_Click();
+  /// Saves the file and closes the window, as closing it by its corner does; where the file cannot
+  /// be saved the window stays and says why.
+  void OK_Click();
+  /// Drops all edits and closes the window.
+  void Cancel_Click();
+
+  /// The file is being read or written.
+  bool busy() const { return work_.valid(); }
+  void tick();
+
+  /// The program ends: keeps the edits, in another file where the log cannot take them. Answers
+  /// what the operator has to be told; mostly nothing.
+  std::string end();
+
+ private:
+  /// What is done on a thread of its own; what it answers is done afterwards on this one.
+  using Work = std::function<std::function<void()>()>;
+
+  GridRow rows() const override { return log_.size(); }
+  std::string cell(GridRow row, int column) const override;
+  void store(GridCell cell, const std::string& text) override;
+  bool accepts(int column, char32_t character) const override;
+  std::string corrected(GridCell cell, const std::string& text) const override;
+  std::vector<std::string> choices(int column) const override;
+  bool keyDown(int keyCode, int shift) override;
+  void recall(GridRow row) override;
+  void headerClicked(int column) override;
+  bool undo() override;
+
+  void start(const std::string& words, Work work);
+  void read();
+  void arrived(LogTable fromFile);
+  void save(LogFile::Overwrite overwrite);
+  void saved(const LogSaved& how);
+  void serveActivation();
+  void close();
+  std::string rescue(const std::string& reason) const;
+
+  LogRecord present() const;
+  void record();
+  void insert(const LogRecord& record);
+  void selectPresent();
+  GridRow rowOf(GridRow record) const;
+  LogExport exported(const std::string& path) const;
+  void refresh();
+  std::string rejectWords() const;
+
+  DataLogServices services_;
+  LogFile file_;
+  LogTable log_;
+  DataLogView view_;
+  Grid PadGrd_;
+  UndoStack undo_;
+  std::vector<std::string> modes_, agcs_;
+  Index nReceiver_ = 0;
+  bool adding_ = false;
+  bool read_ = false;    ///< the table is that of the file
+  bool edited_ = false;  ///< the table has what the file lacks
+  bool warned_ = false;  ///< the operator knows that another program wrote the file
+  bool saveWhenRead_ = false;
+  bool select_ = false;             ///< the record of the present frequency is to be selected
+  std::vector<LogRecord> waiting_;  ///< records to be added as soon as the table can be changed
+  std::future<std::function<void()>> work_;
+};
+
+}  // namespace kelvane
