@@ -14,6 +14,16 @@ bool isThere(const std::filesystem::path& file) {
   return std::filesystem::exists(std::filesystem::symlink_status(file, unknown));
 }
 
+bool isSame(const std::filesystem::path& file, const std::filesystem::path& other) {
+  namespace fs = std::filesystem;
+  std::error_code none;
+  if (fs::equivalent(file, other, none)) return true;
+  const auto size = fs::file_size(file, none);
+  if (none || fs::file_size(other, none) != size || none) return false;
+  const auto content = readFile(file, size);
+  return content && content == readFile(other, size);
+}
+
 FileResult move(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (!isThere(from)) return {};
   std::error_code error;
@@ -47,10 +57,12 @@ FileResult moveToBackup(const std::filesystem::path& file, int generations) {
 
 FileResult writeKeepingBackups(const std::filesystem::path& file, std::string_view content,
                                FileSteps& steps, int generations) {
+  const std::filesystem::path newest = backupOf(file, 1);
   return writeFileSafely(file, content, steps, [&] {
-    if (!isThere(file)) return FileResult{};
+    // After an attempt that came this far and then failed, the file is its own backup already.
+    if (!isThere(file) || isSame(file, newest)) return FileResult{};
     const FileResult room = makeRoom(file, steps, generations);
-    return room ? steps.secondName(file, backupOf(file, 1)) : room;
+    return room ? steps.secondName(file, newest) : room;
   });
 }
 

@@ -62,6 +62,7 @@ class DialogWindow {
   /// Writes a control's text where it has another.
   void setText(int id, const std::string& text);
   void setTip(int id, const std::string& tip) { tips_->set(item(id), tip); }
+  void setCaptionTip(const std::string& tip) { tips_->setCaption(tip); }
   bool checked(int id) const;
   void check(int id, bool on);
   void enable(int id, bool on);

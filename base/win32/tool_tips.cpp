@@ -6,6 +6,15 @@
 
 namespace kelvane::win32 {
 
+namespace {
+
+/// The caption's number among the tools, where no window's handle can be.
+constexpr UINT_PTR kCaption = 1;
+/// More than any caption bar is high, or any window wide.
+constexpr LONG kBeyond = 30'000;
+
+}  // namespace
+
 // The tips' window has no owner: with an owned window above it the main window would lose its own
 // place above other programs' windows under some systems.
 ToolTips::ToolTips(HWND owner)
@@ -17,7 +26,10 @@ ToolTips::ToolTips(HWND owner)
   SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, 400);
 }
 
-ToolTips::~ToolTips() { DestroyWindow(window_); }
+ToolTips::~ToolTips() {
+  RemoveWindowSubclass(owner_, captionProcedure, kCaption);
+  DestroyWindow(window_);
+}
 
 void ToolTips::set(HWND control, const std::string& text) {
   std::wstring tip = wide(text);
@@ -29,6 +41,36 @@ void ToolTips::set(HWND control, const std::string& text) {
   tool.lpszText = tip.data();
   SendMessageW(window_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
   if (!tip.empty()) SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+void ToolTips::setCaption(const std::string& text) {
+  std::wstring tip = wide(text);
+  TTTOOLINFOW tool{};
+  tool.cbSize = TTTOOLINFOW_V2_SIZE;
+  tool.hwnd = owner_;
+  tool.uId = kCaption;
+  tool.rect = {-kBeyond, -kBeyond, kBeyond, 0};
+  tool.lpszText = tip.data();
+  SendMessageW(window_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  if (tip.empty()) return;
+  SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  SetWindowSubclass(owner_, captionProcedure, kCaption, reinterpret_cast<DWORD_PTR>(this));
+}
+
+// The system watches the inside of a window alone. The caption lies above it, at negative places.
+LRESULT CALLBACK ToolTips::captionProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                            UINT_PTR, DWORD_PTR tips) {
+  if (message == WM_NCMOUSEMOVE) {
+    POINT at{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
+    ScreenToClient(window, &at);
+    MSG moved{};
+    moved.hwnd = window;
+    moved.message = WM_MOUSEMOVE;
+    moved.lParam = MAKELPARAM(at.x, at.y);
+    SendMessageW(reinterpret_cast<ToolTips*>(tips)->window_, TTM_RELAYEVENT, 0,
+                 reinterpret_cast<LPARAM>(&moved));
+  }
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
 }  // namespace kelvane::win32

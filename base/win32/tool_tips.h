@@ -16,8 +16,13 @@ class ToolTips {
 
   /// Gives a control its tip, or another one; an empty text shows none.
   void set(HWND control, const std::string& text);
+  /// Gives the window's caption bar a tip.
+  void setCaption(const std::string& text);
 
  private:
+  static LRESULT CALLBACK captionProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                           UINT_PTR, DWORD_PTR tips);
+
   HWND owner_;
   HWND window_;
 };

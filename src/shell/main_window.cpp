@@ -70,7 +70,9 @@ MAin::MAin(const PanelServices& services)
       keys_(services.receiver, services.frequency, shown_, entry_, row_, stepping_, navigation_,
             channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
       config_(options_, services.settings, services.receiver, shown_, services.instance),
-      help_(services.settings) {
+      help_(services.settings),
+      log_({services.receiver, services.clipboard, services.files, services.calendar,
+            services.folder}) {
   provideCompanions();
   view_.onTop = options_.OptOnTop;
   row_.Boundary(999'999'999, 0, 1);
@@ -88,6 +90,15 @@ ReceiverUnits MAin::units() {
 
 void MAin::provideCompanions() {
   companions_.provide(Companion::Help, [this] { services_.dialogs.showHelp(help_); });
+  companions_.provide(Companion::Log, [this] { openLog(true); });
+  companions_.provide(Companion::LogAndRecord, [this] { openLog(false); });
+}
+
+void MAin::openLog(bool updateOnly) {
+  log_.Receiver(shown_.index());
+  log_.UpdateOnly(updateOnly);
+  log_.activate();
+  services_.dialogs.showLog(log_);
 }
 
 Placement MAin::startPlace() const {
@@ -248,6 +259,8 @@ void MAin::tick(Instant now) {
 Instant MAin::nextDue() const { return std::min(retry_.timer().due(), TimBlk_.due()); }
 
 void MAin::unload(const Placement& place) {
+  const std::string lost = log_.end();
+  if (!lost.empty()) services_.dialogs.tell(lost);
   const Count receivers = services_.receiver.GetRxCount();
   for (Index rx = 0; rx < receivers; ++rx) {
     services_.receiver.SetRxConnect(rx, false);

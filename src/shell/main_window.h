@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 
@@ -11,6 +12,7 @@
 #include "ui/control_events.h"
 #include "ui/control_ids.h"
 #include "windows/config.h"
+#include "windows/data_log.h"
 #include "windows/mini_help.h"
 
 namespace kelvane {
@@ -23,6 +25,11 @@ class PanelDialogs {
   virtual void showConfig(Config& config) = 0;
   /// Opens the card of keyboard commands, or brings it to the front, and returns at once.
   virtual void showHelp(MiniHelp& help) = 0;
+  /// Opens the station log's window as the log is now, or brings it to the front, and returns at
+  /// once.
+  virtual void showLog(DataLog& log) = 0;
+  /// Tells the operator something that must not be missed; returns when he has read it.
+  virtual void tell(const std::string& words) = 0;
 };
 
 /// What the main window stands on.
@@ -35,6 +42,9 @@ struct PanelServices {
   Clipboard& clipboard;
   std::function<Instant()> now;
   std::string instance;  ///< that the components' configuration and the settings go by
+  FileFlows& files;
+  const Calendar& calendar;
+  std::filesystem::path folder;  ///< the program's current one at its start: the log lies there
 };
 
 /// A window's place on the desktop, in twips.
@@ -84,12 +94,13 @@ class MAin : public ControlEvents {
   /// When `tick` has something to do next.
   Instant nextDue() const;
 
-  /// Closes every receiver's link in order and saves where the window was.
+  /// Keeps the log's edits, closes every receiver's link in order and saves where the window was.
   void unload(const Placement& place);
 
  private:
   ReceiverUnits units();
   void provideCompanions();
+  void openLog(bool updateOnly);
   void act(int control, MouseButton button, bool pressed);
   bool pressFocused(int character, int focused);
   void pressByKey(int control);
@@ -128,6 +139,7 @@ class MAin : public ControlEvents {
   WMouse wheel_;
   Config config_;
   MiniHelp help_;
+  DataLog log_;
   Timer TimBlk_;
 };
 

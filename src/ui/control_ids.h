@@ -57,6 +57,15 @@ enum ControlId : int {
   DDEServer = 1209,     // the label before it
   Panel = 1210,         // 0..2
   ConfigFrames = 1220,  // "Windows", "when Manually tuned", "Other"
+
+  // DataLog; OK is the system's own 1
+  PadGrd = 1400,
+  PadNotice = 1401,
+  PadCopy = 1402,
+  PadInsert = 1403,
+  PadDelete = 1404,
+  PadExport = 1405,
+  PadCancel = 1406,
 };
 
 }  // namespace kelvane::id

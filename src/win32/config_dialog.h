@@ -3,6 +3,8 @@
 #include "base/win32/dialog_window.h"
 #include "shell/main_window.h"
 #include "win32/help_window.h"
+#include "win32/log_window.h"
+#include "win32/message_boxes.h"
 
 namespace kelvane::win32 {
 
@@ -40,10 +42,18 @@ class SystemDialogs : public PanelDialogs {
     if (!help_) help_ = std::make_unique<HelpWindow>(owner_, help);
     help_->show();
   }
+  void showLog(DataLog& log) override {
+    if (!log_ || !log_->window()) log_ = std::make_unique<LogWindow>(owner_, log);
+    log_->present();
+  }
+  void tell(const std::string& words) override {
+    SystemMessageBoxes(owner_).show(words, "", Buttons::Ok);
+  }
 
  private:
   HWND owner_;
   std::unique_ptr<HelpWindow> help_;
+  std::unique_ptr<LogWindow> log_;
 };
 
 }  // namespace kelvane::win32

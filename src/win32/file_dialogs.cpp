@@ -40,7 +40,9 @@ std::optional<std::string> ask(Dialog dialog, HWND owner, const FileRequest& req
   std::copy_n(first.begin(), std::min(first.size(), kLongest - 1), name.begin());
   OPENFILENAMEW ask{};
   ask.lStructSize = sizeof ask;
-  ask.hwndOwner = owner;
+  // Over the window in which it was asked for, where that is one of the program's.
+  const HWND active = GetActiveWindow();
+  ask.hwndOwner = active ? active : owner;
   ask.lpstrFilter = filter.c_str();
   ask.lpstrFile = name.data();
   ask.nMaxFile = static_cast<DWORD>(name.size());

@@ -6,8 +6,10 @@
 #include "win32/clipboard.h"
 #include "win32/component_source.h"
 #include "win32/config_dialog.h"
+#include "win32/file_dialogs.h"
 #include "win32/message_boxes.h"
 #include "win32/registry_store.h"
+#include "win32/system_calendar.h"
 
 namespace kelvane::win32 {
 
@@ -27,8 +29,14 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   if (!startUp.openComponents(name, window.handle())) return 1;
   SystemDialogs dialogs(window.window());
   SystemClipboard clipboard(window.window());
+  SystemFileDialogs fileDialogs(window.window());
+  SystemMessageBoxes fileBoxes(window.window());
+  FileFlows files(fileDialogs, fileBoxes);
+  const SystemCalendar calendar;
+  std::error_code gone;
   MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs, clipboard,
-              [] { return std::chrono::steady_clock::now(); }, name});
+              [] { return std::chrono::steady_clock::now(); }, name, files, calendar,
+              std::filesystem::current_path(gone)});
   ShownEvents events(panel.receiverEvents(), window);
   const auto connection = components.listen(events);
   window.present(panel);

@@ -7,6 +7,8 @@
 
 #include "components/ambrel/ambrel_core.h"
 #include "shell/main_window.h"
+#include "tests/fakes/file_dialogs.h"
+#include "tests/fakes/fixed_calendar.h"
 #include "tests/fakes/map_settings.h"
 #include "tests/fakes/sondrel_rig.h"
 
@@ -70,9 +72,14 @@ class FakeDialogs : public PanelDialogs {
   }
 
   void showHelp(MiniHelp&) override { ++helps; }
+  void showLog(DataLog& shown) override { ++logs, log = &shown; }
+  void tell(const std::string& words) override { told.push_back(words); }
 
   int configs = 0;
   int helps = 0;
+  int logs = 0;
+  DataLog* log = nullptr;
+  std::vector<std::string> told;
   std::function<void(Config&)> inConfig;
 
  private:
@@ -101,9 +108,9 @@ class PanelRig {
 
   /// Starts the panel and lets the links come up.
   MAin& start(milliseconds settle = milliseconds(3000)) {
-    panel = std::make_unique<MAin>(PanelServices{receiver(), ambrel, settings, window, dialogs,
-                                                 clipboard, [this] { return sondrel.clock.now; },
-                                                 "Kelvane"});
+    panel = std::make_unique<MAin>(PanelServices{
+        receiver(), ambrel, settings, window, dialogs, clipboard,
+        [this] { return sondrel.clock.now; }, "Kelvane", files, calendar, sondrel.folder.path()});
     window.panel = panel.get();
     window.pending = [this] { sondrel.pump(); };
     sondrel.core.addListener(panel->receiverEvents());
@@ -165,6 +172,9 @@ class PanelRig {
   FakeWindow window;
   FakeClipboard clipboard;
   FakeDialogs dialogs{window};
+  ScriptedDialogs fileDialogs;
+  FileFlows files{fileDialogs, fileDialogs};
+  FixedCalendar calendar;
   MapSettings settings;
   /// Stands between panel and component where a test wants one; set before start().
   std::unique_ptr<ReceiverComponent> wrapped;

@@ -58,10 +58,9 @@ TEST_F(LogFiles, AreTheOldOrTheNewLogWhereverASaveFailsOrStops) {
     for (int step = 1;; ++step) {
       fakes::TempFolder place;
       path = place.path() / "scratchpad.txt";
-      write("the oldest generation");
       LogFile earlier(path);
       earlier.read();
-      for (const char* content : {"4th", "3rd", "2nd", "1st"})
+      for (const char* content : {"5th", "4th", "3rd", "2nd", "1st"})
         ASSERT_EQ(earlier.save(content, Overwrite::Unchanged).how, LogSaved::Done);
       ASSERT_EQ(earlier.save(junk + kOld, Overwrite::Unchanged).how, LogSaved::Done);
       const auto steps = std::make_shared<FailingSteps>(step, how);
@@ -98,9 +97,10 @@ TEST_F(LogFiles, ARepeatedFailureCostsNoGeneration) {
   file.read();
   for (const char* content : {"5", "4", "3", "2", "1"}) file.save(content, Overwrite::Unchanged);
   for (int i = 0; i < 9; ++i) {
-    // Folder, content, flush, four names of backups, and then the swap or the second name.
+    // Folder, content and flush come first, then the names of older backups, the second name and
+    // the swap.
     LogFile struck(path,
-                   std::make_shared<FailingSteps>(i == 0 ? 8 : 4 + i % 3, FailingSteps::How::Fail));
+                   std::make_shared<FailingSteps>(i == 0 ? 8 : 4 + i % 2, FailingSteps::How::Fail));
     struck.read();
     EXPECT_EQ(struck.save(kNew, Overwrite::Unchanged).how, LogSaved::Failed);
   }

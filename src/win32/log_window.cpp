@@ -1,0 +1,132 @@
+#include "win32/log_window.h"
+
+#include <utility>
+
+#include "ui/control_ids.h"
+#include "win32/text.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+constexpr int kWidth = 880, kHeight = 520, kEdge = 8;
+constexpr int kButtonWidth = 84, kButtonHeight = 26, kButtonStep = kButtonWidth + 8;
+constexpr int kButtonTop = kHeight - kEdge - kButtonHeight;
+constexpr int kNoticeHeight = 18, kNoticeTop = kButtonTop - 6 - kNoticeHeight;
+constexpr UINT kTick = 100;
+
+HINSTANCE moduleOf(HWND window) {
+  return reinterpret_cast<HINSTANCE>(GetWindowLongPtrW(window, GWLP_HINSTANCE));
+}
+
+}  // namespace
+
+LogWindow::LogWindow(HWND owner, DataLog& log)
+    : DialogWindow({L"KelvaneLog", log.view().caption, owner, kWidth, kHeight}), log_(log) {
+  GridWindow::registerClass(moduleOf(window()));
+  make();
+  startTimer(kTick);
+}
+
+void LogWindow::make() {
+  const DataLogView& view = log_.view();
+  const HWND grid = add({id::PadGrd,
+                         GridWindow::kClass,
+                         GridWindow::kStyle,
+                         "",
+                         {kEdge, kEdge, kWidth - 2 * kEdge, kNoticeTop - kEdge - 6}});
+  grid_ = std::make_unique<GridWindow>(grid, log_.PadGrd(), "Station log");
+  add({id::PadNotice,
+       WC_STATICW,
+       SS_NOPREFIX | SS_ENDELLIPSIS | SS_CENTERIMAGE,
+       "",
+       {kEdge, kNoticeTop, kWidth - 2 * kEdge, kNoticeHeight}});
+  int left = kEdge;
+  const auto button = [&](int id, const Control& control, DWORD style = BS_PUSHBUTTON) {
+    add({id,
+         WC_BUTTONW,
+         style | WS_TABSTOP,
+         control.text,
+         {left, kButtonTop, kButtonWidth, kButtonHeight},
+         control.tip});
+    left += kButtonStep;
+  };
+  button(id::PadInsert, view.Insert);
+  button(id::PadDelete, view.Delete);
+  button(id::PadCopy, view.Copy);
+  button(id::PadExport, view.Export);
+  left = kWidth - kEdge - 2 * kButtonStep + 8;
+  button(IDOK, view.OK, BS_DEFPUSHBUTTON);
+  button(id::PadCancel, view.Cancel);
+}
+
+void LogWindow::present() {
+  showModeless();
+  show();
+  SetFocus(item(id::PadGrd));
+}
+
+void LogWindow::showButton(int id, const Control& button) { enable(id, button.enabled); }
+
+void LogWindow::show() {
+  const DataLogView& view = log_.view();
+  if (!view.open) return close();
+  grid_->show();
+  if (std::exchange(shown_, view) == view) return;
+  SetWindowTextW(window(), wide(view.caption).c_str());
+  setText(id::PadNotice, view.Notice);
+  setTip(id::PadNotice, view.Notice);
+  setCaptionTip(view.captionTip);
+  showButton(id::PadInsert, view.Insert);
+  showButton(id::PadDelete, view.Delete);
+  showButton(id::PadCopy, view.Copy);
+  showButton(id::PadExport, view.Export);
+  showButton(IDOK, view.OK);
+  showButton(id::PadCancel, view.Cancel);
+}
+
+void LogWindow::command(int control, int) {
+  switch (control) {
+    case IDOK:
+    case IDCANCEL:  // the window's corner, and Escape: nothing but the button drops edits
+      log_.OK_Click();
+      break;
+    case id::PadCancel:
+      log_.Cancel_Click();
+      break;
+    case id::PadInsert:
+      log_.Insert_Click();
+      break;
+    case id::PadDelete:
+      log_.Delete_Click();
+      break;
+    case id::PadCopy:
+      log_.Copy_Click();
+      break;
+    case id::PadExport:
+      log_.Export_Click();
+      break;
+    default:
+      return;
+  }
+  show();
+}
+
+bool LogWindow::keyDown(int keyCode, int shift) {
+  const bool taken = grid_->hasFocus() && grid_->keyDown(keyCode, shift);
+  if (taken) show();
+  return taken;
+}
+
+bool LogWindow::wheel(int notches) {
+  grid_->scrollWheel(notches);
+  return true;
+}
+
+void LogWindow::tick() {
+  log_.tick();
+  const bool busy = log_.busy();
+  if (std::exchange(wasBusy_, busy) || busy) show();
+}
+
+}  // namespace kelvane::win32

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+#include "base/win32/dialog_window.h"
+#include "win32/grid_window.h"
+#include "windows/data_log.h"
+
+namespace kelvane::win32 {
+
+/// The station log on the screen, from being opened to being closed.
+class LogWindow : public DialogWindow {
+ public:
+  LogWindow(HWND owner, DataLog& log);
+
+  /// Shows the window, with the keyboard in the grid, and what the log has become.
+  void present();
+
+ private:
+  void make();
+  void show();
+  void showButton(int id, const Control& button);
+
+  void command(int control, int notice) override;
+  bool keyDown(int keyCode, int shift) override;
+  bool wheel(int notches) override;
+  void tick() override;
+
+  DataLog& log_;
+  std::unique_ptr<GridWindow> grid_;
+  DataLogView shown_;
+  bool wasBusy_ = false;
+};
+
+}  // namespace kelvane::win32

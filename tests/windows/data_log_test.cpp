@@ -1,0 +1,385 @@
+#include "windows/data_log.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ranges>
+
+#include "tests/fakes/log_rig.h"
+#include "ui/key_codes.h"
+
+namespace kelvane {
+namespace {
+
+namespace fs = std::filesystem;
+using fakes::LogRig;
+
+constexpr const char* kFirst =
+    "   7050000|USB  |  2400|FAST |2026-03-14|08:00:00|VOICE|net|Harrow|\r\n";
+constexpr const char* kSecond =
+    "    648000|AM   |  6000|SLOW |2026-03-13|23:59:59|Unknown||Quill|\r\n";
+
+struct Log : testing::Test, LogRig {
+  const DataLogView& view() const { return log->view(); }
+  void writeTwo() { write(std::string(kFirst) + kSecond); }
+};
+
+TEST_F(Log, StoresThePresentSettingEachTimeTheStoreCommandShowsIt) {
+  tune(7'123'456);
+  store();
+  ASSERT_EQ(records(), 1u);
+  EXPECT_EQ(cell(0, LogFrequency), "7123456");
+  const auto& core = sondrel.core;
+  auto& rx = const_cast<sondrel::SondrelCore&>(core);
+  EXPECT_EQ(cell(0, LogMode), rx.GetRxModeName(0, rx.GetRxMode(0)).value());
+  EXPECT_EQ(cell(0, LogFilter), std::to_string(rx.GetRxFilter(0).value()));
+  EXPECT_EQ(cell(0, LogAgc), rx.GetRxAgcName(0, rx.GetRxAgc(0)).value());
+  EXPECT_EQ(cell(0, LogDate) + " " + cell(0, LogTime), "2026-03-15 18:05:09");
+  EXPECT_EQ(cell(0, LogType) + cell(0, LogComments), "Unknown");
+  EXPECT_EQ(cell(0, LogReceiver), rx.GetRxName(0).value());
+  EXPECT_EQ(view().caption, "Frequency logs [1 records]");
+  EXPECT_FALSE(view().Insert.enabled);
+  EXPECT_FALSE(view().Delete.enabled);
+  log->Insert_Click();
+  log->Delete_Click();
+  EXPECT_EQ(records(), 1u);
+  store();
+  EXPECT_EQ(records(), 2u);
+  EXPECT_EQ(log->PadGrd().current(), (GridCell{1, LogComments})) << "a comment can be typed";
+  ok();
+  EXPECT_FALSE(view().open);
+  EXPECT_EQ(std::ranges::count(file(), '\n'), 2);
+}
+
+TEST_F(Log, ShowsTheFileAndSelectsTheRecordOfThePresentFrequency) {
+  write(std::string(kFirst) + kSecond + kSecond);
+  tune(648'000);
+  look();
+  EXPECT_TRUE(view().open);
+  EXPECT_EQ(view().caption, "Frequency logs [3 records]");
+  EXPECT_EQ(log->PadGrd().current().row, 1u);
+  EXPECT_TRUE(view().Insert.enabled);
+  tune(9'000'000);
+  look();
+  EXPECT_EQ(log->PadGrd().current().row, 1u) << "no record, no move";
+}
+
+TEST_F(Log, OkKeepsEditsInTheOrderShownAndCancelDropsThem) {
+  writeTwo();
+  const std::string before = file();
+  look();
+  sort(LogFrequency);
+  EXPECT_EQ(column(LogFrequency), "648000,7050000");
+  log->Delete_Click();
+  enter({0, LogComments}, "gone");
+  cancel();
+  EXPECT_FALSE(view().open);
+  EXPECT_EQ(file(), before);
+  look();
+  EXPECT_EQ(column(LogFrequency), "7050000,648000");
+  sort(LogFrequency);
+  enter({1, LogComments}, "kept");
+  ok();
+  EXPECT_EQ(column(LogComments), ",kept");
+  restart();
+  look();
+  EXPECT_EQ(column(LogFrequency), "648000,7050000");
+  EXPECT_EQ(cell(1, LogComments), "kept");
+}
+
+TEST_F(Log, AnEntryThatIsOpenBelongsToWhatIsSaved) {
+  writeTwo();
+  look();
+  log->PadGrd().select({0, LogComments});
+  log->PadGrd().begin(Grid::Begin::Replace);
+  log->PadGrd().edited("still typing");
+  ok();
+  EXPECT_NE(file().find("|still typing|"), std::string::npos);
+}
+
+TEST_F(Log, FiltersKeysAndKeepsRecordsThatCanBeReadAgain) {
+  writeTwo();
+  look();
+  enter({0, LogFrequency}, "7x0.6-1");
+  EXPECT_EQ(cell(0, LogFrequency), "7061");
+  for (const char* refused : {"", "0", "000"}) enter({0, LogFrequency}, refused);
+  EXPECT_EQ(cell(0, LogFrequency), "7061");
+  enter({0, LogFilter}, "");
+  EXPECT_EQ(cell(0, LogFilter), "2400");
+  for (const int column : {LogDate, LogTime}) {
+    log->PadGrd().select({0, column});
+    EXPECT_FALSE(log->PadGrd().begin(Grid::Begin::Keep));
+  }
+  enter({0, LogComments}, "a|b\r\nc \xC3\xBC\xE2\x82\xAC\xD0\x96 ");
+  EXPECT_EQ(cell(0, LogComments), "a/b  c \xC3\xBC\xE2\x82\xAC?") << "as the file will have it";
+  enter({0, LogReceiver}, std::string(10'000, 'r'));
+  ok();
+  restart();
+  look();
+  EXPECT_EQ(records(), 2u);
+  EXPECT_EQ(cell(0, LogComments), "a/b  c \xC3\xBC\xE2\x82\xAC?");
+  EXPECT_EQ(cell(0, LogReceiver).size(), 10'000u);
+}
+
+TEST_F(Log, PicksFromTheReceiversModesAndAgcsAndTheTypes) {
+  writeTwo();
+  look();
+  const auto pick = [&](int column, std::string_view typed) {
+    log->PadGrd().select({0, column});
+    for (const char c : typed) log->PadGrd().keyPress(static_cast<char32_t>(c));
+    return cell(0, column);
+  };
+  EXPECT_EQ(pick(LogType, "d"), "DRM");
+  EXPECT_EQ(pick(LogType, "x"), "DRM");
+  EXPECT_EQ(pick(LogMode, "cw"), "CW");
+  log->PadGrd().select({0, LogAgc});
+  ASSERT_TRUE(log->PadGrd().drop());
+  EXPECT_EQ(log->PadGrd().items().size(), static_cast<std::size_t>(std::ranges::count_if(
+                                              std::views::iota(0, 16), [&](Setting agc) {
+                                                return sondrel.core.HasRxAgc(0, agc).value();
+                                              })));
+  EXPECT_FALSE(log->PadGrd().items().empty());
+}
+
+TEST_F(Log, ShiftAndAnArrowSendARecordToTheReceiver) {
+  write(std::string(kFirst) +
+        "    648000|AM   |  6000|SLOW |d|t|T||r|\r\n"
+        "  10000000|XYZ  |   500|NONE |d|t|T||r|\r\n");
+  tune(7'050'000);
+  look();
+  key(key::Down, key::ShiftHeld);
+  sondrel.run(milliseconds(500));
+  auto& rx = sondrel.core;
+  EXPECT_EQ(rx.GetRxFrequency(0, kTuned), 648'000);
+  EXPECT_EQ(rx.GetRxModeName(0, rx.GetRxMode(0)).value(), "AM");
+  EXPECT_EQ(rx.GetRxFilter(0), 6000);
+  EXPECT_EQ(rx.GetRxAgcName(0, rx.GetRxAgc(0)).value(), "Slow");
+  key(key::Down, key::ShiftHeld);
+  sondrel.run(milliseconds(500));
+  EXPECT_EQ(rx.GetRxFrequency(0, kTuned), 10'000'000);
+  EXPECT_NE(rx.GetRxFilter(0), 6000) << "the filter is sent";
+  EXPECT_EQ(rx.GetRxModeName(0, rx.GetRxMode(0)).value(), "AM") << "what it does not know stays";
+  EXPECT_EQ(rx.GetRxAgcName(0, rx.GetRxAgc(0)).value(), "Slow");
+  key(key::Up);
+  sondrel.run(milliseconds(500));
+  EXPECT_EQ(rx.GetRxFrequency(0, kTuned), 10'000'000);
+}
+
+TEST_F(Log, SortsByAHeaderButNotWhileItAddsAndKeepsTheCurrentRecord) {
+  writeTwo();
+  look();
+  log->PadGrd().select({0, 2});
+  sort(LogDate);
+  EXPECT_EQ(column(LogTime), "23:59:59,08:00:00");
+  EXPECT_EQ(log->PadGrd().sortedBy(), LogDate);
+  EXPECT_EQ(log->PadGrd().current(), (GridCell{1, LogDate})) << "the same record";
+  store();
+  sort(LogFrequency);
+  EXPECT_EQ(cell(0, LogTime), "23:59:59");
+  EXPECT_EQ(log->PadGrd().sortedBy(), LogDate);
+}
+
+TEST_F(Log, InsertsDeletesAndTakesBackInTurn) {
+  writeTwo();
+  look();
+  log->Insert_Click();
+  EXPECT_EQ(records(), 3u);
+  EXPECT_EQ(view().caption, "Frequency logs [3 records]");
+  sort(LogFilter);
+  log->PadGrd().select({0, 0});
+  key(key::Delete);
+  EXPECT_EQ(records(), 2u);
+  enter({0, LogComments}, "changed");
+  const auto undo = [&] { key('Z', key::CtrlHeld); };
+  undo();
+  EXPECT_EQ(column(LogComments).find("changed"), std::string::npos);
+  undo();
+  EXPECT_EQ(records(), 3u);
+  undo();
+  EXPECT_EQ(records(), 2u);
+  EXPECT_EQ(view().caption, "Frequency logs [2 records]");
+  EXPECT_NE(column(LogFrequency).find("7050000"), std::string::npos);
+  EXPECT_NE(column(LogFrequency).find("648000"), std::string::npos);
+  undo();
+  EXPECT_EQ(records(), 2u);
+}
+
+TEST_F(Log, CopiesNineFieldsBetweenTabs) {
+  write(kSecond);
+  look();
+  log->Copy_Click();
+  EXPECT_EQ(clipboard.held, "648000\tAM\t6000\tSLOW\t2026-03-13\t23:59:59\tUnknown\t\tQuill");
+  log->Delete_Click();
+  EXPECT_FALSE(view().Copy.enabled);
+  log->Copy_Click();
+  log->Delete_Click();
+  EXPECT_EQ(clipboard.held.substr(0, 6), "648000") << "nothing to copy changes nothing";
+}
+
+TEST_F(Log, FindsInAllColumnsInAnyCaseOfLetters) {
+  writeTwo();
+  look();
+  EXPECT_TRUE(log->PadGrd().find("quill", Grid::Find::AtCurrent));
+  EXPECT_EQ(log->PadGrd().current(), (GridCell{1, LogReceiver}));
+  EXPECT_TRUE(log->PadGrd().find("705", Grid::Find::Next));
+  EXPECT_EQ(log->PadGrd().current(), (GridCell{0, LogFrequency}));
+  EXPECT_FALSE(log->PadGrd().find("harrow|", Grid::Find::Next));
+}
+
+TEST_F(Log, SaysHowManyLinesAreNoRecordsAndWhereTheyAreKept) {
+  write(std::string("junk\r\n") + kFirst + "more junk\r\n");
+  look();
+  EXPECT_EQ(view().caption, "Frequency logs [1 records]");
+  EXPECT_NE(view().captionTip.find("2 lines"), std::string::npos) << view().captionTip;
+  enter({0, LogComments}, "x");
+  ok();
+  EXPECT_NE(view().captionTip.find("scratchpad.rejected-1.txt"), std::string::npos);
+  EXPECT_EQ(readFile(folder.path() / "scratchpad.rejected-1.txt", 100), "junk\r\nmore junk\r\n");
+}
+
+TEST_F(Log, AFileThatCannotBeReadIsNamedNeverReplacedAndReadWhenItCanBe) {
+  fs::create_directories(path);
+  store();
+  EXPECT_EQ(records(), 1u);
+  EXPECT_NE(view().caption.find("is not a file"), std::string::npos) << view().caption;
+  ok();
+  EXPECT_TRUE(view().open);
+  EXPECT_NE(view().Notice.find("Not saved"), std::string::npos) << view().Notice;
+  EXPECT_EQ(records(), 1u);
+  EXPECT_TRUE(fs::is_directory(path));
+  fs::remove(path);
+  writeTwo();
+  ok();
+  EXPECT_FALSE(view().open);
+  EXPECT_EQ(records(), 3u);
+  EXPECT_EQ(file().find(std::string(kFirst) + kSecond), 0u) << "what was there, then what came";
+}
+
+TEST_F(Log, SaysThatTheFileWasChangedElsewhereAndReplacesItOnlyOnASecondOk) {
+  write(kFirst);
+  look();
+  enter({0, LogComments}, "mine");
+  writeTwo();
+  ok();
+  EXPECT_TRUE(view().open);
+  EXPECT_NE(view().Notice.find("another program"), std::string::npos) << view().Notice;
+  EXPECT_EQ(file(), std::string(kFirst) + kSecond);
+  ok();
+  EXPECT_FALSE(view().open);
+  EXPECT_NE(file().find("|mine|"), std::string::npos);
+  EXPECT_EQ(readFile(path.string() + ".bak", 1000), std::string(kFirst) + kSecond);
+
+  writeTwo();
+  look();
+  EXPECT_EQ(records(), 2u) << "without edits the file as it is now is shown";
+  fs::remove(path);
+  writeTwo();
+  write(kSecond);
+  ok();
+  EXPECT_FALSE(view().open);
+  EXPECT_EQ(file(), kSecond) << "nothing of one's own, nothing to save";
+}
+
+TEST_F(Log, AFullDiskLeavesTheWindowOpenAndTheEditsInIt) {
+  writeTwo();
+  look();
+  enter({0, LogComments}, "unsaved");
+  // What a full disk refuses: any new file beside the log.
+  fs::permissions(folder.path(), fs::perms::owner_read | fs::perms::owner_exec);
+  const bool refuses = !writeFileSafely(folder.path() / "probe", "x");
+  if (!refuses) {
+    fs::permissions(folder.path(), fs::perms::owner_all);
+    fs::create_directories(folder.path() / "scratchpad.txt.bak" / "in the way");
+    for (const char* number : {"2", "3", "4", "5"})
+      fs::create_directories(folder.path() / (std::string("scratchpad.txt.bak") + number) / "too");
+  }
+  ok();
+  EXPECT_TRUE(view().open);
+  EXPECT_NE(view().Notice.find("Not saved"), std::string::npos) << view().Notice;
+  EXPECT_EQ(cell(0, LogComments), "unsaved");
+  EXPECT_EQ(file(), std::string(kFirst) + kSecond);
+  const std::string told = log->end();
+  EXPECT_NE(told.find("scratchpad.unsaved-1.txt"), std::string::npos) << told;
+  fs::permissions(folder.path(), fs::perms::owner_all);
+}
+
+TEST_F(Log, TheProgramsEndKeepsEditsWithoutAnOk) {
+  writeTwo();
+  EXPECT_EQ(log->end(), "") << "never opened";
+  look();
+  log->PadGrd().select({0, LogComments});
+  log->PadGrd().begin(Grid::Begin::Replace);
+  log->PadGrd().edited("at the end");
+  EXPECT_EQ(log->end(), "");
+  EXPECT_NE(file().find("|at the end|"), std::string::npos);
+
+  restart();
+  look();
+  enter({0, LogComments}, "mine");
+  writeTwo();
+  const std::string told = log->end();
+  EXPECT_NE(told.find("another program"), std::string::npos) << told;
+  EXPECT_EQ(file(), std::string(kFirst) + kSecond);
+  EXPECT_NE(readFile(folder.path() / "scratchpad.unsaved-1.txt", 1000).value_or("").find("|mine|"),
+            std::string::npos);
+}
+
+TEST_F(Log, ExportsByTheChosenExtension) {
+  writeTwo();
+  look();
+  const auto exported = [&](const std::string& name) {
+    dialogs.script.push_back(pathText(folder.path() / name));
+    log->Export_Click();
+    settle();
+    return readFile(folder.path() / name, 10'000).value_or("none");
+  };
+  EXPECT_NE(exported("log.adi").find("<EOH>"), std::string::npos);
+  EXPECT_EQ(dialogs.saved.back().others, std::vector<std::string>{"csv"});
+  EXPECT_NE(exported("log.CSV").find("Frequency,Mode"), std::string::npos);
+  EXPECT_NE(view().Notice.find("log.CSV"), std::string::npos) << view().Notice;
+  log->Export_Click();
+  EXPECT_FALSE(log->busy()) << "cancelled";
+}
+
+TEST_F(Log, RecordsNothingWithoutAFrequencyAndAFilterThatIsReadAgainWithoutOne) {
+  sondrel.core.SetRxConnect(0, false);
+  sondrel.run(milliseconds(500));
+  const bool known = sondrel.core.GetRxFrequency(0, kTuned) != -1;
+  store();
+  EXPECT_EQ(records(), known ? 1u : 0u);
+  log->Receiver(99);
+  store();
+  EXPECT_EQ(records(), known ? 1u : 0u);
+  EXPECT_NE(view().Notice.find("no frequency"), std::string::npos) << view().Notice;
+}
+
+TEST(LogKeys, SpaceRecordsAndGShowsTheLogOfTheShownReceiver) {
+  fakes::PanelRig rig;
+  rig.start();
+  const auto records = [&] { return rig.dialogs.log->PadGrd().table().rows(); };
+  const auto settle = [&] {
+    while (rig.dialogs.log->busy()) rig.dialogs.log->tick();
+  };
+  rig.type("7050\r g");
+  settle();
+  EXPECT_EQ(rig.dialogs.logs, 2);
+  ASSERT_EQ(records(), 1u);
+  EXPECT_EQ(rig.dialogs.log->PadGrd().table().cell(0, LogFrequency), "7050000");
+  EXPECT_TRUE(rig.dialogs.log->view().Insert.enabled);
+  rig.panel->tabClicked(2);
+  rig.run(milliseconds(500));
+  rig.type(" ");
+  settle();
+  ASSERT_EQ(records(), 2u);
+  EXPECT_EQ(rig.dialogs.log->PadGrd().table().cell(1, LogReceiver),
+            rig.sondrel.core.GetRxName(2).value());
+  rig.type("m ");
+  EXPECT_EQ(rig.panel->CommandPrefix(), "M") << "the log leaves a waiting letter as it is";
+  rig.panel->unload({});
+  const auto file = readFile(rig.sondrel.folder.path() / "scratchpad.txt", 10'000);
+  EXPECT_EQ(std::ranges::count(file.value_or(""), '\n'), 3) << "the program's end keeps them";
+  EXPECT_TRUE(rig.dialogs.told.empty());
+}
+
+}  // namespace
+}  // namespace kelvane
