@@ -79,7 +79,8 @@ bool Grid::begin(Begin how) {
 const std::string& Grid::edited(std::string_view text) {
   text_.clear();
   for (const char32_t character : characters(text)) {
-    if (table_.accepts(current_.column, character)) appendCharacter(text_, character);
+    if (table_.accepts(current_.column, character))
+      appendCharacter(text_, table_.inPlaceOf(current_.column, character));
   }
   return text_;
 }
@@ -137,9 +138,12 @@ bool Grid::find(std::string_view text, Find from) {
   const int direction = from == Find::Previous ? -1 : 1;
   GridCell cell = from == Find::AtCurrent ? current_ : after(current_, direction);
   const GridCell start = cell;
+  bool may = table_.mayHold(cell.row, wanted);
   do {
-    if (table_.holds(cell, wanted)) return select(cell), true;
+    if (may && table_.holds(cell, wanted)) return select(cell), true;
+    const GridRow row = cell.row;
     cell = after(cell, direction);
+    if (cell.row != row) may = table_.mayHold(cell.row, wanted);
   } while (cell != start);
   return false;
 }

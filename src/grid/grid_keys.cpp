@@ -171,7 +171,7 @@ bool Grid::keyPress(char32_t character) {
   if (columns_[current_.column].pick) return typeAhead(character), true;
   if (sign && !table_.accepts(current_.column, character)) return true;
   begin(Begin::Replace);
-  if (sign) appendCharacter(text_, character);
+  if (sign) appendCharacter(text_, table_.inPlaceOf(current_.column, character));
   return true;
 }
 

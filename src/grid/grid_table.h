@@ -29,6 +29,8 @@ class GridTable {
 
   /// Whether the column takes a typed character.
   virtual bool accepts(int column, char32_t character) const;
+  /// What the column has in the place of a character that it takes; mostly the same.
+  virtual char32_t inPlaceOf(int column, char32_t character) const;
   /// What a cell gets when the operator ends editing it with this text; the cell's present text
   /// where it must stay as it is.
   virtual std::string corrected(GridCell cell, const std::string& text) const;
@@ -36,6 +38,8 @@ class GridTable {
   virtual std::vector<std::string> choices(int column) const;
   /// Whether a cell's text holds another one; that one comes in upper case.
   virtual bool holds(GridCell cell, std::string_view upperText) const;
+  /// False where no cell of the row holds the text: long tables are searched faster by rows.
+  virtual bool mayHold(GridRow row, std::string_view upperText) const;
 
   /// A key in the grid, while no cell is edited, before the grid uses it itself. Answers whether it
   /// is used up.

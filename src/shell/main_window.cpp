@@ -6,6 +6,7 @@
 #include "ui/key_codes.h"
 #include "ui/main_controls.h"
 #include "ui/mnemonic.h"
+#include "windows/data_log.h"
 
 namespace kelvane {
 
@@ -71,8 +72,9 @@ MAin::MAin(const PanelServices& services)
             channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
       config_(options_, services.settings, services.receiver, shown_, services.instance),
       help_(services.settings),
-      log_({services.receiver, services.clipboard, services.files, services.calendar,
-            services.folder}) {
+      log_(std::make_unique<DataLog>(DataLogServices{services.receiver, services.clipboard,
+                                                     services.files, services.calendar,
+                                                     services.folder})) {
   provideCompanions();
   view_.onTop = options_.OptOnTop;
   row_.Boundary(999'999'999, 0, 1);
@@ -82,6 +84,8 @@ MAin::MAin(const PanelServices& services)
   retry_.start(services.receiver.GetRxCount(), now);
   TimBlk_.start(kBlink, now);
 }
+
+MAin::~MAin() = default;
 
 ReceiverUnits MAin::units() {
   return {entry_,    remote_,   status_, forwarding_,  buttons_,   bfo_,
@@ -95,10 +99,10 @@ void MAin::provideCompanions() {
 }
 
 void MAin::openLog(bool updateOnly) {
-  log_.Receiver(shown_.index());
-  log_.UpdateOnly(updateOnly);
-  log_.activate();
-  services_.dialogs.showLog(log_);
+  log_->Receiver(shown_.index());
+  log_->UpdateOnly(updateOnly);
+  log_->activate();
+  services_.dialogs.showLog(*log_);
 }
 
 Placement MAin::startPlace() const {
@@ -259,7 +263,7 @@ void MAin::tick(Instant now) {
 Instant MAin::nextDue() const { return std::min(retry_.timer().due(), TimBlk_.due()); }
 
 void MAin::unload(const Placement& place) {
-  const std::string lost = log_.end();
+  const std::string lost = log_->end();
   if (!lost.empty()) services_.dialogs.tell(lost);
   const Count receivers = services_.receiver.GetRxCount();
   for (Index rx = 0; rx < receivers; ++rx) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "controls/navigation.h"
@@ -12,10 +13,13 @@
 #include "ui/control_events.h"
 #include "ui/control_ids.h"
 #include "windows/config.h"
-#include "windows/data_log.h"
 #include "windows/mini_help.h"
 
 namespace kelvane {
+
+class Calendar;
+class DataLog;
+class FileFlows;
 
 /// The dialogs that the main window opens.
 class PanelDialogs {
@@ -61,6 +65,7 @@ class MAin : public ControlEvents {
   /// Both components are open and at least one receiver is configured. Builds the tabs, selects the
   /// first receiver and starts the timers.
   explicit MAin(const PanelServices& services);
+  ~MAin() override;
 
   MainView& view() { return view_; }
   const Options& options() const { return options_; }
@@ -139,7 +144,7 @@ class MAin : public ControlEvents {
   WMouse wheel_;
   Config config_;
   MiniHelp help_;
-  DataLog log_;
+  std::unique_ptr<DataLog> log_;
   Timer TimBlk_;
 };
 

@@ -226,8 +226,10 @@ bool GridWindow::commanded(int part, int notice) {
     const std::string before = narrow(windowText(entry_));
     const std::string& kept = grid_.edited(before);
     if (kept != before) {
+      DWORD caret = 0;
+      SendMessageW(entry_, EM_GETSEL, 0, reinterpret_cast<LPARAM>(&caret));
       SetWindowTextW(entry_, wide(kept).c_str());
-      SendMessageW(entry_, EM_SETSEL, kept.size(), static_cast<LPARAM>(kept.size()));
+      SendMessageW(entry_, EM_SETSEL, caret, static_cast<LPARAM>(caret));
     }
   }
   if (part == FindField && notice == EN_CHANGE) findFrom(Grid::Find::AtCurrent);

@@ -343,6 +343,12 @@ bool DataLog::accepts(int column, char32_t character) const {
   return column == LogComments || column == LogReceiver;
 }
 
+/// What the file would not give back is replaced before the eyes of who types it.
+char32_t DataLog::inPlaceOf(int, char32_t character) const {
+  if (character == '|') return '/';
+  return character < ' ' || character == 0x7F ? U' ' : character;
+}
+
 std::string DataLog::corrected(GridCell cell, const std::string& text) const {
   const bool number = cell.column == LogFrequency || cell.column == LogFilter;
   if (number && num(text) == 0) return this->cell(cell.row, cell.column);
@@ -353,6 +359,16 @@ std::vector<std::string> DataLog::choices(int column) const {
   if (column == LogMode) return modes_;
   if (column == LogAgc) return agcs_;
   return {kTypes.begin(), kTypes.end()};
+}
+
+bool DataLog::mayHold(GridRow row, std::string_view upperText) const {
+  const auto isAscii = [](char c) { return (c & 0x80) == 0; };
+  // Other letters stand for themselves in the code page alone.
+  if (!std::ranges::all_of(upperText, isAscii)) return true;
+  const auto equal = [](char c, char wanted) {
+    return (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) == wanted;
+  };
+  return !std::ranges::search(log_.line(log_.recordAt(row)), upperText, equal).empty();
 }
 
 bool DataLog::keyDown(int keyCode, int shift) {

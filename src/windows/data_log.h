@@ -1,7 +1,7 @@
 #pragma once
 
-#include <filesystem>
 #include <array>
+#include <filesystem>
 #include <functional>
 #include <future>
 #include <string>
@@ -84,8 +84,10 @@ class DataLog : private GridTable {
   std::string cell(GridRow row, int column) const override;
   void store(GridCell cell, const std::string& text) override;
   bool accepts(int column, char32_t character) const override;
+  char32_t inPlaceOf(int column, char32_t character) const override;
   std::string corrected(GridCell cell, const std::string& text) const override;
   std::vector<std::string> choices(int column) const override;
+  bool mayHold(GridRow row, std::string_view upperText) const override;
   bool keyDown(int keyCode, int shift) override;
   void recall(GridRow row) override;
   void headerClicked(int column) override;

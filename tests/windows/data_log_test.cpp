@@ -112,6 +112,11 @@ TEST_F(Log, FiltersKeysAndKeepsRecordsThatCanBeReadAgain) {
   }
   enter({0, LogComments}, "a|b\r\nc \xC3\xBC\xE2\x82\xAC\xD0\x96 ");
   EXPECT_EQ(cell(0, LogComments), "a/b  c \xC3\xBC\xE2\x82\xAC?") << "as the file will have it";
+  log->PadGrd().select({0, LogComments});
+  log->PadGrd().keyPress('|');
+  EXPECT_EQ(log->PadGrd().text(), "/");
+  EXPECT_EQ(log->PadGrd().edited("one|two\n"), "one/two ") << "as it is typed";
+  log->PadGrd().cancel();
   enter({0, LogReceiver}, std::string(10'000, 'r'));
   ok();
   restart();

@@ -69,12 +69,14 @@ bool eventually(const std::function<bool()>& so, int milliseconds) {
   return false;
 }
 
-RunningPanel::RunningPanel(const std::wstring& words, const std::filesystem::path& folder) {
+RunningPanel::RunningPanel(const std::wstring& words, const std::filesystem::path& folder,
+                           const std::filesystem::path& current) {
+  const std::filesystem::path& startIn = current.empty() ? folder : current;
   const std::filesystem::path program = folder / L"Kelvane.exe";
   std::wstring line = L"\"" + program.wstring() + L"\" " + words;
   STARTUPINFOW start{};
   start.cb = sizeof start;
-  CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(),
+  CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, startIn.c_str(),
                  &start, &process_);
 }
 

@@ -18,9 +18,11 @@ bool eventually(const std::function<bool()>& so, int milliseconds = 8000);
 /// clicks. Ends the process with its own end.
 class RunningPanel {
  public:
-  /// Starts the program with these words after its name.
+  /// Starts the program with these words after its name; `current` is its current folder, the
+  /// program's own where none is given.
   explicit RunningPanel(const std::wstring& words,
-                        const std::filesystem::path& folder = programFolder());
+                        const std::filesystem::path& folder = programFolder(),
+                        const std::filesystem::path& current = {});
   ~RunningPanel();
   RunningPanel(const RunningPanel&) = delete;
   RunningPanel& operator=(const RunningPanel&) = delete;

@@ -1,0 +1,225 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "base/win32/utf16.h"
+#include "tests/wine/instance.h"
+#include "tests/wine/running_panel.h"
+#include "ui/control_ids.h"
+
+namespace kelvane::wine {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kShift = 1, kCtrl = 2;
+
+const std::string kSecond =
+    "    648000|AM   |  6000|Slow |2026-03-13|23:59:59|VOICE|Quiet|Quill|\r\n";
+const std::string kFirst =
+    "   7050000|USB  |  2400|Fast |2026-03-14|08:00:00|VOICE|net|Harrow|\r\n";
+/// As programs before this one wrote it: dates in the system's form of their time.
+const std::string kOlder = "  15050000|AM   |  6000|FAST |3/14/02|6:05:09 PM|Unknown||Harrow|\r\n";
+
+std::string textOf(HWND window) {
+  wchar_t text[1024] = L"";
+  SendMessageW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text));
+  return narrow(text);
+}
+
+/// A program with its first receiver up, and a log in a folder of the test's own.
+class LogWindowTest : public testing::Test {
+ protected:
+  LogWindowTest() {
+    fs::remove_all(folder_);
+    fs::create_directories(folder_);
+  }
+  ~LogWindowTest() override {
+    panel_.reset();
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+  }
+
+  void write(const std::string& content) const {
+    std::ofstream(path_, std::ios::binary) << content;
+  }
+  std::string file() const {
+    std::stringstream content;
+    content << std::ifstream(path_, std::ios::binary).rdbuf();
+    return content.str();
+  }
+  void start() {
+    panel_ = std::make_unique<RunningPanel>(instance_.name(), programFolder(), folder_);
+    ASSERT_TRUE(panel_->settledOn(0));
+  }
+  /// A key of the panel that opens the log.
+  void open(wchar_t key) {
+    PostMessageW(panel_->control(id::FrqFocus), WM_CHAR, key, 0);
+    ASSERT_TRUE(eventually([&] { return (log_ = panel_->findWindow(L"KelvaneLog")) != nullptr; }));
+    eventually([&] { return GetForegroundWindow() == log_; }, 2000);
+  }
+  HWND item(int id) const { return GetDlgItem(log_, id); }
+  void press(int id) const { PostMessageW(item(id), BM_CLICK, 0, 0); }
+  bool gone() const {
+    return eventually([&] { return !IsWindow(log_); });
+  }
+  bool caption(const std::string& wanted) const {
+    return eventually([&] { return textOf(log_) == wanted; });
+  }
+  /// The current cell, as it is spoken.
+  bool speaks(const std::string& part) const {
+    return eventually([&] { return spoken().find(part) != std::string::npos; });
+  }
+  std::string spoken() const { return textOf(item(id::PadGrd)); }
+  void key(WORD code, int modifiers = 0) const { panel_->keyHere(code, modifiers); }
+  bool digits(const std::string& wanted) const {
+    return eventually([&] { return panel_->digits() == wanted; });
+  }
+
+  const Instance instance_{L"TestLog"};
+  fs::path folder_ = fs::temp_directory_path() / L"kelvane-log-test";
+  fs::path path_ = folder_ / L"scratchpad.txt";
+  std::unique_ptr<RunningPanel> panel_;
+  HWND log_ = nullptr;
+};
+
+TEST_F(LogWindowTest, StoresCommentsAndShowsTheRecordAgain) {
+  write(kFirst + kOlder);
+  start();
+  panel_->type("15050\r");
+  ASSERT_TRUE(digits(" 15050000"));
+  open(L'g');
+  EXPECT_TRUE(caption("Frequency logs [2 records]"));
+  EXPECT_TRUE(speaks(", 15050000,")) << spoken();
+  press(IDOK);
+  ASSERT_TRUE(gone());
+  EXPECT_EQ(file(), kFirst + kOlder);
+
+  open(L' ');
+  EXPECT_TRUE(caption("Frequency logs [3 records]"));
+  EXPECT_FALSE(IsWindowEnabled(item(id::PadInsert)));
+  for (const WORD letter : {'H', 'I'}) key(letter);
+  key(VK_OEM_5, kShift);
+  key(VK_RETURN);
+  EXPECT_TRUE(speaks("Comments: hi/")) << spoken();
+  SetForegroundWindow(panel_->window());
+  eventually([&] { return GetForegroundWindow() == panel_->window(); }, 2000);
+  SetForegroundWindow(log_);
+  EXPECT_TRUE(caption("Frequency logs [3 records]")) << "coming back adds nothing";
+  press(IDOK);
+  ASSERT_TRUE(gone());
+  const std::string added = file().substr(kFirst.size() + kOlder.size());
+  EXPECT_EQ(added.substr(0, 11), "  15050000|") << file();
+  EXPECT_NE(added.find("|Unknown|hi/|"), std::string::npos) << added;
+  open(L' ');
+  EXPECT_TRUE(caption("Frequency logs [4 records]"));
+}
+
+TEST_F(LogWindowTest, OnlyCancelDropsEdits) {
+  write(kFirst);
+  start();
+  open(L'g');
+  press(id::PadInsert);
+  EXPECT_TRUE(caption("Frequency logs [2 records]"));
+  press(id::PadCancel);
+  ASSERT_TRUE(gone());
+  EXPECT_EQ(file(), kFirst);
+  open(L'g');
+  EXPECT_TRUE(caption("Frequency logs [1 records]"));
+  press(id::PadInsert);
+  ASSERT_TRUE(caption("Frequency logs [2 records]"));
+  PostMessageW(log_, WM_CLOSE, 0, 0);
+  ASSERT_TRUE(gone());
+  EXPECT_EQ(std::ranges::count(file(), '\n'), 2);
+  open(L'g');
+  press(id::PadInsert);
+  ASSERT_TRUE(caption("Frequency logs [3 records]"));
+  panel_->close();
+  EXPECT_EQ(panel_->ended(), 0);
+  EXPECT_EQ(std::ranges::count(file(), '\n'), 3) << "the program's end keeps them too";
+}
+
+TEST_F(LogWindowTest, SortsFindsDeletesTakesBackAndSends) {
+  write(kFirst + kOlder + kSecond);
+  start();
+  panel_->type("7050\r");
+  ASSERT_TRUE(digits("  7050000"));
+  open(L'g');
+  ASSERT_TRUE(speaks(", 7050000,")) << spoken();
+  RECT header{};
+  GetWindowRect(GetDlgItem(item(id::PadGrd), 1), &header);
+  panel_->clickAt(header.left + 20, (header.top + header.bottom) / 2);
+  key(VK_HOME, kCtrl);
+  EXPECT_TRUE(speaks(", 648000,")) << spoken();
+  key(VK_DOWN, kShift);
+  EXPECT_TRUE(speaks(", 7050000,")) << spoken();
+  key(VK_UP, kShift);
+  EXPECT_TRUE(digits("   648000")) << panel_->digits();
+  key('F', kCtrl);
+  for (const WORD letter : {'H', 'A', 'R', 'R'}) key(letter);
+  EXPECT_TRUE(speaks("Receiver: Harrow")) << spoken();
+  key(VK_ESCAPE);
+  ASSERT_TRUE(IsWindow(log_)) << "closes the search and not the log";
+  key(VK_DELETE);
+  EXPECT_TRUE(caption("Frequency logs [2 records]"));
+  key('Z', kCtrl);
+  EXPECT_TRUE(caption("Frequency logs [3 records]"));
+  press(IDOK);
+  ASSERT_TRUE(gone());
+  EXPECT_EQ(file(), kSecond + kFirst + kOlder);
+}
+
+TEST_F(LogWindowTest, AFileThatAnotherProgramHoldsIsNamedAndNotReplaced) {
+  write(kFirst);
+  const HANDLE held =
+      CreateFileW(path_.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(held, INVALID_HANDLE_VALUE);
+  start();
+  open(L' ');
+  EXPECT_TRUE(eventually([&] { return textOf(log_).find("Cannot read") != std::string::npos; }))
+      << textOf(log_);
+  press(IDOK);
+  EXPECT_TRUE(eventually([&] { return textOf(item(id::PadNotice)).starts_with("Not saved"); }))
+      << textOf(item(id::PadNotice));
+  CloseHandle(held);
+  EXPECT_EQ(file(), kFirst);
+  press(IDOK);
+  ASSERT_TRUE(gone()) << textOf(item(id::PadNotice));
+  EXPECT_EQ(file().find(kFirst), 0u);
+  EXPECT_EQ(std::ranges::count(file(), '\n'), 2);
+}
+
+TEST_F(LogWindowTest, IsTheOldOrTheNewOneWholeWheneverTheProgramIsKilled) {
+  constexpr int kKills = 20, kRecords = 20'000;
+  std::string log;
+  for (int i = 0; i < kRecords; ++i) log += kFirst;
+  write(log);
+  int saved = 0;
+  for (int kill = 0; kill < kKills; ++kill) {
+    start();
+    open(L' ');
+    ASSERT_TRUE(eventually([&] { return IsWindowEnabled(item(IDOK)) != 0; }));
+    press(IDOK);
+    Sleep(static_cast<DWORD>(kill * 2));
+    panel_.reset();
+    const std::string now = file();
+    ASSERT_EQ(now.substr(0, log.size()), log) << "kill " << kill;
+    const std::string more = now.substr(log.size());
+    ASSERT_TRUE(more.empty() || (std::ranges::count(more, '\n') == 1 && more.ends_with("|\r\n")))
+        << "kill " << kill << ": " << more;
+    saved += more.empty() ? 0 : 1;
+    log = now;
+  }
+  RecordProperty("saved", saved);
+  std::printf("After %d of %d kills the log was the new one.\n", saved, kKills);
+  EXPECT_GT(saved, 0);
+  EXPECT_LT(saved, kKills);
+}
+
+}  // namespace
+}  // namespace kelvane::wine
