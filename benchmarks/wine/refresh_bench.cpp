@@ -15,6 +15,7 @@
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 #include "win32/component_source.h"
+#include "win32/dde_servers.h"
 
 // What it costs to show another receiver, and to show another frequency: the panel on both
 // components as COM objects, against the same panel on the components' cores directly; and a click
@@ -180,8 +181,9 @@ Refreshes refreshesOf(Components& components) {
   fakes::MapSettings settings;
   NoDialogs dialogs;
   NoClipboard clipboard;
+  win32::DdeServers digits;
   MAin panel({components.receiver(), components.frequency(), settings, window, dialogs, clipboard,
-              Clock::now, kInstance});
+              digits, Clock::now, kInstance});
   components.listen(panel.receiverEvents());
   settle(components, panel, receivers);
   Refreshes times;

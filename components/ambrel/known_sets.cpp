@@ -72,8 +72,8 @@ void readLines(StationList& list, std::string_view title) {
       list.problems.add(line.number(), problem);
       continue;
     }
-    if (!place) place = setNamed(list, set);
-    listed.record.set = *place;
+    listed.record.set = place ? *place : setNamed(list, set);
+    place = listed.record.set;
     list.records.push_back(listed);
   }
 }

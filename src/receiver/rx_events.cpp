@@ -19,6 +19,7 @@ void RxEvents::DrvUpdated(Count) {
   units_.status.forget();
   retry_.receiversChanged(component_.GetRxCount(), now_());
   tabs_.build();
+  units_.dde.apply();
 }
 
 void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long) {

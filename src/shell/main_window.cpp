@@ -63,6 +63,7 @@ MAin::MAin(const PanelServices& services)
       channelized_(view_.FAlt, row_, services.receiver, shown_),
       hfFilter_(view_.HFF, services.receiver, shown_),
       bfo_(row_, services.receiver, shown_),
+      dde_(view_.DDESts, services.digits, services.receiver, shown_, options_, services.window),
       refresh_(view_, units(), services.receiver, shown_),
       tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_,
             services.window),
@@ -81,6 +82,7 @@ MAin::MAin(const PanelServices& services)
   row_.Value(-1);
   tabs_.build();
   const Instant now = services.now();
+  dde_.apply();
   retry_.start(services.receiver.GetRxCount(), now);
   TimBlk_.start(kBlink, now);
 }
@@ -88,8 +90,8 @@ MAin::MAin(const PanelServices& services)
 MAin::~MAin() = default;
 
 ReceiverUnits MAin::units() {
-  return {entry_,    remote_,   status_, forwarding_,  buttons_,   bfo_,
-          hfFilter_, channels_, best_,   channelized_, indicators_};
+  return {entry_,    remote_,   status_, forwarding_,  buttons_,    bfo_,
+          hfFilter_, channels_, best_,   channelized_, indicators_, dde_};
 }
 
 void MAin::provideCompanions() {
@@ -191,6 +193,7 @@ void MAin::Config_Click() {
   view_.Config.pressed = false;
   view_.onTop = options_.OptOnTop;
   tabs_.hasTabs() ? refresh_.run() : refresh_.none();
+  dde_.apply();
 }
 
 bool MAin::accelerator(char32_t character) {
@@ -256,6 +259,7 @@ void MAin::tick(Instant now) {
   if (TimBlk_.fired(now)) {
     status_.blink(shown_.online());
     tabs_.highlightAll();
+    dde_.blink();
   }
   tabs_.serveRequest();
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "controls/navigation.h"
+#include "frequency/dde_link.h"
 #include "frequency/key_commands.h"
 #include "frequency/w_mouse.h"
 #include "receiver/rx_events.h"
@@ -44,6 +45,7 @@ struct PanelServices {
   WindowCommands& window;
   PanelDialogs& dialogs;
   Clipboard& clipboard;
+  DigitServers& digits;
   std::function<Instant()> now;
   std::string instance;  ///< that the components' configuration and the settings go by
   FileFlows& files;
@@ -137,6 +139,7 @@ class MAin : public ControlEvents {
   Channelized channelized_;
   HfFilter hfFilter_;
   BfoLabel bfo_;
+  DdeLink dde_;
   ReceiverRefresh refresh_;
   ReceiverTabs tabs_;
   RxEvents events_;

@@ -5,6 +5,7 @@
 namespace kelvane {
 
 void ReceiverRefresh::run() {
+  units_.dde.receiverSelected();
   units_.entry.receiverSelected();
   units_.remote.apply();
   const bool online = shown_.online();

@@ -5,6 +5,7 @@
 #include "controls/channelized.h"
 #include "controls/forwarding.h"
 #include "controls/receiver_labels.h"
+#include "frequency/dde_link.h"
 #include "receiver/remote_state.h"
 #include "receiver/status_box.h"
 
@@ -23,6 +24,7 @@ struct ReceiverUnits {
   BestSetting& best;
   Channelized& channelized;
   Indicators& indicators;
+  DdeLink& dde;
 };
 
 /// Brings everything that depends on the shown receiver up to date.

@@ -6,6 +6,7 @@
 #include "win32/clipboard.h"
 #include "win32/component_source.h"
 #include "win32/config_dialog.h"
+#include "win32/dde_servers.h"
 #include "win32/file_dialogs.h"
 #include "win32/message_boxes.h"
 #include "win32/registry_store.h"
@@ -29,12 +30,13 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   if (!startUp.openComponents(name, window.handle())) return 1;
   SystemDialogs dialogs(window.window());
   SystemClipboard clipboard(window.window());
+  DdeServers digits;
   SystemFileDialogs fileDialogs(window.window());
   SystemMessageBoxes fileBoxes(window.window());
   FileFlows files(fileDialogs, fileBoxes);
   const SystemCalendar calendar;
   std::error_code gone;
-  MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs, clipboard,
+  MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs, clipboard, digits,
               [] { return std::chrono::steady_clock::now(); }, name, files, calendar,
               std::filesystem::current_path(gone)});
   ShownEvents events(panel.receiverEvents(), window);

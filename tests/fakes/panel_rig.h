@@ -94,6 +94,24 @@ class FakeClipboard : public Clipboard {
   std::string held;
 };
 
+/// Servers of digits that do what a test says.
+class FakeDigits : public DigitServers {
+ public:
+  void whenReceived(std::function<void(Index, const std::string&)> to) override {
+    send = std::move(to);
+  }
+  void link(const std::vector<std::string>& names) override { servers = names; }
+  void refresh() override { ++refreshes; }
+  DigitLink state(Index rx) const override {
+    return static_cast<std::size_t>(rx) < servers.size() ? answer : DigitLink::Closed;
+  }
+
+  std::function<void(Index, const std::string&)> send;
+  std::vector<std::string> servers;
+  DigitLink answer = DigitLink::Waiting;
+  int refreshes = 0;
+};
+
 /// The whole panel on both components' real cores, with a clock, a window and settings of a test's
 /// own.
 class PanelRig {
@@ -109,7 +127,7 @@ class PanelRig {
   /// Starts the panel and lets the links come up.
   MAin& start(milliseconds settle = milliseconds(3000)) {
     panel = std::make_unique<MAin>(PanelServices{
-        receiver(), ambrel, settings, window, dialogs, clipboard,
+        receiver(), ambrel, settings, window, dialogs, clipboard, digitServers,
         [this] { return sondrel.clock.now; }, "Kelvane", files, calendar, sondrel.folder.path()});
     window.panel = panel.get();
     window.pending = [this] { sondrel.pump(); };
@@ -171,6 +189,7 @@ class PanelRig {
                             [this] { return utc; }, [] {}, ambrelWindows};
   FakeWindow window;
   FakeClipboard clipboard;
+  FakeDigits digitServers;
   FakeDialogs dialogs{window};
   ScriptedDialogs fileDialogs;
   FileFlows files{fileDialogs, fileDialogs};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <vector>
+
+#include "frequency/digit_server.h"
+#include "win32/dde_conversation.h"
+#include "win32/dde_mail.h"
+
+namespace kelvane::win32 {
+
+/// The servers of digits, through Windows' own DDE. Belongs to the user-interface thread, which it
+/// never holds.
+class DdeServers : public DigitServers {
+ public:
+  DdeServers();
+  ~DdeServers() override;
+
+  void whenReceived(std::function<void(Index, const std::string&)> take) override;
+  void link(const std::vector<std::string>& servers) override;
+  void refresh() override;
+  DigitLink state(Index rx) const override;
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  void deliver();
+
+  HWND window_;
+  std::shared_ptr<DdeMail> mail_;
+  std::function<void(Index, const std::string&)> take_;
+  std::vector<std::shared_ptr<DdeConversation>> conversations_;
+};
+
+}  // namespace kelvane::win32

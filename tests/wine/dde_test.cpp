@@ -1,0 +1,138 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "tests/wine/instance.h"
+#include "tests/wine/running_panel.h"
+#include "ui/control_ids.h"
+
+namespace kelvane::wine {
+namespace {
+
+constexpr COLORREF kLinked = RGB(0x80, 0x80, 0x80), kWaiting = RGB(255, 216, 96);
+
+/// The server of digits in a process of its own, told what to do through its input.
+class Server {
+ public:
+  explicit Server(const std::wstring& name) {
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    HANDLE input = nullptr;
+    CreatePipe(&input, &lines_, &inherited, 0);
+    SetHandleInformation(lines_, HANDLE_FLAG_INHERIT, 0);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = input;
+    std::wstring command = L"\"" + (programFolder() / "DigitServer.exe").wstring() + L"\" " + name;
+    running_ = CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
+                              nullptr, nullptr, &startup, &process_);
+    CloseHandle(input);
+  }
+  ~Server() {
+    kill();
+    CloseHandle(lines_);
+  }
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+
+  bool running() const { return running_; }
+  void say(const std::string& line) {
+    DWORD written = 0;
+    WriteFile(lines_, (line + "\n").data(), static_cast<DWORD>(line.size() + 1), &written, nullptr);
+  }
+  void kill() {
+    if (!std::exchange(running_, FALSE)) return;
+    TerminateProcess(process_.hProcess, 1);
+    WaitForSingleObject(process_.hProcess, 5000);
+    CloseHandle(process_.hThread);
+    CloseHandle(process_.hProcess);
+  }
+
+ private:
+  HANDLE lines_ = nullptr;
+  PROCESS_INFORMATION process_{};
+  BOOL running_ = FALSE;
+};
+
+/// A running program that listens to servers of digits.
+class Digits : public testing::Test {
+ protected:
+  void SetUp() override {
+    instance_.write(L"DDELink", -1);
+    panel_ = std::make_unique<RunningPanel>(instance_.name());
+    ASSERT_TRUE(panel_->settledOn(0));
+  }
+  bool lampIs(COLORREF colour) {
+    return eventually([&] {
+      const HWND lamp = panel_->control(id::DDESts);
+      const HDC screen = GetDC(lamp);
+      const COLORREF shown = GetPixel(screen, 3, 3);
+      ReleaseDC(lamp, screen);
+      return shown == colour;
+    });
+  }
+  bool shows(const std::string& digits) {
+    return eventually([&] { return panel_->digits() == digits; });
+  }
+  /// The longest time that the window took to answer while this many milliseconds passed.
+  DWORD longestSilence(DWORD milliseconds) {
+    DWORD longest = 0;
+    for (const DWORD start = GetTickCount(); GetTickCount() - start < milliseconds; Sleep(5)) {
+      const DWORD asked = GetTickCount();
+      SendMessageW(panel_->window(), WM_NULL, 0, 0);
+      longest = std::max(longest, GetTickCount() - asked);
+    }
+    return longest;
+  }
+
+  const Instance instance_{L"TestDigits"};
+  std::unique_ptr<RunningPanel> panel_;
+};
+
+TEST_F(Digits, FromAServerThatComesLaterTuneReceiversShownAndNot) {
+  EXPECT_TRUE(lampIs(kWaiting));
+  Server harrow(L"Kelvane_Harrow"), tern(L"Kelvane_Tern");
+  ASSERT_TRUE(harrow.running());
+  ASSERT_TRUE(lampIs(kLinked));
+  harrow.say("7123#");
+  EXPECT_TRUE(shows("  7123000")) << panel_->digits();
+  harrow.say("#");
+  EXPECT_TRUE(shows("  7123100")) << panel_->digits();
+  tern.say("6050#");
+  EXPECT_FALSE(eventually([&] { return panel_->digits() != "  7123100"; }, 1500));
+  panel_->clickTab(2);
+  EXPECT_TRUE(shows("  6050000")) << panel_->digits();
+}
+
+TEST_F(Digits, AServerThatDiesIsMissedAndFoundAgain) {
+  auto server = std::make_unique<Server>(L"Kelvane_Harrow");
+  ASSERT_TRUE(lampIs(kLinked));
+  server->kill();
+  EXPECT_TRUE(lampIs(kWaiting));
+  server = std::make_unique<Server>(L"Kelvane_Harrow");
+  ASSERT_TRUE(lampIs(kLinked));
+  server->say("9500#");
+  EXPECT_TRUE(shows("  9500000")) << panel_->digits();
+}
+
+TEST_F(Digits, AServerThatHangsHoldsNeitherThePanelNorTheOthers) {
+  Server harrow(L"Kelvane_Harrow"), quill(L"Kelvane_Quill");
+  ASSERT_TRUE(lampIs(kLinked));
+  panel_->clickTab(1);
+  ASSERT_TRUE(lampIs(kLinked));
+  harrow.say("8");
+  harrow.say("hang 4");
+  quill.say("5000#");
+  EXPECT_TRUE(shows("  5000000")) << panel_->digits();
+  EXPECT_LT(longestSilence(2000), 1000u);
+  harrow.say("080#");
+  panel_->clickTab(0);
+  EXPECT_TRUE(shows("  8080000")) << panel_->digits();
+}
+
+}  // namespace
+}  // namespace kelvane::wine
