@@ -57,14 +57,15 @@ std::uint16_t setNamed(StationList& list, std::string_view name) {
 
 void readLines(StationList& list, std::string_view title) {
   std::string_view set = title;
-  std::optional<std::uint16_t> place;
+  std::uint16_t place = 0;
+  bool placed = false;
   LineCutter line(list.text);
   while (line.next()) {
     const std::string_view content = trimmed(line.line());
     if (content.empty() || content.front() == '#') continue;
     if (content.front() == '[' && content.back() == ']' && list.sets.size() < kMostSets) {
       set = trimmed(content.substr(1, content.size() - 2));
-      place.reset();
+      placed = false;
       continue;
     }
     ListedRecord listed;
@@ -72,8 +73,8 @@ void readLines(StationList& list, std::string_view title) {
       list.problems.add(line.number(), problem);
       continue;
     }
-    listed.record.set = place ? *place : setNamed(list, set);
-    place = listed.record.set;
+    if (!std::exchange(placed, true)) place = setNamed(list, set);
+    listed.record.set = place;
     list.records.push_back(listed);
   }
 }
