@@ -138,7 +138,9 @@ TEST_P(Walks, GoThroughTheSetsBothWays) {
   EXPECT_TRUE(std::is_sorted(down.rbegin(), down.rend()));
   EXPECT_EQ(std::adjacent_find(up.begin(), up.end()), up.end());
   for (const auto& [set, frequencies] : bySet) {
-    if (frequencies.size() > 1) EXPECT_EQ(std::count(up.begin(), up.end(), set + 1), 1);
+    if (frequencies.size() > 1) {
+      EXPECT_EQ(std::count(up.begin(), up.end(), set + 1), 1);
+    }
   }
 }
 
