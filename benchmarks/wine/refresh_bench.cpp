@@ -11,11 +11,13 @@
 #include "components/ambrel/ambrel_core.h"
 #include "components/sondrel/sondrel_core.h"
 #include "shell/main_window.h"
+#include "tests/fakes/file_dialogs.h"
 #include "tests/fakes/map_settings.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 #include "win32/component_source.h"
 #include "win32/dde_servers.h"
+#include "win32/system_calendar.h"
 
 // What it costs to show another receiver, and to show another frequency: the panel on both
 // components as COM objects, against the same panel on the components' cores directly; and a click
@@ -42,6 +44,8 @@ struct QuietWindow : WindowCommands {
 
 struct NoDialogs : PanelDialogs {
   void showHelp(MiniHelp&) override {}
+  void showLog(DataLog&) override {}
+  void tell(const std::string&) override {}
   void showConfig(Config&) override {}
 };
 
@@ -182,8 +186,12 @@ Refreshes refreshesOf(Components& components) {
   NoDialogs dialogs;
   NoClipboard clipboard;
   win32::DdeServers digits;
+  fakes::ScriptedDialogs fileDialogs;
+  FileFlows files(fileDialogs, fileDialogs);
+  const win32::SystemCalendar calendar;
   MAin panel({components.receiver(), components.frequency(), settings, window, dialogs, clipboard,
-              digits, Clock::now, kInstance});
+              digits, Clock::now, kInstance, files, calendar,
+              std::filesystem::temp_directory_path()});
   components.listen(panel.receiverEvents());
   settle(components, panel, receivers);
   Refreshes times;

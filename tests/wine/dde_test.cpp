@@ -99,6 +99,10 @@ TEST_F(Digits, FromAServerThatComesLaterTuneReceiversShownAndNot) {
   Server harrow(L"Kelvane_Harrow"), tern(L"Kelvane_Tern");
   ASSERT_TRUE(harrow.running());
   ASSERT_TRUE(lampIs(kLinked));
+  panel_->clickTab(2);
+  ASSERT_TRUE(lampIs(kLinked));
+  panel_->clickTab(0);
+  ASSERT_TRUE(panel_->settledOn(0));
   harrow.say("7123#");
   EXPECT_TRUE(shows("  7123000")) << panel_->digits();
   harrow.say("#");
