@@ -21,7 +21,7 @@ bool isSame(const std::filesystem::path& file, const std::filesystem::path& othe
   const auto size = fs::file_size(file, none);
   if (none || fs::file_size(other, none) != size || none) return false;
   const auto content = readFile(file, size);
-  return content && content == readFile(other, size);
+  return content && hasContent(other, *content);
 }
 
 FileResult move(const std::filesystem::path& from, const std::filesystem::path& to) {

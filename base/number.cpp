@@ -4,11 +4,19 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "base/text.h"
 
 namespace kelvane {
+
+namespace {
+
+/// A double holds every whole number of so many digits.
+constexpr std::size_t kExactDigits = 15;
+
+}  // namespace
 
 double num(std::string_view text) {
   text = text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
@@ -21,7 +29,14 @@ double num(std::string_view text) {
     ++length;
   }
   double value = 0;
-  std::from_chars(text.data(), text.data() + length, value, std::chars_format::fixed);
+  if (!point && length <= kExactDigits) {
+    // Most numbers are whole: many times as fast, and as exact.
+    std::uint64_t whole = 0;
+    std::from_chars(text.data(), text.data() + length, whole);
+    value = static_cast<double>(whole);
+  } else {
+    std::from_chars(text.data(), text.data() + length, value, std::chars_format::fixed);
+  }
   return negative ? -value : value;
 }
 

@@ -1,5 +1,6 @@
 #include "base/safe_file.h"
 
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <fstream>
@@ -134,6 +135,20 @@ std::optional<std::string> readFile(const fs::path& path, std::size_t limit, std
   content.resize(static_cast<std::size_t>(in.gcount()));
   if (content.size() > limit) return none(pathText(path) + " is too large");
   return content;
+}
+
+bool hasContent(const fs::path& path, std::string_view content) {
+  std::error_code error;
+  if (fs::file_size(path, error) != content.size() || error) return false;
+  std::ifstream in(path, std::ios::binary);
+  std::array<char, 65536> piece;
+  while (in && !content.empty()) {
+    in.read(piece.data(), piece.size());
+    const std::string_view read(piece.data(), static_cast<std::size_t>(in.gcount()));
+    if (!content.starts_with(read)) return false;
+    content.remove_prefix(read.size());
+  }
+  return content.empty();
 }
 
 fs::path keepAside(const fs::path& path) {

@@ -50,6 +50,9 @@ FileResult writeFileSafely(const std::filesystem::path& path, std::string_view c
 std::optional<std::string> readFile(const std::filesystem::path& path, std::size_t limit,
                                     std::string* reason = nullptr);
 
+/// Whether this is the whole content of a file. Needs no memory for it.
+bool hasContent(const std::filesystem::path& path, std::string_view content);
+
 /// Moves a damaged file aside under a name of its own beside it, and answers that name; empty when
 /// it could not be moved.
 std::filesystem::path keepAside(const std::filesystem::path& path);

@@ -7,10 +7,10 @@
 namespace kelvane {
 
 std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r\n\f\v";
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+  const auto isBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 std::vector<std::string_view> split(std::string_view text, char separator) {

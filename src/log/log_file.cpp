@@ -51,7 +51,7 @@ FileResult LogFile::keepRejects() {
     std::error_code unknown;
     const bool taken = fs::exists(fs::symlink_status(file, unknown));
     // A save that was killed may have kept them already.
-    if (taken && readFile(file, rejects_.lines.size()) != rejects_.lines) continue;
+    if (taken && !hasContent(file, rejects_.lines)) continue;
     const FileResult kept = taken ? FileResult{} : writeFileSafely(file, rejects_.lines, *steps_);
     if (!kept) return kept;
     rejectFile_ = file;
@@ -62,11 +62,9 @@ FileResult LogFile::keepRejects() {
 
 LogSaved LogFile::save(std::string_view content, Overwrite overwrite) {
   if (!problem_.empty()) return {LogSaved::Failed, problem_};
-  const std::optional<Stamp> present = stamp();
-  if (overwrite == Overwrite::Unchanged && present != known_)
+  if (overwrite == Overwrite::Unchanged && changedElsewhere())
     return {LogSaved::ChangedElsewhere, pathText(path_) + " was changed by another program"};
-  if (present && present->size == content.size() && readFile(path_, content.size()) == content)
-    return {};
+  if (hasContent(path_, content)) return {};
   FileResult written = keepRejects();
   if (written) written = writeKeepingBackups(path_, content, *steps_);
   if (!written) return {LogSaved::Failed, written.reason};

@@ -18,12 +18,35 @@ struct Padding {
 /// Of the fields from the first on; those behind are not padded.
 constexpr std::array<Padding, 4> kPadding{{{10, true}, {5, false}, {6, true}, {5, false}}};
 
+Padding paddingOf(int field) {
+  const auto place = static_cast<std::size_t>(field);
+  return place < kPadding.size() ? kPadding[place] : Padding{0, false};
+}
+
 /// Takes the part before the next separator off the line; the whole line where there is none.
 std::string_view takeField(std::string_view& line) {
   const std::size_t end = line.find(kSeparator);
   const std::string_view part = line.substr(0, end);
   line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
   return trimmed(part);
+}
+
+/// Whether the line is what appendLogLine() makes of it: most lines of a file are.
+bool isInForm(std::string_view line) {
+  for (int field = 0; field < kLogFields; ++field) {
+    const std::size_t end = line.find(kSeparator);
+    if (end == std::string_view::npos) return false;
+    const std::string_view part = line.substr(0, end), text = trimmed(part);
+    const Padding padding = paddingOf(field);
+    if (part.size() != std::max(padding.width, text.size())) return false;
+    if (!(padding.left ? part.ends_with(text) : part.starts_with(text))) return false;
+    const std::size_t blanks = part.size() - text.size();
+    if (part.substr(padding.left ? 0 : text.size(), blanks).find_first_not_of(' ') !=
+        std::string_view::npos)
+      return false;
+    line.remove_prefix(end + 1);
+  }
+  return line.empty();
 }
 
 }  // namespace
@@ -69,14 +92,17 @@ std::string logText(std::string_view text) {
 }
 
 void appendLogLine(std::string& file, std::string_view line) {
+  if (isInForm(line)) {
+    file.append(line).append("\r\n");
+    return;
+  }
   for (int field = 0; field < kLogFields; ++field) {
     const std::string_view text = takeField(line);
-    const std::size_t place = static_cast<std::size_t>(field);
-    const std::size_t width = place < kPadding.size() ? kPadding[place].width : 0;
-    const std::size_t blanks = width > text.size() ? width - text.size() : 0;
-    if (blanks > 0 && kPadding[place].left) file.append(blanks, ' ');
+    const Padding padding = paddingOf(field);
+    const std::size_t blanks = padding.width > text.size() ? padding.width - text.size() : 0;
+    if (padding.left) file.append(blanks, ' ');
     file += text;
-    if (blanks > 0 && !kPadding[place].left) file.append(blanks, ' ');
+    if (!padding.left) file.append(blanks, ' ');
     file += kSeparator;
   }
   file += "\r\n";

@@ -97,7 +97,7 @@ std::vector<GridRow> LogTable::sorted(int field) const {
 
 std::string LogTable::content() const {
   std::size_t length = 0;
-  for (const std::string_view line : records_) length += line.size() + 8;
+  for (const std::string_view line : records_) length += line.size() + 2;
   std::string content;
   content.reserve(length);
   for (const GridRow record : order_) appendLogLine(content, records_[record]);

@@ -32,7 +32,7 @@ void LogWindow::make() {
   const DataLogView& view = log_.view();
   const HWND grid = add({id::PadGrd,
                          GridWindow::kClass,
-                         GridWindow::kStyle,
+                         GridWindow::kStyle | WS_BORDER,
                          "",
                          {kEdge, kEdge, kWidth - 2 * kEdge, kNoticeTop - kEdge - 6}});
   grid_ = std::make_unique<GridWindow>(grid, log_.PadGrd(), "Station log");

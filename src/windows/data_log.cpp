@@ -413,11 +413,12 @@ bool DataLog::undo() {
 std::string DataLog::rejectWords() const {
   const std::size_t count = file_.rejected();
   if (count == 0) return {};
-  const std::string lines =
-      count == 1 ? "1 line of the file is" : std::to_string(count) + " lines of the file are";
-  const bool kept = !file_.rejectFile().empty();
-  return lines + (kept ? " kept in " + pathText(file_.rejectFile().filename())
-                       : std::string(" no whole record; saving keeps them in a file of their own"));
+  const bool one = count == 1, kept = !file_.rejectFile().empty();
+  const std::string lines = std::to_string(count) + (one ? " line" : " lines") + " of the file ";
+  if (kept)
+    return lines + (one ? "is" : "are") + " kept in " + pathText(file_.rejectFile().filename());
+  return lines + (one ? "is no record; saving keeps it in a file of its own"
+                      : "are no records; saving keeps them in a file of their own");
 }
 
 void DataLog::refresh() {
