@@ -1,12 +1,11 @@
 #include <windows.h>
 
-#include <filesystem>
 #include <set>
 #include <string>
 
 #include "benchmarks/latencies.h"
 #include "benchmarks/wine/process_accounts.h"
-#include "benchmarks/wine/timing_board.h"
+#include "benchmarks/wine/timing_copy.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 #include "ui/control_ids.h"
@@ -23,18 +22,6 @@ constexpr int kTimes = 1000;
 constexpr double kFrame = 16'000;  ///< us
 constexpr LONG kMeterRate = 50;
 constexpr int kReceivers = 8;
-
-/// A copy of the program whose receiver component is the timing one.
-class TimingCopy : public wine::ProgramCopy {
- public:
-  TimingCopy() {
-    using namespace std::filesystem;
-    copy_file(wine::programFolder() / L"..\\bench\\Sondrel.dll", folder() / L"Sondrel.dll",
-              copy_options::overwrite_existing);
-    copy(wine::programFolder() / L"data", folder() / L"data",
-         copy_options::recursive | copy_options::overwrite_existing);
-  }
-};
 
 class TimedPanel {
  public:
@@ -54,12 +41,6 @@ class TimedPanel {
   void meters();
 
  private:
-  void waitFor(const std::atomic<LONG>& count, LONG wanted, const char* what) const {
-    for (int waited = 0; count < wanted; ++waited) {
-      must(waited < 5000, what);
-      Sleep(1);
-    }
-  }
   std::string text(int control) const { return panel_.text(control); }
   Latencies keyTimes(WORD one, WORD other);
   void load();

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <memory>
-#include <utility>
 
 #include <gtest/gtest.h>
 
+#include "tests/wine/digit_server.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 #include "ui/control_ids.h"
@@ -14,49 +14,6 @@ namespace kelvane::wine {
 namespace {
 
 constexpr COLORREF kLinked = RGB(0x80, 0x80, 0x80), kWaiting = RGB(255, 216, 96);
-
-/// The server of digits in a process of its own, told what to do through its input.
-class Server {
- public:
-  explicit Server(const std::wstring& name) {
-    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    HANDLE input = nullptr;
-    CreatePipe(&input, &lines_, &inherited, 0);
-    SetHandleInformation(lines_, HANDLE_FLAG_INHERIT, 0);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = input;
-    std::wstring command = L"\"" + (programFolder() / "DigitServer.exe").wstring() + L"\" " + name;
-    running_ = CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
-                              nullptr, nullptr, &startup, &process_);
-    CloseHandle(input);
-  }
-  ~Server() {
-    kill();
-    CloseHandle(lines_);
-  }
-  Server(const Server&) = delete;
-  Server& operator=(const Server&) = delete;
-
-  bool running() const { return running_; }
-  void say(const std::string& line) {
-    DWORD written = 0;
-    WriteFile(lines_, (line + "\n").data(), static_cast<DWORD>(line.size() + 1), &written, nullptr);
-  }
-  void kill() {
-    if (!std::exchange(running_, FALSE)) return;
-    TerminateProcess(process_.hProcess, 1);
-    WaitForSingleObject(process_.hProcess, 5000);
-    CloseHandle(process_.hThread);
-    CloseHandle(process_.hProcess);
-  }
-
- private:
-  HANDLE lines_ = nullptr;
-  PROCESS_INFORMATION process_{};
-  BOOL running_ = FALSE;
-};
 
 /// A running program that listens to servers of digits.
 class Digits : public testing::Test {
@@ -96,7 +53,7 @@ class Digits : public testing::Test {
 
 TEST_F(Digits, FromAServerThatComesLaterTuneReceiversShownAndNot) {
   EXPECT_TRUE(lampIs(kWaiting));
-  Server harrow(L"Kelvane_Harrow"), tern(L"Kelvane_Tern");
+  DigitServer harrow(L"Kelvane_Harrow"), tern(L"Kelvane_Tern");
   ASSERT_TRUE(harrow.running());
   ASSERT_TRUE(lampIs(kLinked));
   panel_->clickTab(2);
@@ -114,18 +71,18 @@ TEST_F(Digits, FromAServerThatComesLaterTuneReceiversShownAndNot) {
 }
 
 TEST_F(Digits, AServerThatDiesIsMissedAndFoundAgain) {
-  auto server = std::make_unique<Server>(L"Kelvane_Harrow");
+  auto server = std::make_unique<DigitServer>(L"Kelvane_Harrow");
   ASSERT_TRUE(lampIs(kLinked));
   server->kill();
   EXPECT_TRUE(lampIs(kWaiting));
-  server = std::make_unique<Server>(L"Kelvane_Harrow");
+  server = std::make_unique<DigitServer>(L"Kelvane_Harrow");
   ASSERT_TRUE(lampIs(kLinked));
   server->say("9500#");
   EXPECT_TRUE(shows("  9500000")) << panel_->digits();
 }
 
 TEST_F(Digits, AServerThatHangsHoldsNeitherThePanelNorTheOthers) {
-  Server harrow(L"Kelvane_Harrow"), quill(L"Kelvane_Quill");
+  DigitServer harrow(L"Kelvane_Harrow"), quill(L"Kelvane_Quill");
   ASSERT_TRUE(lampIs(kLinked));
   panel_->clickTab(1);
   ASSERT_TRUE(lampIs(kLinked));
