@@ -101,6 +101,7 @@ TEST_F(DdeDigits, LinksFollowTheOptionAndTheReceiversAndAreSaidInColourAndWords)
   click(id::ConfigButton);
   EXPECT_TRUE(digitServers.servers.empty());
   EXPECT_EQ(view().DDESts.back, kButtonFace);
+  EXPECT_FALSE(view().DDESts.visible);
   const int closed = digitServers.refreshes;
   run(milliseconds(5000));
   EXPECT_EQ(digitServers.refreshes, closed);
