@@ -1,14 +1,5 @@
-set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(KELVANE_TRIPLET x86_64-w64-mingw32)
-# The test framework is C and C++.
-set(CMAKE_C_COMPILER ${KELVANE_TRIPLET}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${KELVANE_TRIPLET}-g++-posix)
-set(CMAKE_RC_COMPILER ${KELVANE_TRIPLET}-windres)
-set(KELVANE_WIDL ${KELVANE_TRIPLET}-widl)
-set(CMAKE_FIND_ROOT_PATH /usr/${KELVANE_TRIPLET})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)
 # Test programs are started through Wine; ./test sets the prefix and the display that they run in.
 set(CMAKE_CROSSCOMPILING_EMULATOR wine)

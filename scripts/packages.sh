@@ -5,6 +5,8 @@
 # fonts, headers and sources.
 declare -A packages_for=(
   ['building the Windows program']='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools googletest'
+  ['building the 32-bit program']='cmake ninja-build g++-mingw-w64-i686-posix mingw-w64-tools wine64'
+  ['packing the program']='nsis zip unzip cmark-gfm binutils-mingw-w64-x86-64'
   ['building the native tests']='cmake ninja-build g++ libgtest-dev libgmock-dev'
   ['building the fuzzers']='cmake ninja-build clang libclang-rt-dev libgtest-dev libgmock-dev'
   ['running Windows programs']='wine wine64 fonts-wine fonts-dejavu-core fonts-liberation'
