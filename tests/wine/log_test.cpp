@@ -166,14 +166,20 @@ TEST_F(LogWindowTest, SortsFindsDeletesTakesBackAndSends) {
   key(VK_UP, kShift);
   EXPECT_TRUE(digits("   648000")) << panel_->digits();
   key('F', kCtrl);
+  ASSERT_TRUE(eventually([&] { return IsWindowVisible(GetDlgItem(item(id::PadGrd), 5)) != 0; }));
   for (const WORD letter : {'H', 'A', 'R', 'R'}) key(letter);
   EXPECT_TRUE(speaks("Receiver: Harrow")) << spoken();
   key(VK_ESCAPE);
   ASSERT_TRUE(IsWindow(log_)) << "closes the search and not the log";
   key(VK_DELETE);
   EXPECT_TRUE(caption("Frequency logs [2 records]"));
-  key('Z', kCtrl);
-  EXPECT_TRUE(caption("Frequency logs [3 records]"));
+  // On a loaded machine Ctrl can be up again before its letter is looked at.
+  const auto back = [&] { return textOf(log_) == "Frequency logs [3 records]"; };
+  for (int attempt = 0; attempt < 5 && !back(); ++attempt) {
+    key('Z', kCtrl);
+    eventually(back, 2000);
+  }
+  EXPECT_TRUE(back());
   press(IDOK);
   ASSERT_TRUE(gone());
   EXPECT_EQ(file(), kSecond + kFirst + kOlder);
@@ -210,7 +216,8 @@ TEST_F(LogWindowTest, IsTheOldOrTheNewOneWholeWheneverTheProgramIsKilled) {
     open(L' ');
     ASSERT_TRUE(eventually([&] { return IsWindowEnabled(item(IDOK)) != 0; }));
     press(IDOK);
-    Sleep(static_cast<DWORD>(kill * 2));
+    // Slow machines and quick ones are both to be met in the midst of it.
+    kill + 1 < kKills ? Sleep(static_cast<DWORD>(kill * 25)) : void(gone());
     panel_.reset();
     const std::string now = file();
     ASSERT_EQ(now.substr(0, log.size()), log) << "kill " << kill;
