@@ -14,8 +14,12 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU;
-constexpr DWORD kExtended = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME;
+constexpr DWORD kFixed = WS_POPUP | WS_CAPTION | WS_SYSMENU;
+constexpr DWORD kResizable = kFixed | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
+/// Gives the keyboard back to the owner.
+constexpr UINT kGiveBack = WM_APP + 1;
+/// How long after it was shown a window is activated by nobody's hand, ms.
+constexpr ULONGLONG kTakesHold = 500;
 constexpr wchar_t kSelf[] = L"KelvaneDialog";
 
 HINSTANCE module() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
@@ -45,6 +49,12 @@ DWORD extended(const DialogItem& item) {
   return 0;
 }
 
+DWORD styleOf(bool resizable) { return resizable ? kResizable : kFixed; }
+
+DWORD extendedStyleOf(bool resizable) {
+  return WS_EX_CONTROLPARENT | (resizable ? 0 : WS_EX_DLGMODALFRAME);
+}
+
 bool isKey(UINT message) { return message >= WM_KEYFIRST && message <= WM_KEYLAST; }
 
 }  // namespace
@@ -53,6 +63,9 @@ DialogWindow::DialogWindow(const Frame& frame)
     : owner_(frame.owner),
       width_(frame.width),
       height_(frame.height),
+      openWidth_(std::max(frame.width, frame.openWidth)),
+      openHeight_(std::max(frame.height, frame.openHeight)),
+      resizable_(frame.resizable),
       className_(frame.windowClass) {
   const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_TAB_CLASSES | ICC_LISTVIEW_CLASSES |
                                                            ICC_UPDOWN_CLASS | ICC_STANDARD_CLASSES};
@@ -68,9 +81,9 @@ DialogWindow::DialogWindow(const Frame& frame)
   RECT over{};
   if (owner_) GetWindowRect(owner_, &over);
   const bool topmost = owner_ && (GetWindowLongW(owner_, GWL_EXSTYLE) & WS_EX_TOPMOST);
-  window_ = CreateWindowExW(kExtended | (topmost ? WS_EX_TOPMOST : 0), className_,
-                            wide(frame.caption).c_str(), kStyle, over.left, over.top, 0, 0, owner_,
-                            nullptr, module(), nullptr);
+  window_ = CreateWindowExW(extendedStyleOf(resizable_) | (topmost ? WS_EX_TOPMOST : 0), className_,
+                            wide(frame.caption).c_str(), styleOf(resizable_), over.left, over.top,
+                            0, 0, owner_, nullptr, module(), nullptr);
   SetPropW(window_, kSelf, this);
   tips_ = std::make_unique<ToolTips>(window_);
   dpi_ = GetDpiForWindow(window_);
@@ -94,7 +107,7 @@ HWND DialogWindow::add(const DialogItem& item) {
       CreateWindowExW(extended(item), item.windowClass, wide(item.text).c_str(),
                       WS_CHILD | WS_VISIBLE | item.style, 0, 0, 0, 0, window_,
                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(item.id)), module(), nullptr);
-  controls_.push_back({control, item.area});
+  controls_.push_back({control, item.area, item.follow});
   if (!item.tip.empty()) tips_->set(control, item.tip);
   return control;
 }
@@ -149,10 +162,16 @@ void DialogWindow::runModal() {
   close();
 }
 
-void DialogWindow::showModeless() {
+void DialogWindow::showModeless(Keyboard keyboard) {
   if (!window_) return;
   if (!IsWindowVisible(window_)) placeOverOwner();
   if (!hook_) hook_ = SetWindowsHookExW(WH_GETMESSAGE, previewKeys, nullptr, GetCurrentThreadId());
+  leftUntil_ = keyboard == Keyboard::Leave ? GetTickCount64() + kTakesHold : 0;
+  if (keyboard == Keyboard::Leave) {
+    SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    return;
+  }
   ShowWindow(window_, SW_SHOW);
   SetForegroundWindow(window_);
 }
@@ -206,7 +225,6 @@ LRESULT CALLBACK DialogWindow::procedure(HWND window, UINT message, WPARAM wPara
 }
 
 bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-  const auto* suggested = reinterpret_cast<const RECT*>(lParam);
   switch (message) {
     case WM_COMMAND:
       return command(LOWORD(wParam), HIWORD(wParam)), true;
@@ -234,11 +252,18 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (brush) SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
       return result = reinterpret_cast<LRESULT>(brush), brush != nullptr;
     }
+    case WM_SIZE:
+      if (resizable_ && wParam != SIZE_MINIMIZED) placeControls(), resized();
+      return false;
+    case WM_GETMINMAXINFO: {
+      const SIZE least = outerSize(width_, height_);
+      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {least.cx, least.cy};
+      return true;
+    }
     case WM_DPICHANGED:
-      dpi_ = LOWORD(wParam);
-      SetWindowPos(window_, nullptr, suggested->left, suggested->top, 0, 0,
-                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-      return layOut(), true;
+      return dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam)), true;
+    case kGiveBack:
+      return SetForegroundWindow(owner_), true;
     case WM_NCDESTROY:
       return gone(), false;
     default:
@@ -247,6 +272,9 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
 }
 
 void DialogWindow::activated(bool active) {
+  // Some window managers give every new window the keyboard, whatever it asked for.
+  if (active && GetTickCount64() < std::exchange(leftUntil_, 0) && owner_)
+    return static_cast<void>(PostMessageW(window_, kGiveBack, 0, 0));
   if (!active) {
     const HWND focus = GetFocus();
     if (IsChild(window_, focus)) focus_ = focus;
@@ -257,39 +285,67 @@ void DialogWindow::activated(bool active) {
   if (next) SetFocus(next);
 }
 
-void DialogWindow::layOut() {
+SIZE DialogWindow::outerSize(int width, int height) const {
+  RECT area{0, 0, scaled(width), scaled(height)};
+  AdjustWindowRectExForDpi(&area, styleOf(resizable_), FALSE, extendedStyleOf(resizable_), dpi_);
+  return {area.right - area.left, area.bottom - area.top};
+}
+
+void DialogWindow::dpiChanged(UINT dpi, const RECT& suggested) {
+  dpi_ = dpi;
+  SIZE size = outerSize(width_, height_);
+  if (resizable_) size = {suggested.right - suggested.left, suggested.bottom - suggested.top};
+  SetWindowPos(window_, nullptr, suggested.left, suggested.top, size.cx, size.cy,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+  dress();
+}
+
+void DialogWindow::dress() {
   const HFONT before = std::exchange(font_, messageFont(dpi_));
-  RECT area{0, 0, scaled(width_), scaled(height_)};
-  AdjustWindowRectExForDpi(&area, kStyle, FALSE, kExtended, dpi_);
-  SetWindowPos(window_, nullptr, 0, 0, area.right - area.left, area.bottom - area.top,
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  for (const Placed& control : controls_) {
-    const DialogArea& at = control.area;
+  for (const Placed& control : controls_)
     SendMessageW(control.window, WM_SETFONT, reinterpret_cast<WPARAM>(font_), TRUE);
-    SetWindowPos(control.window, nullptr, scaled(at.left), scaled(at.top), scaled(at.width),
-                 scaled(at.height), SWP_NOZORDER | SWP_NOACTIVATE);
-  }
   DeleteObject(before);
+  placeControls();
   laidOut();
 }
 
+void DialogWindow::placeControls() {
+  RECT inside;
+  GetClientRect(window_, &inside);
+  const int wider = std::max(0, static_cast<int>(inside.right) - scaled(width_));
+  const int higher = std::max(0, static_cast<int>(inside.bottom) - scaled(height_));
+  for (const Placed& control : controls_) {
+    const DialogArea& at = control.area;
+    const auto extra = [&control](Follow follow, int length) {
+      return control.follow & follow ? length : 0;
+    };
+    SetWindowPos(control.window, nullptr, scaled(at.left) + extra(MoveRight, wider),
+                 scaled(at.top) + extra(MoveDown, higher), scaled(at.width) + extra(Widen, wider),
+                 scaled(at.height) + extra(Heighten, higher), SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+}
+
 void DialogWindow::placeOverOwner() {
-  layOut();
-  RECT size, over{};
-  GetWindowRect(window_, &size);
+  RECT over{};
   MONITORINFO screen{};
   screen.cbSize = sizeof screen;
   GetMonitorInfoW(MonitorFromWindow(owner_ ? owner_ : window_, MONITOR_DEFAULTTONEAREST), &screen);
   const RECT& work = screen.rcWork;
-  const LONG width = size.right - size.left, height = size.bottom - size.top;
+  const SIZE least = outerSize(width_, height_), wanted = outerSize(openWidth_, openHeight_);
+  const LONG width = std::max(least.cx, std::min(wanted.cx, work.right - work.left));
+  const LONG height = std::max(least.cy, std::min(wanted.cy, work.bottom - work.top));
   if (owner_)
     GetWindowRect(owner_, &over);
   else
     over = {work.left, work.top, work.right, work.bottom};
   const LONG middle = over.left + (over.right - over.left - width) / 2;
   const LONG left = std::max(work.left, std::min(middle, work.right - width));
-  const LONG top = std::max(work.top, std::min(over.top + scaled(40), work.bottom - height));
-  SetWindowPos(window_, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  // One that stays open leaves the owner in sight, where there is room below it.
+  const bool below = resizable_ && owner_ && over.bottom + height <= work.bottom;
+  const LONG wished = below ? over.bottom : over.top + scaled(40);
+  const LONG top = std::max(work.top, std::min(wished, work.bottom - height));
+  SetWindowPos(window_, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+  dress();
 }
 
 }  // namespace kelvane::win32

@@ -17,6 +17,9 @@ struct DialogArea {
   int left, top, width, height;
 };
 
+/// What a control does when the operator makes a resizable dialog larger than it was made; a sum.
+enum Follow : int { MoveRight = 1, Widen = 2, MoveDown = 4, Heighten = 8 };
+
 /// One control of a dialog: a window of one of the system's classes.
 struct DialogItem {
   int id;
@@ -25,7 +28,11 @@ struct DialogItem {
   std::string text;
   DialogArea area;
   std::string tip = {};
+  int follow = 0;
 };
+
+/// Whether a window that opens takes the keyboard from the one that has it.
+enum class Keyboard { Take, Leave };
 
 /// A dialog made of the system's own controls, at any resolution and complete by keyboard: Tab,
 /// mnemonics, Enter for the default button, Escape for IDCANCEL. A class of dialogs says what it
@@ -43,7 +50,7 @@ class DialogWindow {
   void runModal();
   /// Shows the dialog, or brings it to the front, and returns at once. Its keys work whoever's
   /// message loop runs.
-  void showModeless();
+  void showModeless(Keyboard keyboard = Keyboard::Take);
   /// Takes the dialog from the screen. The object stays, and may be asked to close again.
   void close();
 
@@ -51,8 +58,11 @@ class DialogWindow {
   struct Frame {
     const wchar_t* windowClass;  ///< by which a program outside finds the dialog
     std::string caption;
-    HWND owner;         ///< the dialog lies over it, and on top of all windows where it does
-    int width, height;  ///< of the inside, in 96ths of an inch
+    HWND owner;              ///< the dialog lies over it, and on top of all windows where it does
+    int width, height;       ///< of the inside, in 96ths of an inch
+    bool resizable = false;  ///< the operator may make it larger
+    /// A resizable dialog opens so large, as far as the screen has room for it.
+    int openWidth = 0, openHeight = 0;
   };
   explicit DialogWindow(const Frame& frame);
 
@@ -84,6 +94,8 @@ class DialogWindow {
   void startTimer(UINT milliseconds) { SetTimer(window_, 1, milliseconds, nullptr); }
   /// The controls have their places and fonts of a new resolution.
   virtual void laidOut() {}
+  /// A resizable dialog has another size, its controls their places in it.
+  virtual void resized() {}
   /// The button that Enter presses now.
   virtual int defaultButton() const { return IDOK; }
   /// What a control is painted upon; null for the dialog's own ground.
@@ -93,13 +105,18 @@ class DialogWindow {
   struct Placed {
     HWND window;
     DialogArea area;
+    int follow;
   };
 
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK previewKeys(int code, WPARAM wParam, LPARAM lParam);
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   bool takes(MSG& message);
-  void layOut();
+  /// The outer size for an inside in 96ths of an inch.
+  SIZE outerSize(int width, int height) const;
+  void dpiChanged(UINT dpi, const RECT& suggested);
+  void dress();
+  void placeControls();
   void placeOverOwner();
   void activated(bool active);
   void gone();
@@ -107,12 +124,15 @@ class DialogWindow {
   HWND window_ = nullptr;
   HWND owner_;
   int width_, height_;
+  int openWidth_, openHeight_;
+  bool resizable_;
   UINT dpi_ = 96;
   HFONT font_ = nullptr;
   HWND focus_ = nullptr;
   HHOOK hook_ = nullptr;
   bool ownerDisabled_ = false;
   int wheelRest_ = 0;
+  ULONGLONG leftUntil_ = 0;  ///< until then the keyboard goes back to the owner
   std::vector<Placed> controls_;
   const wchar_t* className_;
   std::unique_ptr<ToolTips> tips_;

@@ -2,31 +2,11 @@
 
 #include <utility>
 
-#include "base/safe_file.h"
+#include "components/ambrel/codes_file.h"
 #include "components/ambrel/region_store.h"
 #include "components/modes.h"
 
 namespace kelvane::ambrel {
-
-namespace {
-
-constexpr std::size_t kLargestCodes = 4u << 20;
-
-/// The codes' words from the best file that can be read.
-Codes loadCodes(const DataFiles& files, std::vector<std::string>& notes) {
-  for (const auto& file : files.named("codes.txt")) {
-    std::string reason;
-    const auto text = readFile(file, kLargestCodes, &reason);
-    std::vector<std::string> problems;
-    if (!text) problems.push_back(reason);
-    const Codes codes = text ? Codes(*text, problems) : Codes();
-    if (!problems.empty()) notes.push_back("Codes " + pathText(file) + ": " + problems.front());
-    if (text) return codes;
-  }
-  return {};
-}
-
-}  // namespace
 
 AmbrelCore::AmbrelCore(std::filesystem::path dataFolder, std::filesystem::path userFolder,
                        UtcClock utcNow, std::function<void()> wake, ComponentWindows& windows)
@@ -55,7 +35,7 @@ Outcome AmbrelCore::OpenFrqConfig(Text instance) {
   planNotes_.clear();
   bands_.reset();
   files_.emplace(dataFolder_, userFolder_, instance);
-  codes_ = std::make_shared<const Codes>(loadCodes(*files_, openNotes_));
+  codes_ = loadCodes(*files_, openNotes_);
   useData(loadStations(*files_, std::nullopt));
   return Outcome::Done;
 }

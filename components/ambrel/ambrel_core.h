@@ -56,7 +56,7 @@ class AmbrelCore final : public FrequencyComponent {
   /// ends in FrqDataUpdated, and `loadWords` then says how it went. A file that is no schedule
   /// changes nothing. False while another load is under way.
   bool importSchedule(const std::filesystem::path& file);
-  /// Begins to read all texts anew; ends as an import does.
+  /// Begins to read all texts anew, the band plans and codes among them; ends as an import does.
   bool reload();
   bool isLoading() const { return loading_; }
   /// How the last import or reload went, for the operator.
@@ -70,6 +70,10 @@ class AmbrelCore final : public FrequencyComponent {
 
   const StationData& data() const { return data_; }
   std::shared_ptr<const Codes> codes() const { return codes_; }
+  /// None before the plan was asked for.
+  const Bands* bands() const { return bands_ ? &*bands_ : nullptr; }
+  /// Where the database is positioned; -1 where it never was.
+  Hz position() const { return stations_.position(); }
   const DataFiles* files() const { return files_ ? &*files_ : nullptr; }
   /// The present minute for the records of the present data.
   const AirTime& airTime() { return stations_.airTime(); }
@@ -91,11 +95,16 @@ class AmbrelCore final : public FrequencyComponent {
   struct Loaded {
     std::optional<StationData> data;
     std::string words;
+    std::optional<Bands> bands = {};
+    std::vector<std::string> planNotes = {};
+    std::shared_ptr<const Codes> codes = {};
+    std::vector<std::string> openNotes = {};
   };
 
   bool load(std::function<Loaded(const DataFiles&)> read);
   void take(Loaded& loaded);
   void useData(StationData data);
+  void useBands(Bands bands);
   void raiseDataUpdated();
   /// The words for what was found, worked out when first asked for; none where nothing is found.
   const StationWords* words();

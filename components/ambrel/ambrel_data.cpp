@@ -4,6 +4,7 @@
 
 #include "base/safe_file.h"
 #include "components/ambrel/ambrel_core.h"
+#include "components/ambrel/codes_file.h"
 #include "components/ambrel/schedule_store.h"
 #include "components/modes.h"
 
@@ -48,7 +49,10 @@ bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
 
 bool AmbrelCore::reload() {
   return load([](const DataFiles& files) {
-    return Loaded{loadStations(files, std::nullopt), "All lists were read anew."};
+    Loaded loaded{loadStations(files, std::nullopt), "All lists were read anew."};
+    loaded.bands.emplace(files, loaded.planNotes);
+    loaded.codes = loadCodes(files, loaded.openNotes);
+    return loaded;
   });
 }
 
@@ -74,6 +78,14 @@ bool AmbrelCore::load(std::function<Loaded(const DataFiles&)> read) {
 void AmbrelCore::take(Loaded& loaded) {
   loading_ = false;
   loadWords_ = std::move(loaded.words);
+  if (loaded.codes) {
+    codes_ = std::move(loaded.codes);
+    openNotes_ = std::move(loaded.openNotes);
+  }
+  if (loaded.bands && bands_) {
+    useBands(std::move(*loaded.bands));
+    planNotes_ = std::move(loaded.planNotes);
+  }
   if (loaded.data) useData(std::move(*loaded.data));
   queue_.tell([](FrequencyListener& listener) { listener.FrqDataUpdated(); });
 }
@@ -85,6 +97,12 @@ void AmbrelCore::useData(StationData data) {
   data_ = std::move(data);
   stations_.setTable(data_.table);
   if (known >= 0) stations_.find(known, 0);
+}
+
+void AmbrelCore::useBands(Bands bands) {
+  bands.selectRegion(bands_->region());
+  bands.moveTo(bands_->frequency());
+  bands_ = std::move(bands);
 }
 
 void AmbrelCore::raiseDataUpdated() {

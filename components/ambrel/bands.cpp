@@ -21,8 +21,12 @@ void tell(const std::filesystem::path& file, const std::vector<std::string>& pro
                     std::to_string(problems.size() - kProblemsTold) + " more problems");
 }
 
-BandPlan loadPlan(const DataFiles& files, const std::string& name,
-                  std::vector<std::string>& notes) {
+}  // namespace
+
+std::string planFileName(Long region) { return "bandplan-r" + std::to_string(region + 1) + ".txt"; }
+
+BandPlan Bands::load(const DataFiles& files, Long region, std::vector<std::string>& notes) {
+  const std::string name = planFileName(region);
   for (const auto& file : files.named(name)) {
     std::string reason;
     const auto text = readFile(file, kLargestPlan, &reason);
@@ -32,17 +36,17 @@ BandPlan loadPlan(const DataFiles& files, const std::string& name,
     else
       reading.problems.push_back(reason);
     tell(file, reading.problems, notes);
-    if (reading.plan) return std::move(*reading.plan);
+    const bool used = reading.plan.has_value();
+    files_.push_back({region, file, !files.isShipped(file), used, used ? reading.plan->size() : 0,
+                      std::move(reading.problems)});
+    if (used) return std::move(*reading.plan);
   }
   notes.push_back("No readable " + name + ": a coarse band plan is used instead.");
   return builtInBandPlan();
 }
 
-}  // namespace
-
 Bands::Bands(const DataFiles& files, std::vector<std::string>& notes) {
-  for (Long region = 1; region <= kRegions; ++region)
-    plans_.push_back(loadPlan(files, "bandplan-r" + std::to_string(region) + ".txt", notes));
+  for (Long region = 0; region < kRegions; ++region) plans_.push_back(load(files, region, notes));
 }
 
 void Bands::selectRegion(Long region) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,12 +13,28 @@ namespace kelvane::ambrel {
 
 inline constexpr Long kRegions = 3;
 
+/// Name of the file of a region's band plan; the region counts from 0.
+std::string planFileName(Long region);
+
+/// A file that was read for a region's band plan.
+struct PlanFile {
+  Long region = 0;  ///< from 0
+  std::filesystem::path file;
+  bool usersOwn = false;
+  bool used = false;
+  std::size_t entries = 0;
+  std::vector<std::string> problems;  ///< why it is not used, in words
+};
+
 /// The band plans of the regions, and where in them the database is positioned.
 class Bands {
  public:
   /// Reads each region's plan from the best file that can be read; what was wrong is added to
   /// `notes` in words. A region without any readable file has the coarse built-in plan.
   Bands(const DataFiles& files, std::vector<std::string>& notes);
+
+  /// The files that were read, those not used included.
+  const std::vector<PlanFile>& files() const { return files_; }
 
   /// Region from 0.
   Long region() const { return region_; }
@@ -37,6 +54,9 @@ class Bands {
  private:
   static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
+  BandPlan load(const DataFiles& files, Long region, std::vector<std::string>& notes);
+
+  std::vector<PlanFile> files_;
   std::vector<BandPlan> plans_;
   Long region_ = 0;
   Hz frequency_ = 0;

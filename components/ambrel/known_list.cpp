@@ -5,41 +5,12 @@
 #include <tuple>
 #include <utility>
 
-#include "components/ambrel/kilohertz.h"
 #include "components/ambrel/schedule_store.h"
 #include "components/ambrel/search_text.h"
-#include "components/modes.h"
 
 namespace kelvane::ambrel {
 
 namespace {
-
-std::string cellOf(const StationTable& table, Hz frequency, const Record& record,
-                   const StationDetails& details, ListColumn column) {
-  switch (column) {
-    case ListColumn::Frequency:
-      return kilohertzText(frequency);
-    case ListColumn::Name:
-      return details.name;
-    case ListColumn::Info:
-      return details.language.empty() ? details.info : details.language;
-    case ListColumn::Times:
-      return details.times;
-    case ListColumn::Days:
-      return details.days;
-    case ListColumn::Site:
-      return details.site.empty() ? details.extra : details.site;
-    case ListColumn::Target:
-      return details.target;
-    case ListColumn::Mode:
-      return std::string(modeName(details.mode));
-    case ListColumn::Set:
-      return table.sets()[record.set].name;
-    case ListColumn::Count:
-      break;
-  }
-  return {};
-}
 
 /// One query at work: it touches nothing that the user-interface thread changes.
 struct Search {
@@ -112,6 +83,12 @@ KnownList::KnownList(AmbrelCore& core, std::function<void()> changed)
   ask({});
 }
 
+void KnownList::follow() {
+  if (searching_) return;
+  const bool older = query_.onAirOnly && time_->minute() != core_.airTime().minute();
+  if (older || table_ != core_.data().table) ask(query_);
+}
+
 KnownList::~KnownList() { ++*newest_; }
 
 void KnownList::ask(ListQuery query) {
@@ -168,6 +145,18 @@ std::size_t KnownList::rowNear(Hz wanted) const {
     bestDistance = distance;
   }
   return best;
+}
+
+KnownList::Station KnownList::station(std::size_t row) const {
+  if (row >= rows_.size()) return {};
+  return {table_, rows_[row], frequency(row)};
+}
+
+std::size_t KnownList::rowOf(const Station& station) const {
+  if (station.table != table_) return station.table ? rowNear(station.frequency) : rows_.size();
+  const auto found = std::find(rows_.begin(), rows_.end(), station.record);
+  return found == rows_.end() ? rowNear(station.frequency)
+                              : static_cast<std::size_t>(found - rows_.begin());
 }
 
 void KnownList::choose(std::size_t row) {

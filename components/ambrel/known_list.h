@@ -1,25 +1,17 @@
 #pragma once
 
-#include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "components/ambrel/ambrel_core.h"
+#include "components/ambrel/list_cells.h"
 
 namespace kelvane::ambrel {
-
-enum class ListColumn { Frequency, Name, Info, Times, Days, Site, Target, Mode, Set, Count };
-
-/// The columns' headings.
-inline constexpr std::array<std::string_view, static_cast<std::size_t>(ListColumn::Count)>
-    kListHeadings = {"kHz",  "Station", "Language, info", "UTC", "Days",
-                     "Site", "Target",  "Mode",           "Set"};
 
 /// What the operator asks of the list.
 struct ListQuery {
@@ -37,10 +29,12 @@ class KnownList {
   KnownList(AmbrelCore& core, std::function<void()> changed);
   ~KnownList();
 
-  /// Asks for other rows; those that are there stay until the new ones are found. To be asked again
-  /// when the data or the minute is another.
+  /// Asks for other rows; those that are there stay until the new ones are found.
   void ask(ListQuery query);
   const ListQuery& query() const { return query_; }
+  /// Asks anew where the data is another, or another minute may have brought other rows. To be
+  /// called every now and then.
+  void follow();
   bool isSearching() const { return searching_; }
 
   std::size_t rows() const { return rows_.size(); }
@@ -49,6 +43,16 @@ class KnownList {
   Hz frequency(std::size_t row) const;
   /// The first row whose frequency is nearest to the given one; rows() where there is none.
   std::size_t rowNear(Hz frequency) const;
+  /// What a row is known by for as long as the data stays; rows() has none.
+  struct Station {
+    std::shared_ptr<const StationTable> table;
+    std::uint32_t record = 0;
+    Hz frequency = -1;
+  };
+  Station station(std::size_t row) const;
+  /// The row of that station, or where it is gone the one nearest to its frequency; rows() where
+  /// there is none.
+  std::size_t rowOf(const Station& station) const;
   /// Tells the panel that the operator chose the row.
   void choose(std::size_t row);
 

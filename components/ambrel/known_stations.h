@@ -38,6 +38,7 @@ class KnownStations {
 
   /// The position from which walks go on; -1 stands below all frequencies.
   void moveTo(Hz frequency) { position_ = frequency; }
+  Hz position() const { return position_; }
 
   /// Finds the known frequency nearest to the given one, at most `tolerance` Hz away; the position
   /// stays.

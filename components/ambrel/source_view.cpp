@@ -1,5 +1,7 @@
 #include "components/ambrel/source_view.h"
 
+#include <algorithm>
+
 #include "base/safe_file.h"
 #include "components/ambrel/schedule_store.h"
 
@@ -39,14 +41,42 @@ SourceRow rowOf(const StationList& list, UtcMinute now) {
   return row;
 }
 
+SourceRow rowOf(const PlanFile& plan) {
+  SourceRow row;
+  row.kind = "Band plan R" + std::to_string(plan.region + 1);
+  row.name = pathText(plan.file.filename());
+  row.path = pathText(plan.file);
+  row.owner = plan.usersOwn ? "own" : "shipped";
+  if (plan.used) row.contents = std::to_string(plan.entries) + " bands";
+  for (const std::string& problem : plan.problems)
+    row.problems += (row.problems.empty() ? "Not used: " : " ") + problem + ".";
+  return row;
+}
+
+bool hasSchedule(const StationTable& table) {
+  return std::ranges::any_of(table.lists(),
+                             [](const StationList& list) { return list.season.has_value(); });
+}
+
 }  // namespace
 
 std::vector<SourceRow> sourceRows(AmbrelCore& core) {
   std::vector<SourceRow> rows;
   const UtcMinute now = core.airTime().minute();
   for (const StationList& list : core.data().table->lists()) rows.push_back(rowOf(list, now));
+  std::ranges::stable_partition(rows, [](const SourceRow& row) { return !row.age.empty(); });
   for (const StationList& list : core.data().refused) rows.push_back(rowOf(list, now));
+  if (!core.bands()) return rows;
+  for (const PlanFile& plan : core.bands()->files()) rows.push_back(rowOf(plan));
   return rows;
+}
+
+std::string sourceDetails(const SourceRow& row) {
+  std::string text = row.kind + ", " + row.owner + ": " + row.path;
+  for (const std::string& fact : {row.contents, row.age, row.problems}) {
+    if (!fact.empty()) text += "\r\n" + fact;
+  }
+  return text;
 }
 
 std::string sourceStatus(const AmbrelCore& core) {
@@ -54,6 +84,7 @@ std::string sourceStatus(const AmbrelCore& core) {
   std::string text = std::to_string(table.records().size()) + " stations on " +
                      std::to_string(table.size()) + " frequencies in " +
                      std::to_string(table.sets().size()) + " sets.";
+  if (!hasSchedule(table)) text += " No schedule is loaded.";
   const std::string& last = core.isLoading() ? "Loading..." : core.loadWords();
   return last.empty() ? text : text + " " + last;
 }

@@ -44,6 +44,13 @@ void Navigation::step(Walk walk, Long direction) {
   tune(target);
 }
 
+bool Navigation::tuneTo(Hz frequency, Setting mode, Setting filter) {
+  if (!reachable(frequency)) return false;
+  clearBank();
+  tune({frequency, mode, filter});
+  return true;
+}
+
 bool Navigation::reachable(Hz frequency) const {
   const Index rx = shown_.index();
   return frequency >= component_.GetRxFrqMin(rx) && frequency <= component_.GetRxFrqMax(rx);

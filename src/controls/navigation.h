@@ -18,6 +18,9 @@ class Navigation {
   /// Direction 1 for next, -1 for previous. At the end of what is walked nothing is tuned and the
   /// refusal signal sounds; frequencies that the receiver cannot tune are passed over.
   void step(Walk walk, Long direction);
+  /// Tunes to a frequency that was chosen by itself, with mode and filter; false where the receiver
+  /// cannot.
+  bool tuneTo(Hz frequency, Setting mode, Setting filter);
   /// Empties the labels of the place in the known frequencies.
   void clearBank();
   /// The next region of the ITU.

@@ -69,6 +69,7 @@ MAin::MAin(const PanelServices& services)
             services.window),
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
               services.now),
+      frqEvents_(services.receiver, shown_, navigation_, best_, refusal_),
       keys_(services.receiver, services.frequency, shown_, entry_, row_, stepping_, navigation_,
             channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
       config_(options_, services.settings, services.receiver, shown_, services.instance),

@@ -9,6 +9,7 @@
 #include "frequency/dde_link.h"
 #include "frequency/key_commands.h"
 #include "frequency/w_mouse.h"
+#include "receiver/frq_events.h"
 #include "receiver/rx_events.h"
 #include "shell/options.h"
 #include "ui/control_events.h"
@@ -72,6 +73,7 @@ class MAin : public ControlEvents {
   MainView& view() { return view_; }
   const Options& options() const { return options_; }
   ReceiverListener& receiverEvents() { return events_; }
+  FrequencyListener& frequencyEvents() { return frqEvents_; }
 
   /// Where the window was when it was last closed; only left and top are restored.
   Placement startPlace() const;
@@ -143,6 +145,7 @@ class MAin : public ControlEvents {
   ReceiverRefresh refresh_;
   ReceiverTabs tabs_;
   RxEvents events_;
+  FrqEvents frqEvents_;
   KeyCommands keys_;
   WMouse wheel_;
   Config config_;

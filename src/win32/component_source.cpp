@@ -24,4 +24,8 @@ com::EventConnection ComComponents::listen(ReceiverListener& listener) const {
   return com::EventConnection(receiver_.get(), listener);
 }
 
+com::EventConnection ComComponents::listen(FrequencyListener& listener) const {
+  return com::EventConnection(frequency_.get(), listener);
+}
+
 }  // namespace kelvane::win32

@@ -13,28 +13,38 @@ class ComComponents : public ComponentSource {
   std::unique_ptr<FrequencyComponent> frequency() override;
 
   com::EventConnection listen(ReceiverListener& listener) const;
+  com::EventConnection listen(FrequencyListener& listener) const;
 
  private:
   com::ComPtr<IDispatch> receiver_;
   com::ComPtr<IDispatch> frequency_;
 };
 
-/// Hands the receiver component's events to the panel and has the window show what they changed:
-/// events do not come through the window's own messages.
-class ShownEvents : public ReceiverListener {
+/// Hands the components' events to the panel and has the window show what they changed: events do
+/// not come through the window's own messages.
+class ShownEvents : public ReceiverListener, public FrequencyListener {
  public:
-  ShownEvents(ReceiverListener& panel, PanelWindow& window) : panel_(panel), window_(window) {}
+  ShownEvents(MAin& panel, PanelWindow& window)
+      : receiver_(panel.receiverEvents()), frequency_(panel.frequencyEvents()), window_(window) {}
 
 #define EVENT(name, params, args) \
   void name params override {     \
-    panel_.name args;             \
+    receiver_.name args;          \
     window_.changed();            \
   }
 #include "contract/sondrel_events.inc"
 #undef EVENT
+#define EVENT(name, params, args) \
+  void name params override {     \
+    frequency_.name args;         \
+    window_.changed();            \
+  }
+#include "contract/ambrel_events.inc"
+#undef EVENT
 
  private:
-  ReceiverListener& panel_;
+  ReceiverListener& receiver_;
+  FrequencyListener& frequency_;
   PanelWindow& window_;
 };
 

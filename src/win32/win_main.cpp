@@ -39,8 +39,9 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs, clipboard, digits,
               [] { return std::chrono::steady_clock::now(); }, name, files, calendar,
               std::filesystem::current_path(gone)});
-  ShownEvents events(panel.receiverEvents(), window);
-  const auto connection = components.listen(events);
+  ShownEvents events(panel, window);
+  const auto receiverEvents = components.listen(static_cast<ReceiverListener&>(events));
+  const auto frequencyEvents = components.listen(static_cast<FrequencyListener&>(events));
   window.present(panel);
   SetCursor(LoadCursorW(nullptr, IDC_ARROW));
   return window.run();

@@ -201,21 +201,22 @@ TEST(Sources, TellWhatTheDataIsMadeOf) {
   play.importText(std::string(kGood) + kGood);
   const auto rows = sourceRows(*play.core);
   ASSERT_EQ(rows.size(), 4u);
-  EXPECT_EQ(rows[0].name, "known-b.txt");
-  EXPECT_EQ(rows[0].owner, "own");
-  EXPECT_EQ(rows[0].contents, "1 set, 1 frequencies");
-  EXPECT_EQ(rows[1].owner, "shipped");
-  EXPECT_EQ(rows[1].contents, "2 sets, 2 frequencies");
-  EXPECT_THAT(rows[1].problems, HasSubstr("Line 5"));
-  EXPECT_EQ(rows[2].kind, "Schedule");
-  EXPECT_EQ(rows[2].name, "sked-a22.csv");
-  EXPECT_EQ(rows[2].age, "A22, summer 2022: out of date since 30 Oct 2022");
+  EXPECT_EQ(rows[0].kind, "Schedule");
+  EXPECT_EQ(rows[0].name, "sked-a22.csv");
+  EXPECT_EQ(rows[0].age, "A22, summer 2022: out of date since 30 Oct 2022");
+  EXPECT_EQ(rows[1].name, "known-b.txt");
+  EXPECT_EQ(rows[1].owner, "own");
+  EXPECT_EQ(rows[1].contents, "1 set, 1 frequencies");
+  EXPECT_EQ(rows[2].owner, "shipped");
+  EXPECT_EQ(rows[2].contents, "2 sets, 2 frequencies");
+  EXPECT_THAT(sourceDetails(rows[2]), HasSubstr("Line 5"));
   EXPECT_THAT(rows[3].problems, HasSubstr("Not used"));
   EXPECT_THAT(sourceStatus(*play.core),
               HasSubstr("5 stations on 4 frequencies in 4 sets. sked-a22.csv was loaded"));
   EXPECT_TRUE(play.core->dropSchedule());
   play.deliver();
   EXPECT_EQ(sourceRows(*play.core).size(), 3u);
+  EXPECT_THAT(sourceStatus(*play.core), HasSubstr("No schedule is loaded"));
   EXPECT_THAT(play.core->loadWords(), HasSubstr("put aside as"));
 }
 

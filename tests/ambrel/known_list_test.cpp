@@ -101,6 +101,39 @@ TEST_F(List, KeepsItsRowsWhenTheDataIsReplacedUntilItIsAskedAgain) {
   EXPECT_THAT(ask({}), ElementsAre("5000 WWV", "7000 New"));
 }
 
+TEST_F(List, FollowsTheDataAlwaysAndTheMinuteWhereItMatters) {
+  list->follow();
+  EXPECT_FALSE(list->isSearching());
+  play.setTime(2022, 7, 13, 12, 30);
+  list->follow();
+  EXPECT_FALSE(list->isSearching()) << "the same rows at any time";
+  ask({.text = "bbc", .onAirOnly = true});
+  play.setTime(2022, 7, 13, 13, 0);
+  list->follow();
+  settle();
+  ASSERT_EQ(list->rows(), 1u);
+  EXPECT_EQ(list->cell(0, ListColumn::Frequency), "9410");
+  ask({});
+  play.importText("7000;0000-2400;;G;New;E;Eu;w;1;;\r\n");
+  list->follow();
+  settle();
+  EXPECT_EQ(list->rows(), 2u);
+}
+
+TEST_F(List, FindsAStationAgainAmongOtherRows) {
+  ask({});
+  const KnownList::Station clube = list->station(3);
+  ask({.descending = true});
+  EXPECT_EQ(list->rowOf(clube), 1u);
+  ask({.text = "bbc"});
+  EXPECT_EQ(list->rowOf(clube), 0u) << "the nearest one instead";
+  play.importText("7000;0000-2400;;G;New;E;Eu;w;1;;\r\n");
+  ask({});
+  EXPECT_EQ(list->cell(list->rowOf(clube), ListColumn::Name), "New")
+      << "the nearest one still there";
+  EXPECT_EQ(list->rowOf(list->station(99)), list->rows());
+}
+
 TEST_F(List, AChosenRowIsToldToThePanel) {
   ask({.text = "clube"});
   list->choose(0);

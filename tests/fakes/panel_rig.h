@@ -132,11 +132,14 @@ class PanelRig {
     window.panel = panel.get();
     window.pending = [this] { sondrel.pump(); };
     sondrel.core.addListener(panel->receiverEvents());
+    ambrel.addListener(panel->frequencyEvents());
     run(settle);
     return *panel;
   }
   ~PanelRig() {
-    if (panel) sondrel.core.removeListener(panel->receiverEvents());
+    if (!panel) return;
+    sondrel.core.removeListener(panel->receiverEvents());
+    ambrel.removeListener(panel->frequencyEvents());
   }
 
   /// Lets time pass for the component and the panel, everything at the moment when it is due.
@@ -146,6 +149,7 @@ class PanelRig {
       const Instant due = std::min(sondrel.core.nextDue(), panel->nextDue());
       sondrel.clock.now = std::min(std::max(due, sondrel.clock.now), end);
       sondrel.pump();
+      ambrel.deliverEvents();
       panel->tick(sondrel.clock.now);
       if (sondrel.clock.now >= end && std::min(sondrel.core.nextDue(), panel->nextDue()) > end)
         return;

@@ -21,13 +21,14 @@ class AmbrelObject final : public com::AmbrelFace, private com::HostedComponent 
   com::CallWatch& watch() override { return host_; }
   IUnknown& identity() override { return *static_cast<IAmbrel*>(this); }
   void deliverEvents() override { core_.deliverEvents(); }
-  void tick(Instant) override {}
-  Instant nextDue() override { return kNever; }
+  void tick(Instant now) override;
+  Instant nextDue() override { return lookDue_; }
 
   const com::Counted counted_;
   com::ComponentHost host_;
   AmbrelWindows windows_;
   AmbrelCore core_;
+  Instant lookDue_;  ///< when the clock is looked at next
 };
 
 }  // namespace kelvane::ambrel

@@ -1,6 +1,13 @@
 #pragma once
 
+#include <windows.h>
+
+#include <memory>
+
 #include "components/ambrel/component_windows.h"
+#include "components/ambrel/win32/data_window.h"
+#include "components/ambrel/win32/known_list_window.h"
+#include "components/ambrel/win32/source_window.h"
 
 namespace kelvane::ambrel {
 
@@ -8,12 +15,20 @@ namespace kelvane::ambrel {
 class AmbrelWindows final : public ComponentWindows {
  public:
   void setOwner(Long window) override { owner_ = window; }
-  void showKnownList(AmbrelCore&) override {}
-  void showSource(AmbrelCore&) override {}
-  void showData(AmbrelCore&) override {}
+  void showKnownList(AmbrelCore& core) override;
+  void showSource(AmbrelCore& core) override;
+  /// Leaves the keyboard where it is: the key that opens this window may begin a frequency.
+  void showData(AmbrelCore& core) override;
+  /// To be called before the core ends.
+  void closeAll();
 
  private:
+  HWND owner() const;
+
   Long owner_ = 0;
+  std::unique_ptr<KnownListWindow> list_;
+  std::unique_ptr<SourceWindow> source_;
+  std::unique_ptr<DataWindow> data_;
 };
 
 }  // namespace kelvane::ambrel

@@ -1,0 +1,57 @@
+#include "components/ambrel/own_files.h"
+
+#include <system_error>
+
+#include "base/safe_file.h"
+#include "components/ambrel/bands.h"
+
+namespace kelvane::ambrel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kLargest = 4u << 20;
+constexpr const char* kKnownName = "known-own.txt";
+constexpr std::string_view kKnownHead =
+    "# Known frequencies of your own\r\n"
+    "#\r\n"
+    "# \"[Name]\" begins a set. One known frequency a line:\r\n"
+    "#   kHz ; name ; info ; extra ; mode ; filter\r\n"
+    "#   kHz     with a decimal point where need be\r\n"
+    "#   mode    AM FM USB LSB CW RTTY FAX SAM DRM; empty: as in the band plan\r\n"
+    "#   filter  bandwidth in Hz; empty: what suits the mode\r\n"
+    "# Name and kHz must be there; the rest may be empty. \"#\" starts a comment line.\r\n"
+    "#\r\n"
+    "# Save this file, then have everything read anew.\r\n"
+    "\r\n"
+    "[My stations]\r\n";
+
+bool isThere(const fs::path& file) {
+  std::error_code error;
+  return fs::is_regular_file(file, error);
+}
+
+OwnFile made(const fs::path& file, std::string_view text) {
+  return {file, writeFileSafely(file, text).reason};
+}
+
+}  // namespace
+
+OwnFile ownKnownFile(const DataFiles& files) {
+  const fs::path own = files.ownFolder() / kKnownName;
+  return isThere(own) ? OwnFile{own, {}} : made(own, kKnownHead);
+}
+
+OwnFile ownPlanFile(const DataFiles& files, Long region) {
+  const std::string name = planFileName(region);
+  const fs::path own = files.ownFolder() / name;
+  if (isThere(own)) return {own, {}};
+  std::string reason = "There is no " + name + " to begin with.";
+  for (const fs::path& file : files.named(name)) {
+    if (const auto text = readFile(file, kLargest, &reason)) return made(own, *text);
+  }
+  return {own, reason};
+}
+
+}  // namespace kelvane::ambrel

@@ -1,0 +1,125 @@
+#include "components/ambrel/win32/data_window.h"
+
+#include <algorithm>
+
+#include "base/win32/utf16.h"
+#include "components/ambrel/win32/dialog_ids.h"
+
+namespace kelvane::ambrel {
+
+namespace {
+
+constexpr UINT kFollowEvery = 300;  // ms
+constexpr int kTextWidth = 120, kNumberWidth = 84;
+
+}  // namespace
+
+DataWindow::DataWindow(HWND owner, AmbrelCore& core)
+    : DialogWindow({L"KelvaneDataView", "Frequency database", owner, 560, 300, true, 860, 460}),
+      core_(core),
+      data_(core),
+      rows_((makeControls(), item(id::Rows)), [this](std::size_t row, int column) {
+        return data_.cell(row, static_cast<std::size_t>(column));
+      }) {
+  check(id::FollowReceiver, true);
+  showTables();
+  startTimer(kFollowEvery);
+}
+
+void DataWindow::makeControls() {
+  using namespace win32;
+  add({id::Label, WC_STATICW, 0, "T&able:", {12, 15, 48, 18}});
+  add({id::Table,
+       WC_COMBOBOXW,
+       CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL,
+       "",
+       {62, 11, 320, 320},
+       "The band plan of the region, or one of the sets of known frequencies",
+       Widen});
+  add({id::FollowReceiver,
+       WC_BUTTONW,
+       BS_AUTOCHECKBOX | WS_TABSTOP,
+       "&Follow the receiver",
+       {398, 14, 150, 18},
+       "The row where the receiver is is selected as it is tuned",
+       MoveRight});
+  add({id::Rows,
+       WC_LISTVIEWW,
+       VirtualRows::kStyle,
+       "Frequency database",
+       {12, 44, 536, 202},
+       "",
+       Widen | Heighten});
+  add({id::Status, WC_STATICW, SS_NOPREFIX, "", {12, 265, 320, 18}, "", Widen | MoveDown});
+  add({IDOK,
+       WC_BUTTONW,
+       BS_DEFPUSHBUTTON | WS_TABSTOP,
+       "&Tune",
+       {352, 260, 94, 26},
+       "Tune the receiver to the selected row",
+       MoveRight | MoveDown});
+  add({IDCANCEL,
+       WC_BUTTONW,
+       BS_PUSHBUTTON | WS_TABSTOP,
+       "&Close",
+       {454, 260, 94, 26},
+       "",
+       MoveRight | MoveDown});
+}
+
+void DataWindow::command(int control, int notice) {
+  if (control == IDOK) return tune();
+  if (control == IDCANCEL) return close();
+  if (control == id::Table && notice == CBN_SELCHANGE) {
+    data_.look(static_cast<std::size_t>(SendMessageW(item(id::Table), CB_GETCURSEL, 0, 0)));
+    showTable();
+  }
+  if (control == id::FollowReceiver && notice == BN_CLICKED) gone_ = -1;
+}
+
+bool DataWindow::notified(const NMHDR& notice, LRESULT&) {
+  if (notice.idFrom != id::Rows) return false;
+  if (notice.code == NM_DBLCLK) return tune(), true;
+  return rows_.answer(notice);
+}
+
+void DataWindow::tick() {
+  if (data_.follow()) return showTables();
+  if (checked(id::FollowReceiver)) goToReceiver();
+}
+
+void DataWindow::laidOut() { rows_.place(static_cast<UINT>(scaled(96))); }
+
+void DataWindow::resized() { laidOut(); }
+
+void DataWindow::showTables() {
+  SendMessageW(item(id::Table), CB_RESETCONTENT, 0, 0);
+  for (const std::string& name : data_.tables())
+    SendMessageW(item(id::Table), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(name).c_str()));
+  SendMessageW(item(id::Table), CB_SETCURSEL, data_.table(), 0);
+  showTable();
+}
+
+void DataWindow::showTable() {
+  std::vector<win32::RowColumn> columns;
+  for (const DataTable::Column& column : data_.columns())
+    columns.push_back({column.heading, column.number ? kNumberWidth : kTextWidth, column.number});
+  std::ranges::find(columns, false, &win32::RowColumn::number)->rest = true;
+  rows_.setCount(0);
+  rows_.setColumns(std::move(columns), static_cast<UINT>(scaled(96)));
+  rows_.setCount(data_.rows());
+  setText(id::Status, std::to_string(data_.rows()) + " rows");
+  gone_ = -1;
+  goToReceiver();
+}
+
+void DataWindow::goToReceiver() {
+  // Where the operator went since stays, until the receiver is tuned again.
+  if (gone_ == core_.position()) return;
+  gone_ = core_.position();
+  rows_.select(data_.rowAt(gone_));
+}
+
+void DataWindow::tune() { data_.choose(rows_.selected()); }
+
+}  // namespace kelvane::ambrel

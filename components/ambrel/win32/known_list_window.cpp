@@ -1,0 +1,170 @@
+#include "components/ambrel/win32/known_list_window.h"
+
+#include "base/win32/utf16.h"
+#include "components/ambrel/win32/dialog_ids.h"
+
+namespace kelvane::ambrel {
+
+namespace {
+
+constexpr UINT kFollowEvery = 1000;  // ms
+constexpr DWORD kCheck = BS_AUTOCHECKBOX | WS_TABSTOP;
+
+constexpr int kWidths[] = {70, 150, 120, 74, 64, 120, 90, 52, 90};
+static_assert(std::size(kWidths) == kListHeadings.size());
+
+}  // namespace
+
+KnownListWindow::KnownListWindow(HWND owner, AmbrelCore& core)
+    : DialogWindow({L"KelvaneKnownList", "Known frequencies", owner, 660, 320, true, 900, 480}),
+      core_(core),
+      list_(core, [this] { showRows(); }),
+      rows_((makeControls(), item(id::Stations)), [this](std::size_t row, int column) {
+        return list_.cell(row, static_cast<ListColumn>(column));
+      }) {
+  std::vector<win32::RowColumn> columns;
+  for (std::size_t i = 0; i < kListHeadings.size(); ++i) {
+    columns.push_back({std::string(kListHeadings[i]), kWidths[i], i == 0, i == 1});
+    SendMessageW(item(id::Sort), CB_ADDSTRING, 0,
+                 reinterpret_cast<LPARAM>(wide(kListHeadings[i]).c_str()));
+  }
+  rows_.setColumns(std::move(columns), 96);
+  sortBy(ListColumn::Frequency);
+  startTimer(kFollowEvery);
+}
+
+void KnownListWindow::makeControls() {
+  using namespace win32;
+  add({id::Label, WC_STATICW, 0, "&Search:", {12, 15, 52, 18}});
+  add({id::Search,
+       WC_EDITW,
+       ES_AUTOHSCROLL | WS_TABSTOP,
+       "",
+       {66, 11, 178, 23},
+       "Words that a station must have, in any column",
+       Widen});
+  add({id::OnAir,
+       WC_BUTTONW,
+       kCheck,
+       "On the &air now",
+       {256, 14, 112, 18},
+       "Only the stations of the schedule that are on the air at this minute",
+       MoveRight});
+  add({id::Label, WC_STATICW, 0, "S&ort by:", {374, 15, 54, 18}, "", MoveRight});
+  add({id::Sort,
+       WC_COMBOBOXW,
+       CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL,
+       "",
+       {430, 11, 116, 260},
+       "",
+       MoveRight});
+  add({id::Descending, WC_BUTTONW, kCheck, "&Descending", {556, 14, 92, 18}, "", MoveRight});
+  add({id::Stations,
+       WC_LISTVIEWW,
+       VirtualRows::kStyle,
+       "Known frequencies",
+       {12, 44, 636, 222},
+       "",
+       Widen | Heighten});
+  add({id::Status,
+       WC_STATICW,
+       SS_NOPREFIX | SS_ENDELLIPSIS,
+       "",
+       {12, 285, 426, 18},
+       "",
+       Widen | MoveDown});
+  add({IDOK,
+       WC_BUTTONW,
+       BS_DEFPUSHBUTTON | WS_TABSTOP,
+       "&Tune",
+       {452, 280, 94, 26},
+       "Tune the receiver to the selected station",
+       MoveRight | MoveDown});
+  add({IDCANCEL,
+       WC_BUTTONW,
+       BS_PUSHBUTTON | WS_TABSTOP,
+       "&Close",
+       {554, 280, 94, 26},
+       "",
+       MoveRight | MoveDown});
+}
+
+void KnownListWindow::command(int control, int notice) {
+  if (control == IDOK) return tune();
+  if (control == IDCANCEL) return close();
+  if (control == id::Search && notice == EN_CHANGE) return ask();
+  if (control == id::Sort && notice == CBN_SELCHANGE)
+    return sortBy(static_cast<ListColumn>(SendMessageW(item(id::Sort), CB_GETCURSEL, 0, 0)));
+  if ((control == id::OnAir || control == id::Descending) && notice == BN_CLICKED) ask();
+}
+
+bool KnownListWindow::notified(const NMHDR& notice, LRESULT&) {
+  if (notice.idFrom != id::Stations) return false;
+  const auto& change = reinterpret_cast<const NMLISTVIEW&>(notice);
+  switch (notice.code) {
+    case LVN_COLUMNCLICK: {
+      const auto column = static_cast<ListColumn>(change.iSubItem);
+      check(id::Descending, column == list_.query().sort && !checked(id::Descending));
+      return sortBy(column), true;
+    }
+    case LVN_ITEMCHANGED:
+      if (!filling_ && change.iItem >= 0 && (change.uNewState & LVIS_SELECTED))
+        chosen_ = list_.station(static_cast<std::size_t>(change.iItem));
+      return true;
+    case NM_DBLCLK:
+      return tune(), true;
+    default:
+      return rows_.answer(notice);
+  }
+}
+
+bool KnownListWindow::keyDown(int keyCode, int shift) {
+  // From what is typed straight into what was found.
+  if (keyCode != VK_DOWN || shift != 0 || GetFocus() != item(id::Search)) return false;
+  SetFocus(item(id::Stations));
+  return true;
+}
+
+void KnownListWindow::tick() {
+  list_.follow();
+  showStatus();
+}
+
+void KnownListWindow::laidOut() { rows_.place(static_cast<UINT>(scaled(96))); }
+
+void KnownListWindow::resized() { laidOut(); }
+
+void KnownListWindow::ask() {
+  ListQuery query = list_.query();
+  query.text = text(id::Search);
+  query.onAirOnly = checked(id::OnAir);
+  query.descending = checked(id::Descending);
+  list_.ask(std::move(query));
+  showStatus();
+}
+
+void KnownListWindow::sortBy(ListColumn column) {
+  ListQuery query = list_.query();
+  query.sort = column;
+  query.descending = checked(id::Descending);
+  SendMessageW(item(id::Sort), CB_SETCURSEL, static_cast<WPARAM>(column), 0);
+  list_.ask(std::move(query));
+  showStatus();
+}
+
+void KnownListWindow::showRows() {
+  filling_ = true;
+  rows_.showOrder(static_cast<int>(list_.query().sort), list_.query().descending);
+  rows_.setCount(list_.rows());
+  rows_.select(chosen_.table ? list_.rowOf(chosen_) : list_.rowNear(core_.position()));
+  filling_ = false;
+  showStatus();
+}
+
+void KnownListWindow::showStatus() {
+  setText(id::Status, list_.isSearching() ? "Searching..." : list_.status());
+}
+
+void KnownListWindow::tune() { list_.choose(rows_.selected()); }
+
+}  // namespace kelvane::ambrel

@@ -1,0 +1,198 @@
+#include "components/ambrel/win32/source_window.h"
+
+#include <shellapi.h>
+
+#include <utility>
+
+#include "base/safe_file.h"
+#include "components/ambrel/win32/dialog_ids.h"
+
+namespace kelvane::ambrel {
+
+namespace {
+
+constexpr UINT kFollowEvery = 300;  // ms
+constexpr wchar_t kFilter[] = L"EiBi schedules (*.csv)\0*.csv\0All files\0*.*\0";
+
+std::string cellOf(const SourceRow& row, int column) {
+  switch (column) {
+    case 0:
+      return row.kind;
+    case 1:
+      return row.name;
+    case 2:
+      return row.owner;
+    case 3:
+      return row.contents;
+    case 4:
+      return row.age;
+    default:
+      return row.problems;
+  }
+}
+
+/// Opens a text in the editor that the operator has for texts; what went wrong, in words.
+std::string openInEditor(const std::filesystem::path& file) {
+  const auto code = reinterpret_cast<INT_PTR>(
+      ShellExecuteW(nullptr, L"open", file.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+  return code > 32 ? std::string() : "No program could be started to edit " + pathText(file) + ".";
+}
+
+}  // namespace
+
+SourceWindow::SourceWindow(HWND owner, AmbrelCore& core)
+    : DialogWindow(
+          {L"KelvaneSource", "Source of the frequency database", owner, 680, 350, true, 820, 440}),
+      core_(core),
+      rows_((makeLists(), item(id::Lists)), [this](std::size_t row, int column) {
+        return row < sources_.size() ? cellOf(sources_[row], column) : std::string();
+      }) {
+  makeButtons();
+  rows_.setColumns({{"Kind", 110},
+                    {"File", 130},
+                    {"Whose", 56},
+                    {"Contents", 150},
+                    {"Age", 100, false, true},
+                    {"Problems", 80}},
+                   96);
+  setText(id::Folder, ownFolderText(core_));
+  show();
+  rows_.select(0);
+  startTimer(kFollowEvery);
+}
+
+void SourceWindow::makeLists() {
+  using namespace win32;
+  add({id::Label, WC_STATICW, 0, "&Lists and band plans:", {12, 10, 300, 16}});
+  add({id::Lists,
+       WC_LISTVIEWW,
+       VirtualRows::kStyle,
+       "Lists and band plans",
+       {12, 28, 656, 118},
+       "",
+       Widen | Heighten});
+  add({id::Label, WC_STATICW, 0, "&Details:", {12, 154, 300, 16}, "", MoveDown});
+  add({id::Details,
+       WC_EDITW,
+       ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL | WS_TABSTOP,
+       "",
+       {12, 172, 656, 72},
+       "",
+       Widen | MoveDown});
+  add({id::Label, WC_STATICW, 0, "Own &files are in:", {12, 256, 100, 16}, "", MoveDown});
+  add({id::Folder,
+       WC_EDITW,
+       ES_READONLY | ES_AUTOHSCROLL | WS_TABSTOP,
+       "",
+       {114, 252, 554, 23},
+       "Lists and band plans here are used in the place of shipped ones of the same name",
+       Widen | MoveDown});
+  add({id::Status, WC_STATICW, SS_NOPREFIX, "", {12, 280, 656, 32}, "", Widen | MoveDown});
+}
+
+void SourceWindow::makeButtons() {
+  struct Button {
+    int id;
+    const char* caption;
+    int width;
+    const char* tip;
+  };
+  constexpr Button kButtons[] = {
+      {id::Load, "Load &schedule...", 122, "Take in a schedule file that you downloaded"},
+      {id::PutAside, "&Put schedule aside", 128, "Go on without the schedule; its file is kept"},
+      {id::OwnSets, "Own s&ets...", 94, "Edit known frequencies of your own"},
+      {id::OwnPlan, "Own &band plan...", 122, "Edit a band plan of your own for this region"},
+      {id::ReadAnew, "&Read anew", 88, "Read all files again, after you edited one"},
+      {IDCANCEL, "&Close", 62, ""}};
+  int left = 12;
+  for (const Button& button : kButtons) {
+    const int follow = button.id == IDCANCEL ? win32::MoveRight | win32::MoveDown : win32::MoveDown;
+    const DWORD kind = button.id == id::Load ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+    add({button.id,
+         WC_BUTTONW,
+         kind | WS_TABSTOP,
+         button.caption,
+         {left, 316, button.width, 26},
+         button.tip,
+         follow});
+    left += button.width + 8;
+  }
+}
+
+int SourceWindow::defaultButton() const { return id::Load; }
+
+void SourceWindow::command(int control, int notice) {
+  if (control == IDCANCEL) return close();
+  if (notice != BN_CLICKED) return;
+  switch (control) {
+    case id::Load:
+      return chooseSchedule();
+    case id::PutAside:
+      return begin(core_.dropSchedule());
+    case id::ReadAnew:
+      return begin(core_.reload());
+    case id::OwnSets:
+      return edit(ownKnownFile);
+    case id::OwnPlan: {
+      const Long region = core_.bands() ? core_.bands()->region() : 0;
+      return edit([region](const DataFiles& files) { return ownPlanFile(files, region); });
+    }
+  }
+}
+
+bool SourceWindow::notified(const NMHDR& notice, LRESULT&) {
+  if (notice.idFrom != id::Lists) return false;
+  if (notice.code == LVN_ITEMCHANGED) return showDetails(), true;
+  return rows_.answer(notice);
+}
+
+void SourceWindow::laidOut() { rows_.place(static_cast<UINT>(scaled(96))); }
+
+void SourceWindow::resized() { laidOut(); }
+
+void SourceWindow::show() {
+  std::vector<SourceRow> sources = sourceRows(core_);
+  if (sources != sources_) {
+    sources_ = std::move(sources);
+    const std::size_t selected = rows_.selected();
+    rows_.setCount(sources_.size());
+    rows_.select(std::min(selected, rows_.count() - 1));
+    showDetails();
+  }
+  setText(id::Status, refusal_->empty() ? sourceStatus(core_) : *refusal_);
+}
+
+void SourceWindow::showDetails() {
+  const std::size_t row = rows_.selected();
+  setText(id::Details, row < sources_.size() ? sourceDetails(sources_[row]) : std::string());
+}
+
+void SourceWindow::begin(bool begun) {
+  *refusal_ = begun ? "" : "Files are being read already; try again when that is done.";
+  show();
+}
+
+void SourceWindow::chooseSchedule() {
+  picker_.ask({window(), L"Load a schedule", std::wstring(kFilter, std::size(kFilter))},
+              [&core = core_, refusal = refusal_](const std::filesystem::path& file) {
+                core.post([&core, refusal, file] {
+                  *refusal = core.importSchedule(file)
+                                 ? ""
+                                 : "Files are being read already; try again when that is done.";
+                });
+              });
+}
+
+void SourceWindow::edit(MakeFile make) {
+  if (!core_.files()) return;
+  background_.run(
+      [&core = core_, refusal = refusal_, make = std::move(make), files = *core_.files()] {
+        const OwnFile own = make(files);
+        core.post([refusal, own] {
+          *refusal = own.reason.empty() ? openInEditor(own.file)
+                                        : pathText(own.file) + " was not made. " + own.reason;
+        });
+      });
+}
+
+}  // namespace kelvane::ambrel

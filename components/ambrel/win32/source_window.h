@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/win32/dialog_window.h"
+#include "base/win32/virtual_rows.h"
+#include "components/ambrel/own_files.h"
+#include "components/ambrel/source_view.h"
+#include "components/ambrel/win32/file_picker.h"
+
+namespace kelvane::ambrel {
+
+/// What the database is made of, on the screen: where the operator points the program at a
+/// schedule, and opens lists of their own. Stays open beside the panel.
+class SourceWindow final : public win32::DialogWindow {
+ public:
+  SourceWindow(HWND owner, AmbrelCore& core);
+
+ private:
+  using MakeFile = std::function<OwnFile(const DataFiles&)>;
+
+  void makeLists();
+  void makeButtons();
+  void command(int control, int notice) override;
+  bool notified(const NMHDR& notice, LRESULT& result) override;
+  void tick() override { show(); }
+  void laidOut() override;
+  void resized() override;
+  int defaultButton() const override;
+
+  void show();
+  void showDetails();
+  void begin(bool begun);
+  void chooseSchedule();
+  void edit(MakeFile make);
+
+  AmbrelCore& core_;
+  std::vector<SourceRow> sources_;
+  win32::VirtualRows rows_;
+  /// What could not be begun, in words; shared with what still runs when the window has gone.
+  std::shared_ptr<std::string> refusal_ = std::make_shared<std::string>();
+  FilePicker picker_;
+  Background background_;  ///< last, so that its jobs end before what they use
+};
+
+}  // namespace kelvane::ambrel
