@@ -1,5 +1,7 @@
 #include "components/ambrel/win32/known_list_window.h"
 
+#include <utility>
+
 #include "base/win32/utf16.h"
 #include "components/ambrel/win32/dialog_ids.h"
 
@@ -135,6 +137,7 @@ void KnownListWindow::laidOut() { rows_.place(static_cast<UINT>(scaled(96))); }
 void KnownListWindow::resized() { laidOut(); }
 
 void KnownListWindow::ask() {
+  tuneWhenFound_ = false;
   ListQuery query = list_.query();
   query.text = text(id::Search);
   query.onAirOnly = checked(id::OnAir);
@@ -159,12 +162,17 @@ void KnownListWindow::showRows() {
   rows_.select(chosen_.table ? list_.rowOf(chosen_) : list_.rowNear(core_.position()));
   filling_ = false;
   showStatus();
+  if (std::exchange(tuneWhenFound_, false)) tune();
 }
 
 void KnownListWindow::showStatus() {
   setText(id::Status, list_.isSearching() ? "Searching..." : list_.status());
 }
 
-void KnownListWindow::tune() { list_.choose(rows_.selected()); }
+void KnownListWindow::tune() {
+  // Enter after fast typing means what is being sought, not what was found before.
+  tuneWhenFound_ = list_.isSearching();
+  if (!tuneWhenFound_) list_.choose(rows_.selected());
+}
 
 }  // namespace kelvane::ambrel

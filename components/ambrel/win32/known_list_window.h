@@ -32,6 +32,7 @@ class KnownListWindow final : public win32::DialogWindow {
   win32::VirtualRows rows_;
   KnownList::Station chosen_;  ///< the row that the operator went to
   bool filling_ = false;
+  bool tuneWhenFound_ = false;
 };
 
 }  // namespace kelvane::ambrel
