@@ -20,4 +20,10 @@ std::string narrow(std::wstring_view utf16) {
   return text;
 }
 
+std::string win32::textLines(std::string_view text) {
+  std::string lines;
+  for (const char c : text) lines += c == '\n' ? std::string("\r\n") : std::string(1, c);
+  return lines;
+}
+
 }  // namespace kelvane

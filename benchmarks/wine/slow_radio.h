@@ -44,10 +44,15 @@ class SlowRadio {
 
   int port() const { return port_; }
   int frequenciesTold() const { return told_; }
+  /// Closes the connection; the next one is served again.
+  void hangUp() { closesocket(client_); }
 
  private:
   void serve() {
-    client_ = accept(listener_, nullptr, nullptr);
+    while ((client_ = accept(listener_, nullptr, nullptr)) != INVALID_SOCKET) talk();
+  }
+
+  void talk() {
     fakes::FakeRig rig(fakes::FakeRig::Manner::Rigctld);
     std::string waiting;
     char bytes[1024];

@@ -93,6 +93,9 @@ class Receiver {
   Outcome setRemote(bool remote, Instant now);
   Outcome setOut(Long line, Long state, Instant now);
   virtual Outcome setTime(const Text& time, Instant now);
+  /// What was found behind the link, in words, a line each; empty for a kind that finds nothing
+  /// out.
+  virtual std::string found() const { return {}; }
   virtual ChannelReading channelReading() const { return {}; }
   /// Whether the operator looks at this receiver: it is served first then.
   virtual void setShown(bool) {}

@@ -9,6 +9,7 @@
 
 namespace kelvane::sondrel {
 
+class LinkTrial;
 class Receiver;
 class ReceiverHost;
 
@@ -44,6 +45,8 @@ struct ReceiverKind {
   /// Never fails: a key that cannot be read is replaced by its standard and said in `notes`.
   std::unique_ptr<Receiver> (*make)(ReceiverHost& host, const ReceiverEntry& entry,
                                     std::vector<std::string>& notes) = nullptr;
+  /// Begins to try out what an entry describes; null for a kind that has nothing to try out.
+  std::unique_ptr<LinkTrial> (*tryOut)(const ReceiverEntry& entry) = nullptr;
 };
 
 /// The kinds that there are; the first is what a section without a kind is.

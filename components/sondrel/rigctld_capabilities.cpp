@@ -55,11 +55,11 @@ std::vector<std::int32_t> usualWidths(std::string_view mode) {
 std::string_view dialectName(Dialect dialect) {
   switch (dialect) {
     case Dialect::Extended:
-      return "rigctld";
+      return "rigctld, with labelled replies";
     case Dialect::Static:
-      return "static";
+      return "plain, with a fixed description";
     case Dialect::Minimal:
-      return "minimal";
+      return "plain, frequency and mode only";
   }
   return {};
 }

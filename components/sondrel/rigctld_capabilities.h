@@ -17,7 +17,7 @@ enum class Dialect {
   Minimal,   ///< an SDR program that knows frequency and mode and little else; bare values
 };
 
-/// The dialect in a word, for the operator.
+/// The dialect in words, for the operator.
 std::string_view dialectName(Dialect dialect);
 
 struct FrequencyRange {

@@ -23,6 +23,7 @@ constexpr std::array kParameters{
     Parameter{"Host", "127.0.0.1", "name or address of the computer where the server runs",
               hostProblem},
     Parameter{"Port", "4532", "the server's TCP port", wholeProblem<0, 999'999>},
+    Parameter{"Command", "", "starts the server on this computer and ends it again; none if empty"},
     Parameter{"Model", "0", "the only model number that is accepted; 0 for any",
               wholeProblem<0, 99'999'999>},
     Parameter{"Minimum", "0", "lowest frequency, Hz; with a Maximum of 0 the server's own",
@@ -43,16 +44,26 @@ constexpr std::array kParameters{
     Parameter{"ChannelSkip", "yes", "channels can be left out of a scan", yesNoProblem},
 };
 
+RigctldAddress addressIn(const ParameterReader& read) {
+  return {std::string(read.text("Host")), read.whole("Port"), std::string(read.text("Command"))};
+}
+
+RigctldOptions optionsIn(const ParameterReader& read) {
+  RigctldOptions options;
+  options.model = read.whole("Model");
+  options.lowest = read.whole("Minimum");
+  options.highest = read.whole("Maximum");
+  options.bfoLimit = read.whole("BfoLimit");
+  options.rates = {read.whole("PollRate") / 25.0, read.whole("LineShare") / 100.0};
+  return options;
+}
+
 std::unique_ptr<Receiver> make(ReceiverHost& host, const ReceiverEntry& entry,
                                std::vector<std::string>& notes) {
   const ParameterReader read(rigctldKind(), entry, notes);
   RigctldSetup setup;
-  setup.address = {std::string(read.text("Host")), read.whole("Port")};
-  setup.options.model = read.whole("Model");
-  setup.options.lowest = read.whole("Minimum");
-  setup.options.highest = read.whole("Maximum");
-  setup.options.bfoLimit = read.whole("BfoLimit");
-  setup.options.rates = {read.whole("PollRate") / 25.0, read.whole("LineShare") / 100.0};
+  setup.address = addressIn(read);
+  setup.options = optionsIn(read);
   const auto channels = channelRange(read.text("Channels")).value_or(ChannelRange{});
   setup.manner = {read.whole("SMeterOffset"),
                   setup.options.bfoLimit,
@@ -67,8 +78,14 @@ std::unique_ptr<Receiver> make(ReceiverHost& host, const ReceiverEntry& entry,
   return std::make_unique<RigctldReceiver>(host, entry.name, setup);
 }
 
+std::unique_ptr<LinkTrial> tryOut(const ReceiverEntry& entry) {
+  std::vector<std::string> notes;
+  const ParameterReader read(rigctldKind(), entry, notes);
+  return tryOutRigctld(addressIn(read), optionsIn(read));
+}
+
 constexpr ReceiverKind kKind{"rigctld", "a radio behind rigctld, or a program of the same protocol",
-                             kParameters, make};
+                             kParameters, make, tryOut};
 
 }  // namespace
 

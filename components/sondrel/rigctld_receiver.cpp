@@ -4,6 +4,7 @@
 
 #include "base/number.h"
 #include "base/text.h"
+#include "components/sondrel/rigctld_words.h"
 
 namespace kelvane::sondrel {
 
@@ -137,6 +138,7 @@ void RigctldReceiver::take(const LinkReport& report) {
 
 void RigctldReceiver::take(const CapabilityReport& report) {
   mapping_ = RigctldMapping(manner_, *report.found);
+  found_ = inWords(*report.found);
   setCapabilities(mapping_.capabilities());
   // A slow radio tells some of its abilities when it is up already: whoever hears of its remote
   // state looks at all of its settings again.

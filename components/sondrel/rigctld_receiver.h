@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "components/sondrel/link_trial.h"
 #include "components/sondrel/receiver.h"
 #include "components/sondrel/receiver_entry.h"
 #include "components/sondrel/rigctld_mapping.h"
@@ -30,6 +31,7 @@ class RigctldReceiver : public Receiver {
   /// Unsupported where the radio has no clock that can be set.
   Outcome setTime(const Text& time, Instant now) override;
   void setShown(bool shown) override { worker_.show(shown); }
+  std::string found() const override { return found_; }
 
  protected:
   void openLink(Instant now) override;
@@ -47,6 +49,7 @@ class RigctldReceiver : public Receiver {
 
   RigctldManner manner_;
   RigctldMapping mapping_;
+  std::string found_;
   std::array<std::optional<Request>, kItemCount> waiting_;  ///< the newest one of each item
   bool remoteWanted_;
   std::optional<LinkState> link_;  ///< last reported on this opening of the link
@@ -54,6 +57,10 @@ class RigctldReceiver : public Receiver {
   std::int32_t squelchLevel_ = 0;
   RigctldWorker worker_;  ///< last: its reports use the rest
 };
+
+/// Tries a server out: connects, finds out what it is, changes nothing.
+std::unique_ptr<LinkTrial> tryOutRigctld(const RigctldAddress& address,
+                                         const RigctldOptions& options);
 
 /// The kind "rigctld".
 const ReceiverKind& rigctldKind();

@@ -19,6 +19,8 @@ constexpr milliseconds kLongestBackOff{16000};
 // The link is up when frequency and mode are known; a radio that refuses slowly tells the rest of
 // what it can do later.
 constexpr milliseconds kGreetingLimit{700};
+// What is due is done within milliseconds: only a computer that slept passes it over for so long.
+constexpr milliseconds kSleep{10'000};
 
 LinkState stateOf(CloseReason reason) {
   switch (reason) {
@@ -30,6 +32,8 @@ LinkState stateOf(CloseReason reason) {
       return LinkState::NoLoop;
     case CloseReason::TimedOut:
       return LinkState::Timeout;
+    case CloseReason::NoServer:
+      return LinkState::Configuration;
     case CloseReason::Ended:
       break;
   }
@@ -58,6 +62,10 @@ void RigctldSession::open(bool reopen, Instant now) {
   if (flight_ && flight_->late) flight_->limit = now + kReplyLimit;
   nextAttempt_ = now;
   pump(now);
+}
+
+void RigctldSession::tryAgain() {
+  if (phase_ == Phase::Closed && said_) startConnection();
 }
 
 void RigctldSession::close() {
@@ -113,6 +121,11 @@ void RigctldSession::closed(CloseReason reason, Instant now) {
 }
 
 void RigctldSession::tick(Instant now) {
+  if (slept(now)) {
+    // Whatever was under way is lost, and the connection most likely too, though nobody tells.
+    fail(LinkState::Timeout);
+    return startConnection();
+  }
   if (now >= reopenAt_) startConnection();
   if (now >= quietAt_) {
     quietAt_ = kNever;
@@ -128,7 +141,9 @@ Instant RigctldSession::nextDue() const {
   if (phase_ == Phase::Connecting) return kNever;
   if (flight_) return std::min({quietAt_, flight_->limit, flight_->sent + kGiveUp});
   Instant due = kNever;
-  if (phase_ == Phase::Greeting || said_ != LinkState::Up) {
+  if (phase_ == Phase::Running && said_ != LinkState::Up && !health_.heartbeat(*can_)) {
+    due = kNever;  // nothing is left to ask: the next opening begins anew
+  } else if (phase_ == Phase::Greeting || said_ != LinkState::Up) {
     due = nextAttempt_;
   } else if (!requests_.empty()) {
     due = drainUntil_;
@@ -196,6 +211,11 @@ void RigctldSession::overdue() {
   // A radio that is known to be silent makes its server slow: that is no other fault.
   const bool radioSilent = said_ == LinkState::NotResponding;
   say(radioSilent ? LinkState::NotResponding : LinkState::Timeout);
+}
+
+bool RigctldSession::slept(Instant now) const {
+  const bool connected = phase_ == Phase::Greeting || phase_ == Phase::Running;
+  return connected && nextDue() < now - kSleep;
 }
 
 void RigctldSession::replied(const Reply& reply, Instant now) {

@@ -40,6 +40,8 @@ class RigctldSession {
   /// Opens the link, or tries again; ends in a LinkReport. Where the server is only slow the
   /// connection stays: a new one would wait for the same radio. `reopen`: also where it is up.
   void open(bool reopen, Instant now);
+  /// The server may be there again: tries at once where the link was lost.
+  void tryAgain();
   /// Closes it; nothing is reported.
   void close();
   /// Ends in a ValueReport with the request's ticket. Forgotten without a word when a newer request
@@ -81,6 +83,7 @@ class RigctldSession {
 
   void waitForQuiet(Instant now);
   void overdue();
+  bool slept(Instant now) const;
   void replied(const Reply& reply, Instant now);
   void greeted(const Reply& reply, Instant now);
   void comeUp(Instant now);

@@ -88,6 +88,7 @@ enum class CloseReason {
   Refused,      ///< nobody listens there
   Unreachable,  ///< no way to that network
   TimedOut,     ///< no answer to the attempt
+  NoServer,     ///< the server that is to be started cannot be
   Ended,        ///< closed or reset by the other side, or gone wrong
 };
 

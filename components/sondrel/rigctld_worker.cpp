@@ -1,5 +1,7 @@
 #include "components/sondrel/rigctld_worker.h"
 
+#include <algorithm>
+
 namespace kelvane::sondrel {
 
 namespace {
@@ -20,6 +22,8 @@ CloseReason reasonOf(NetFailure failure) {
   return CloseReason::Ended;
 }
 
+constexpr milliseconds kKnockEvery{100};
+
 Instant clockNow() { return std::chrono::steady_clock::now(); }
 
 }  // namespace
@@ -28,6 +32,8 @@ RigctldWorker::RigctldWorker(RigctldAddress address, const RigctldOptions& optio
     : address_(std::move(address)),
       session_(options),
       deliver_(std::move(deliver)),
+      keeper_({[this] { return process_.start(address_.command); },
+               [this] { return process_.running(); }, [this] { process_.end(); }}),
       thread_([this] { run(); }) {}
 
 RigctldWorker::~RigctldWorker() {
@@ -73,13 +79,20 @@ std::uint32_t RigctldWorker::post(Change change) {
 
 void RigctldWorker::run() {
   while (readMail(clockNow())) {
+    keepServer(clockNow());
     keepConnection(clockNow());
     if (const auto output = session_.takeOutput(); !output.empty()) client_.send(output);
     if (auto reports = session_.takeReports(); !reports.empty())
       deliver_(std::move(reports), order_);
-    const auto events = client_.wait(clockNow(), session_.nextDue());
+    const auto events = client_.wait(clockNow(), nextDue());
     feed(events, clockNow());
   }
+  // Here and not in a destructor: the server was started by this thread.
+  keeper_.dismiss();
+}
+
+Instant RigctldWorker::nextDue() const {
+  return std::min({session_.nextDue(), keeper_.nextDue(), knockAt_});
 }
 
 /// Answers false when the worker is to end.
@@ -92,16 +105,28 @@ bool RigctldWorker::readMail(Instant now) {
   }
   order_ = mail.order;
   if (mail.shown) session_.show(*mail.shown);
-  if (mail.close) session_.close();
+  if (mail.close) {
+    session_.close();
+    keeper_.dismiss();
+  }
   if (mail.open) session_.open(*mail.open, now);
   while (auto request = mail.requests.take()) session_.request(std::move(*request), now);
   return !mail.stop;
 }
 
+void RigctldWorker::keepServer(Instant now) {
+  if (address_.command.empty()) return;
+  const bool begins =
+      session_.connectionWanted() != 0 && session_.connectionWanted() != connection_;
+  if (begins && !keeper_.want(now).empty()) session_.closed(CloseReason::NoServer, now);
+  if (keeper_.tick(now)) session_.tryAgain();
+}
+
 void RigctldWorker::keepConnection(Instant now) {
   const auto wanted = session_.connectionWanted();
-  if (wanted == connection_) return;
+  if (wanted == connection_ && now < knockAt_) return;
   connection_ = wanted;
+  knockAt_ = kNever;
   client_.close();
   if (wanted != 0) client_.open(address_.host, address_.port, now);
 }
@@ -110,7 +135,11 @@ void RigctldWorker::feed(const TcpClient::Events& events, Instant now) {
   if (events.opened) session_.connected(now);
   if (!events.received.empty()) session_.received(events.received, now);
   if (events.failed && session_.connectionWanted() == connection_) {
-    session_.closed(reasonOf(*events.failed), now);
+    if (events.failed == NetFailure::Refused && keeper_.young(now)) {
+      knockAt_ = now + kKnockEvery;
+    } else {
+      session_.closed(reasonOf(*events.failed), now);
+    }
   }
   if (now >= session_.nextDue()) session_.tick(now);
 }

@@ -7,8 +7,10 @@
 #include <thread>
 #include <vector>
 
+#include "base/child_process.h"
 #include "base/tcp_client.h"
 #include "components/sondrel/rigctld_session.h"
+#include "components/sondrel/server_keeper.h"
 
 namespace kelvane::sondrel {
 
@@ -17,6 +19,8 @@ namespace kelvane::sondrel {
 struct RigctldAddress {
   std::string host;
   std::int32_t port = 0;
+  /// Starts a server of our own there while the link is wanted; empty for one that runs anyhow.
+  std::string command = {};
 };
 
 /// Runs one session on a thread of its own. Every function may be called from any thread and
@@ -54,14 +58,19 @@ class RigctldWorker {
   std::uint32_t post(Change change);
   void run();
   bool readMail(Instant now);
+  void keepServer(Instant now);
   void keepConnection(Instant now);
+  Instant nextDue() const;
   void feed(const TcpClient::Events& events, Instant now);
 
   RigctldAddress address_;
   RigctldSession session_;
   Deliver deliver_;
   TcpClient client_;
+  ChildProcess process_;
+  ServerKeeper keeper_;
   std::uint32_t connection_ = 0;
+  Instant knockAt_ = kNever;  ///< next attempt at a server that does not listen yet
   std::uint32_t order_ = 0;
   std::mutex mutex_;
   Mail mail_;

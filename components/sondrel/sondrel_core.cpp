@@ -191,6 +191,13 @@ const Receiver* SondrelCore::receiver(Index rx) const {
   return hosted ? hosted->receiver.get() : nullptr;
 }
 
+std::string SondrelCore::found(const ReceiverEntry& entry) const {
+  const auto same = [&](const Hosted& hosted) { return hosted->entry == entry; };
+  const auto hosted = std::ranges::find_if(receivers_, same);
+  const bool up = hosted != receivers_.end() && (*hosted)->receiver->online();
+  return up ? (*hosted)->receiver->found() : std::string();
+}
+
 SimulatedReceiver* SondrelCore::simulatedAt(Index rx) const {
   const HostedReceiver* hosted = at(rx);
   return hosted ? dynamic_cast<SimulatedReceiver*>(hosted->receiver.get()) : nullptr;

@@ -69,6 +69,9 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
 
   /// Null for an index that there is not.
   const Receiver* receiver(Index rx) const;
+  /// What the link of the receiver of this very entry has found, in words, a line each; empty
+  /// where there is no such receiver or its link is not up.
+  std::string found(const ReceiverEntry& entry) const;
   /// Null for a receiver that is not simulated.
   const SimulatedReceiver* simulated(Index rx) const;
   /// Turns a knob at a simulated receiver; false where it has no such value or does not answer.

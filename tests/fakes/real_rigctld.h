@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -74,9 +75,10 @@ class RealRigctld {
   void go() { ::kill(process_, SIGCONT); }
 
   /// Another client's command, and the first line of the reply; empty when nobody answers.
-  std::string ask(const std::string& command) const {
+  std::string ask(const std::string& command) const { return askAt(port_, command); }
+  static std::string askAt(int port, const std::string& command) {
     const int client = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const auto where = loopback(port_);
+    const auto where = loopback(port);
     const auto line = command + "\n";
     std::string reply;
     if (::connect(client, reinterpret_cast<const sockaddr*>(&where), sizeof where) == 0 &&
@@ -85,6 +87,20 @@ class RealRigctld {
     }
     ::close(client);
     return reply;
+  }
+
+  /// Kills this process's own child that has the port in its command line.
+  static void killWhoListensAt(int port) {
+    const auto word = std::to_string(port);
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+      std::ifstream stat(entry.path() / "stat"), line(entry.path() / "cmdline");
+      std::string words, id, name, state, parent;
+      stat >> id >> name >> state >> parent;
+      std::getline(line, words);
+      if (parent == std::to_string(::getpid()) && words.find(word) != std::string::npos) {
+        ::kill(std::stoi(id), SIGKILL);
+      }
+    }
   }
 
  private:

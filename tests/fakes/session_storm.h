@@ -55,7 +55,7 @@ class SessionStorm {
     const auto choice = next();
     switch (choice % 16) {
       case 0:
-        session_.closed(static_cast<sondrel::CloseReason>(next() % 5), now_);
+        session_.closed(static_cast<sondrel::CloseReason>(next() % 6), now_);
         break;
       case 1:
         session_.connected(now_);
@@ -75,7 +75,7 @@ class SessionStorm {
                          now_);
         break;
       case 6:
-        pass(next() * 20);
+        pass(next() * (choice < 128 ? 20 : 400));
         break;
       case 7:
         if (choice == 7) session_.close();

@@ -29,7 +29,8 @@ TEST_F(RigctldLink, PutsAFailedConnectionIntoWords) {
       {CloseReason::BadAddress, LinkState::BadAddress},
       {CloseReason::Refused, LinkState::CannotOpen},
       {CloseReason::Unreachable, LinkState::NoLoop},
-      {CloseReason::TimedOut, LinkState::Timeout}};
+      {CloseReason::TimedOut, LinkState::Timeout},
+      {CloseReason::NoServer, LinkState::Configuration}};
   for (const auto& [reason, state] : cases) {
     play.links.clear();
     play.session.open(false, play.now);
@@ -125,6 +126,41 @@ TEST_F(RigctldLink, GivesUpAServerThatNeverAnswersAgain) {
   retry();
   run(900);
   EXPECT_TRUE(play.up());
+}
+
+TEST_F(RigctldLink, IsMadeAnewAfterTheComputerSlept) {
+  play.open();
+  for (const bool asked : {false, true}) {
+    play.links.clear();
+    play.lines.clear();
+    play.deaf = asked;
+    if (asked) run(500);
+    play.now += std::chrono::hours(8);
+    const auto before = play.connection;
+    play.session.tick(play.now);
+    run(0);
+    play.deaf = false;
+    play.connect();
+    EXPECT_NE(play.connection, before) << "the other side has forgotten the old one";
+    run(900);
+    EXPECT_EQ(play.links, (Links{LinkState::Timeout, LinkState::Up})) << "without a retry";
+    EXPECT_EQ(std::count(play.lines.begin(), play.lines.end(), "\\dump_state"), 1);
+  }
+}
+
+TEST_F(RigctldLink, TriesAgainWhenItsServerWasStartedAnew) {
+  play.session.tryAgain();
+  EXPECT_EQ(play.session.connectionWanted(), 0U) << "not before it is opened";
+  play.open();
+  const auto connection = play.connection;
+  play.session.tryAgain();
+  EXPECT_EQ(play.session.connectionWanted(), connection) << "a link that is up stays";
+  play.close(CloseReason::Ended);
+  play.session.tryAgain();
+  EXPECT_NE(play.session.connectionWanted(), 0U);
+  play.session.close();
+  play.session.tryAgain();
+  EXPECT_EQ(play.session.connectionWanted(), 0U);
 }
 
 TEST_F(RigctldLink, SaysTimeoutInTheHandshakeToo) {

@@ -19,6 +19,8 @@ enum DialogId : int {
   Parameters = 3017,
   Value = 3018,
   Help = 3019,
+  Test = 3020,
+  Found = 3021,  // what a test found, or what a receiver's link did
 
   // One receiver: window class KelvaneReceiver
   Frequency = 3030,

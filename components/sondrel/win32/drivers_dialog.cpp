@@ -13,19 +13,21 @@ namespace {
 
 constexpr DWORD kList =
     LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER | WS_TABSTOP;
-constexpr UINT kLinksEvery = 500;  // ms
+constexpr UINT kLookEvery = 250;  // ms
 enum Column : int { kName, kKind, kLink };
 
 }  // namespace
 
-DriversDialog::DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf,
+DriversDialog::DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, FoundOf foundOf,
                              const std::function<FileResult()>& apply)
-    : DialogWindow({L"KelvaneDrivers", "Receivers", owner, 660, 420}),
+    : DialogWindow({L"KelvaneDrivers", "Receivers", owner, 660, 556}),
       model_(model),
       linkOf_(std::move(linkOf)),
+      foundOf_(std::move(foundOf)),
       apply_(apply) {
   makeList();
   makeReceiver();
+  makeTest();
   win32::addColumns(item(id::Receivers), {"Name", "Kind", "Link"});
   win32::addColumns(item(id::Parameters), {"Parameter", "Value"});
   for (const ReceiverKind& kind : receiverKinds())
@@ -34,7 +36,7 @@ DriversDialog::DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf,
   SendMessageW(item(id::NewKind), CB_SETCURSEL, 0, 0);
   showReceivers();
   showReceiver();
-  startTimer(kLinksEvery);
+  startTimer(kLookEvery);
 }
 
 void DriversDialog::makeList() {
@@ -68,8 +70,28 @@ void DriversDialog::makeReceiver() {
   add({id::Value, WC_EDITW, edit, "", {394, 298, 254, 23}, "Empty for the usual value"});
   add({id::Help, WC_STATICW, SS_NOPREFIX, "", {334, 327, 314, 32}});
   add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 300, 306, 60}});
-  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "OK", {452, 380, 94, 26}});
-  add({IDCANCEL, WC_BUTTONW, BS_PUSHBUTTON | WS_TABSTOP, "&Cancel", {554, 380, 94, 26}});
+}
+
+void DriversDialog::makeTest() {
+  const DWORD push = BS_PUSHBUTTON | WS_TABSTOP;
+  add({id::Test, WC_BUTTONW, push, "&Test", {12, 370, 96, 26}, "Find out what answers there"});
+  add({id::Label,
+       WC_STATICW,
+       0,
+       "Connects as it stands here, and changes nothing:",
+       {118, 376, 400, 16}});
+  add({id::Found,
+       WC_EDITW,
+       ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL | WS_TABSTOP,
+       "",
+       {12, 402, 636, 108}});
+  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "OK", {452, 520, 94, 26}});
+  add({IDCANCEL, WC_BUTTONW, push, "&Cancel", {554, 520, 94, 26}});
+}
+
+void DriversDialog::tick() {
+  showLinks();
+  showTest();
 }
 
 void DriversDialog::laidOut() {
@@ -141,6 +163,7 @@ void DriversDialog::enableButtons() {
   enable(id::Remove, last >= 0);
   enable(id::MoveUp, receiver_ > 0);
   enable(id::MoveDown, receiver_ < last);
+  enable(id::Test, last >= 0 && model_.kindOf(receiver_).tryOut);
 }
 
 const Parameter* DriversDialog::parameter() const {
@@ -155,6 +178,7 @@ std::string DriversDialog::cell(const Parameter& parameter) const {
 
 void DriversDialog::select(int receiver) {
   giveUpWrong();
+  forgetTest();
   receiver_ = receiver;
   showReceiver();
 }
@@ -183,6 +207,7 @@ void DriversDialog::command(int control, int notice) {
   if (control == id::Remove) removeReceiver();
   if (control == id::MoveUp) moveReceiver(-1);
   if (control == id::MoveDown) moveReceiver(1);
+  if (control == id::Test) test();
 }
 
 bool DriversDialog::notified(const NMHDR& notice, LRESULT&) {
@@ -205,6 +230,7 @@ void DriversDialog::addReceiver() {
   if (kind >= receiverKinds().size()) return;
   const std::string problem = model_.add(receiverKinds()[kind].name);
   if (!problem.empty()) return say(problem);
+  forgetTest();
   receiver_ = static_cast<int>(model_.receivers().size()) - 1;
   showReceivers();
   showReceiver();
@@ -213,6 +239,7 @@ void DriversDialog::addReceiver() {
 
 void DriversDialog::removeReceiver() {
   giveUpWrong();
+  forgetTest();
   say(model_.remove(receiver_));
   showReceivers();
   showReceiver();
@@ -236,17 +263,42 @@ void DriversDialog::nameTyped() {
 void DriversDialog::valueTyped() {
   const Parameter* typed = parameter();
   if (!typed) return;
+  forgetTest();
   judge(id::Value, model_.setParameter(receiver_, typed->key, text(id::Value)));
   if (wrong_ != id::Value) win32::setCell(item(id::Parameters), parameter_, 1, cell(*typed));
 }
 
+bool DriversDialog::somethingWrong() {
+  if (wrong_ == 0) return false;
+  say(problem_);
+  MessageBeep(MB_ICONWARNING);
+  SetFocus(item(wrong_));
+  return true;
+}
+
+void DriversDialog::test() {
+  if (somethingWrong()) return;
+  const ReceiverEntry& entry = model_.receivers()[receiver_];
+  trial_.reset();
+  // Some servers take one client alone, or the newest: a link that is up is not put at risk.
+  const std::string found = foundOf_(entry);
+  setText(id::Found, found.empty() ? "Trying." : win32::textLines("Its link is up.\n" + found));
+  if (found.empty()) trial_ = model_.kindOf(receiver_).tryOut(entry);
+}
+
+void DriversDialog::showTest() {
+  // It goes on after the first result: a slow radio tells more later.
+  const auto result = trial_ ? trial_->result() : std::nullopt;
+  if (result) setText(id::Found, win32::textLines(*result));
+}
+
+void DriversDialog::forgetTest() {
+  trial_.reset();
+  setText(id::Found, {});
+}
+
 void DriversDialog::confirm() {
-  if (wrong_ != 0) {
-    say(problem_);
-    MessageBeep(MB_ICONWARNING);
-    SetFocus(item(wrong_));
-    return;
-  }
+  if (somethingWrong()) return;
   const FileResult applied = apply_();
   if (applied) return close();
   say(applied.reason);

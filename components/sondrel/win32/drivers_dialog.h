@@ -1,11 +1,13 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "base/safe_file.h"
 #include "base/win32/dialog_window.h"
 #include "components/sondrel/drivers_model.h"
+#include "components/sondrel/link_trial.h"
 
 namespace kelvane::sondrel {
 
@@ -16,15 +18,19 @@ class DriversDialog : public win32::DialogWindow {
   /// How the link of the receiver with these memories stands, in words; empty for a new one.
   using LinkOf = std::function<std::string(const std::string& memories)>;
 
-  DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf,
+  /// What the link of the receiver of this very entry has found; empty where it is not up.
+  using FoundOf = std::function<std::string(const ReceiverEntry& entry)>;
+
+  DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, FoundOf foundOf,
                 const std::function<FileResult()>& apply);
 
  private:
   void makeList();
   void makeReceiver();
+  void makeTest();
   void command(int control, int notice) override;
   bool notified(const NMHDR& notice, LRESULT& result) override;
-  void tick() override { showLinks(); }
+  void tick() override;
   void laidOut() override;
 
   void showReceivers();
@@ -41,7 +47,11 @@ class DriversDialog : public win32::DialogWindow {
   void nameTyped();
   void valueTyped();
   void confirm();
+  void test();
+  void showTest();
+  void forgetTest();
 
+  bool somethingWrong();
   void say(const std::string& words);
   /// What was typed and is wrong belongs to a receiver or parameter that is left.
   void giveUpWrong();
@@ -51,12 +61,14 @@ class DriversDialog : public win32::DialogWindow {
 
   DriversModel& model_;
   LinkOf linkOf_;
+  FoundOf foundOf_;
   const std::function<FileResult()>& apply_;
   int receiver_ = 0;
   int parameter_ = 0;
   bool filling_ = false;
   int wrong_ = 0;  ///< the field whose text was refused
   std::string problem_;
+  std::unique_ptr<LinkTrial> trial_;
 };
 
 }  // namespace kelvane::sondrel

@@ -1,5 +1,6 @@
 #include "components/sondrel/win32/receiver_window.h"
 
+#include "base/win32/utf16.h"
 #include "components/sondrel/win32/dialog_ids.h"
 #include "components/sondrel/win32/simulated_window.h"
 
@@ -17,7 +18,7 @@ std::string nameOf(const SondrelCore& core, Index rx) {
 /// The settings of a receiver that is no simulated one: what it is and how its link stands.
 class PlainWindow final : public ReceiverWindow {
  public:
-  PlainWindow(HWND owner, SondrelCore& core, Index rx) : ReceiverWindow(owner, core, rx, 400, 176) {
+  PlainWindow(HWND owner, SondrelCore& core, Index rx) : ReceiverWindow(owner, core, rx, 460, 304) {
     const DriversModel drivers = core.drivers();
     const auto row = static_cast<std::size_t>(rx);
     line(16, "Kind:", 0, std::string(drivers.kindOf(row).name));
@@ -25,18 +26,27 @@ class PlainWindow final : public ReceiverWindow {
     line(64, "Port:", id::Port, drivers.parameter(row, "Port"));
     line(88, "State:", id::State, "");
     line(112, "Signal:", id::Signal, "");
-    add({IDCANCEL, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "&Close", {294, 138, 94, 26}});
+    add({id::Label, WC_STATICW, 0, "&What answers there:", {16, 138, 200, 18}});
+    add({id::Found,
+         WC_EDITW,
+         ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL | WS_TABSTOP,
+         "",
+         {16, 158, 428, 102}});
+    add({IDCANCEL, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "&Close", {350, 268, 94, 26}});
     PlainWindow::refresh();
   }
 
  private:
   void line(int top, const char* label, int control, const std::string& text) {
     add({id::Label, WC_STATICW, 0, label, {16, top, 60, 18}});
-    add({control, WC_STATICW, SS_NOPREFIX, text, {84, top, 300, 18}});
+    add({control, WC_STATICW, SS_NOPREFIX, text, {84, top, 360, 18}});
   }
   void refresh() override {
     setText(id::State, linkWords());
     setText(id::Signal, signalWords());
+    const Receiver* receiver = core_.receiver(rx_);
+    const std::string found = receiver ? receiver->found() : std::string();
+    setText(id::Found, found.empty() ? "Nothing has answered yet." : win32::textLines(found));
   }
   int defaultButton() const override { return IDCANCEL; }
 };

@@ -20,6 +20,7 @@ void SondrelWindows::editDrivers(DriversModel& model, const std::function<FileRe
     const auto place = places.find(memories);
     return place == places.end() ? std::string() : linkWords(core_().receiver(place->second));
   };
+  const auto foundOf = [this](const ReceiverEntry& entry) { return core_().found(entry); };
   const auto applied = [&] {
     FileResult result = apply();
     // Each was of a receiver that may be another one now.
@@ -29,7 +30,7 @@ void SondrelWindows::editDrivers(DriversModel& model, const std::function<FileRe
   // Over a dialog of the owner's that is open already.
   const HWND over = owner() ? GetLastActivePopup(owner()) : nullptr;
   const std::function<FileResult()> confirm = applied;
-  DriversDialog(over, model, linkOf, confirm).runModal();
+  DriversDialog(over, model, linkOf, foundOf, confirm).runModal();
 }
 
 void SondrelWindows::showSettings(Index rx) {

@@ -1,0 +1,95 @@
+#include "base/child_process.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+#include <vector>
+
+namespace kelvane {
+
+namespace {
+
+/// The words of a line, those in quotes whole.
+std::vector<std::string> wordsOf(const std::string& line) {
+  std::vector<std::string> words;
+  bool quoted = false;
+  bool inWord = false;
+  for (const char c : line) {
+    const bool between = !quoted && (c == ' ' || c == '\t');
+    if (!between && !inWord) words.emplace_back();
+    inWord = !between;
+    if (c == '"') {
+      quoted = !quoted;
+    } else if (!between) {
+      words.back() += c;
+    }
+  }
+  return words;
+}
+
+/// What the child does before it becomes the program. Other threads may have held locks when it was
+/// forked, so it calls nothing but the system.
+[[noreturn]] void become(char* const* words, int report) {
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  const int nowhere = ::open("/dev/null", O_RDWR);
+  for (int stream = 0; stream < 3; ++stream) ::dup2(nowhere, stream);
+  ::execvp(words[0], words);
+  const int error = errno;
+  [[maybe_unused]] const auto told = ::write(report, &error, sizeof error);
+  ::_exit(127);
+}
+
+}  // namespace
+
+struct ChildProcess::Native {
+  pid_t process = 0;
+};
+
+ChildProcess::ChildProcess() : native_(std::make_unique<Native>()) {}
+
+ChildProcess::~ChildProcess() { end(); }
+
+std::string ChildProcess::start(const std::string& line) {
+  end();
+  auto words = wordsOf(line);
+  if (words.empty()) return "There is no program to start.";
+  std::vector<char*> arguments;
+  for (auto& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  int report[2];
+  if (::pipe2(report, O_CLOEXEC) != 0) return std::generic_category().message(errno);
+  const pid_t process = ::fork();
+  if (process == 0) become(arguments.data(), report[1]);
+  int error = process < 0 ? errno : 0;
+  ::close(report[1]);
+  // The pipe closes by itself when the program begins, and says why where it does not.
+  if (process > 0 && ::read(report[0], &error, sizeof error) < 0) error = errno;
+  ::close(report[0]);
+  if (error == 0) {
+    native_->process = process;
+    return {};
+  }
+  if (process > 0) ::waitpid(process, nullptr, 0);
+  return std::generic_category().message(error) + ".";
+}
+
+void ChildProcess::end() {
+  if (native_->process == 0) return;
+  ::kill(native_->process, SIGKILL);
+  ::waitpid(native_->process, nullptr, 0);
+  native_->process = 0;
+}
+
+bool ChildProcess::running() {
+  if (native_->process == 0) return false;
+  if (::waitpid(native_->process, nullptr, WNOHANG) == 0) return true;
+  native_->process = 0;
+  return false;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/time.h"
+
+namespace kelvane::sondrel {
+
+/// Keeps a server running that the operator has us start: starts it when it is wanted, and again
+/// when it has died, each time a little later where it dies soon after its start.
+class ServerKeeper {
+ public:
+  /// How the process is started (answers in words why it cannot be), looked after and ended.
+  struct Process {
+    std::function<std::string()> start;
+    std::function<bool()> running;
+    std::function<void()> end;
+  };
+  explicit ServerKeeper(Process process) : process_(std::move(process)) {}
+
+  /// Starts it if it does not run; answers in words why it cannot be started. A server that died
+  /// waits for its time all the same.
+  std::string want(Instant now);
+  /// Ends it.
+  void dismiss();
+  /// Looks after it. Answers whether it was started anew.
+  bool tick(Instant now);
+  /// When tick() should be called next; kNever while no server is wanted.
+  Instant nextDue() const;
+  /// It runs, and was started so lately that it may not listen yet.
+  bool young(Instant now) const;
+
+ private:
+  void start(Instant now);
+
+  Process process_;
+  bool wanted_ = false;
+  bool runs_ = false;
+  std::string problem_;  ///< why it could not be started last
+  Instant startedAt_{};
+  Instant lookAt_ = kNever;
+  Instant startAt_{};
+  milliseconds backOff_{0};
+};
+
+}  // namespace kelvane::sondrel
