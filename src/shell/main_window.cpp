@@ -73,7 +73,7 @@ MAin::MAin(const PanelServices& services)
       keys_(services.receiver, services.frequency, shown_, entry_, row_, stepping_, navigation_,
             channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
       config_(options_, services.settings, services.receiver, shown_, services.instance),
-      help_(services.settings),
+      help_(services.settings, services.saveReport),
       log_(std::make_unique<DataLog>(DataLogServices{services.receiver, services.clipboard,
                                                      services.files, services.calendar,
                                                      services.folder})) {

@@ -52,6 +52,8 @@ struct PanelServices {
   FileFlows& files;
   const Calendar& calendar;
   std::filesystem::path folder;  ///< the program's current one at its start: the log lies there
+  /// Saves what a listener sends along who asks for help; answers where it is, for the operator.
+  std::function<std::string()> saveReport = {};
 };
 
 /// A window's place on the desktop, in twips.

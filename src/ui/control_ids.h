@@ -41,6 +41,7 @@ enum ControlId : int {
 
   // MiniHelp
   HelpCard = 1190,
+  HelpReport = 1191,
 
   // Config; cmdOK and cmdCancel are the system's own 1 and 2
   cmdOK = 1,

@@ -9,7 +9,7 @@
 
 #include "ui/control_ids.h"
 #include "win32/accessible.h"
-#include "win32/fonts.h"
+#include "win32/message_boxes.h"
 #include "win32/screens.h"
 #include "win32/text.h"
 #include "windows/help_card.h"
@@ -99,8 +99,22 @@ void HelpWindow::make() {
                           nullptr);
   SetWindowSubclass(card_, cardProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
   speakAs(card_, "Card of keyboard commands");
+  if (help_.hasReport()) makeButton();
   fill();
   place();
+}
+
+void HelpWindow::makeButton() {
+  button_ = CreateWindowExW(0, WC_BUTTONW, L"&Save a report for whoever helps you",
+                            WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON, 0, 0, 0, 0, window_,
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::HelpReport)), module(),
+                            nullptr);
+  SetWindowSubclass(button_, buttonProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+}
+
+void HelpWindow::saveReport() {
+  SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+  SystemMessageBoxes(window_).show(help_.saveReport(), "", Buttons::Ok);
 }
 
 void HelpWindow::fill() {
@@ -130,12 +144,19 @@ void HelpWindow::place() {
 void HelpWindow::zoom(UINT dpi) {
   SendMessageW(card_, EM_SETZOOM, dpi, static_cast<LPARAM>(GetDpiForSystem()));
   SendMessageW(card_, WM_VSCROLL, SB_TOP, 0);
+  auto fonts = std::make_unique<Fonts>(dpi);
+  SendMessageW(button_, WM_SETFONT, reinterpret_cast<WPARAM>((*fonts)[Font::Normal]), TRUE);
+  fonts_ = std::move(fonts);
 }
 
-/// The card fills the window but for a margin in its own colour.
+/// The card fills the window but for a margin in its own colour and the button below it.
 void HelpWindow::spread(int width, int height) {
-  const int margin = scaled(10, GetDpiForWindow(window_));
-  MoveWindow(card_, margin, margin / 2, width - margin, height - margin / 2, TRUE);
+  const UINT dpi = GetDpiForWindow(window_);
+  const int margin = scaled(10, dpi);
+  const int strip = button_ ? scaled(26, dpi) + 2 * margin : margin / 2;
+  MoveWindow(card_, margin, margin / 2, width - margin, std::max(0, height - margin / 2 - strip),
+             TRUE);
+  MoveWindow(button_, margin, height - strip + margin, scaled(250, dpi), scaled(26, dpi), TRUE);
 }
 
 void HelpWindow::escape() {
@@ -150,10 +171,26 @@ void HelpWindow::escape() {
 LRESULT CALLBACK HelpWindow::cardProcedure(HWND card, UINT message, WPARAM wParam, LPARAM lParam,
                                            UINT_PTR, DWORD_PTR self) {
   const bool escape = wParam == VK_ESCAPE;
-  if (message == WM_KEYDOWN && escape) return reinterpret_cast<HelpWindow*>(self)->escape(), 0;
+  auto* const help = reinterpret_cast<HelpWindow*>(self);
+  if (message == WM_KEYDOWN && escape) return help->escape(), 0;
+  if (message == WM_KEYDOWN && wParam == VK_TAB && help->button_) return SetFocus(help->button_), 0;
+  if (message == WM_CHAR && wParam == VK_TAB) return 0;
+  if (message == WM_SYSCHAR && (wParam == 's' || wParam == 'S') && help->button_)
+    return help->saveReport(), 0;
   // It would take the whole text as selected when the tab key or a dialog gives it the focus.
   if (message == WM_GETDLGCODE) return DLGC_WANTALLKEYS;
   return DefSubclassProc(card, message, wParam, lParam);
+}
+
+LRESULT CALLBACK HelpWindow::buttonProcedure(HWND button, UINT message, WPARAM wParam,
+                                             LPARAM lParam, UINT_PTR, DWORD_PTR self) {
+  auto* const help = reinterpret_cast<HelpWindow*>(self);
+  if (message == WM_KEYDOWN && wParam == VK_ESCAPE) return help->escape(), 0;
+  if (message == WM_KEYDOWN && wParam == VK_TAB) return SetFocus(help->card_), 0;
+  const bool pressed = (message == WM_KEYDOWN && wParam == VK_RETURN) ||
+                       (message == WM_SYSCHAR && (wParam == 's' || wParam == 'S'));
+  if (pressed) return help->saveReport(), 0;
+  return DefSubclassProc(button, message, wParam, lParam);
 }
 
 LRESULT CALLBACK HelpWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -173,13 +210,16 @@ bool HelpWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       return spread(LOWORD(lParam), HIWORD(lParam)), true;
     case WM_SETFOCUS:
       return SetFocus(card_), true;
+    case WM_COMMAND:
+      if (LOWORD(wParam) != id::HelpReport || HIWORD(wParam) != BN_CLICKED) return false;
+      return saveReport(), true;
     case WM_DPICHANGED:
       SetWindowPos(window_, nullptr, suggested->left, suggested->top,
                    suggested->right - suggested->left, suggested->bottom - suggested->top,
                    SWP_NOZORDER | SWP_NOACTIVATE);
       return zoom(LOWORD(wParam)), true;
     case WM_NCDESTROY:
-      window_ = card_ = nullptr;
+      window_ = card_ = button_ = nullptr;
       return false;
     default:
       return false;

@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <memory>
+
+#include "win32/fonts.h"
 #include "windows/mini_help.h"
 
 namespace kelvane::win32 {
@@ -22,6 +25,8 @@ class HelpWindow {
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK cardProcedure(HWND card, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR, DWORD_PTR self);
+  static LRESULT CALLBACK buttonProcedure(HWND button, UINT message, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR, DWORD_PTR self);
   bool handle(UINT message, WPARAM wParam, LPARAM lParam);
   void make();
   void fill();
@@ -29,11 +34,15 @@ class HelpWindow {
   void zoom(UINT dpi);
   void spread(int width, int height);
   void escape();
+  void makeButton();
+  void saveReport();
 
   HWND owner_;
   MiniHelp& help_;
   HWND window_ = nullptr;
   HWND card_ = nullptr;
+  HWND button_ = nullptr;
+  std::unique_ptr<Fonts> fonts_;
 };
 
 }  // namespace kelvane::win32

@@ -120,6 +120,8 @@ constexpr std::string_view kCard =
     ROW("F6 / SHF F6", "Next/Previous group of controls")
     ROW("CTL F6 / CTLSHF F6", "Next/Previous button of the group")
     ROW("CR", "Press the button")
+    FROM("From this card")
+    ROW("ALT S", "Save a report for help")
     "}";
 // clang-format on
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "shell/global.h"
 #include "shell/settings.h"
@@ -14,7 +17,14 @@ class MiniHelp {
   static constexpr std::string_view kCaption =
       "Select, Cut & Paste into RTF complient editor to save information";
 
-  explicit MiniHelp(SettingsStore& settings) : settings_(settings) {}
+  /// `saveReport` saves a report of the program's state and answers where it is; it may be empty.
+  explicit MiniHelp(SettingsStore& settings, std::function<std::string()> saveReport = {})
+      : settings_(settings), saveReport_(std::move(saveReport)) {}
+
+  /// Whether there is a report to save, by the window's one button.
+  bool hasReport() const { return static_cast<bool>(saveReport_); }
+  /// Saves the report; answers for the operator where it is, or why it is nowhere.
+  std::string saveReport() const { return saveReport_(); }
 
   /// Where it opens: where Escape left it, at first at the main window's own place.
   Global::Point startPlace(Global::Point owner) const {
@@ -28,6 +38,7 @@ class MiniHelp {
 
  private:
   SettingsStore& settings_;
+  std::function<std::string()> saveReport_;
 };
 
 }  // namespace kelvane

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/safe_file.h"
 #include "base/win32/utf16.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
@@ -11,7 +12,7 @@
 namespace kelvane::wine {
 namespace {
 
-constexpr int kCtrl = 2;
+constexpr int kCtrl = 2, kAlt = 4;
 
 /// A running program, and the card of keys over it.
 class HelpCardWindow : public testing::Test {
@@ -92,6 +93,20 @@ TEST_F(HelpCardWindow, OpensWhereEscapeLeftItAndForgetsWhereItWasClosedOtherwise
   EXPECT_EQ(place(window).x, again.x);
   panel_.key(VK_RIGHT);
   EXPECT_TRUE(IsWindow(window)) << "the operator works on beside it";
+}
+
+TEST_F(HelpCardWindow, SavesAReportForWhoeverHelpsAndSaysWhere) {
+  ASSERT_TRUE(open());
+  panel_.keyHere('S', kAlt);
+  const std::string words = panel_.messageBox();
+  const std::filesystem::path file = instance_.folder() / L"report.txt";
+  EXPECT_NE(words.find(pathText(file)), std::string::npos) << words;
+  const std::string report = readFile(file, 1 << 20).value_or("");
+  for (const char* part :
+       {"Sondrel.dll 1.0.0", "1: Harrow: 1000 up", "receiver 4: RxConnState 1000", "Kind=simulated",
+        "AutoMode=yes", "-bit program"})
+    EXPECT_NE(report.find(part), std::string::npos) << part << "\n" << report;
+  panel_.answer(IDOK);
 }
 
 TEST_F(HelpCardWindow, OpensByItsButtonToo) {

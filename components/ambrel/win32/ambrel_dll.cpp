@@ -2,10 +2,10 @@
 // made here, whence the first header.
 #include <initguid.h>
 
+#include "base/win32/known_folders.h"
 #include "components/ambrel/win32/ambrel_object.h"
 #include "contract/win32/com.h"
 #include "contract/win32/server/class_factory.h"
-#include "contract/win32/server/known_folders.h"
 #include "contract/win32/server/registration.h"
 
 namespace {
@@ -31,7 +31,7 @@ HRESULT makeObject(com::ObjectCount& count, com::ComPtr<IUnknown>& object) {
   const HRESULT code = com::readTypeLibrary(__uuidof(IAmbrel), __uuidof(Ambrel), types);
   if (FAILED(code)) return code;
   object = static_cast<IAmbrel*>(new ambrel::AmbrelObject(
-      count, std::move(types), com::ownFile().parent_path() / "data", com::userDataFolder()));
+      count, std::move(types), com::ownFile().parent_path() / "data", userDataFolder()));
   return S_OK;
 }
 

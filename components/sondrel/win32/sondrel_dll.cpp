@@ -2,9 +2,9 @@
 // made here, whence the first header.
 #include <initguid.h>
 
+#include "base/win32/known_folders.h"
 #include "components/sondrel/win32/sondrel_object.h"
 #include "contract/win32/server/class_factory.h"
-#include "contract/win32/server/known_folders.h"
 #include "contract/win32/server/registration.h"
 
 namespace {
@@ -30,7 +30,7 @@ HRESULT makeObject(com::ObjectCount& count, com::ComPtr<IUnknown>& object) {
   const HRESULT code = com::readTypeLibrary(__uuidof(ISondrel), __uuidof(Sondrel), types);
   if (FAILED(code)) return code;
   object = static_cast<ISondrel*>(
-      new sondrel::SondrelObject(count, std::move(types), com::userDataFolder()));
+      new sondrel::SondrelObject(count, std::move(types), userDataFolder()));
   return S_OK;
 }
 

@@ -1,18 +1,14 @@
-#include "contract/win32/server/known_folders.h"
+#include "base/win32/known_folders.h"
 
-#include <shlobj.h>
-#include "contract/win32/com.h"
+#include <windows.h>
 
+#include <objbase.h>
 #include <shlobj.h>
 
 #include <memory>
 #include <system_error>
 
-#include "contract/win32/com.h"
-
-#include <shlobj.h>
-
-namespace kelvane::com {
+namespace kelvane {
 
 std::filesystem::path userDataFolder() {
   wchar_t* path = nullptr;
@@ -22,4 +18,4 @@ std::filesystem::path userDataFolder() {
   return std::filesystem::path(path) / "Kelvane";
 }
 
-}  // namespace kelvane::com
+}  // namespace kelvane

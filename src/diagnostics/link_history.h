@@ -1,0 +1,83 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string_view>
+#include <utility>
+
+#include "contract/components.h"
+
+namespace kelvane {
+
+/// Milliseconds since the beginning of 1970, UTC: what a person reads beside an event.
+using WallTime = std::int64_t;
+
+/// One event that tells of a link or of the set of receivers.
+struct LinkEvent {
+  WallTime when = 0;
+  const char* name = "";  ///< the event's name in the contract
+  Long receiver = 0;      ///< for DrvUpdated: the number of receivers
+  Long code = 0;
+};
+
+/// The last events of all links, for whoever has to explain what happened. Never allocates, so that
+/// it can be read after a fault too.
+class LinkHistory {
+ public:
+  static constexpr std::size_t kMost = 1000;
+
+  void note(const LinkEvent& event);
+  std::size_t size() const { return size_; }
+  /// The oldest one is 0.
+  const LinkEvent& at(std::size_t place) const {
+    return events_[(next_ + kMost - size_ + place) % kMost];
+  }
+
+ private:
+  std::array<LinkEvent, kMost> events_{};
+  std::size_t next_ = 0, size_ = 0;
+};
+
+/// The event as a line without its end, e.g. "2026-03-01 17:20:05.250 UTC  receiver 2:
+/// RxConnState 1003 Link: Timeout". Answers what of the buffer is the text. Allocates nothing.
+std::string_view writeEvent(const LinkEvent& event, std::span<char> buffer);
+
+/// Whether the event of this name tells of a link or of the set of receivers.
+constexpr bool concernsLinks(std::string_view event) {
+  return event == "RxConnState" || event == "RxDataError" || event == "RxRmtState" ||
+         event == "DrvUpdated";
+}
+
+/// Hands every event of the receiver component on, after noting those that concern the links.
+class NotedEvents : public ReceiverListener {
+ public:
+  NotedEvents(LinkHistory& history, ReceiverListener& next, std::function<WallTime()> now)
+      : history_(history), next_(next), now_(std::move(now)) {}
+
+#define EVENT(name, params, args)                                   \
+  void name params override {                                       \
+    if constexpr (concernsLinks(#name)) note(#name, firstTwo args); \
+    next_.name args;                                                \
+  }
+#include "contract/sondrel_events.inc"
+#undef EVENT
+
+ private:
+  static std::pair<Long, Long> firstTwo(Long only) { return {only, 0}; }
+  template <class... Rest>
+  static std::pair<Long, Long> firstTwo(Long first, Long second, const Rest&...) {
+    return {first, second};
+  }
+  void note(const char* name, std::pair<Long, Long> values) {
+    history_.note({now_(), name, values.first, values.second});
+  }
+
+  LinkHistory& history_;
+  ReceiverListener& next_;
+  std::function<WallTime()> now_;
+};
+
+}  // namespace kelvane
