@@ -28,11 +28,17 @@ std::string levels(const std::vector<AgcLevel>& list) {
 
 std::string kilohertz(std::int32_t hertz) { return decimalText(hertz / 1000.0); }
 
+/// The version without the day and the fingerprint of its making.
+std::string shortVersion(const std::string& version) {
+  const auto first = version.find(' ');
+  return first == std::string::npos ? version : version.substr(0, version.find(' ', first + 1));
+}
+
 std::string modelLine(const RigctldCapabilities& can) {
   std::string line = can.model.empty() ? "A server that tells no model" : can.model;
   // The small servers give the number of a model that they are not.
   if (can.dialect == Dialect::Extended) line += ", model number " + std::to_string(can.modelNumber);
-  if (!can.version.empty()) line += ", " + can.version;
+  if (!can.version.empty()) line += ", " + shortVersion(can.version);
   return line;
 }
 

@@ -74,11 +74,11 @@ void DriversDialog::makeReceiver() {
 
 void DriversDialog::makeTest() {
   const DWORD push = BS_PUSHBUTTON | WS_TABSTOP;
-  add({id::Test, WC_BUTTONW, push, "&Test", {12, 370, 96, 26}, "Find out what answers there"});
+  add({id::Test, WC_BUTTONW, push, "&Test", {12, 370, 96, 26}});
   add({id::Label,
        WC_STATICW,
        0,
-       "Connects as it stands here, and changes nothing:",
+       "Connects with these settings, and changes nothing at the radio:",
        {118, 376, 400, 16}});
   add({id::Found,
        WC_EDITW,

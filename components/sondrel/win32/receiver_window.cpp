@@ -18,7 +18,7 @@ std::string nameOf(const SondrelCore& core, Index rx) {
 /// The settings of a receiver that is no simulated one: what it is and how its link stands.
 class PlainWindow final : public ReceiverWindow {
  public:
-  PlainWindow(HWND owner, SondrelCore& core, Index rx) : ReceiverWindow(owner, core, rx, 460, 304) {
+  PlainWindow(HWND owner, SondrelCore& core, Index rx) : ReceiverWindow(owner, core, rx, 460, 330) {
     const DriversModel drivers = core.drivers();
     const auto row = static_cast<std::size_t>(rx);
     line(16, "Kind:", 0, std::string(drivers.kindOf(row).name));
@@ -31,8 +31,8 @@ class PlainWindow final : public ReceiverWindow {
          WC_EDITW,
          ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL | WS_TABSTOP,
          "",
-         {16, 158, 428, 102}});
-    add({IDCANCEL, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "&Close", {350, 268, 94, 26}});
+         {16, 158, 428, 128}});
+    add({IDCANCEL, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "&Close", {350, 294, 94, 26}});
     PlainWindow::refresh();
   }
 
