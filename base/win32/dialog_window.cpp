@@ -143,6 +143,7 @@ bool DialogWindow::keyDown(int, int) { return false; }
 bool DialogWindow::accelerator(wchar_t) { return false; }
 bool DialogWindow::wheel(int) { return false; }
 HBRUSH DialogWindow::ground(int) const { return nullptr; }
+POINT DialogWindow::place(SIZE, POINT overOwner) const { return overOwner; }
 
 void DialogWindow::runModal() {
   placeOverOwner();
@@ -232,6 +233,9 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       return notified(*reinterpret_cast<const NMHDR*>(lParam), result);
     case WM_TIMER:
       return tick(), true;
+    case WM_SETCURSOR:
+      if (LOWORD(lParam) != HTCLIENT || !waiting()) return false;
+      return SetCursor(LoadCursorW(nullptr, IDC_WAIT)), result = TRUE, true;
     case WM_CLOSE:
       return command(IDCANCEL, 0), true;
     case WM_ACTIVATE:
@@ -344,7 +348,8 @@ void DialogWindow::placeOverOwner() {
   const bool below = resizable_ && owner_ && over.bottom + height <= work.bottom;
   const LONG wished = below ? over.bottom : over.top + scaled(40);
   const LONG top = std::max(work.top, std::min(wished, work.bottom - height));
-  SetWindowPos(window_, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+  const POINT at = place({width, height}, {left, top});
+  SetWindowPos(window_, nullptr, at.x, at.y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
   dress();
 }
 

@@ -98,6 +98,10 @@ class DialogWindow {
   virtual void resized() {}
   /// The button that Enter presses now.
   virtual int defaultButton() const { return IDOK; }
+  /// Something takes long: the pointer says so.
+  virtual bool waiting() const { return false; }
+  /// Where the dialog, of this size in pixels, is shown first; over its owner if it does not mind.
+  virtual POINT place(SIZE size, POINT overOwner) const;
   /// What a control is painted upon; null for the dialog's own ground.
   virtual HBRUSH ground(int control) const;
 

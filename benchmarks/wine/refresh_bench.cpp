@@ -45,6 +45,7 @@ struct QuietWindow : WindowCommands {
 struct NoDialogs : PanelDialogs {
   void showHelp(MiniHelp&) override {}
   void showLog(DataLog&) override {}
+  void showChannel(ChannelEditor&) override {}
   void tell(const std::string&) override {}
   void showConfig(Config&) override {}
 };
@@ -191,6 +192,7 @@ Refreshes refreshesOf(Components& components) {
   const win32::SystemCalendar calendar;
   MAin panel({components.receiver(), components.frequency(), settings, window, dialogs, clipboard,
               digits, Clock::now, kInstance, files, calendar,
+              std::filesystem::temp_directory_path(), fileDialogs,
               std::filesystem::temp_directory_path()});
   components.listen(panel.receiverEvents());
   settle(components, panel, receivers);

@@ -1,6 +1,7 @@
 #include "receiver/rx_events.h"
 
 #include "contract/link_state.h"
+#include "windows/channel_editor.h"
 
 namespace kelvane {
 
@@ -20,6 +21,7 @@ void RxEvents::DrvUpdated(Count) {
   retry_.receiversChanged(component_.GetRxCount(), now_());
   tabs_.build();
   units_.dde.apply();
+  channelEditor_.receiversChanged();
 }
 
 void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long) {
@@ -32,6 +34,12 @@ void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long) {
 
 void RxEvents::RxChnUpdated(Index rx, Channel channel) {
   if (shown_.shows(rx)) units_.channels.updated(channel);
+}
+
+void RxEvents::RxChnStatus(Index rx, Channel channel, Hz frequency, Hz bfo, Setting mode,
+                           Setting filter, Setting agc, Long skip) {
+  if (rx == channelEditor_.nReceiver())
+    channelEditor_.Update(channel, frequency, bfo, mode, filter, agc, skip);
 }
 
 void RxEvents::RxModUpdated(Index rx, Setting mode, Setting) {

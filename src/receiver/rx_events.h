@@ -8,12 +8,14 @@
 
 namespace kelvane {
 
+class ChannelEditor;
+
 /// What the panel does with each event of the receiver component.
 class RxEvents : public ReceiverListener {
  public:
   RxEvents(ReceiverComponent& component, ShownReceiver& shown, const Options& options,
            ReceiverTabs& tabs, ReceiverRefresh& refresh, LinkRetry& retry, Stepping& stepping,
-           const ReceiverUnits& units, std::function<Instant()> now)
+           const ReceiverUnits& units, ChannelEditor& channelEditor, std::function<Instant()> now)
       : component_(component),
         shown_(shown),
         options_(options),
@@ -22,6 +24,7 @@ class RxEvents : public ReceiverListener {
         retry_(retry),
         stepping_(stepping),
         units_(units),
+        channelEditor_(channelEditor),
         now_(std::move(now)) {}
 
   void RxDataError(Index, Long) override {}
@@ -36,7 +39,8 @@ class RxEvents : public ReceiverListener {
   void RxAttUpdated(Index rx, Setting attenuator, Long db) override;
   void RxSqlUpdated(Index rx, Long state, Long threshold) override;
   void RxSMtUpdated(Index rx, Long bar, Long overS9, Long level, Text reading) override;
-  void RxChnStatus(Index, Channel, Hz, Hz, Setting, Setting, Setting, Long) override {}
+  void RxChnStatus(Index rx, Channel channel, Hz frequency, Hz bfo, Setting mode, Setting filter,
+                   Setting agc, Long skip) override;
   void RxOutUpdated(Index rx, Long line, Long state) override;
   void RxStpUpdated(Index rx, Hz step) override;
   void RxRmtState(Index rx, Long state) override;
@@ -52,6 +56,7 @@ class RxEvents : public ReceiverListener {
   LinkRetry& retry_;
   Stepping& stepping_;
   ReceiverUnits units_;
+  ChannelEditor& channelEditor_;
   std::function<Instant()> now_;
 };
 

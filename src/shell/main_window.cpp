@@ -6,6 +6,7 @@
 #include "ui/key_codes.h"
 #include "ui/main_controls.h"
 #include "ui/mnemonic.h"
+#include "windows/channel_editor.h"
 #include "windows/data_log.h"
 
 namespace kelvane {
@@ -67,8 +68,15 @@ MAin::MAin(const PanelServices& services)
       refresh_(view_, units(), services.receiver, shown_),
       tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_,
             services.window),
+      saver_(services.disk),
+      channelEditor_(std::make_unique<ChannelEditor>(
+          services.receiver,
+          FileServices{services.files, services.boxes, services.calendar, services.ownFolder},
+          saver_,
+          ChannelEditor::Owner{view_.LChn, services.now,
+                               [this] { services_.dialogs.showChannel(*channelEditor_); }})),
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
-              services.now),
+              *channelEditor_, services.now),
       frqEvents_(services.receiver, shown_, navigation_, best_, refusal_),
       keys_(services.receiver, services.frequency, shown_, entry_, row_, stepping_, navigation_,
             channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
@@ -97,6 +105,7 @@ ReceiverUnits MAin::units() {
 
 void MAin::provideCompanions() {
   companions_.provide(Companion::Help, [this] { services_.dialogs.showHelp(help_); });
+  companions_.provide(Companion::Channels, [this] { channelEditor_->Receiver(shown_.index()); });
   companions_.provide(Companion::Log, [this] { openLog(true); });
   companions_.provide(Companion::LogAndRecord, [this] { openLog(false); });
 }
@@ -262,14 +271,18 @@ void MAin::tick(Instant now) {
     tabs_.highlightAll();
     dde_.blink();
   }
+  channelEditor_->tick(now);
   tabs_.serveRequest();
 }
 
-Instant MAin::nextDue() const { return std::min(retry_.timer().due(), TimBlk_.due()); }
+Instant MAin::nextDue() const {
+  return std::min({retry_.timer().due(), TimBlk_.due(), channelEditor_->nextDue()});
+}
 
 void MAin::unload(const Placement& place) {
   const std::string lost = log_->end();
   if (!lost.empty()) services_.dialogs.tell(lost);
+  channelEditor_->close();
   const Count receivers = services_.receiver.GetRxCount();
   for (Index rx = 0; rx < receivers; ++rx) {
     services_.receiver.SetRxConnect(rx, false);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "base/file_saver.h"
 #include "controls/navigation.h"
 #include "frequency/dde_link.h"
 #include "frequency/key_commands.h"
@@ -14,12 +15,14 @@
 #include "shell/options.h"
 #include "ui/control_events.h"
 #include "ui/control_ids.h"
+#include "ui/message_boxes.h"
 #include "windows/config.h"
 #include "windows/mini_help.h"
 
 namespace kelvane {
 
 class Calendar;
+class ChannelEditor;
 class DataLog;
 class FileFlows;
 
@@ -36,6 +39,8 @@ class PanelDialogs {
   virtual void showLog(DataLog& log) = 0;
   /// Tells the operator something that must not be missed; returns when he has read it.
   virtual void tell(const std::string& words) = 0;
+  /// Shows the channel window beside the main window, or brings it to the front; returns at once.
+  virtual void showChannel(ChannelEditor& editor) = 0;
 };
 
 /// What the main window stands on.
@@ -52,8 +57,11 @@ struct PanelServices {
   FileFlows& files;
   const Calendar& calendar;
   std::filesystem::path folder;  ///< the program's current one at its start: the log lies there
+  MessageBoxes& boxes;
+  std::filesystem::path ownFolder;  ///< where the instance keeps files of its own
   /// Saves what a listener sends along who asks for help; answers where it is, for the operator.
   std::function<std::string()> saveReport = {};
+  std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>();
 };
 
 /// A window's place on the desktop, in twips.
@@ -105,7 +113,11 @@ class MAin : public ControlEvents {
   /// When `tick` has something to do next.
   Instant nextDue() const;
 
-  /// Keeps the log's edits, closes every receiver's link in order and saves where the window was.
+  /// Returns when every file is written that is on its way to the disk.
+  void finishWriting() { saver_.finish(); }
+
+  /// Closes the companion windows, keeping the log's edits, and every receiver's link in order, and
+  /// saves where the window was.
   void unload(const Placement& place);
 
  private:
@@ -146,6 +158,8 @@ class MAin : public ControlEvents {
   DdeLink dde_;
   ReceiverRefresh refresh_;
   ReceiverTabs tabs_;
+  FileSaver saver_;
+  std::unique_ptr<ChannelEditor> channelEditor_;
   RxEvents events_;
   FrqEvents frqEvents_;
   KeyCommands keys_;

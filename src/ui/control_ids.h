@@ -59,6 +59,17 @@ enum ControlId : int {
   Panel = 1210,         // 0..2
   ConfigFrames = 1220,  // "Windows", "when Manually tuned", "Other"
 
+  // Channel
+  MemGrd = 1300,
+  ChnGetIt = 1301,
+  ChnSave = 1302,
+  ChnReload = 1303,
+  ChnExport = 1304,
+  ChnImport = 1305,
+  ChnClear = 1306,
+  ChnCancel = 1307,
+  ChnStatus = 1308,
+
   // DataLog; OK is the system's own 1
   PadGrd = 1400,
   PadNotice = 1401,

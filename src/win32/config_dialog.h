@@ -2,9 +2,6 @@
 
 #include "base/win32/dialog_window.h"
 #include "shell/main_window.h"
-#include "win32/help_window.h"
-#include "win32/log_window.h"
-#include "win32/message_boxes.h"
 
 namespace kelvane::win32 {
 
@@ -30,30 +27,6 @@ class ConfigDialog : public DialogWindow {
   Config& config_;
   TabRow shown_;
   std::wstring tip_;
-};
-
-/// The main window's dialogs, over its window.
-class SystemDialogs : public PanelDialogs {
- public:
-  explicit SystemDialogs(HWND owner) : owner_(owner) {}
-
-  void showConfig(Config& config) override { ConfigDialog(owner_, config).runModal(); }
-  void showHelp(MiniHelp& help) override {
-    if (!help_) help_ = std::make_unique<HelpWindow>(owner_, help);
-    help_->show();
-  }
-  void showLog(DataLog& log) override {
-    if (!log_ || !log_->window()) log_ = std::make_unique<LogWindow>(owner_, log);
-    log_->present();
-  }
-  void tell(const std::string& words) override {
-    SystemMessageBoxes(owner_).show(words, "", Buttons::Ok);
-  }
-
- private:
-  HWND owner_;
-  std::unique_ptr<HelpWindow> help_;
-  std::unique_ptr<LogWindow> log_;
 };
 
 }  // namespace kelvane::win32

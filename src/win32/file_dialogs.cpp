@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "win32/modal.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -40,9 +41,8 @@ std::optional<std::string> ask(Dialog dialog, HWND owner, const FileRequest& req
   std::copy_n(first.begin(), std::min(first.size(), kLongest - 1), name.begin());
   OPENFILENAMEW ask{};
   ask.lStructSize = sizeof ask;
-  // Over the window in which it was asked for, where that is one of the program's.
-  const HWND active = GetActiveWindow();
-  ask.hwndOwner = active ? active : owner;
+  const Modal modal(owner);
+  ask.hwndOwner = modal.owner();
   ask.lpstrFilter = filter.c_str();
   ask.lpstrFile = name.data();
   ask.nMaxFile = static_cast<DWORD>(name.size());

@@ -6,7 +6,7 @@
 
 namespace kelvane::win32 {
 
-/// Windows' own file dialogs, above a window.
+/// Windows' own file dialogs, above a window; above the active one where none is given.
 class SystemFileDialogs : public FileDialogs {
  public:
   explicit SystemFileDialogs(HWND owner) : owner_(owner) {}

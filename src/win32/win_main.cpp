@@ -9,13 +9,13 @@
 #include "shell/title.h"
 #include "win32/clipboard.h"
 #include "win32/component_source.h"
-#include "win32/config_dialog.h"
 #include "win32/crash_reporter.h"
 #include "win32/dde_servers.h"
 #include "win32/file_dialogs.h"
 #include "win32/message_boxes.h"
 #include "win32/registry_store.h"
 #include "win32/system_calendar.h"
+#include "win32/system_dialogs.h"
 #include "win32/system_facts.h"
 
 namespace kelvane::win32 {
@@ -49,7 +49,7 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   std::error_code gone;
   MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs, clipboard, digits,
               [] { return std::chrono::steady_clock::now(); }, name, files, calendar,
-              std::filesystem::current_path(gone),
+              std::filesystem::current_path(gone), fileBoxes, folder,
               [&report] { return report.save(systemFacts(), wallTime()); }});
   ShownEvents events(panel, window);
   NotedEvents noted(history, events, wallTime);

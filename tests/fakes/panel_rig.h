@@ -70,11 +70,17 @@ class FakeDialogs : public PanelDialogs {
     if (inConfig) inConfig(config);
     window_.modal = false;
   }
+  void showChannel(ChannelEditor& editor) override {
+    ++channelsShown;
+    channels = &editor;
+  }
 
   void showHelp(MiniHelp&) override { ++helps; }
   void showLog(DataLog& shown) override { ++logs, log = &shown; }
   void tell(const std::string& words) override { told.push_back(words); }
 
+  int channelsShown = 0;
+  ChannelEditor* channels = nullptr;  ///< the window that was shown
   int configs = 0;
   int helps = 0;
   int logs = 0;
@@ -126,9 +132,22 @@ class PanelRig {
 
   /// Starts the panel and lets the links come up.
   MAin& start(milliseconds settle = milliseconds(3000)) {
-    panel = std::make_unique<MAin>(PanelServices{
-        receiver(), ambrel, settings, window, dialogs, clipboard, digitServers,
-        [this] { return sondrel.clock.now; }, "Kelvane", files, calendar, sondrel.folder.path()});
+    panel = std::make_unique<MAin>(PanelServices{receiver(),
+                                                 ambrel,
+                                                 settings,
+                                                 window,
+                                                 dialogs,
+                                                 clipboard,
+                                                 digitServers,
+                                                 [this] { return sondrel.clock.now; },
+                                                 "Kelvane",
+                                                 files,
+                                                 calendar,
+                                                 sondrel.folder.path(),
+                                                 fileDialogs,
+                                                 folder(),
+                                                 {},
+                                                 disk});
     window.panel = panel.get();
     window.pending = [this] { sondrel.pump(); };
     sondrel.core.addListener(panel->receiverEvents());
@@ -184,6 +203,13 @@ class PanelRig {
     return text;
   }
   MainView& view() const { return panel->view(); }
+  /// Where the panel keeps files of its own.
+  std::filesystem::path folder() const { return sondrel.folder.path() / "panel"; }
+  /// Lets the panel's files reach the disk, and the panel hear of it.
+  void finishWriting() {
+    panel->finishWriting();
+    run(milliseconds(50));
+  }
   ReceiverComponent& receiver() { return wrapped ? *wrapped : sondrel.core; }
 
   SondrelRig sondrel;
@@ -199,6 +225,7 @@ class PanelRig {
   FileFlows files{fileDialogs, fileDialogs};
   FixedCalendar calendar;
   MapSettings settings;
+  std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>();
   /// Stands between panel and component where a test wants one; set before start().
   std::unique_ptr<ReceiverComponent> wrapped;
   std::unique_ptr<MAin> panel;

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+
+#include "shell/main_window.h"
+#include "win32/channel_dialog.h"
+#include "win32/config_dialog.h"
+#include "win32/help_window.h"
+#include "win32/log_window.h"
+#include "win32/message_boxes.h"
+
+namespace kelvane::win32 {
+
+/// The main window's dialogs, over its window.
+class SystemDialogs : public PanelDialogs {
+ public:
+  explicit SystemDialogs(HWND owner) : owner_(owner) {}
+
+  void showConfig(Config& config) override { ConfigDialog(owner_, config).runModal(); }
+  void showHelp(MiniHelp& help) override {
+    if (!help_) help_ = std::make_unique<HelpWindow>(owner_, help);
+    help_->show();
+  }
+  void showChannel(ChannelEditor& editor) override {
+    if (!channels_ || !channels_->window())
+      channels_ = std::make_unique<ChannelDialog>(owner_, editor);
+    channels_->showModeless();
+  }
+  void showLog(DataLog& log) override {
+    if (!log_ || !log_->window()) log_ = std::make_unique<LogWindow>(owner_, log);
+    log_->present();
+  }
+  void tell(const std::string& words) override {
+    SystemMessageBoxes(owner_).show(words, "", Buttons::Ok);
+  }
+
+ private:
+  HWND owner_;
+  std::unique_ptr<ChannelDialog> channels_;
+  std::unique_ptr<HelpWindow> help_;
+  std::unique_ptr<LogWindow> log_;
+};
+
+}  // namespace kelvane::win32

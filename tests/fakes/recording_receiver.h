@@ -1,0 +1,53 @@
+#pragma once
+
+#include <set>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "contract/components.h"
+
+namespace kelvane::fakes {
+
+/// Stands before a receiver component: writes down what it is told, each as one line
+/// ("SelectRxChannel 0 7"), and answers that an operation failed where a test wants that.
+class RecordingReceiver : public ReceiverComponent {
+ public:
+  explicit RecordingReceiver(ReceiverComponent& inner) : inner_(inner) {}
+
+#define ASK(name, Result, fallback, params, args) \
+  Answer<Result> name params override { return inner_.name args; }
+#define TELL(name, params, args)                      \
+  Outcome name params override {                      \
+    told_.push_back(#name + joined args);             \
+    if (refused.count(#name)) return Outcome::Failed; \
+    return inner_.name args;                          \
+  }
+#include "contract/sondrel_operations.inc"
+#undef ASK
+#undef TELL
+
+  /// What it was told by that name since it was last asked.
+  std::vector<std::string> told(const std::string& name) {
+    std::vector<std::string> lines;
+    for (const std::string& line : std::exchange(told_, {})) {
+      if (line.starts_with(name + " ")) lines.push_back(line);
+    }
+    return lines;
+  }
+  std::set<std::string> refused;
+
+ private:
+  template <class... Values>
+  static std::string joined(const Values&... values) {
+    std::ostringstream text;
+    ((text << " " << values), ...);
+    return text.str();
+  }
+
+  ReceiverComponent& inner_;
+  std::vector<std::string> told_;
+};
+
+}  // namespace kelvane::fakes
