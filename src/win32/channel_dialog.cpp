@@ -1,5 +1,6 @@
 #include "win32/channel_dialog.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "ui/control_ids.h"
@@ -111,7 +112,11 @@ POINT ChannelDialog::place(SIZE size, POINT) const {
   const Global::Point at = ChannelEditor::placed(
       {{over.left, over.top}, {over.right - over.left, over.bottom - over.top}}, {size.cx, size.cy},
       GetSystemMetrics(SM_CYSCREEN), dpi);
-  return {at.left, at.top};
+  // Where neither has room the caption stays in reach: the window then covers the main one.
+  MONITORINFO screen{};
+  screen.cbSize = sizeof screen;
+  GetMonitorInfoW(MonitorFromWindow(owner_, MONITOR_DEFAULTTONEAREST), &screen);
+  return {at.left, std::max<LONG>(at.top, screen.rcWork.top)};
 }
 
 }  // namespace kelvane::win32
