@@ -123,93 +123,27 @@ class FakeDigits : public DigitServers {
 class PanelRig {
  public:
   /// The four receivers of a new instance, or those of a configuration.
-  explicit PanelRig(const std::string& receivers = {}) {
-    if (!receivers.empty()) sondrel.configure(receivers);
-    sondrel.core.OpenRxConfig("Kelvane", 0);
-    ambrel.OpenFrqConfig("Kelvane");
-    ambrel.InitFrqPlan(0);
-  }
+  explicit PanelRig(const std::string& receivers = {});
+  ~PanelRig();
+  PanelRig(const PanelRig&) = delete;
+  PanelRig& operator=(const PanelRig&) = delete;
 
   /// Starts the panel and lets the links come up.
-  MAin& start(milliseconds settle = milliseconds(3000)) {
-    panel = std::make_unique<MAin>(PanelServices{receiver(),
-                                                 ambrel,
-                                                 settings,
-                                                 window,
-                                                 dialogs,
-                                                 clipboard,
-                                                 digitServers,
-                                                 [this] { return sondrel.clock.now; },
-                                                 "Kelvane",
-                                                 files,
-                                                 calendar,
-                                                 sondrel.folder.path(),
-                                                 fileDialogs,
-                                                 folder(),
-                                                 {},
-                                                 disk});
-    window.panel = panel.get();
-    window.pending = [this] { sondrel.pump(); };
-    sondrel.core.addListener(panel->receiverEvents());
-    ambrel.addListener(panel->frequencyEvents());
-    run(settle);
-    return *panel;
-  }
-  ~PanelRig() {
-    if (!panel) return;
-    sondrel.core.removeListener(panel->receiverEvents());
-    ambrel.removeListener(panel->frequencyEvents());
-  }
+  MAin& start(milliseconds settle = milliseconds(3000));
 
   /// Lets time pass for the component and the panel, everything at the moment when it is due.
-  void run(milliseconds time) {
-    const Instant end = sondrel.clock.now + time;
-    for (;;) {
-      const Instant due = std::min(sondrel.core.nextDue(), panel->nextDue());
-      sondrel.clock.now = std::min(std::max(due, sondrel.clock.now), end);
-      sondrel.pump();
-      ambrel.deliverEvents();
-      panel->tick(sondrel.clock.now);
-      if (sondrel.clock.now >= end && std::min(sondrel.core.nextDue(), panel->nextDue()) > end)
-        return;
-    }
-  }
-
-  void type(std::string_view characters) {
-    for (const char c : characters) {
-      const int character = static_cast<unsigned char>(c);
-      if (!panel->previewKeyPress(character, window.focused))
-        panel->keyPress(window.focused, character);
-      run(milliseconds(20));
-    }
-  }
-  void press(int keyCode, int shift = 0) {
-    if (!panel->previewKeyDown(keyCode, shift, window.focused))
-      panel->keyDown(window.focused, keyCode, shift);
-    run(milliseconds(20));
-  }
-  void click(int control, MouseButton button = MouseButton::Left) {
-    panel->clicked(control, button, true);
-    run(milliseconds(50));
-  }
+  void run(milliseconds time);
+  void type(std::string_view characters);
+  void press(int keyCode, int shift = 0);
+  void click(int control, MouseButton button = MouseButton::Left);
   /// A hand at a simulated receiver's own tuning knob.
-  void turnKnob(Index rx, Hz frequency) {
-    sondrel.core.turnKnob(rx, sondrel::Item::Frequency, frequency);
-    run(milliseconds(20));
-  }
-  std::string digits() const {
-    std::string text;
-    for (const Control& digit : panel->view().FrqDigit) text += digit.visible ? digit.text : " ";
-    return text;
-  }
+  void turnKnob(Index rx, Hz frequency);
+  std::string digits() const;
   MainView& view() const { return panel->view(); }
   /// Where the panel keeps files of its own.
   std::filesystem::path folder() const { return sondrel.folder.path() / "panel"; }
   /// Lets the panel's files reach the disk, and the panel hear of it.
-  void finishWriting() {
-    panel->finishWriting();
-    run(milliseconds(50));
-  }
+  void finishWriting();
   ReceiverComponent& receiver() { return wrapped ? *wrapped : sondrel.core; }
 
   SondrelRig sondrel;
