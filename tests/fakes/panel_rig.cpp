@@ -10,10 +10,22 @@ PanelRig::PanelRig(const std::string& receivers) {
 }
 
 MAin& PanelRig::start(milliseconds settle) {
-  panel = std::make_unique<MAin>(
-      PanelServices{receiver(), ambrel, settings, window, dialogs, clipboard, digitServers,
-                    [this] { return sondrel.clock.now; }, "Kelvane", files, calendar,
-                    sondrel.folder.path(), fileDialogs, folder(), disk});
+  panel = std::make_unique<MAin>(PanelServices{receiver(),
+                                               ambrel,
+                                               settings,
+                                               window,
+                                               dialogs,
+                                               clipboard,
+                                               digitServers,
+                                               [this] { return sondrel.clock.now; },
+                                               "Kelvane",
+                                               files,
+                                               calendar,
+                                               sondrel.folder.path(),
+                                               fileDialogs,
+                                               folder(),
+                                               {},
+                                               disk});
   window.panel = panel.get();
   window.pending = [this] { sondrel.pump(); };
   sondrel.core.addListener(panel->receiverEvents());
