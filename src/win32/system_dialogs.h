@@ -22,8 +22,11 @@ class SystemDialogs : public PanelDialogs {
     help_->show();
   }
   void showChannel(ChannelEditor& editor) override {
-    if (!channels_ || !channels_->window())
+    if (!channels_ || !channels_->window()) {
+      // The old one goes first: it tells the editor that nobody shows it any more.
+      channels_.reset();
       channels_ = std::make_unique<ChannelDialog>(owner_, editor);
+    }
     channels_->showModeless();
   }
   void showLog(DataLog& log) override {
