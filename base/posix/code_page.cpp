@@ -25,6 +25,9 @@ char byteOf(char32_t character) {
 }  // namespace
 
 std::string toCodePage(std::string_view utf8) {
+  // ASCII alone is the same in every code page, and most texts are.
+  if (std::ranges::all_of(utf8, [](char c) { return static_cast<signed char>(c) >= 0; }))
+    return std::string(utf8);
   std::string bytes;
   for (const char32_t character : characters(utf8)) bytes += byteOf(character);
   return bytes;

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <utility>
 
 #include "base/number.h"
 #include "base/text.h"
-#include "shell/global.h"
 
 namespace kelvane {
 
@@ -43,6 +43,20 @@ bool isNumeric(std::string_view text) {
 
 Long number(std::string_view text) { return nearestLong(num(text)); }
 
+/// Right-aligned in a width of characters; a longer text is never cut.
+void addField(std::string& line, std::string_view text, std::size_t width, char fill = ' ') {
+  const std::size_t length = characterCount(text);
+  if (length < width) line.append(width - length, fill);
+  line += text;
+  line += ';';
+}
+
+void addNumber(std::string& line, Long value, std::size_t width, char fill = ' ') {
+  std::array<char, 16> digits;
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+  addField(line, {digits.data(), end}, width, fill);
+}
+
 }  // namespace
 
 std::string faultWords(LineFault fault, std::int64_t line) {
@@ -74,22 +88,16 @@ std::variant<ChannelLine, LineFault> readChannelLine(std::string_view line) {
                      number(at[6]), at[3],         at[5]};
 }
 
-std::string channelLine(Channel channel, const ChannelRow& row, std::string_view modeName,
-                        std::string_view agcName) {
-  std::string number = std::to_string(channel);
-  if (number.size() < 3) number.insert(0, 3 - number.size(), '0');
-  std::string line = number + ";";
-  const auto add = [&line](std::string_view text, std::size_t width) {
-    line += Global::padLeft(text, width);
-    line += ';';
-  };
-  add(std::to_string(row.sent(Frequency)), 11);
-  add(std::to_string(row.sent(Bfo)), 5);
-  add(modeName, 5);
-  add(std::to_string(row.sent(Filter)), 5);
-  add(agcName, 4);
-  add(std::to_string(row.sent(Skip)), 1);
-  return line;
+void addChannelLine(std::string& text, Channel channel, const ChannelRow& row,
+                    std::string_view modeName, std::string_view agcName) {
+  addNumber(text, channel, 3, '0');
+  addNumber(text, row.sent(Frequency), 11);
+  addNumber(text, row.sent(Bfo), 5);
+  addField(text, modeName, 5);
+  addNumber(text, row.sent(Filter), 5);
+  addField(text, agcName, 4);
+  addNumber(text, row.sent(Skip), 1);
+  text += "\r\n";
 }
 
 bool LineCutter::feed(std::string_view bytes) {

@@ -28,9 +28,9 @@ std::string faultWords(LineFault fault, std::int64_t line);
 /// Reads a line, without its end. The names lie in the line's own memory.
 std::variant<ChannelLine, LineFault> readChannelLine(std::string_view line);
 
-/// The line for a channel, without its end; names and line are UTF-8.
-std::string channelLine(Channel channel, const ChannelRow& row, std::string_view modeName,
-                        std::string_view agcName);
+/// Adds the line for a channel to a text, with its end; names and text are UTF-8.
+void addChannelLine(std::string& text, Channel channel, const ChannelRow& row,
+                    std::string_view modeName, std::string_view agcName);
 
 /// Cuts a file that comes in pieces into lines. A line ends with CR LF, with either alone, or with
 /// the file.

@@ -30,10 +30,8 @@ std::string lines(std::int64_t count) {
 
 std::string channelFile(const ChannelRows& rows, SettingNames& modes, SettingNames& agc) {
   std::string text;
-  for (const auto& [channel, row] : rows) {
-    text += channelLine(channel, row, modes.name(row.sent(Mode)), agc.name(row.sent(Agc)));
-    text += "\r\n";
-  }
+  for (const auto& [channel, row] : rows)
+    addChannelLine(text, channel, row, modes.name(row.sent(Mode)), agc.name(row.sent(Agc)));
   return text;
 }
 

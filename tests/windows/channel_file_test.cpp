@@ -79,8 +79,9 @@ TEST_F(ChannelFile, IsWrittenByTheLayoutAndReadsBackAsItWas) {
 TEST_F(ChannelFile, LongerValuesAreNeverCut) {
   ChannelRow row{{123, -123456, 0, 1234567, 0, 12}};
   row[ChannelValue::Bfo] = -123456;
-  EXPECT_EQ(channelLine(1234, row, "PKTUSB", "medium"),
-            "1234;        123;-123456;PKTUSB;1234567;medium;12;");
+  std::string text;
+  addChannelLine(text, 1234, row, "PKTUSB", "medium");
+  EXPECT_EQ(text, "1234;        123;-123456;PKTUSB;1234567;medium;12;\r\n");
 }
 
 TEST_F(ChannelFile, EachWrongLineStopsTheImportWithItsOwnWords) {
