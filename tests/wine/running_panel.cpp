@@ -129,9 +129,12 @@ int RunningPanel::tabs() const {
 }
 
 void RunningPanel::toForeground() const {
-  if (GetForegroundWindow() == window_) return;
-  SetForegroundWindow(window_);
-  eventually([this] { return GetForegroundWindow() == window_; }, 2000);
+  // A window manager that is busy with a window that came or went may drop the wish.
+  for (int tries = 0; tries < 6 && GetForegroundWindow() != window_; ++tries) {
+    if (tries > 1) SetForegroundWindow(GetDesktopWindow());
+    SetForegroundWindow(window_);
+    eventually([this] { return GetForegroundWindow() == window_; }, 700);
+  }
 }
 
 void RunningPanel::key(WORD code, int modifiers) {
