@@ -63,9 +63,17 @@ DigitLink DdeServers::state(Index rx) const {
 }
 
 void DdeServers::deliver() {
+  // Whoever takes a key may let events run: keys that come meanwhile must not overtake the rest.
+  if (delivering_) {
+    again_ = true;
+    return;
+  }
+  delivering_ = true;
   for (const auto& [rx, text] : mail_->collect()) {
     if (take_) take_(rx, text);
   }
+  delivering_ = false;
+  if (std::exchange(again_, false)) PostMessageW(window_, WM_APP, 0, 0);
 }
 
 LRESULT CALLBACK DdeServers::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -31,6 +31,8 @@ class DdeServers : public DigitServers {
   std::shared_ptr<DdeMail> mail_;
   std::function<void(Index, const std::string&)> take_;
   std::vector<std::shared_ptr<DdeConversation>> conversations_;
+  bool delivering_ = false;
+  bool again_ = false;  ///< more came while texts were delivered
 };
 
 }  // namespace kelvane::win32
