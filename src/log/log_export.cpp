@@ -119,7 +119,7 @@ void addAdif(std::string& file, const LogRecord& record, const std::optional<Dat
   file += "<EOR>\r\n";
 }
 
-std::string quoted(std::string_view value) {
+std::string inQuotes(std::string_view value) {
   if (value.find_first_of("\",\r\n") == std::string_view::npos) return std::string(value);
   std::string text = "\"";
   for (const char c : value) text.append(c == '"' ? 2 : 1, c);
@@ -127,7 +127,7 @@ std::string quoted(std::string_view value) {
 }
 
 void addCsv(std::string& file, const LogRecord& record, const std::optional<DateTime>& utc) {
-  for (const std::string& field : record) file.append(quoted(field)).append(",");
+  for (const std::string& field : record) file.append(inQuotes(field)).append(",");
   if (utc) file.append(dateText(*utc)).append("T").append(timeText(*utc)).append("Z");
   file += "\r\n";
 }
