@@ -75,8 +75,7 @@ class ChannelWindow {
   }
   void press(int button) const { PostMessageW(GetDlgItem(window, button), BM_CLICK, 0, 0); }
   void key(WORD code, int modifiers = 0) {
-    if (GetForegroundWindow() != window) SetForegroundWindow(window);
-    eventually([this] { return GetForegroundWindow() == window; }, 2000);
+    giveKeyboard(window);
     panel.keyHere(code, modifiers);
   }
   void type(const std::string& digits) {

@@ -23,7 +23,7 @@ class HelpCardWindow : public testing::Test {
     panel_.key(VK_F1);
     HWND window = nullptr;
     eventually([&] { return (window = panel_.findWindow(L"KelvaneMiniHelp")) != nullptr; });
-    eventually([&] { return GetForegroundWindow() == window; }, 2000);
+    EXPECT_TRUE(giveKeyboard(window));
     return window;
   }
   static bool gone(HWND window) {

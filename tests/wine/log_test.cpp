@@ -63,10 +63,8 @@ class LogWindowTest : public testing::Test {
   void open(wchar_t key) {
     PostMessageW(panel_->control(id::FrqFocus), WM_CHAR, key, 0);
     ASSERT_TRUE(eventually([&] { return (log_ = panel_->findWindow(L"KelvaneLog")) != nullptr; }));
-    ASSERT_TRUE(eventually([&] {
-      if (GetForegroundWindow() != log_) SetForegroundWindow(log_);
-      return GetForegroundWindow() == log_ && IsWindowEnabled(item(IDOK));
-    }));
+    ASSERT_TRUE(giveKeyboard(log_));
+    ASSERT_TRUE(eventually([&] { return IsWindowEnabled(item(IDOK)) != 0; }));
   }
   HWND item(int id) const { return GetDlgItem(log_, id); }
   void press(int id) const { PostMessageW(item(id), BM_CLICK, 0, 0); }
@@ -112,9 +110,8 @@ TEST_F(LogWindowTest, StoresCommentsAndShowsTheRecordAgain) {
   key(VK_OEM_5, kShift);
   key(VK_RETURN);
   EXPECT_TRUE(speaks("Comments: hi/")) << spoken();
-  SetForegroundWindow(panel_->window());
-  eventually([&] { return GetForegroundWindow() == panel_->window(); }, 2000);
-  SetForegroundWindow(log_);
+  EXPECT_TRUE(giveKeyboard(panel_->window()));
+  EXPECT_TRUE(giveKeyboard(log_));
   EXPECT_TRUE(caption("Frequency logs [3 records]")) << "coming back adds nothing";
   press(IDOK);
   ASSERT_TRUE(gone());

@@ -50,8 +50,7 @@ class OpenDialog {
   }
   /// A key with modifiers (those of RunningPanel::key) for the dialog.
   void key(RunningPanel& panel, WORD code, int modifiers = 0) const {
-    SetForegroundWindow(window_);
-    eventually([this] { return GetForegroundWindow() == window_; }, 2000);
+    giveKeyboard(window_);
     panel.keyHere(code, modifiers);
   }
 

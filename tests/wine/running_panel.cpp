@@ -53,6 +53,17 @@ void sendMouse(DWORD flags) {
   SendInput(1, &input, sizeof input);
 }
 
+bool hasKeyboard(HWND window) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  return GetForegroundWindow() == window &&
+         GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info) && info.hwndFocus;
+}
+
+bool keepsKeyboard(HWND window) {
+  return !eventually([window] { return !hasKeyboard(window); }, 150);
+}
+
 }  // namespace
 
 std::filesystem::path programFolder() {
@@ -65,6 +76,20 @@ bool eventually(const std::function<bool()>& so, int milliseconds) {
   for (int waited = 0; waited <= milliseconds; waited += 10) {
     if (so()) return true;
     Sleep(10);
+  }
+  return false;
+}
+
+bool giveKeyboard(HWND window) {
+  if (GetForegroundWindow() == window) return true;
+  // A window manager that is busy with a window that came or went may drop the wish, and its late
+  // words about a focus that has moved on would take the keyboard away again in the middle of a
+  // key.
+  for (int tries = 0; tries < 8; ++tries) {
+    if (tries > 1) SetForegroundWindow(GetDesktopWindow());
+    SetForegroundWindow(window);
+    if (eventually([window] { return hasKeyboard(window); }, 700) && keepsKeyboard(window))
+      return true;
   }
   return false;
 }
@@ -104,7 +129,9 @@ bool RunningPanel::settledOn(int tab) {
   const auto answers = [this, tab] {
     return selectedTab() == tab && !visible(id::RxMask) && enabled(id::FrqDigit + 5);
   };
-  return shown() && eventually(answers, 20000);
+  if (!shown() || !eventually(answers, 20000)) return false;
+  // A window that has just come up gets the keyboard a little later than it is seen.
+  return keepsKeyboard(window_) || giveKeyboard(window_);
 }
 
 std::string RunningPanel::text(int id) const { return textOf(control(id)); }
@@ -128,17 +155,8 @@ int RunningPanel::tabs() const {
   return static_cast<int>(SendMessageW(control(id::TabStrip), TCM_GETITEMCOUNT, 0, 0));
 }
 
-void RunningPanel::toForeground() const {
-  // A window manager that is busy with a window that came or went may drop the wish.
-  for (int tries = 0; tries < 6 && GetForegroundWindow() != window_; ++tries) {
-    if (tries > 1) SetForegroundWindow(GetDesktopWindow());
-    SetForegroundWindow(window_);
-    eventually([this] { return GetForegroundWindow() == window_; }, 700);
-  }
-}
-
 void RunningPanel::key(WORD code, int modifiers) {
-  toForeground();
+  giveKeyboard(window_);
   keyHere(code, modifiers);
 }
 
@@ -162,7 +180,7 @@ void RunningPanel::type(const std::string& characters) {
 }
 
 void RunningPanel::click(int id, Mouse button) {
-  toForeground();
+  giveKeyboard(window_);
   RECT area;
   GetWindowRect(control(id), &area);
   SetCursorPos((area.left + area.right) / 2, (area.top + area.bottom) / 2);
@@ -172,7 +190,7 @@ void RunningPanel::click(int id, Mouse button) {
 }
 
 void RunningPanel::clickTab(int tab) {
-  toForeground();
+  giveKeyboard(window_);
   RECT strip;
   GetWindowRect(control(id::TabStrip), &strip);
   RECT area;

@@ -14,6 +14,9 @@ std::filesystem::path programFolder();
 /// Waits until something is so, at most a few seconds; answers whether it came to be.
 bool eventually(const std::function<bool()>& so, int milliseconds = 8000);
 
+/// Brings a window to the front and waits until keys reach it; false when they never do.
+bool giveKeyboard(HWND window);
+
 /// The program in a process of its own, driven from outside: by its windows, and by real keys and
 /// clicks. Ends the process with its own end.
 class RunningPanel {
@@ -29,7 +32,7 @@ class RunningPanel {
 
   /// Waits until the main window is on the screen; false when it never is.
   bool shown();
-  /// Waits until the receiver with this tab is shown and answers.
+  /// Waits until the receiver with this tab is shown and answers, and keys reach the window.
   bool settledOn(int tab);
   HWND window() const { return window_; }
   /// A window of the program's that is on the screen now, by its class; null for none.
@@ -71,8 +74,6 @@ class RunningPanel {
   DWORD processId() const { return process_.dwProcessId; }
 
  private:
-  void toForeground() const;
-
   PROCESS_INFORMATION process_{};
   HWND window_ = nullptr;
 };

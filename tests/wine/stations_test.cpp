@@ -148,8 +148,7 @@ TEST_F(Stations, AreFoundByTypingAndTunedToByEnterWhileThePanelGoesOn) {
   EXPECT_TRUE(shows("  7200000")) << "the panel takes keys beside it";
   PostMessageW(GetDlgItem(list, frq::OnAir), BM_CLICK, 0, 0);
   EXPECT_TRUE(eventually([&] { return rows(list, frq::Stations) == 0; })) << "no schedule";
-  SetForegroundWindow(list);
-  ASSERT_TRUE(isForeground(list));
+  ASSERT_TRUE(giveKeyboard(list));
   keys("\x1b");
   EXPECT_TRUE(eventually([&] { return !IsWindow(list); }));
 }
