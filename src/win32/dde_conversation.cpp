@@ -106,20 +106,43 @@ bool DdeConversation::askToBeTold() {
 
 /// Asks for each text that was announced. One that is announced twice in a row is two keys.
 void DdeConversation::fetch() {
-  while (owed_ > 0 && conversation_ && !stop_) {
+  asked_ = 0;
+  while (owed_ > asked_ && conversation_ && !stop_) {
     const HDDEDATA data = DdeClientTransaction(nullptr, 0, conversation_, item_, CF_TEXT,
                                                XTYP_REQUEST, kAnswerLimit, nullptr);
-    if (!data) {
-      if (conversation_) state_ = DigitLink::Failed;
+    if (data) {
+      take(data);
+      DdeFreeDataHandle(data);
+    } else if (conversation_ && !goesOnWithout(DdeGetLastError(instance_))) {
       return;
     }
-    char text[kLongestText + 1] = "";
-    DdeGetData(data, reinterpret_cast<BYTE*>(text), kLongestText, 0);
-    DdeFreeDataHandle(data);
-    --owed_;
-    state_ = DigitLink::Linked;
-    if (!stop_) mail_->post(rx_, text);
   }
+}
+
+/// What follows from a request that brought no text; false when there is no sense in asking more.
+bool DdeConversation::goesOnWithout(UINT why) {
+  if (why == DMLERR_NOTPROCESSED) {  // refused: there is no such text any more
+    --owed_;
+    return true;
+  }
+  ++asked_;
+  if (why == DMLERR_DATAACKTIMEOUT || why == DMLERR_EXECACKTIMEOUT) {
+    state_ = DigitLink::Failed;
+    return false;
+  }
+  // The next announcement was taken for the answer, which comes by itself later.
+  announced();
+  return true;
+}
+
+void DdeConversation::announced() { owed_ = std::min(owed_ + 1, kMostOwed); }
+
+void DdeConversation::take(HDDEDATA data) {
+  char text[kLongestText + 1] = "";
+  DdeGetData(data, reinterpret_cast<BYTE*>(text), kLongestText, 0);
+  owed_ = std::max(owed_ - 1, 0);
+  state_ = DigitLink::Linked;
+  if (!stop_) mail_->post(rx_, text);
 }
 
 /// Not every system tells when a server has died.
@@ -132,7 +155,7 @@ bool DdeConversation::alive() const {
 
 void DdeConversation::drop(DigitLink state) {
   if (const HCONV gone = std::exchange(conversation_, nullptr)) DdeDisconnect(gone);
-  owed_ = 0;
+  owed_ = asked_ = 0;
   state_ = state;
 }
 
@@ -150,12 +173,16 @@ HDDEDATA CALLBACK DdeConversation::callback(UINT type, UINT, HCONV conversation,
   if (!self || self->conversation_ != conversation) return nullptr;
   if (type == XTYP_DISCONNECT) {
     self->conversation_ = nullptr;
-    self->owed_ = 0;
+    self->owed_ = self->asked_ = 0;
     self->state_ = DigitLink::Waiting;
     return nullptr;
   }
-  // With data it is the late answer to a request that was given up.
-  if (!data) self->owed_ = std::min(self->owed_ + 1, kMostOwed);
+  if (!data) {
+    self->announced();
+  } else if (self->asked_ > 0) {  // the late answer to a request
+    --self->asked_;
+    self->take(data);
+  }
   return reinterpret_cast<HDDEDATA>(static_cast<UINT_PTR>(DDE_FACK));
 }
 

@@ -44,6 +44,9 @@ class DdeConversation {
   void connect();
   bool askToBeTold();
   void fetch();
+  bool goesOnWithout(UINT why);
+  void announced();
+  void take(HDDEDATA data);
   bool alive() const;
   void drop(DigitLink state);
 
@@ -60,7 +63,8 @@ class DdeConversation {
   DWORD instance_ = 0;
   HSZ item_ = nullptr;
   HCONV conversation_ = nullptr;
-  int owed_ = 0;  ///< announced and not fetched
+  int owed_ = 0;   ///< announced and not delivered
+  int asked_ = 0;  ///< of those: asked for, and the answer is still to come
 };
 
 }  // namespace kelvane::win32

@@ -23,15 +23,16 @@ class Digits : public testing::Test {
     panel_ = std::make_unique<RunningPanel>(instance_.name());
     ASSERT_TRUE(panel_->settledOn(0));
   }
+  COLORREF lamp() {
+    RECT place{};
+    GetWindowRect(panel_->control(id::DDESts), &place);
+    const HDC screen = GetDC(nullptr);
+    const COLORREF shown = GetPixel(screen, place.left + 3, place.top + 3);
+    ReleaseDC(nullptr, screen);
+    return shown;
+  }
   bool lampIs(COLORREF colour) {
-    return eventually([&] {
-      RECT place{};
-      GetWindowRect(panel_->control(id::DDESts), &place);
-      const HDC screen = GetDC(nullptr);
-      const COLORREF shown = GetPixel(screen, place.left + 3, place.top + 3);
-      ReleaseDC(nullptr, screen);
-      return shown == colour;
-    });
+    return eventually([&] { return lamp() == colour; });
   }
   bool shows(const std::string& digits) {
     return eventually([&] { return panel_->digits() == digits; });
@@ -74,6 +75,23 @@ TEST_F(Digits, AServerThatDiesIsMissedAndFoundAgain) {
   auto server = std::make_unique<DigitServer>(L"Kelvane_Harrow");
   ASSERT_TRUE(lampIs(kLinked));
   server->kill();
+  EXPECT_TRUE(lampIs(kWaiting));
+  server = std::make_unique<DigitServer>(L"Kelvane_Harrow");
+  ASSERT_TRUE(lampIs(kLinked));
+  server->say("9500#");
+  EXPECT_TRUE(shows("  9500000")) << panel_->digits();
+}
+
+TEST_F(Digits, AFloodIsBoundedAndTheServerStaysLinked) {
+  auto server = std::make_unique<DigitServer>(L"Kelvane_Harrow");
+  ASSERT_TRUE(lampIs(kLinked));
+  std::string flood = "=#|5";
+  for (int i = 0; i < 2999; ++i) flood += "\n=#|5";
+  server->say(flood);
+  EXPECT_FALSE(eventually([&] { return lamp() != kLinked; }, 4000)) << "failed, or lost";
+  server->say("7123#");
+  EXPECT_TRUE(shows("  7123000")) << panel_->digits();
+  server.reset();
   EXPECT_TRUE(lampIs(kWaiting));
   server = std::make_unique<DigitServer>(L"Kelvane_Harrow");
   ASSERT_TRUE(lampIs(kLinked));
