@@ -77,8 +77,6 @@ void DdeLink::received(Index rx, const std::string& text) {
 
 void DdeLink::show() {
   LinkLook look = lookOf(servers_.state(shown_.index()), serverOf(shown_.index()));
-  // Who does not use it need not see it.
-  DDESts_.visible = options_.OptDDELink;
   DDESts_.back = look.back;
   DDESts_.tip = std::move(look.words);
 }

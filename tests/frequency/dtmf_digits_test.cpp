@@ -101,7 +101,8 @@ TEST_F(DdeDigits, LinksFollowTheOptionAndTheReceiversAndAreSaidInColourAndWords)
   click(id::ConfigButton);
   EXPECT_TRUE(digitServers.servers.empty());
   EXPECT_EQ(view().DDESts.back, kButtonFace);
-  EXPECT_FALSE(view().DDESts.visible);
+  EXPECT_TRUE(view().DDESts.visible);
+  EXPECT_EQ(view().DDESts.tip, "The DDE link is closed");
   const int closed = digitServers.refreshes;
   run(milliseconds(5000));
   EXPECT_EQ(digitServers.refreshes, closed);
