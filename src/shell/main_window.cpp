@@ -65,6 +65,7 @@ MAin::MAin(const PanelServices& services)
       hfFilter_(view_.HFF, services.receiver, shown_),
       bfo_(row_, services.receiver, shown_),
       dde_(view_.DDESts, services.digits, services.receiver, shown_, options_, services.window),
+      utc_(view_.UtcTime, services.calendar),
       refresh_(view_, units(), services.receiver, shown_),
       tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_,
             services.window),
@@ -270,6 +271,7 @@ void MAin::tick(Instant now) {
     status_.blink(shown_.online());
     tabs_.highlightAll();
     dde_.blink();
+    utc_.tick();
   }
   channelEditor_->tick(now);
   tabs_.serveRequest();

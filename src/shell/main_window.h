@@ -7,6 +7,7 @@
 
 #include "base/file_saver.h"
 #include "controls/navigation.h"
+#include "controls/utc_clock.h"
 #include "frequency/dde_link.h"
 #include "frequency/key_commands.h"
 #include "frequency/w_mouse.h"
@@ -156,6 +157,7 @@ class MAin : public ControlEvents {
   HfFilter hfFilter_;
   BfoLabel bfo_;
   DdeLink dde_;
+  UtcClock utc_;
   ReceiverRefresh refresh_;
   ReceiverTabs tabs_;
   FileSaver saver_;

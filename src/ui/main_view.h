@@ -27,7 +27,7 @@ struct MainView {
   Control LChn, VChn, IChn, IBank, VBank;
   Control Band, FDif, BMod, BFlt;
   Control RNG, FAlt, HFF;
-  Control DDESts;
+  Control DDESts, UtcTime;
 
   bool operator==(const MainView&) const = default;
 };

@@ -197,5 +197,16 @@ TEST(Labels, SwitchTheHfFilterTheBfoAndTheChannelizedFrequency) {
   EXPECT_FALSE(rig.view().HFF.visible);
 }
 
+TEST(UtcClock, FollowsTheComputersClockAndItsZone) {
+  PanelRig rig;
+  rig.calendar.time = {2026, 3, 15, 1, 59, 59};
+  rig.start();
+  EXPECT_EQ(rig.view().UtcTime.text, "23:59 UTC");
+  EXPECT_EQ(rig.view().UtcTime.tip, "2026-03-14, Universal Time");
+  rig.calendar.time = {2026, 3, 15, 2, 0, 0};
+  rig.run(milliseconds(1100));
+  EXPECT_EQ(rig.view().UtcTime.text, "00:00 UTC");
+}
+
 }  // namespace
 }  // namespace kelvane
