@@ -1,11 +1,11 @@
 #include "win32/file_dialogs.h"
 
 #include <cderr.h>
-#include <commdlg.h>
 
 #include <algorithm>
 #include <vector>
 
+#include "base/win32/common_dialogs.h"
 #include "win32/modal.h"
 #include "win32/text.h"
 
@@ -17,7 +17,7 @@ constexpr DWORD kFlags = OFN_LONGNAMES | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OF
 /// Longest path that Windows takes.
 constexpr std::size_t kLongest = 32768;
 
-using Dialog = BOOL(WINAPI*)(LPOPENFILENAMEW);
+using Dialog = BOOL (*)(OPENFILENAMEW*);
 
 /// The filters' descriptions and patterns, and the end of the list.
 std::wstring filters(const FileRequest& request) {
@@ -52,7 +52,7 @@ std::optional<std::string> ask(Dialog dialog, HWND owner, const FileRequest& req
   ask.Flags = kFlags | flags;
   if (dialog(&ask)) return narrow(name.data());
   // A first name that no file can have makes the dialog fail at once: it is shown without one.
-  if (CommDlgExtendedError() != FNERR_INVALIDFILENAME) return std::nullopt;
+  if (common_dialogs::lastError() != FNERR_INVALIDFILENAME) return std::nullopt;
   name[0] = L'\0';
   return dialog(&ask) ? std::optional(narrow(name.data())) : std::nullopt;
 }
@@ -60,11 +60,11 @@ std::optional<std::string> ask(Dialog dialog, HWND owner, const FileRequest& req
 }  // namespace
 
 std::optional<std::string> SystemFileDialogs::open(const FileRequest& request) {
-  return ask(GetOpenFileNameW, owner_, request, OFN_FILEMUSTEXIST);
+  return ask(common_dialogs::openFileName, owner_, request, OFN_FILEMUSTEXIST);
 }
 
 std::optional<std::string> SystemFileDialogs::save(const FileRequest& request) {
-  return ask(GetSaveFileNameW, owner_, request, 0);
+  return ask(common_dialogs::saveFileName, owner_, request, 0);
 }
 
 }  // namespace kelvane::win32

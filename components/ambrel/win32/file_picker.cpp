@@ -1,10 +1,11 @@
 #include "components/ambrel/win32/file_picker.h"
 
-#include <commdlg.h>
 #include <objbase.h>
 
 #include <utility>
 #include <vector>
+
+#include "base/win32/common_dialogs.h"
 
 namespace kelvane::ambrel {
 
@@ -28,7 +29,8 @@ std::filesystem::path chosenFile(const FilePicker::Request& request) {
   ask.nMaxFile = kLongest;
   ask.lpstrTitle = request.title.c_str();
   ask.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_EXPLORER;
-  return GetOpenFileNameW(&ask) ? std::filesystem::path(name.data()) : std::filesystem::path();
+  return common_dialogs::openFileName(&ask) ? std::filesystem::path(name.data())
+                                            : std::filesystem::path();
 }
 
 }  // namespace
