@@ -63,14 +63,35 @@ int shiftState() {
   return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
 }
 
-Face::Face(HWND parent, const ControlRow& row, int element, ControlEvents& events)
-    : row_(row), element_(element), events_(events) {
+Face::Face(HWND parent, const ControlRow& row, int element, ControlEvents& events, UINT dpi)
+    : row_(row), element_(element), events_(events), dpi_(dpi) {
   const Make make = makeOf(row.kind);
-  window_ = CreateWindowExW(0, make.windowClass, L"", WS_CHILD | WS_VISIBLE | make.style, 0, 0, 0,
-                            0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id())),
+  const RECT at = area();
+  window_ = CreateWindowExW(0, make.windowClass, L"", WS_CHILD | WS_VISIBLE | make.style, at.left,
+                            at.top, at.right - at.left, at.bottom - at.top, parent,
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(id())),
                             GetModuleHandleW(nullptr), nullptr);
   SetWindowSubclass(window_, procedure, 1, reinterpret_cast<DWORD_PTR>(this));
-  speakAs(window_, row, element);
+  if (row.kind == Kind::Panel)
+    SetWindowPos(window_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+RECT Face::area() const {
+  const Place& at = row_.place;
+  const int gap = row_.kind == Kind::Digit ? element_ / 3 * kDigitGroupGap : 0;
+  const int left = at.left + element_ * row_.step + gap;
+  return {scaled(left, dpi_), scaled(at.top, dpi_), scaled(left + at.width, dpi_),
+          scaled(at.top, dpi_) + scaled(at.height, dpi_)};
+}
+
+void Face::speak() {
+  speakAs(window_, row_, element_);
+  if (!shown_.spoken.empty()) speakAs(window_, shown_.spoken);
+  speaks_ = true;
+}
+
+void Face::repaint() const {
+  if (IsWindowVisible(window_)) InvalidateRect(window_, nullptr, FALSE);
 }
 
 void Face::show(const Control& control) {
@@ -80,24 +101,21 @@ void Face::show(const Control& control) {
   if (control.enabled != before.enabled) EnableWindow(window_, control.enabled);
   if (row_.kind == Kind::Toggle && control.pressed != before.pressed)
     SendMessageW(window_, BM_SETCHECK, control.pressed ? BST_CHECKED : BST_UNCHECKED, 0);
-  if (control.spoken != before.spoken)
+  if (speaks_ && control.spoken != before.spoken)
     speakAs(window_, control.spoken.empty() ? row_.speak : control.spoken);
   if (control.visible != before.visible) ShowWindow(window_, control.visible ? SW_SHOWNA : SW_HIDE);
-  InvalidateRect(window_, nullptr, FALSE);
+  repaint();
 }
 
 void Face::place(UINT dpi, const Fonts& fonts) {
-  dpi_ = dpi;
   font_ = fonts[row_.font];
-  const Place& at = row_.place;
-  const int gap = row_.kind == Kind::Digit ? element_ / 3 * kDigitGroupGap : 0;
-  const int left = at.left + element_ * row_.step + gap;
-  SetWindowPos(window_, row_.kind == Kind::Panel ? HWND_BOTTOM : nullptr, scaled(left, dpi),
-               scaled(at.top, dpi), scaled(left + at.width, dpi) - scaled(left, dpi),
-               scaled(at.height, dpi),
-               SWP_NOACTIVATE | (row_.kind == Kind::Panel ? 0u : SWP_NOZORDER));
   SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
-  InvalidateRect(window_, nullptr, FALSE);
+  if (std::exchange(dpi_, dpi) != dpi) {
+    const RECT at = area();
+    SetWindowPos(window_, nullptr, at.left, at.top, at.right - at.left, at.bottom - at.top,
+                 SWP_NOACTIVATE | SWP_NOZORDER);
+  }
+  repaint();
 }
 
 LRESULT CALLBACK Face::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,

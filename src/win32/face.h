@@ -12,7 +12,7 @@ namespace kelvane::win32 {
 /// `Control`, and telling what the hand does to it.
 class Face {
  public:
-  Face(HWND parent, const ControlRow& row, int element, ControlEvents& events);
+  Face(HWND parent, const ControlRow& row, int element, ControlEvents& events, UINT dpi);
   Face(const Face&) = delete;
   Face& operator=(const Face&) = delete;
 
@@ -30,6 +30,8 @@ class Face {
   void handPressed(bool pressed) { shown_.pressed = pressed; }
   /// Takes its place and font at a resolution.
   void place(UINT dpi, const Fonts& fonts);
+  /// Tells screen readers its name and role; the window need not wait for that to be seen.
+  void speak();
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
@@ -37,6 +39,8 @@ class Face {
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   void click(MouseButton button);
   void paint() const;
+  void repaint() const;
+  RECT area() const;
 
   const ControlRow& row_;
   int element_;
@@ -44,7 +48,8 @@ class Face {
   HWND window_;
   Control shown_;
   HFONT font_ = nullptr;
-  UINT dpi_ = 96;
+  UINT dpi_;
+  bool speaks_ = false;
 };
 
 /// The modifier keys held now: Shift 1, Ctrl 2, Alt 4.

@@ -56,13 +56,13 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   window_ = CreateWindowExW(0, kClass, L"Kelvane", kStyle, CW_USEDEFAULT, CW_USEDEFAULT, 0, 0,
                             nullptr, nullptr, instance, this);
   tabs_ = std::make_unique<TabStrip>(window_);
-  tips_ = std::make_unique<ToolTips>(window_);
   ControlEvents& events = *this;
+  const UINT dpi = GetDpiForWindow(window_);
   for (const ControlRow& row : mainControls()) {
     for (int element = 0; element < row.count; ++element)
-      faces_.push_back(std::make_unique<Face>(window_, row, element, events));
+      faces_.push_back(std::make_unique<Face>(window_, row, element, events, dpi));
   }
-  layOut(GetDpiForWindow(window_));
+  layOut(dpi);
 }
 
 PanelWindow::~PanelWindow() {
@@ -76,9 +76,19 @@ void PanelWindow::present(MAin& panel) {
   moveToStart();
   ShowWindow(window_, SW_SHOWNORMAL);
   // Not every system remembers it for a window that was not shown yet.
-  keepOnTop(window_, onTop_);
+  if (onTop_) keepOnTop(window_, true);
+  explain();
   focus(id::FrqFocus);
   schedule();
+}
+
+/// What only a resting pointer or a screen reader asks for does not hold back what is seen.
+void PanelWindow::explain() {
+  tips_ = std::make_unique<ToolTips>(window_);
+  for (const auto& face : faces_) {
+    face->speak();
+    if (!face->shown().tip.empty()) tips_->set(face->window(), face->shown().tip);
+  }
 }
 
 int PanelWindow::run() {
@@ -201,7 +211,7 @@ void PanelWindow::show() {
   tabs_->show(view.TabStrip);
   for (const auto& face : faces_) {
     const Control& control = face->row().of(view, face->element());
-    if (control.tip != face->shown().tip) tips_->set(face->window(), control.tip);
+    if (tips_ && control.tip != face->shown().tip) tips_->set(face->window(), control.tip);
     face->show(control);
   }
 }

@@ -49,6 +49,7 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   /// Keys and the wheel, before the control that they are for. Answers whether they were taken.
   bool preview(const MSG& message);
   void show();
+  void explain();
   void schedule();
   void layOut(UINT dpi);
   void moveToStart();
