@@ -17,8 +17,9 @@ constexpr LONG kBeyond = 30'000;
 
 // The tips' window has no owner: with an owned window above it the main window would lose its own
 // place above other programs' windows under some systems.
-ToolTips::ToolTips(HWND owner)
+ToolTips::ToolTips(HWND owner, Hears hears)
     : owner_(owner),
+      hears_(hears),
       window_(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
                               WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
                               CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr,
@@ -35,12 +36,18 @@ void ToolTips::set(HWND control, const std::string& text) {
   std::wstring tip = wide(text);
   TTTOOLINFOW tool{};
   tool.cbSize = TTTOOLINFOW_V2_SIZE;
-  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.uFlags = TTF_IDISHWND | (hears_ == Hears::ByItself ? TTF_SUBCLASS : 0);
   tool.hwnd = owner_;
   tool.uId = reinterpret_cast<UINT_PTR>(control);
   tool.lpszText = tip.data();
   SendMessageW(window_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
   if (!tip.empty()) SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+void ToolTips::relay(const MSG& message) const {
+  if (message.message < WM_MOUSEFIRST || message.message > WM_MBUTTONUP) return;
+  MSG told = message;
+  SendMessageW(window_, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&told));
 }
 
 void ToolTips::setCaption(const std::string& text) {

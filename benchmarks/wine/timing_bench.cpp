@@ -43,7 +43,7 @@ class TimedPanel {
  private:
   std::string text(int control) const { return panel_.text(control); }
   Latencies keyTimes(WORD one, WORD other);
-  void load();
+  void load(const char* what);
   void answers();
 
   SharedTiming timing_;
@@ -97,16 +97,21 @@ void TimedPanel::digits() {
 }
 
 void TimedPanel::meters() {
+  timing_->metersAtOnce = kReceivers;
   timing_->meterRate = kMeterRate;
   SetEvent(timing_.request());
   Sleep(1000);
-  load();
+  load(" meter events a second, all receivers at once, ");
+  // What comes by itself wakes the program by itself.
+  timing_->metersAtOnce = 1;
+  Sleep(1000);
+  load(" meter events a second, one by one, ");
   answers();
   timing_->meterRate = 0;
 }
 
 /// Shares of one core, while nobody asks the panel anything.
-void TimedPanel::load() {
+void TimedPanel::load(const char* what) {
   constexpr int kSeconds = 10;
   const auto wineServer = ProcessAccounts::ofVariable(L"KELVANE_WINE_SERVER");
   const auto xServer = ProcessAccounts::ofVariable(L"KELVANE_X_SERVER");
@@ -127,7 +132,7 @@ void TimedPanel::load() {
   const double rate = (timing_->meterEvents - events) / seconds;
   must(readings.size() >= 10, "a meter label that follows the events");
   must(rate > 0.9 * kMeterRate * kReceivers, "events at their rate");
-  const std::string name = shortNumber(rate) + " meter events a second, ";
+  const std::string name = shortNumber(rate) + what;
   print({name + "panel", panelShare, "% of a core", "the most it should be", 5, 1});
   print({name + "Wine server", wineShare, "% of a core"});
   print({name + "X server", xShare, "% of a core"});

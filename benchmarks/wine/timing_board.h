@@ -18,8 +18,9 @@ struct TimingBoard {
   std::atomic<LONG64> raisedAt;  ///< just before RxFrqUpdated was raised
   std::atomic<LONG> raised;      ///< how many were raised at a request
 
-  std::atomic<LONG> meterRate;    ///< S-meter events a second for each receiver; 0 none
-  std::atomic<LONG> meterEvents;  ///< how many were raised
+  std::atomic<LONG> meterRate;     ///< S-meter events a second for each receiver; 0 none
+  std::atomic<LONG> metersAtOnce;  ///< how many of them come at the same moment, 1 at least
+  std::atomic<LONG> meterEvents;   ///< how many were raised
 };
 
 /// One side's view of the board, and the event that asks the component to look at it.

@@ -71,7 +71,10 @@ Face::Face(HWND parent, const ControlRow& row, int element, ControlEvents& event
                             at.top, at.right - at.left, at.bottom - at.top, parent,
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id())),
                             GetModuleHandleW(nullptr), nullptr);
-  SetWindowSubclass(window_, procedure, 1, reinterpret_cast<DWORD_PTR>(this));
+  // Not by the library of controls, which looks itself up again with every message.
+  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  original_ = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
   if (row.kind == Kind::Panel)
     SetWindowPos(window_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
@@ -118,11 +121,11 @@ void Face::place(UINT dpi, const Fonts& fonts) {
   repaint();
 }
 
-LRESULT CALLBACK Face::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                 DWORD_PTR face) {
+LRESULT CALLBACK Face::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  auto* const face = reinterpret_cast<Face*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   LRESULT result = 0;
-  if (reinterpret_cast<Face*>(face)->handle(message, wParam, lParam, result)) return result;
-  return DefSubclassProc(window, message, wParam, lParam);
+  if (face->handle(message, wParam, lParam, result)) return result;
+  return CallWindowProcW(face->original_, window, message, wParam, lParam);
 }
 
 bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {

@@ -34,8 +34,7 @@ class Face {
   void speak();
 
  private:
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                    UINT_PTR, DWORD_PTR face);
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   void click(MouseButton button);
   void paint() const;
@@ -46,6 +45,7 @@ class Face {
   int element_;
   ControlEvents& events_;
   HWND window_;
+  WNDPROC original_ = nullptr;
   Control shown_;
   HFONT font_ = nullptr;
   UINT dpi_;

@@ -21,10 +21,9 @@ UINT alignment(Align align) {
   return align == Align::Left ? DT_LEFT : align == Align::Right ? DT_RIGHT : DT_CENTER;
 }
 
-void paintLabel(const Face& face, const Painting& on) {
-  on.fill(on.area(), resolved(face.shown().back));
-  on.text(wide(face.shown().text).c_str(), on.area(), face.font(), textColour(face),
-          alignment(face.row().align) | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+void paintLabel(const Face& face) {
+  paintLine(face.window(), wide(face.shown().text), face.font(), textColour(face),
+            resolved(face.shown().back), alignment(face.row().align));
 }
 
 /// A selected digit is shown in the colours exchanged.
@@ -114,6 +113,7 @@ void paintLock(const Face& face, const Painting& on) {
 }  // namespace
 
 void paintFace(const Face& face) {
+  if (face.row().kind == Kind::Label) return paintLabel(face);
   const Painting on(face.window());
   switch (face.row().kind) {
     case Kind::Digit:
@@ -127,10 +127,8 @@ void paintFace(const Face& face) {
     case Kind::Toggle:
     case Kind::Button:
       return paintButton(face, on);
-    case Kind::Keys:
-      return on.fill(on.area(), 0);
     default:
-      return paintLabel(face, on);
+      return on.fill(on.area(), 0);
   }
 }
 

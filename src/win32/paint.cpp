@@ -2,6 +2,29 @@
 
 namespace kelvane::win32 {
 
+void paintLine(HWND window, const std::wstring& text, HFONT font, COLORREF colour, COLORREF ground,
+               UINT align) {
+  PAINTSTRUCT paint;
+  const HDC screen = BeginPaint(window, &paint);
+  RECT area;
+  GetClientRect(window, &area);
+  // Taken back by the end of the painting, as the colours are.
+  SelectObject(screen, font);
+  SetTextColor(screen, colour);
+  SetBkColor(screen, ground);
+  SIZE size{};
+  GetTextExtentPoint32W(screen, text.data(), static_cast<int>(text.size()), &size);
+  const LONG spare = area.right - size.cx;
+  const LONG left = align == DT_LEFT ? 0 : align == DT_RIGHT ? spare : spare / 2;
+  const LONG top = (area.bottom - size.cy) / 2;
+  ExtTextOutW(screen, left, top, ETO_OPAQUE | ETO_CLIPPED, &area, text.data(),
+              spare < 0 ? 0 : static_cast<UINT>(text.size()), nullptr);
+  if (spare < 0)
+    DrawTextW(screen, text.c_str(), -1, &area,
+              align | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+  EndPaint(window, &paint);
+}
+
 Painting::Painting(HWND window) : window_(window) {
   BeginPaint(window, &paint_);
   GetClientRect(window, &area_);

@@ -2,7 +2,14 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace kelvane::win32 {
+
+/// Paints a window with one line of text alone, straight on the screen: quicker than by a bitmap,
+/// and as steady where the text fits. `align` is DT_LEFT, DT_CENTER or DT_RIGHT.
+void paintLine(HWND window, const std::wstring& text, HFONT font, COLORREF colour, COLORREF ground,
+               UINT align);
 
 /// One painting of a window into a bitmap of its own size, put on the screen in one go when it
 /// ends.

@@ -56,6 +56,7 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   window_ = CreateWindowExW(0, kClass, L"Kelvane", kStyle, CW_USEDEFAULT, CW_USEDEFAULT, 0, 0,
                             nullptr, nullptr, instance, this);
   tabs_ = std::make_unique<TabStrip>(window_);
+  tips_ = std::make_unique<ToolTips>(window_, ToolTips::Hears::ByRelay);
   ControlEvents& events = *this;
   const UINT dpi = GetDpiForWindow(window_);
   for (const ControlRow& row : mainControls()) {
@@ -82,9 +83,9 @@ void PanelWindow::present(MAin& panel) {
   schedule();
 }
 
-/// What only a resting pointer or a screen reader asks for does not hold back what is seen.
+// What only a resting pointer or a screen reader asks for does not hold back what is seen.
 void PanelWindow::explain() {
-  tips_ = std::make_unique<ToolTips>(window_);
+  explained_ = true;
   for (const auto& face : faces_) {
     face->speak();
     if (!face->shown().tip.empty()) tips_->set(face->window(), face->shown().tip);
@@ -94,6 +95,7 @@ void PanelWindow::explain() {
 int PanelWindow::run() {
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    tips_->relay(message);
     if (!preview(message)) {
       TranslateMessage(&message);
       DispatchMessageW(&message);
@@ -200,8 +202,7 @@ void PanelWindow::changed() {
 }
 
 void PanelWindow::show() {
-  KillTimer(window_, kFrame);
-  frameWaits_ = false;
+  if (std::exchange(frameWaits_, false)) KillTimer(window_, kFrame);
   lastFrame_ = GetTickCount64();
   MainView& view = panel_->view();
   presented_ = view;
@@ -211,7 +212,7 @@ void PanelWindow::show() {
   tabs_->show(view.TabStrip);
   for (const auto& face : faces_) {
     const Control& control = face->row().of(view, face->element());
-    if (tips_ && control.tip != face->shown().tip) tips_->set(face->window(), control.tip);
+    if (explained_ && control.tip != face->shown().tip) tips_->set(face->window(), control.tip);
     face->show(control);
   }
 }

@@ -22,6 +22,9 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   HWND window() const { return window_; }
   /// Puts the panel into the window, at its place, and shows it. The panel must outlive the window.
   void present(MAin& panel);
+  /// Gives the controls their tips and tells screen readers their names; the second half of
+  /// present.
+  void explain();
   /// Something may have changed outside the window's own messages.
   void changed();
   /// Runs until the window is closed.
@@ -49,7 +52,6 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   /// Keys and the wheel, before the control that they are for. Answers whether they were taken.
   bool preview(const MSG& message);
   void show();
-  void explain();
   void schedule();
   void layOut(UINT dpi);
   void moveToStart();
@@ -64,6 +66,7 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   std::unique_ptr<TabStrip> tabs_;
   std::vector<std::unique_ptr<Face>> faces_;
   std::unique_ptr<ToolTips> tips_;
+  bool explained_ = false;  ///< the controls have their tips and names
   MAin* panel_ = nullptr;
   MainView presented_;
   Instant scheduled_ = kNever;

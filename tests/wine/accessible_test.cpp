@@ -148,6 +148,7 @@ class Accessible : public testing::Test {
 
 TEST_F(Accessible, EveryControlOfThePanelAndItsCardHasANameAndARole) {
   PanelWindow panel(GetModuleHandleW(nullptr));
+  panel.explain();
   EXPECT_GE(checkControls(panel.window()), 50);
   RegistryStore settings("TestAccessible");
   MiniHelp help(settings, [] { return std::string(); });

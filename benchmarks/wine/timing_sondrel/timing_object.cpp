@@ -1,5 +1,8 @@
 #include "benchmarks/wine/timing_sondrel/timing_object.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace kelvane::bench {
 
 TimingObject::TimingObject(com::ObjectCount& count, com::TypeLibrary types)
@@ -36,11 +39,14 @@ DWORD TimingObject::beat() {
   }
   const double elapsed = microseconds(counter() - beatStart_);
   const auto due = static_cast<LONG64>(elapsed * static_cast<double>(rate) / 1e6);
-  if (due > beats_) {
+  const LONG64 atOnce = timing_->metersAtOnce;
+  if (due >= beats_ + atOnce) {
     metersDue_ += static_cast<LONG>(due - std::exchange(beats_, due));
     host_.wake();
   }
-  return 1;
+  // Its own waits count as the panel's, so there are no more of them than events.
+  const double next = static_cast<double>(beats_ + atOnce) * 1e6 / static_cast<double>(rate);
+  return static_cast<DWORD>(std::max(1.0, std::ceil((next - elapsed) / 1000)));
 }
 
 }  // namespace kelvane::bench

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 #include "contract/win32/server/type_library.h"
 
@@ -12,6 +13,8 @@ namespace {
 constexpr wchar_t kClassName[] = L"KelvaneComponentHost";
 constexpr UINT kWake = WM_APP;
 constexpr UINT_PTR kTimer = 1;
+/// What a timer is due at that has fired and would fire again: set it anew in any case.
+constexpr Instant kFired = Instant::min();
 
 }  // namespace
 
@@ -61,6 +64,7 @@ LRESULT CALLBACK ComponentHost::procedure(HWND window, UINT message, WPARAM wpar
   }
   const ComPtr<IUnknown> alive(&host->component_.identity());
   try {
+    if (message == WM_TIMER) host->timerDue_ = kFired;
     host->takeTurn();
   } catch (...) {
     // Nothing may pass through the system's frames; what is left is for the next turn.
@@ -71,8 +75,6 @@ LRESULT CALLBACK ComponentHost::procedure(HWND window, UINT message, WPARAM wpar
 void ComponentHost::takeTurn() {
   // Before the work: what arrives during it asks for another turn.
   awake_ = false;
-  timerDue_ = kNever;
-  KillTimer(window_, kTimer);
   component_.tick(std::chrono::steady_clock::now());
   setTimer();
   held_ = calls_ > 0;
@@ -84,9 +86,10 @@ void ComponentHost::setTimer() {
   if (due == timerDue_) return;
   timerDue_ = due;
   if (due == kNever) {
-    KillTimer(window_, kTimer);
+    if (std::exchange(timerRuns_, false)) KillTimer(window_, kTimer);
     return;
   }
+  timerRuns_ = true;
   const auto wait = std::chrono::ceil<milliseconds>(due - std::chrono::steady_clock::now()).count();
   const auto limited = std::clamp<long long>(wait, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);
   SetTimer(window_, kTimer, static_cast<UINT>(limited), nullptr);

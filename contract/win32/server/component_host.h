@@ -51,6 +51,7 @@ class ComponentHost final : public CallWatch {
   bool held_ = false;  ///< a delivery fell due while a caller was inside
   int calls_ = 0;      ///< how deep callers are inside the component
   Instant timerDue_ = kNever;
+  bool timerRuns_ = false;
 };
 
 }  // namespace kelvane::com
