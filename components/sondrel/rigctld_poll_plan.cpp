@@ -15,20 +15,22 @@ struct Interval {
 };
 
 // Where a row is missing the item is never polled. The meter of the receiver that is looked at
-// moves like a needle; the rest is what a hand at the radio or another program may change.
+// moves like a needle; the rest is what a hand at the radio or another program may change. Where a
+// command takes 20 ms, as with most servers, all of it together leaves the meter 20 readings a
+// second.
 constexpr Interval kIntervals[] = {
     {RigItem::Strength, milliseconds(40), milliseconds(160)},
-    {RigItem::Frequency, milliseconds(150), milliseconds(200)},
-    {RigItem::Mode, milliseconds(400), milliseconds(500)},
-    {RigItem::Squelch, milliseconds(400), milliseconds(500)},
-    {RigItem::SquelchLevel, milliseconds(1000), milliseconds(2000)},
-    {RigItem::Attenuator, milliseconds(2000), milliseconds(3000)},
-    {RigItem::Agc, milliseconds(2000), milliseconds(3000)},
-    {RigItem::Blanker, milliseconds(2000), milliseconds(3000)},
-    {RigItem::Preamp, milliseconds(2000), milliseconds(3000)},
-    {RigItem::Pitch, milliseconds(2000), milliseconds(3000)},
-    {RigItem::Shift, milliseconds(2000), milliseconds(3000)},
-    {RigItem::Step, milliseconds(2000), milliseconds(3000)},
+    {RigItem::Frequency, milliseconds(200), milliseconds(250)},
+    {RigItem::Mode, milliseconds(700), milliseconds(700)},
+    {RigItem::Squelch, milliseconds(500), milliseconds(700)},
+    {RigItem::SquelchLevel, milliseconds(2000), milliseconds(3000)},
+    {RigItem::Attenuator, milliseconds(4000), milliseconds(5000)},
+    {RigItem::Agc, milliseconds(4000), milliseconds(5000)},
+    {RigItem::Blanker, milliseconds(4000), milliseconds(5000)},
+    {RigItem::Preamp, milliseconds(4000), milliseconds(5000)},
+    {RigItem::Pitch, milliseconds(4000), milliseconds(5000)},
+    {RigItem::Shift, milliseconds(4000), milliseconds(5000)},
+    {RigItem::Step, milliseconds(4000), milliseconds(5000)},
 };
 
 // One reply that took seconds says that something went wrong, not that the line is that slow.
