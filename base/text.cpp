@@ -50,6 +50,16 @@ std::size_t characterCount(std::string_view text) {
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), starts));
 }
 
+std::string spokenCaption(std::string_view caption) {
+  std::string spoken;
+  for (std::size_t i = 0; i < caption.size(); ++i) {
+    if (caption[i] == '&' && i + 1 < caption.size()) ++i;
+    spoken += caption[i];
+  }
+  if (spoken.ends_with(':')) spoken.pop_back();
+  return spoken;
+}
+
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && upper(a) == upper(b);
 }

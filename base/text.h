@@ -23,6 +23,9 @@ std::string validUtf8(std::string_view text, char replacement);
 /// How many characters a UTF-8 text has; a byte that is no UTF-8 may count as one.
 std::size_t characterCount(std::string_view text);
 
+/// A caption as it is spoken: without the sign of its key, "&", and without a colon at its end.
+std::string spokenCaption(std::string_view caption);
+
 bool equalIgnoringCase(std::string_view a, std::string_view b);
 
 }  // namespace kelvane

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "base/text.h"
+#include "base/win32/accessible.h"
 #include "base/win32/utf16.h"
 
 // The module that this code is linked into, a program's or a component's.
@@ -107,9 +109,22 @@ HWND DialogWindow::add(const DialogItem& item) {
       CreateWindowExW(extended(item), item.windowClass, wide(item.text).c_str(),
                       WS_CHILD | WS_VISIBLE | item.style, 0, 0, 0, 0, window_,
                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(item.id)), module(), nullptr);
-  controls_.push_back({control, item.area, item.follow});
+  controls_.push_back({control, item.area, item.follow, item.announced});
+  name(control, item);
   if (!item.tip.empty()) tips_->set(control, item.tip);
   return control;
+}
+
+void DialogWindow::name(HWND control, const DialogItem& item) {
+  const std::wstring_view type(item.windowClass);
+  const std::string label = std::exchange(label_, type == WC_STATICW ? item.text : "");
+  if (item.announced) makeAnnounced(control);
+  if (!item.spoken.empty()) return speakAs(control, item.spoken);
+  // These say their own text.
+  if (type == WC_STATICW || type == WC_BUTTONW) return;
+  const bool ownText = item.text.empty() || type == WC_EDITW;
+  const std::string name = spokenCaption(ownText ? label : item.text);
+  if (!name.empty()) speakAs(control, name);
 }
 
 std::string DialogWindow::text(int id) const {
@@ -121,7 +136,10 @@ std::string DialogWindow::text(int id) const {
 }
 
 void DialogWindow::setText(int id, const std::string& text) {
-  if (this->text(id) != text) SetDlgItemTextW(window_, id, wide(text).c_str());
+  if (this->text(id) == text) return;
+  SetDlgItemTextW(window_, id, wide(text).c_str());
+  const auto shown = std::ranges::find(controls_, item(id), &Placed::window);
+  if (shown != controls_.end() && shown->announced && !text.empty()) announce(shown->window);
 }
 
 bool DialogWindow::checked(int id) const { return IsDlgButtonChecked(window_, id) == BST_CHECKED; }

@@ -29,6 +29,9 @@ struct DialogItem {
   DialogArea area;
   std::string tip = {};
   int follow = 0;
+  /// Spoken name, for what neither its own caption names nor the label added right before it.
+  std::string spoken = {};
+  bool announced = false;  ///< a text that screen readers say when it changes
 };
 
 /// Whether a window that opens takes the keyboard from the one that has it.
@@ -110,6 +113,7 @@ class DialogWindow {
     HWND window;
     DialogArea area;
     int follow;
+    bool announced;
   };
 
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -121,6 +125,7 @@ class DialogWindow {
   void dpiChanged(UINT dpi, const RECT& suggested);
   void dress();
   void placeControls();
+  void name(HWND control, const DialogItem& item);
   void placeOverOwner();
   void activated(bool active);
   void gone();
@@ -138,6 +143,7 @@ class DialogWindow {
   int wheelRest_ = 0;
   ULONGLONG leftUntil_ = 0;  ///< until then the keyboard goes back to the owner
   std::vector<Placed> controls_;
+  std::string label_;  ///< for the control that is added next
   const wchar_t* className_;
   std::unique_ptr<ToolTips> tips_;
 };

@@ -115,7 +115,7 @@ void clsFrqDigit::setFlags(bool channelized, bool drm) {
   if (channelized) lamp.tip = "The number to come is a channelized frequency";
   if (drm) lamp.tip = "The number to come is a DRM frequency";
   if (channelized && drm) lamp.tip = "The number to come is a channelized DRM frequency";
-  lamp.spoken = lamp.tip;
+  lamp.spoken = lamp.tip.empty() ? "Entry lamp" : lamp.tip;
 }
 
 void clsFrqDigit::LockAll(bool lock) {

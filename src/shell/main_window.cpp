@@ -66,6 +66,7 @@ MAin::MAin(const PanelServices& services)
       bfo_(row_, services.receiver, shown_),
       dde_(view_.DDESts, services.digits, services.receiver, shown_, options_, services.window),
       utc_(view_.UtcTime, services.calendar),
+      announcer_(view_.Announced),
       refresh_(view_, units(), services.receiver, shown_),
       tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_,
             services.window),
@@ -265,6 +266,15 @@ void MAin::wheel(int delta) {
 
 void MAin::tabClicked(int tab) { tabs_.click(tab); }
 
+void MAin::announce() {
+  const TabRow& tabs = view_.TabStrip;
+  if (tabs.selected < 0 || row_.EntryInProgress()) return;
+  const bool online = shown_.online();
+  const Hz hertz = online ? services_.receiver.GetRxFrequency(shown_.index(), kTuned).value() : -1;
+  announcer_.look({tabs.tabs[tabs.selected].caption.substr(1),
+                   online ? std::string() : view_.RxMask.text, spokenFrequency(hertz)});
+}
+
 void MAin::tick(Instant now) {
   if (retry_.tick(now)) services_.window.runPending();
   if (TimBlk_.fired(now)) {
@@ -272,6 +282,7 @@ void MAin::tick(Instant now) {
     tabs_.highlightAll();
     dde_.blink();
     utc_.tick();
+    announce();
   }
   channelEditor_->tick(now);
   tabs_.serveRequest();

@@ -11,6 +11,7 @@
 #include "frequency/dde_link.h"
 #include "frequency/key_commands.h"
 #include "frequency/w_mouse.h"
+#include "receiver/announcer.h"
 #include "receiver/frq_events.h"
 #include "receiver/rx_events.h"
 #include "shell/options.h"
@@ -125,6 +126,7 @@ class MAin : public ControlEvents {
   ReceiverUnits units();
   void provideCompanions();
   void openLog(bool updateOnly);
+  void announce();
   void act(int control, MouseButton button, bool pressed);
   bool pressFocused(int character, int focused);
   void pressByKey(int control);
@@ -158,6 +160,7 @@ class MAin : public ControlEvents {
   BfoLabel bfo_;
   DdeLink dde_;
   UtcClock utc_;
+  Announcer announcer_;
   ReceiverRefresh refresh_;
   ReceiverTabs tabs_;
   FileSaver saver_;

@@ -31,6 +31,7 @@ enum ControlId : int {
   DDESts = 1020,
   ConfigButton = 1021,
   UtcTime = 1022,
+  Announced = 1023,
   FrqDigit = 1100,  // 0..8
   LockImg = 1110,   // 0..1
   GenEvent = 1120,  // 0..2

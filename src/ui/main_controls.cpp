@@ -1,7 +1,9 @@
 #include "ui/main_controls.h"
 
 #include <array>
+#include <string>
 
+#include "base/text.h"
 #include "controls/cls_mod_event.h"
 
 namespace kelvane {
@@ -53,7 +55,7 @@ constexpr auto kRows = std::to_array<ControlRow>({
      Align::Centre,
      {kLeft, kSettingRow, kModWidth, 34},
      kModWidth,
-     "Mode, filter, AGC, attenuator, blanker",
+     "Mode|Filter|AGC|Attenuator|Noise blanker",
      [](MainView& v, int i) -> Control& { return v.ModEvent[i]; }},
     {id::GenEvent,
      "GenEvent",
@@ -73,7 +75,7 @@ constexpr auto kRows = std::to_array<ControlRow>({
      Align::Centre,
      {kLeft + 3 * 72 + kOpenerGap, kButtonRow, kOpenerWidth, 26},
      kOpenerWidth,
-     "Open a window",
+     "",
      [](MainView& v, int i) -> Control& { return v.Opener[i]; }},
     {id::ConfigButton,
      "Config",
@@ -315,6 +317,16 @@ constexpr auto kRows = std::to_array<ControlRow>({
      23,
      "Auxiliary line",
      [](MainView& v, int i) -> Control& { return v.IO[i]; }},
+    {id::Announced,
+     "Announced",
+     1,
+     Kind::Said,
+     Font::Small,
+     Align::Left,
+     {130, -30, 60, 20},
+     0,
+     "",
+     [](MainView& v, int) -> Control& { return v.Announced; }},
     {id::FrqFrame,
      "FrqFrame",
      1,
@@ -336,7 +348,24 @@ constexpr auto kEngravings = std::to_array<Engraving>({
 
 constexpr auto kPoints = std::to_array<Place>({{195, 66, 6, 6}, {350, 66, 6, 6}});
 
+std::string nameOf(const ControlRow& row, int element) {
+  std::string_view names = row.speak;
+  if (names.find('|') == names.npos)
+    return std::string(names) + (row.count > 1 ? " " + std::to_string(element + 1) : "");
+  for (; element > 0; --element) names.remove_prefix(names.find('|') + 1);
+  return std::string(names.substr(0, names.find('|')));
+}
+
 }  // namespace
+
+std::string spokenWords(const ControlRow& row, int element, const Control& control) {
+  if (!control.spoken.empty()) return control.spoken;
+  const bool button = row.kind == Kind::Button || row.kind == Kind::Toggle;
+  const std::string text = button ? spokenCaption(control.text) : control.text;
+  if (row.speak.empty()) return text;
+  const std::string name = nameOf(row, element);
+  return text.empty() || text == " " ? name : name + ": " + text;
+}
 
 std::span<const Place> groupPoints() { return kPoints; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "ui/control_ids.h"
@@ -19,6 +20,7 @@ enum class Kind {
   Lamp,    ///< drawn lamp in its background colour
   Toggle,  ///< check box drawn as a push button
   Button,  ///< push button
+  Said,    ///< text that is on no screen, said by screen readers when it changes
 };
 
 enum class Font { Small, Normal, Bold, Digits, Status };
@@ -37,9 +39,11 @@ struct ControlRow {
   Kind kind;
   Font font;
   Align align;
-  Place place;             ///< of the first element
-  int step;                ///< from one element's left edge to the next
-  std::string_view speak;  ///< accessible name; an array's elements add their number
+  Place place;  ///< of the first element
+  int step;     ///< from one element's left edge to the next
+  /// Accessible name; one for each element of an array where "|" parts several, else its elements
+  /// add their number. Empty: the text alone is the name.
+  std::string_view speak;
   Control& (*of)(MainView&, int element);
 };
 
@@ -51,6 +55,9 @@ struct Engraving {
 std::span<const Engraving> engravings();
 /// The points that part the digits into groups of three, in the panel's own coordinates.
 std::span<const Place> groupPoints();
+
+/// What a screen reader says of a control: what it is, and what it shows.
+std::string spokenWords(const ControlRow& row, int element, const Control& control);
 
 /// The main window's controls, in tab order.
 std::span<const ControlRow> mainControls();

@@ -28,6 +28,7 @@ struct MainView {
   Control Band, FDif, BMod, BFlt;
   Control RNG, FAlt, HFF;
   Control DDESts, UtcTime;
+  Control Announced;
 
   bool operator==(const MainView&) const = default;
 };

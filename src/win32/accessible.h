@@ -2,16 +2,12 @@
 
 #include <windows.h>
 
-#include <string_view>
-
+#include "base/win32/accessible.h"
 #include "ui/main_controls.h"
 
 namespace kelvane::win32 {
 
-/// Gives a window the name that a screen reader speaks.
-void speakAs(HWND window, std::string_view name);
-
-/// Gives a control the name and role that a screen reader speaks.
-void speakAs(HWND window, const ControlRow& row, int element);
+/// Says to screen readers what a control of the main window is.
+void giveRole(HWND window, Kind kind);
 
 }  // namespace kelvane::win32

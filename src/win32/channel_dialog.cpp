@@ -62,7 +62,11 @@ void ChannelDialog::makeButtons() {
        WC_STATICW,
        SS_NOPREFIX,
        "",
-       {kEdge, kStatusTop, kWidth - 2 * kEdge, kStatusHeight}});
+       {kEdge, kStatusTop, kWidth - 2 * kEdge, kStatusHeight},
+       "",
+       0,
+       "",
+       true});
 }
 
 void ChannelDialog::showSoon() {

@@ -34,7 +34,7 @@ std::string SystemClipboard::text() {
   const HANDLE data = clipboard ? GetClipboardData(CF_UNICODETEXT) : nullptr;
   const auto* text = data ? static_cast<const wchar_t*>(GlobalLock(data)) : nullptr;
   if (!text) return {};
-  const std::size_t room = std::min(GlobalSize(data) / sizeof(wchar_t), kLongest);
+  const std::size_t room = std::min<std::size_t>(GlobalSize(data) / sizeof(wchar_t), kLongest);
   const std::string result = narrow({text, std::find(text, text + room, L'\0')});
   GlobalUnlock(data);
   return result;

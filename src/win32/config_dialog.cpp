@@ -101,7 +101,10 @@ void ConfigDialog::makeButtons() {
        WC_TABCONTROLW,
        WS_TABSTOP | WS_CLIPSIBLINGS | TCS_TOOLTIPS,
        "",
-       {8, kStripTop, kWidth - 16, kStripHeight}});
+       {8, kStripTop, kWidth - 16, kStripHeight},
+       "",
+       0,
+       "Options"});
 }
 
 void ConfigDialog::show() {

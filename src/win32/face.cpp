@@ -88,9 +88,13 @@ RECT Face::area() const {
 }
 
 void Face::speak() {
-  speakAs(window_, row_, element_);
-  if (!shown_.spoken.empty()) speakAs(window_, shown_.spoken);
-  speaks_ = true;
+  if (!std::exchange(speaks_, true)) {
+    giveRole(window_, row_.kind);
+    if (row_.kind == Kind::Said) makeAnnounced(window_);
+  }
+  stale_ = false;
+  speakAs(window_, spokenWords(row_, element_, shown_));
+  if (row_.kind == Kind::Said && !shown_.text.empty()) announce(window_);
 }
 
 void Face::repaint() const {
@@ -104,8 +108,8 @@ void Face::show(const Control& control) {
   if (control.enabled != before.enabled) EnableWindow(window_, control.enabled);
   if (row_.kind == Kind::Toggle && control.pressed != before.pressed)
     SendMessageW(window_, BM_SETCHECK, control.pressed ? BST_CHECKED : BST_UNCHECKED, 0);
-  if (speaks_ && control.spoken != before.spoken)
-    speakAs(window_, control.spoken.empty() ? row_.speak : control.spoken);
+  if (control.text != before.text || control.spoken != before.spoken) stale_ = speaks_;
+  if (stale_ && row_.kind == Kind::Said) speak();
   if (control.visible != before.visible) ShowWindow(window_, control.visible ? SW_SHOWNA : SW_HIDE);
   repaint();
 }
@@ -135,6 +139,10 @@ bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
     case WM_SETTEXT:
       // The system's controls would paint the text at once, in their own way.
       return result = DefWindowProcW(window_, message, wParam, lParam), true;
+    case WM_GETOBJECT:
+      // Asked by a screen reader: a name that follows a meter is told no sooner.
+      if (stale_) speak();
+      return false;
     case WM_ENABLE:
       return InvalidateRect(window_, nullptr, FALSE), true;
     case WM_ERASEBKGND:

@@ -50,6 +50,7 @@ class Face {
   HFONT font_ = nullptr;
   UINT dpi_;
   bool speaks_ = false;
+  bool stale_ = false;  ///< it shows something else than it was last said to show
 };
 
 /// The modifier keys held now: Shift 1, Ctrl 2, Alt 4.

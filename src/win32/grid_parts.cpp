@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "win32/accessible.h"
 #include "win32/fonts.h"
 #include "win32/grid_window.h"
 #include "win32/text.h"
@@ -172,6 +173,7 @@ void GridWindow::showEntry() {
   if (std::exchange(entryShown_, true)) return;
   const std::wstring text = wide(grid_.text());
   SetWindowTextW(entry_, text.c_str());
+  speakAs(entry_, grid_.columns()[grid_.current().column].caption);
   ShowWindow(entry_, SW_SHOW);
   SetFocus(entry_);
   SendMessageW(entry_, EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
@@ -188,6 +190,7 @@ void GridWindow::showList() {
     SendMessageW(list_, LB_RESETCONTENT, 0, 0);
     for (const std::string& item : grid_.items())
       SendMessageW(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(item).c_str()));
+    speakAs(list_, grid_.columns()[grid_.current().column].caption);
     tips_->set(list_, grid_.columns()[grid_.current().column].tip);
     const RECT cell = cellArea(grid_.current());
     RECT area{};

@@ -1,12 +1,14 @@
 #include "win32/grid_window.h"
 
 #include <commctrl.h>
+#include <oleacc.h>
 #include <windowsx.h>
 
 #include <algorithm>
 #include <exception>
 #include <utility>
 
+#include "win32/accessible.h"
 #include "win32/face.h"
 #include "win32/text.h"
 
@@ -32,6 +34,9 @@ GridWindow::GridWindow(HWND window, Grid& grid, std::string name)
   findField_ = makePart(FindField, WC_EDITW, ES_AUTOHSCROLL | WS_BORDER);
   tips_ = std::make_unique<ToolTips>(window_);
   SetWindowTextW(findLabel_, L" Find:");
+  giveRole(window_, ROLE_SYSTEM_TABLE);
+  speakAs(header_, "Columns");
+  speakAs(findField_, "Find");
   for (const GridColumn& column : grid_.columns()) {
     std::wstring caption = wide(column.caption);
     HDITEMW item{};

@@ -40,7 +40,11 @@ void LogWindow::make() {
        WC_STATICW,
        SS_NOPREFIX | SS_ENDELLIPSIS | SS_CENTERIMAGE,
        "",
-       {kEdge, kNoticeTop, kWidth - 2 * kEdge, kNoticeHeight}});
+       {kEdge, kNoticeTop, kWidth - 2 * kEdge, kNoticeHeight},
+       "",
+       0,
+       "",
+       true});
   int left = kEdge;
   const auto button = [&](int id, const Control& control, DWORD style = BS_PUSHBUTTON) {
     add({id,

@@ -86,6 +86,7 @@ void PanelWindow::present(MAin& panel) {
 // What only a resting pointer or a screen reader asks for does not hold back what is seen.
 void PanelWindow::explain() {
   explained_ = true;
+  tabs_->speak();
   for (const auto& face : faces_) {
     face->speak();
     if (!face->shown().tip.empty()) tips_->set(face->window(), face->shown().tip);

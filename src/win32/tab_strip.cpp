@@ -7,6 +7,7 @@
 
 #include "ui/control_ids.h"
 #include "ui/main_controls.h"
+#include "win32/accessible.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -33,6 +34,8 @@ TabStrip::TabStrip(HWND parent)
           WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | TCS_FIXEDWIDTH | TCS_FOCUSNEVER | TCS_TOOLTIPS,
           0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::TabStrip)),
           GetModuleHandleW(nullptr), nullptr)) {}
+
+void TabStrip::speak() const { speakAs(window_, "Receivers"); }
 
 void TabStrip::show(const TabRow& row) {
   if (row == shown_) return;

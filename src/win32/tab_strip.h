@@ -19,6 +19,8 @@ class TabStrip {
   /// Tabs are one ninth of the window's width each.
   void place(UINT dpi, const Fonts& fonts);
   int selected() const;
+  /// Tells screen readers its name.
+  void speak() const;
 
  private:
   void rebuild();

@@ -3,20 +3,11 @@
 #include <commctrl.h>
 #include <objbase.h>
 
-#include "base/instance_name.h"
-#include "base/win32/known_folders.h"
-#include "diagnostics/report.h"
-#include "shell/title.h"
-#include "win32/clipboard.h"
-#include "win32/component_source.h"
-#include "win32/crash_reporter.h"
-#include "win32/dde_servers.h"
-#include "win32/file_dialogs.h"
+#include "shell/start_up.h"
 #include "win32/message_boxes.h"
 #include "win32/registry_store.h"
-#include "win32/system_calendar.h"
-#include "win32/system_dialogs.h"
-#include "win32/system_facts.h"
+#include "win32/run_panel.h"
+#include "win32/text.h"
 
 namespace kelvane::win32 {
 
@@ -27,38 +18,6 @@ struct ComThread {
   ComThread() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE); }
   ~ComThread() { CoUninitialize(); }
 };
-
-int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& settings,
-             MessageBoxes& boxes) {
-  LinkHistory history;
-  const std::filesystem::path folder = userDataFolder() / pathFromText(safeFileName(name));
-  const CrashReporter reporter(folder / "crash", programTitle() + "\r\n" + systemVersion(),
-                               history);
-  PanelWindow window(instance);
-  ComComponents components;
-  StartUp startUp(components, boxes);
-  if (!startUp.openComponents(name, window.handle())) return 1;
-  SystemDialogs dialogs(window.window());
-  SystemClipboard clipboard(window.window());
-  DdeServers digits;
-  SystemFileDialogs fileDialogs(window.window());
-  SystemMessageBoxes fileBoxes(window.window());
-  FileFlows files(fileDialogs, fileBoxes);
-  const SystemCalendar calendar;
-  const DiagnosticReport report(startUp.receiver(), settings, history, folder);
-  std::error_code gone;
-  MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs, clipboard, digits,
-              [] { return std::chrono::steady_clock::now(); }, name, files, calendar,
-              std::filesystem::current_path(gone), fileBoxes, folder,
-              [&report] { return report.save(systemFacts(), wallTime()); }});
-  ShownEvents events(panel, window);
-  NotedEvents noted(history, events, wallTime);
-  const auto receiverEvents = components.listen(noted);
-  const auto frequencyEvents = components.listen(static_cast<FrequencyListener&>(events));
-  window.present(panel);
-  SetCursor(LoadCursorW(nullptr, IDC_ARROW));
-  return window.run();
-}
 
 }  // namespace
 

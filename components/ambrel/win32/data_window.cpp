@@ -50,7 +50,15 @@ void DataWindow::makeControls() {
        {12, 44, 536, 202},
        "",
        Widen | Heighten});
-  add({id::Status, WC_STATICW, SS_NOPREFIX, "", {12, 265, 320, 18}, "", Widen | MoveDown});
+  add({id::Status,
+       WC_STATICW,
+       SS_NOPREFIX,
+       "",
+       {12, 265, 320, 18},
+       "",
+       Widen | MoveDown,
+       "",
+       true});
   add({IDOK,
        WC_BUTTONW,
        BS_DEFPUSHBUTTON | WS_TABSTOP,

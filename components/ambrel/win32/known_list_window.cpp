@@ -74,7 +74,9 @@ void KnownListWindow::makeControls() {
        "",
        {12, 285, 426, 18},
        "",
-       Widen | MoveDown});
+       Widen | MoveDown,
+       "",
+       true});
   add({IDOK,
        WC_BUTTONW,
        BS_DEFPUSHBUTTON | WS_TABSTOP,

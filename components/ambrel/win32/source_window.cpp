@@ -87,7 +87,15 @@ void SourceWindow::makeLists() {
        {114, 252, 554, 23},
        "Lists and band plans here are used in the place of shipped ones of the same name",
        Widen | MoveDown});
-  add({id::Status, WC_STATICW, SS_NOPREFIX, "", {12, 280, 656, 32}, "", Widen | MoveDown});
+  add({id::Status,
+       WC_STATICW,
+       SS_NOPREFIX,
+       "",
+       {12, 280, 656, 32},
+       "",
+       Widen | MoveDown,
+       "",
+       true});
 }
 
 void SourceWindow::makeButtons() {

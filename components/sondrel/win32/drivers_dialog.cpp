@@ -69,7 +69,7 @@ void DriversDialog::makeReceiver() {
   add({id::Label, WC_STATICW, 0, "&Value:", {334, 302, 60, 16}});
   add({id::Value, WC_EDITW, edit, "", {394, 298, 254, 23}, "Empty for the usual value"});
   add({id::Help, WC_STATICW, SS_NOPREFIX, "", {334, 327, 314, 32}});
-  add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 300, 306, 60}});
+  add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 300, 306, 60}, "", 0, "", true});
 }
 
 void DriversDialog::makeTest() {
@@ -84,7 +84,10 @@ void DriversDialog::makeTest() {
        WC_EDITW,
        ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL | WS_TABSTOP,
        "",
-       {12, 402, 636, 108}});
+       {12, 402, 636, 108},
+       "",
+       0,
+       "What the test found"});
   add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "OK", {452, 520, 94, 26}});
   add({IDCANCEL, WC_BUTTONW, push, "&Cancel", {554, 520, 94, 26}});
 }

@@ -77,7 +77,9 @@ void SimulatedWindow::makeFront() {
          BS_AUTOCHECKBOX | WS_TABSTOP,
          "&" + std::to_string(line + 1),
          {120 + 37 * line, 157, 35, 18},
-         "Switches this line from outside"});
+         "Switches this line from outside",
+         0,
+         "IO line " + std::to_string(line + 1)});
 }
 
 void SimulatedWindow::makeLink() {
@@ -98,7 +100,7 @@ void SimulatedWindow::makeLink() {
   add({id::Label, WC_STATICW, 0, "Ans&wers take, ms:", {24, 308, 124, 18}});
   add({id::AnswerTime, WC_EDITW, kField | ES_NUMBER, "", {150, 304, 60, 23}});
   add({id::Apply, WC_BUTTONW, kPush, "Apply fault&s", {332, 303, 84, 25}});
-  add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 348, 310, 32}});
+  add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 348, 310, 32}, "", 0, "", true});
   add({IDCANCEL, WC_BUTTONW, kPush, "&Close", {334, 350, 94, 26}});
 }
 

@@ -1,0 +1,50 @@
+#include "receiver/announcer.h"
+
+#include <cmath>
+#include <utility>
+
+namespace kelvane {
+
+namespace {
+
+void add(std::string& news, const std::string& words) {
+  if (!news.empty()) news += ", ";
+  news += words;
+}
+
+}  // namespace
+
+void Announcer::look(const State& now) {
+  const bool lasts = std::exchange(seen_, now) == now;
+  if (!lasts || now == said_) return;
+  const std::string news = newsOf(now);
+  said_ = now;
+  // The same words once more would be no change to whoever watches the text.
+  if (!news.empty()) Announced_.text = news == Announced_.text ? news + " " : news;
+}
+
+std::string Announcer::newsOf(const State& now) const {
+  std::string news;
+  const bool other = now.receiver != said_.receiver;
+  if (other) add(news, now.receiver);
+  if (now.link != said_.link) add(news, now.link.empty() ? "answers" : now.link);
+  if (!now.link.empty()) return news;
+  // After a break it is said where the receiver is now.
+  if ((other || !said_.link.empty() || now.frequency != said_.frequency) && !now.frequency.empty())
+    add(news, now.frequency);
+  return news;
+}
+
+std::string spokenFrequency(double hertz) {
+  if (hertz < 0) return {};
+  const auto whole = static_cast<long long>(std::llround(hertz));
+  std::string text = std::to_string(whole / 1000);
+  if (const long long rest = whole % 1000; rest != 0) {
+    const std::string digits = std::to_string(rest);
+    text += "." + std::string(3 - digits.size(), '0') + digits;
+    text.erase(text.find_last_not_of('0') + 1);
+  }
+  return text + " kHz";
+}
+
+}  // namespace kelvane

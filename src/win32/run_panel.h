@@ -1,0 +1,17 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "shell/settings.h"
+#include "ui/message_boxes.h"
+
+namespace kelvane::win32 {
+
+/// Opens the instance's components and runs the panel until its window is closed; answers the
+/// program's exit code. COM has been started on the thread.
+int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& settings,
+             MessageBoxes& boxes);
+
+}  // namespace kelvane::win32
