@@ -31,22 +31,34 @@ std::string_view takeField(std::string_view& line) {
   return trimmed(part);
 }
 
-/// Whether the line is what appendLogLine() makes of it: most lines of a file are.
+bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+bool isPadded(std::string_view part, Padding padding) {
+  if (part.size() < padding.width) return false;
+  if (part.size() == padding.width) {
+    while (padding.left && part.starts_with(' ')) part.remove_prefix(1);
+    while (!padding.left && part.ends_with(' ')) part.remove_suffix(1);
+  }
+  return part.empty() || (!isBlank(part.front()) && !isBlank(part.back()));
+}
+
+/// Whether the line is what appendLogLine() makes of it.
 bool isInForm(std::string_view line) {
   for (int field = 0; field < kLogFields; ++field) {
     const std::size_t end = line.find(kSeparator);
-    if (end == std::string_view::npos) return false;
-    const std::string_view part = line.substr(0, end), text = trimmed(part);
-    const Padding padding = paddingOf(field);
-    if (part.size() != std::max(padding.width, text.size())) return false;
-    if (!(padding.left ? part.ends_with(text) : part.starts_with(text))) return false;
-    const std::size_t blanks = part.size() - text.size();
-    if (part.substr(padding.left ? 0 : text.size(), blanks).find_first_not_of(' ') !=
-        std::string_view::npos)
+    if (end == std::string_view::npos || !isPadded(line.substr(0, end), paddingOf(field)))
       return false;
     line.remove_prefix(end + 1);
   }
   return line.empty();
+}
+
+void appendField(std::string& line, std::string_view text, Padding padding) {
+  const std::size_t blanks = padding.width > text.size() ? padding.width - text.size() : 0;
+  if (padding.left) line.append(blanks, ' ');
+  line += text;
+  if (!padding.left) line.append(blanks, ' ');
+  line += kSeparator;
 }
 
 }  // namespace
@@ -71,10 +83,12 @@ bool isPositive(std::string_view text) {
 }
 
 LogLine judgeLogLine(std::string_view line) {
+  const bool inForm = isInForm(line);
   const std::string_view frequency = takeField(line);
   takeField(line);
   const std::string_view filter = takeField(line);
   if (!isPositive(frequency) || !isPositive(filter)) return LogLine::NoRecord;
+  if (inForm) return LogLine::InForm;
   // Eight separators part nine fields; writers put one behind the ninth as well.
   constexpr auto kAfterFilter = kLogFields - LogFilter - 1;
   if (std::count(line.begin(), line.end(), kSeparator) < kAfterFilter - 1) return LogLine::NoRecord;
@@ -92,25 +106,15 @@ std::string logText(std::string_view text) {
 }
 
 void appendLogLine(std::string& file, std::string_view line) {
-  if (isInForm(line)) {
-    file.append(line).append("\r\n");
-    return;
-  }
-  for (int field = 0; field < kLogFields; ++field) {
-    const std::string_view text = takeField(line);
-    const Padding padding = paddingOf(field);
-    const std::size_t blanks = padding.width > text.size() ? padding.width - text.size() : 0;
-    if (padding.left) file.append(blanks, ' ');
-    file += text;
-    if (!padding.left) file.append(blanks, ' ');
-    file += kSeparator;
-  }
+  for (int field = 0; field < kLogFields; ++field)
+    appendField(file, takeField(line), paddingOf(field));
   file += "\r\n";
 }
 
 std::string joinLogLine(const LogRecord& record) {
   std::string line;
-  for (const std::string& field : record) line.append(logText(field)) += kSeparator;
+  for (int field = 0; field < kLogFields; ++field)
+    appendField(line, logText(record[static_cast<std::size_t>(field)]), paddingOf(field));
   return line;
 }
 

@@ -17,7 +17,8 @@ bool isPositive(std::string_view text);
 
 /// What a line is as a record.
 enum class LogLine {
-  Record,
+  InForm,    ///< a record, just as appendLogLine() writes it: most lines of a file are
+  Record,    ///< one in another form
   TooLong,   ///< a record, of whose more than nine fields the first nine count
   NoRecord,  ///< too few fields, or a frequency or filter that is no positive number
 };
@@ -29,7 +30,7 @@ std::string logText(std::string_view text);
 
 /// Adds a record as the file has it, its line end included: the first four fields padded.
 void appendLogLine(std::string& file, std::string_view line);
-/// The fields as a line.
+/// The fields as a line, as appendLogLine() writes it.
 std::string joinLogLine(const LogRecord& record);
 
 }  // namespace kelvane

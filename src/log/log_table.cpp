@@ -49,7 +49,8 @@ void LogTable::take(std::string_view line, LogRejects& rejects) {
   if (trimmed(line).empty()) return;
   const LogLine kind = judgeLogLine(line);
   if (kind != LogLine::NoRecord) records_.push_back(line);
-  if (kind == LogLine::Record) return;
+  inForm_ = inForm_ && (kind == LogLine::InForm || kind == LogLine::NoRecord);
+  if (kind == LogLine::InForm || kind == LogLine::Record) return;
   rejects.lines.append(line).append("\r\n");
   ++rejects.count;
 }
@@ -100,7 +101,12 @@ std::string LogTable::content() const {
   for (const std::string_view line : records_) length += line.size() + 2;
   std::string content;
   content.reserve(length);
-  for (const GridRow record : order_) appendLogLine(content, records_[record]);
+  for (const GridRow record : order_) {
+    if (inForm_)
+      content.append(records_[record]).append("\r\n");
+    else
+      appendLogLine(content, records_[record]);
+  }
   return content;
 }
 

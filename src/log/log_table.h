@@ -63,6 +63,7 @@ class LogTable {
   std::unique_ptr<std::deque<std::string>> own_ = std::make_unique<std::deque<std::string>>();
   std::vector<std::string_view> records_;
   std::vector<GridRow> order_;
+  bool inForm_ = true;  ///< every record's line is as the file is to have it
 };
 
 }  // namespace kelvane

@@ -32,7 +32,7 @@ class NumberKeys {
 
  private:
   struct Key {
-    double number;
+    std::uint64_t number;  ///< its bits, so that they compare as the numbers do
     GridRow row;
   };
   std::vector<Key> keys_;
@@ -47,9 +47,9 @@ class TextKeys {
 
  private:
   struct Key {
-    std::uint64_t first;  ///< of its bytes, most significant first
+    std::uint64_t first, second;  ///< its first sixteen bytes, most significant first
     std::size_t at;
-    std::size_t length;
+    std::uint32_t length;
     GridRow row;
   };
   void dropCommonStart();

@@ -167,16 +167,26 @@ void GridWindow::showEntry() {
     if (had) SetFocus(window_);
     return;
   }
+  const bool begins = !std::exchange(entryShown_, true);
+  if (begins) alignEntry(grid_.columns()[grid_.current().column].right);
   const RECT cell = cellArea(grid_.current());
   SetWindowPos(entry_, HWND_TOP, cell.left, cell.top, cell.right - cell.left,
                cell.bottom - cell.top, SWP_NOACTIVATE);
-  if (std::exchange(entryShown_, true)) return;
+  if (!begins) return;
   const std::wstring text = wide(grid_.text());
   SetWindowTextW(entry_, text.c_str());
   speakAs(entry_, grid_.columns()[grid_.current().column].caption);
   ShowWindow(entry_, SW_SHOW);
   SetFocus(entry_);
   SendMessageW(entry_, EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
+}
+
+/// Numbers are typed at the edge that they stand at. A field keeps the side that it was made with.
+void GridWindow::alignEntry(bool right) {
+  if (right == ((GetWindowLongPtrW(entry_, GWL_STYLE) & ES_RIGHT) != 0)) return;
+  DestroyWindow(entry_);
+  entry_ = makeEntry(right);
+  SendMessageW(entry_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
 }
 
 void GridWindow::showList() {

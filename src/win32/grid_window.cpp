@@ -28,7 +28,7 @@ GridWindow::GridWindow(HWND window, Grid& grid, std::string name)
     : window_(window), grid_(grid), name_(std::move(name)) {
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   header_ = makePart(Header, WC_HEADERW, HDS_BUTTONS | HDS_HORZ | WS_VISIBLE);
-  entry_ = makePart(Entry, WC_EDITW, ES_AUTOHSCROLL | WS_BORDER);
+  entry_ = makeEntry(false);
   list_ = makePart(List, WC_LISTBOXW, WS_BORDER | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT);
   findLabel_ = makePart(FindLabel, WC_STATICW, SS_CENTERIMAGE | SS_NOPREFIX);
   findField_ = makePart(FindField, WC_EDITW, ES_AUTOHSCROLL | WS_BORDER);
@@ -59,6 +59,10 @@ HWND GridWindow::makePart(Part part, const wchar_t* windowClass, DWORD style) {
                       reinterpret_cast<HMENU>(INT_PTR{part}), instance, nullptr);
   SetWindowSubclass(made, partProcedure, part, reinterpret_cast<DWORD_PTR>(this));
   return made;
+}
+
+HWND GridWindow::makeEntry(bool right) {
+  return makePart(Entry, WC_EDITW, ES_AUTOHSCROLL | WS_BORDER | (right ? ES_RIGHT : ES_LEFT));
 }
 
 bool GridWindow::hasFocus() const {

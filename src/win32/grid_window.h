@@ -58,12 +58,14 @@ class GridWindow {
   bool partMessage(HWND part, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
   HWND makePart(Part part, const wchar_t* windowClass, DWORD style);
+  HWND makeEntry(bool right);
   void setFont(HFONT font);
   void layOut();
   void showHeader();
   void showScroll();
   void showScrolled(GridRow before);
   void showEntry();
+  void alignEntry(bool right);
   void showList();
   void speak();
   void bringColumnIntoView();

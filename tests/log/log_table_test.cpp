@@ -74,6 +74,8 @@ TEST(LogTable, KeepsAsideWhatIsNoRecordAndWhatARecordCannotHold) {
   EXPECT_EQ(log.field(0, LogComments), "one");
   EXPECT_EQ(log.field(0, LogReceiver), "two");
   EXPECT_EQ(rejects.lines, lines({bar})) << "the tenth field would be lost";
+  const std::string ten = std::string(kSecond) + "10|";
+  EXPECT_EQ(read(lines({kFirst, ten.c_str()})).content(), lines({kFirst, kSecond}));
 }
 
 TEST(LogTable, SortsByTheKindOfTheColumnAndMovesNoRecord) {
@@ -115,6 +117,12 @@ TEST(LogTable, ChangesAddsAndRemovesRecords) {
   log.restore(removed);
   EXPECT_EQ(column(log, LogFrequency), "648000,7050000,10000000000,14");
   EXPECT_EQ(log.recordAt(3), 3u);
+  EXPECT_EQ(log.content(), lines({kSecond}) +
+                               "   7050000|USB  |  2400|FAST |2026-03-14|08:00:00|VOICE|a/b  c|"
+                               "Harrow|\r\n" +
+                               "10000000000|DIGITAL|   500|A    |2026-03-14|07:59:59|PSK|time|"
+                               "Harrow|\r\n" +
+                               "        14|USB  |     9|     |d|t|Unknown||Quill|\r\n");
 }
 
 TEST(LogTable, HoldsFieldsOfAnyLengthAndByte) {

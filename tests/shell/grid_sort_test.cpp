@@ -25,6 +25,8 @@ Rows sorted(const Table& table, const GridOrder& by) {
 TEST(GridSort, ComparesNumbersAsNumbers) {
   const Table table{{"14250000"}, {" 700"}, {""}, {"9.5"}, {"-3"}, {"x"}, {"700Hz"}};
   EXPECT_EQ(sorted(table, {0, By::Number, {}}), (Rows{4, 2, 5, 3, 1, 6, 0}));
+  const Table signs{{"0"}, {"-0"}, {"-0.5"}, {"0.25"}, {"-20000000"}, {"0.0"}, {"-2"}};
+  EXPECT_EQ(sorted(signs, {0, By::Number, {}}), (Rows{4, 6, 2, 0, 1, 5, 3}));
 }
 
 TEST(GridSort, ComparesTextJoinedWithTheRowsNumber) {

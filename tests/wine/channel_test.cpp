@@ -18,6 +18,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kNameField = 0x47c;
+/// The field in which a grid's cell is edited.
+constexpr int kEntry = 2;
 constexpr int kChannels = 100;
 
 std::string content(const fs::path& file) {
@@ -125,6 +127,9 @@ TEST_F(ChannelTest, EditsAreTypedChosenAndSavedAndTheFileGoesOutAndInByteForByte
 
   channels.key(VK_DOWN);
   channels.type("5000000");
+  const HWND entry = GetDlgItem(GetDlgItem(channels.window, id::MemGrd), kEntry);
+  EXPECT_TRUE(eventually([&] { return IsWindowVisible(entry) != 0; }));
+  EXPECT_TRUE(GetWindowLongW(entry, GWL_STYLE) & ES_RIGHT) << "a number ends at the right edge";
   channels.key(VK_RETURN);
   EXPECT_TRUE(channels.onCell("Channels, 01, Frequency: 5000000")) << channels.cell();
   channels.key(VK_RIGHT);

@@ -18,6 +18,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kShift = 1, kCtrl = 2;
+/// The field in which a grid's cell is edited, and the fields of its search.
+constexpr int kEntry = 2, kFindField = 5;
 
 const std::string kSecond =
     "    648000|AM   |  6000|Slow |2026-03-13|23:59:59|VOICE|Quiet|Quill|\r\n";
@@ -108,6 +110,7 @@ TEST_F(LogWindowTest, StoresCommentsAndShowsTheRecordAgain) {
   EXPECT_FALSE(IsWindowEnabled(item(id::PadInsert)));
   for (const WORD letter : {'H', 'I'}) key(letter);
   key(VK_OEM_5, kShift);
+  EXPECT_FALSE(GetWindowLongW(GetDlgItem(item(id::PadGrd), kEntry), GWL_STYLE) & ES_RIGHT);
   key(VK_RETURN);
   EXPECT_TRUE(speaks("Comments: hi/")) << spoken();
   EXPECT_TRUE(giveKeyboard(panel_->window()));
@@ -163,7 +166,8 @@ TEST_F(LogWindowTest, SortsFindsDeletesTakesBackAndSends) {
   key(VK_UP, kShift);
   EXPECT_TRUE(digits("   648000")) << panel_->digits();
   key('F', kCtrl);
-  ASSERT_TRUE(eventually([&] { return IsWindowVisible(GetDlgItem(item(id::PadGrd), 5)) != 0; }));
+  ASSERT_TRUE(
+      eventually([&] { return IsWindowVisible(GetDlgItem(item(id::PadGrd), kFindField)) != 0; }));
   for (const WORD letter : {'H', 'A', 'R', 'R'}) key(letter);
   EXPECT_TRUE(speaks("Receiver: Harrow")) << spoken();
   key(VK_ESCAPE);
