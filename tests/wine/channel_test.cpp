@@ -127,9 +127,11 @@ TEST_F(ChannelTest, EditsAreTypedChosenAndSavedAndTheFileGoesOutAndInByteForByte
 
   channels.key(VK_DOWN);
   channels.type("5000000");
-  const HWND entry = GetDlgItem(GetDlgItem(channels.window, id::MemGrd), kEntry);
-  EXPECT_TRUE(eventually([&] { return IsWindowVisible(entry) != 0; }));
-  EXPECT_TRUE(GetWindowLongW(entry, GWL_STYLE) & ES_RIGHT) << "a number ends at the right edge";
+  // Another field than the one for texts.
+  EXPECT_TRUE(eventually([&] {
+    const HWND entry = GetDlgItem(GetDlgItem(channels.window, id::MemGrd), kEntry);
+    return IsWindowVisible(entry) && (GetWindowLongW(entry, GWL_STYLE) & ES_RIGHT);
+  })) << "a number ends at the right edge";
   channels.key(VK_RETURN);
   EXPECT_TRUE(channels.onCell("Channels, 01, Frequency: 5000000")) << channels.cell();
   channels.key(VK_RIGHT);
@@ -179,6 +181,32 @@ TEST_F(ChannelTest, AWrongLineIsSaidInABoxAndTheMainWindowWaitsBeneathIt) {
   EXPECT_FALSE(IsWindowEnabled(channels.panel.window()));
   channels.panel.answer(IDOK);
   EXPECT_TRUE(eventually([&] { return IsWindowEnabled(channels.panel.window()) != 0; }));
+}
+
+TEST_F(ChannelTest, AFileThatAnotherProgramHoldsIsNotReplacedByAnExport) {
+  std::ofstream(file(L"held.txt"), std::ios::binary) << "the old one";
+  const HANDLE held =
+      CreateFileW(file(L"held.txt").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(held, INVALID_HANDLE_VALUE);
+  ChannelWindow channels(instance_);
+  ASSERT_TRUE(channels.opened());
+  const auto asks = [&](const std::string& words) {
+    return eventually([&] { return channels.panel.messageBox().starts_with(words); });
+  };
+  channels.choose(id::ChnExport, file(L"held.txt"));
+  ASSERT_TRUE(asks("Do you want to replace file ?"));
+  channels.panel.answer(IDOK);
+  ASSERT_TRUE(asks("Error: The old file cannot be replaced: "));
+  channels.panel.answer(IDOK);
+  CloseHandle(held);
+  EXPECT_EQ(content(file(L"held.txt")), "the old one");
+
+  channels.choose(id::ChnExport, file(L"held.txt"));
+  ASSERT_TRUE(asks("Do you want to replace file ?"));
+  channels.panel.answer(IDOK);
+  EXPECT_TRUE(channels.says("100 channels exported")) << "once it is free";
+  EXPECT_EQ(content(file(L"held.txt")), exported(7));
+  EXPECT_EQ(content(file(L"held.txt.bak")), "the old one");
 }
 
 /// Every line whole, and each channel with a value of before or of after.
