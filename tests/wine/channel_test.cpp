@@ -190,19 +190,24 @@ TEST_F(ChannelTest, AFileThatAnotherProgramHoldsIsNotReplacedByAnExport) {
   ASSERT_NE(held, INVALID_HANDLE_VALUE);
   ChannelWindow channels(instance_);
   ASSERT_TRUE(channels.opened());
-  const auto asks = [&](const std::string& words) {
-    return eventually([&] { return channels.panel.messageBox().starts_with(words); });
+  const auto says = [&](const std::string& words) {
+    // Not the file dialog, which is of the same class.
+    eventually([&] {
+      const HWND box = channels.panel.findWindow(L"#32770");
+      return box && !GetDlgItem(box, kNameField);
+    });
+    return channels.panel.messageBox().starts_with(words);
   };
   channels.choose(id::ChnExport, file(L"held.txt"));
-  ASSERT_TRUE(asks("Do you want to replace file ?"));
+  ASSERT_TRUE(says("Do you want to replace file ?"));
   channels.panel.answer(IDOK);
-  ASSERT_TRUE(asks("Error: The old file cannot be replaced: "));
+  ASSERT_TRUE(says("Error: The old file cannot be replaced: "));
   channels.panel.answer(IDOK);
   CloseHandle(held);
   EXPECT_EQ(content(file(L"held.txt")), "the old one");
 
   channels.choose(id::ChnExport, file(L"held.txt"));
-  ASSERT_TRUE(asks("Do you want to replace file ?"));
+  ASSERT_TRUE(says("Do you want to replace file ?"));
   channels.panel.answer(IDOK);
   EXPECT_TRUE(channels.says("100 channels exported")) << "once it is free";
   EXPECT_EQ(content(file(L"held.txt")), exported(7));
