@@ -168,7 +168,8 @@ void RigctldReadings::takeNumber(RigItem item, std::int32_t number, Instant now)
     return;
   }
   const bool first = !known(item);
-  const bool news = first || number != value(item);
+  // A meter is a stream: the same reading again says that it was read.
+  const bool news = first || number != value(item) || item == RigItem::Strength;
   const auto cause = first ? Cause::Learned : causeOf(item, number, now);
   value(item) = number;
   known_.add(item);

@@ -234,8 +234,10 @@ TEST_F(RigctldTuning, WaitsForAServerThatStillAnswersTheOldValue) {
   play.request(RigItem::Frequency, 6'000'000, 4);
   run(1000);
   ASSERT_EQ(reports(RigItem::Frequency).size(), 1U);
-  EXPECT_EQ(play.values[0].number, 5'000'000);
-  EXPECT_EQ(play.values[0].ticket, 4U);
+  EXPECT_EQ(play.last(RigItem::Frequency).number, 5'000'000);
+  EXPECT_EQ(play.last(RigItem::Frequency).ticket, 4U);
+  // Meanwhile the meter, which stood still, was told at each reading.
+  EXPECT_GE(reports(RigItem::Strength).size(), 5U);
 }
 
 TEST_F(RigctldTuning, BelievesTheNewWidthUntilTheServerHasReadIt) {
