@@ -31,11 +31,17 @@ std::string cellOf(const SourceRow& row, int column) {
   }
 }
 
-/// Opens a text in the editor that the operator has for texts; what went wrong, in words.
+bool start(const wchar_t* file, const wchar_t* words) {
+  return reinterpret_cast<INT_PTR>(
+             ShellExecuteW(nullptr, L"open", file, words, nullptr, SW_SHOWNORMAL)) > 32;
+}
+
+/// Opens a text in the editor that the operator has for texts, or in the system's own; what went
+/// wrong, in words.
 std::string openInEditor(const std::filesystem::path& file) {
-  const auto code = reinterpret_cast<INT_PTR>(
-      ShellExecuteW(nullptr, L"open", file.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
-  return code > 32 ? std::string() : "No program could be started to edit " + pathText(file) + ".";
+  const std::wstring quoted = L"\"" + file.wstring() + L"\"";
+  if (start(file.c_str(), nullptr) || start(L"notepad.exe", quoted.c_str())) return {};
+  return "No program could be started to edit " + pathText(file) + ".";
 }
 
 }  // namespace
