@@ -29,9 +29,9 @@ check_owner() {
   fi
 }
 
-# is_configured FOLDER: whether a configuration ended well there, and for this place.
+# is_configured FOLDER: whether a configuration ended well there, for this place and by these presets.
 is_configured() {
-  [[ -f $1/build.ninja ]] && grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$1/CMakeCache.txt"
+  [[ -f $1/build.ninja && ! $root/CMakePresets.json -nt $1/CMakeCache.txt ]] && grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$1/CMakeCache.txt"
 }
 
 configure() {
