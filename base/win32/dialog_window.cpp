@@ -7,6 +7,7 @@
 
 #include "base/text.h"
 #include "base/win32/accessible.h"
+#include "base/win32/text_size.h"
 #include "base/win32/utf16.h"
 
 // The module that this code is linked into, a program's or a component's.
@@ -88,7 +89,7 @@ DialogWindow::DialogWindow(const Frame& frame)
                             0, 0, owner_, nullptr, module(), nullptr);
   SetPropW(window_, kSelf, this);
   tips_ = std::make_unique<ToolTips>(window_);
-  dpi_ = GetDpiForWindow(window_);
+  measure(GetDpiForWindow(window_));
   font_ = messageFont(dpi_);
 }
 
@@ -309,12 +310,18 @@ void DialogWindow::activated(bool active) {
 
 SIZE DialogWindow::outerSize(int width, int height) const {
   RECT area{0, 0, scaled(width), scaled(height)};
-  AdjustWindowRectExForDpi(&area, styleOf(resizable_), FALSE, extendedStyleOf(resizable_), dpi_);
+  AdjustWindowRectExForDpi(&area, styleOf(resizable_), FALSE, extendedStyleOf(resizable_),
+                           GetDpiForWindow(window_));
   return {area.right - area.left, area.bottom - area.top};
 }
 
+void DialogWindow::measure(UINT dpi) {
+  dpi_ = layoutResolution(window_, dpi, width_, height_);
+  setResolution(window_, dpi_);
+}
+
 void DialogWindow::dpiChanged(UINT dpi, const RECT& suggested) {
-  dpi_ = dpi;
+  measure(dpi);
   SIZE size = outerSize(width_, height_);
   if (resizable_) size = {suggested.right - suggested.left, suggested.bottom - suggested.top};
   SetWindowPos(window_, nullptr, suggested.left, suggested.top, size.cx, size.cy,

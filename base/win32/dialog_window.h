@@ -122,6 +122,7 @@ class DialogWindow {
   bool takes(MSG& message);
   /// The outer size for an inside in 96ths of an inch.
   SIZE outerSize(int width, int height) const;
+  void measure(UINT dpi);
   void dpiChanged(UINT dpi, const RECT& suggested);
   void dress();
   void placeControls();
@@ -135,7 +136,7 @@ class DialogWindow {
   int width_, height_;
   int openWidth_, openHeight_;
   bool resizable_;
-  UINT dpi_ = 96;
+  UINT dpi_ = 96;  ///< at which it is laid out
   HFONT font_ = nullptr;
   HWND focus_ = nullptr;
   HHOOK hook_ = nullptr;

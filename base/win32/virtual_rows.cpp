@@ -50,6 +50,8 @@ void VirtualRows::place(UINT dpi) {
     const int width = scaled(column.width) + (column.rest ? std::max(0, left) : 0);
     SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(index), width);
   }
+  // A row that was selected before the list had its height may lie below it.
+  if (selected() < count_) SendMessageW(list_, LVM_ENSUREVISIBLE, selected(), FALSE);
 }
 
 void VirtualRows::showOrder(int column, bool descending) const {

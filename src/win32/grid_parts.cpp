@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "base/win32/text_size.h"
 #include "win32/accessible.h"
 #include "win32/fonts.h"
 #include "win32/grid_window.h"
@@ -32,7 +33,7 @@ void setParam(HWND header, int item, UINT mask, int width, int format) {
 
 }  // namespace
 
-int GridWindow::scaled(int length) const { return win32::scaled(length, GetDpiForWindow(window_)); }
+int GridWindow::scaled(int length) const { return win32::scaled(length, resolutionOf(window_)); }
 
 void GridWindow::setFont(HFONT font) {
   font_ = font;

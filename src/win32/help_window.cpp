@@ -7,6 +7,7 @@
 #include <array>
 #include <utility>
 
+#include "base/win32/text_size.h"
 #include "ui/control_ids.h"
 #include "win32/accessible.h"
 #include "win32/message_boxes.h"
@@ -125,9 +126,13 @@ void HelpWindow::fill() {
   SendMessageW(card_, EM_SETSEL, 0, 0);
 }
 
+UINT HelpWindow::resolution() const {
+  return layoutResolution(window_, GetDpiForWindow(window_), kWidth, kHeight);
+}
+
 void HelpWindow::place() {
   const auto system = static_cast<int>(GetDpiForSystem());
-  const UINT dpi = GetDpiForWindow(window_);
+  const UINT dpi = resolution();
   RECT over{};
   GetWindowRect(owner_, &over);
   const Global::Point start = help_.startPlace(
@@ -151,7 +156,7 @@ void HelpWindow::zoom(UINT dpi) {
 
 /// The card fills the window but for a margin in its own colour and the button below it.
 void HelpWindow::spread(int width, int height) {
-  const UINT dpi = GetDpiForWindow(window_);
+  const UINT dpi = resolution();
   const int margin = scaled(10, dpi);
   const int strip = button_ ? scaled(26, dpi) + 2 * margin : margin / 2;
   MoveWindow(card_, margin, margin / 2, width - margin, std::max(0, height - margin / 2 - strip),
@@ -217,7 +222,7 @@ bool HelpWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       SetWindowPos(window_, nullptr, suggested->left, suggested->top,
                    suggested->right - suggested->left, suggested->bottom - suggested->top,
                    SWP_NOZORDER | SWP_NOACTIVATE);
-      return zoom(LOWORD(wParam)), true;
+      return zoom(resolution()), true;
     case WM_NCDESTROY:
       window_ = card_ = button_ = nullptr;
       return false;

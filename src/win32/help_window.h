@@ -31,6 +31,7 @@ class HelpWindow {
   void make();
   void fill();
   void place();
+  UINT resolution() const;
   void zoom(UINT dpi);
   void spread(int width, int height);
   void escape();

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/win32/text_size.h"
 #include "shell/global.h"
 #include "ui/main_controls.h"
 #include "win32/screens.h"
@@ -21,8 +22,9 @@ constexpr ULONGLONG kFrameTime = 16;
 /// Messages that one call of runPending lets run: a window that floods the queue must not hold it.
 constexpr int kMostPending = 1000;
 
-SIZE windowSize(UINT dpi) {
-  RECT area{0, 0, scaled(kMainWidth, dpi), scaled(kMainHeight, dpi)};
+/// The outer size of a window that is laid out at a resolution, on a screen of `dpi`.
+SIZE windowSize(UINT resolution, UINT dpi) {
+  RECT area{0, 0, scaled(kMainWidth, resolution), scaled(kMainHeight, resolution)};
   AdjustWindowRectExForDpi(&area, kStyle, FALSE, 0, dpi);
   return {area.right - area.left, area.bottom - area.top};
 }
@@ -58,7 +60,7 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   tabs_ = std::make_unique<TabStrip>(window_);
   tips_ = std::make_unique<ToolTips>(window_, ToolTips::Hears::ByRelay);
   ControlEvents& events = *this;
-  const UINT dpi = GetDpiForWindow(window_);
+  const UINT dpi = resolution();
   for (const ControlRow& row : mainControls()) {
     for (int element = 0; element < row.count; ++element)
       faces_.push_back(std::make_unique<Face>(window_, row, element, events, dpi));
@@ -157,6 +159,9 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       return panel_->activated(), true;
     case WM_DPICHANGED:
       return dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam)), true;
+    case WM_SETTINGCHANGE:
+    case WM_SYSCOLORCHANGE:
+      return settingsChanged(), false;
     case WM_SYSCOMMAND:
       return systemCommand(wParam, lParam);
     case WM_QUERYENDSESSION:
@@ -234,16 +239,28 @@ void PanelWindow::layOut(UINT dpi) {
   fonts_ = std::move(fonts);
 }
 
+UINT PanelWindow::resolution() const {
+  return layoutResolution(window_, GetDpiForWindow(window_), kMainWidth, kMainHeight);
+}
+
 void PanelWindow::dpiChanged(UINT dpi, const RECT& suggested) {
-  const SIZE size = windowSize(dpi);
+  const UINT now = layoutResolution(window_, dpi, kMainWidth, kMainHeight);
+  const SIZE size = windowSize(now, dpi);
   SetWindowPos(window_, nullptr, suggested.left, suggested.top, size.cx, size.cy,
                SWP_NOZORDER | SWP_NOACTIVATE);
-  layOut(dpi);
+  layOut(now);
+}
+
+/// The user may have chosen another size of text, or other colours.
+void PanelWindow::settingsChanged() {
+  RECT now{};
+  GetWindowRect(window_, &now);
+  dpiChanged(GetDpiForWindow(window_), now);
 }
 
 void PanelWindow::moveToStart() {
   const auto dpi = static_cast<int>(GetDpiForSystem());
-  const SIZE size = windowSize(GetDpiForWindow(window_));
+  const SIZE size = windowSize(resolution(), GetDpiForWindow(window_));
   const Placement start = panel_->startPlace();
   const Global::Point at = Global::placeOnScreen(
       {Global::pixelsFromTwips(start.left, dpi), Global::pixelsFromTwips(start.top, dpi)},

@@ -56,6 +56,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void layOut(UINT dpi);
   void moveToStart();
   Placement placement() const;
+  UINT resolution() const;
+  void settingsChanged();
   void dpiChanged(UINT dpi, const RECT& suggested);
   bool systemCommand(WPARAM command, LPARAM lParam);
   void pressed(int control);

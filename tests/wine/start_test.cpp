@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <fstream>
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 #include "ui/control_ids.h"
+#include "ui/main_controls.h"
 
 namespace kelvane::wine {
 namespace {
@@ -75,6 +77,52 @@ TEST(Start, BringsAWindowBackFromBeyondEveryScreenAndIgnoresSettingsOfAnotherKin
   EXPECT_LT(area.left, GetSystemMetrics(SM_CXSCREEN));
   EXPECT_TRUE(eventually(
       [&] { return (GetWindowLongW(panel.window(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; }));
+}
+
+/// The user's text size, as Windows' settings keep it; gone with the object.
+class TextSize {
+ public:
+  explicit TextSize(DWORD percent) {
+    RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kValue, REG_DWORD, &percent, sizeof percent);
+  }
+  ~TextSize() { RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, kValue); }
+
+ private:
+  static constexpr const wchar_t* kKey = L"Software\\Microsoft\\Accessibility";
+  static constexpr const wchar_t* kValue = L"TextScaleFactor";
+};
+
+LONG insideWidth(HWND window) {
+  RECT inside;
+  GetClientRect(window, &inside);
+  return inside.right;
+}
+
+TEST(Start, GrowsWithTheUsersTextSizeAsFarAsTheScreenHasRoom) {
+  const Instance instance(L"TestTextSize");
+  const int dpi = static_cast<int>(GetDpiForSystem());
+  const auto scaled = [dpi](int length, int percent) {
+    return MulDiv(length, MulDiv(dpi, percent, 100), 96);
+  };
+  {
+    const TextSize larger(150);
+    RunningPanel panel(instance.name());
+    ASSERT_TRUE(panel.settledOn(0));
+    EXPECT_EQ(insideWidth(panel.window()), scaled(kMainWidth, 150));
+    EXPECT_EQ(insideWidth(panel.control(id::Band)), scaled(442, 150) - scaled(22, 150));
+    PostMessageW(panel.control(id::ConfigButton), BM_CLICK, 0, 0);
+    HWND options = nullptr;
+    ASSERT_TRUE(
+        eventually([&] { return (options = panel.findWindow(L"KelvaneConfig")) != nullptr; }));
+    EXPECT_EQ(insideWidth(options), scaled(420, 150));
+    PostMessageW(options, WM_CLOSE, 0, 0);
+  }
+  const TextSize senseless(100'000);
+  RunningPanel panel(instance.name());
+  ASSERT_TRUE(panel.shown());
+  EXPECT_GT(insideWidth(panel.window()), scaled(kMainWidth, 100));
+  EXPECT_LE(insideWidth(panel.window()),
+            std::min<LONG>(scaled(kMainWidth, 225), GetSystemMetrics(SM_CXSCREEN)));
 }
 
 TEST(Start, KeepsItsLayoutOnAScreenOfAnotherResolution) {
