@@ -272,7 +272,10 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN: {
       const HBRUSH brush = ground(GetDlgCtrlID(reinterpret_cast<HWND>(lParam)));
-      if (brush) SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
+      if (brush) {
+        SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
+        SetTextColor(reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_WINDOWTEXT));
+      }
       return result = reinterpret_cast<LRESULT>(brush), brush != nullptr;
     }
     case WM_SIZE:

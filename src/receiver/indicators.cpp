@@ -55,7 +55,11 @@ void Indicators::lines() {
   for (int i = 0; i < shown; ++i) {
     IO_[i].visible = true;
     IO_[i].back = kDarkGrey;
-    if (remote) IO_[i].back = component_.GetRxOut(shown_.index(), i) != 0 ? kOn : kOff;
+    IO_[i].text.clear();
+    if (!remote) continue;
+    const bool on = component_.GetRxOut(shown_.index(), i) != 0;
+    IO_[i].back = on ? kOn : kOff;
+    IO_[i].text = on ? kLampLit : "off";
   }
 }
 

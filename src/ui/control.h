@@ -1,11 +1,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ui/colour.h"
 
 namespace kelvane {
+
+/// The text of a lamp that is lit; what it means is never said by its colour alone.
+inline constexpr std::string_view kLampLit = "on";
 
 /// What one control shows, as plain values. The panel's units change them; the window's skin puts
 /// on the screen whatever differs from what is there, at most once a frame.

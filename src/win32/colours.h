@@ -11,6 +11,14 @@ inline COLORREF resolved(Colour colour) {
   return colour.isSystem() ? GetSysColor(static_cast<int>(colour.value & 0xFF)) : colour.value;
 }
 
+/// Whether the user has asked Windows for high contrast.
+inline bool highContrast() {
+  HIGHCONTRASTW chosen{};
+  chosen.cbSize = sizeof chosen;
+  return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof chosen, &chosen, 0) &&
+         (chosen.dwFlags & HCF_HIGHCONTRASTON) != 0;
+}
+
 /// A colour moved towards another by a share of 0 to 255.
 inline COLORREF blended(COLORREF from, COLORREF to, int share) {
   const auto mix = [share](int a, int b) { return a + (b - a) * share / 255; };

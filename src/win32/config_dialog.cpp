@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "ui/control_ids.h"
+#include "win32/colours.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -189,7 +190,7 @@ bool ConfigDialog::accelerator(wchar_t character) {
 HBRUSH ConfigDialog::ground(int control) const {
   // Under a visual style the pages of a tab strip are lighter than the dialog.
   const bool onPage = control != id::cmdOK && control != id::cmdCancel;
-  return onPage && IsAppThemed() ? GetSysColorBrush(COLOR_WINDOW) : nullptr;
+  return onPage && IsAppThemed() && !highContrast() ? GetSysColorBrush(COLOR_WINDOW) : nullptr;
 }
 
 }  // namespace kelvane::win32

@@ -23,13 +23,15 @@ class Face {
   const Control& shown() const { return shown_; }
   HFONT font() const { return font_; }
   UINT dpi() const { return dpi_; }
+  /// The user has asked Windows for high contrast.
+  bool contrast() const { return contrast_; }
 
   /// Puts on the screen what differs from what is there.
   void show(const Control& control);
   /// The hand left a check box in this state: what is there to be changed back, or to stay.
   void handPressed(bool pressed) { shown_.pressed = pressed; }
-  /// Takes its place and font at a resolution.
-  void place(UINT dpi, const Fonts& fonts);
+  /// Takes its place and font at a resolution, and the kind of its colours.
+  void place(UINT dpi, const Fonts& fonts, bool contrast);
   /// Tells screen readers its name and role; the window need not wait for that to be seen.
   void speak();
 
@@ -49,6 +51,7 @@ class Face {
   Control shown_;
   HFONT font_ = nullptr;
   UINT dpi_;
+  bool contrast_ = false;
   bool speaks_ = false;
   bool stale_ = false;  ///< it shows something else than it was last said to show
 };

@@ -12,9 +12,19 @@ namespace {
 constexpr COLORREF kPanelEdge = RGB(70, 74, 80);
 constexpr COLORREF kPanelText = RGB(120, 126, 134);
 
+/// Under high contrast the user's own colours take the place of the panel's: what a colour says is
+/// then said by the text, and by lamps as rings and discs.
+COLORREF ground(const Face& face) {
+  return face.contrast() ? GetSysColor(COLOR_WINDOW) : resolved(face.shown().back);
+}
+
+COLORREF ink(const Face& face) {
+  return face.contrast() ? GetSysColor(COLOR_WINDOWTEXT) : resolved(face.shown().fore);
+}
+
 COLORREF textColour(const Face& face) {
-  const COLORREF fore = resolved(face.shown().fore);
-  return face.shown().enabled ? fore : blended(fore, resolved(face.shown().back), 120);
+  if (face.shown().enabled) return ink(face);
+  return face.contrast() ? GetSysColor(COLOR_GRAYTEXT) : blended(ink(face), ground(face), 120);
 }
 
 UINT alignment(Align align) {
@@ -22,14 +32,14 @@ UINT alignment(Align align) {
 }
 
 void paintLabel(const Face& face) {
-  paintLine(face.window(), wide(face.shown().text), face.font(), textColour(face),
-            resolved(face.shown().back), alignment(face.row().align));
+  paintLine(face.window(), wide(face.shown().text), face.font(), textColour(face), ground(face),
+            alignment(face.row().align));
 }
 
 /// A selected digit is shown in the colours exchanged.
 void paintDigit(const Face& face, const Painting& on) {
   const bool marked = face.shown().selected;
-  const COLORREF back = resolved(face.shown().back);
+  const COLORREF back = ground(face);
   const COLORREF fore = textColour(face);
   on.fill(on.area(), back);
   RECT box = on.area();
@@ -45,24 +55,48 @@ RECT scaledArea(const Place& at, UINT dpi) {
 }
 
 void paintPanel(const Face& face, const Painting& on) {
+  const COLORREF edge = face.contrast() ? ink(face) : kPanelEdge;
+  const COLORREF text = face.contrast() ? ink(face) : kPanelText;
   on.fill(on.area(), GetSysColor(COLOR_BTNFACE));
-  on.round(on.area(), scaled(12, face.dpi()), resolved(face.shown().back), kPanelEdge);
+  on.round(on.area(), scaled(12, face.dpi()), ground(face), edge);
   for (const Engraving& engraving : engravings())
     on.text(wide(engraving.text).c_str(), scaledArea(engraving.place, face.dpi()), face.font(),
-            kPanelText, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+            text, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
   for (const Place& point : groupPoints()) {
     const RECT area = scaledArea(point, face.dpi());
-    on.round(area, area.right - area.left, kPanelText, kPanelText);
+    on.round(area, area.right - area.left, text, text);
   }
 }
 
-/// A lamp in its colour, lit from the upper left.
+/// A lamp in its colour; one that is lit is a disc, any other a ring.
 void paintLamp(const Face& face, const Painting& on) {
-  const COLORREF colour = resolved(face.shown().back);
-  on.fill(on.area(), 0);
+  const COLORREF colour = face.contrast() ? ink(face) : resolved(face.shown().back);
+  const COLORREF around = face.contrast() ? ground(face) : 0;
+  on.fill(on.area(), around);
   RECT lamp = on.area();
   InflateRect(&lamp, -scaled(1, face.dpi()), -scaled(1, face.dpi()));
   on.round(lamp, lamp.right - lamp.left, colour, blended(colour, RGB(255, 255, 255), 90));
+  if (face.shown().text == kLampLit) return;
+  InflateRect(&lamp, -scaled(3, face.dpi()), -scaled(3, face.dpi()));
+  on.round(lamp, lamp.right - lamp.left, around, around);
+}
+
+struct ButtonColours {
+  COLORREF ground, edge, text, focus;
+};
+
+ButtonColours colourOf(const Face& face, bool down) {
+  const bool enabled = face.shown().enabled;
+  const COLORREF face3d = GetSysColor(COLOR_BTNFACE), caption = GetSysColor(COLOR_BTNTEXT);
+  const COLORREF grey = GetSysColor(COLOR_GRAYTEXT);
+  if (face.contrast()) {
+    const COLORREF text = down ? GetSysColor(COLOR_HIGHLIGHTTEXT) : caption;
+    return {down ? GetSysColor(COLOR_HIGHLIGHT) : face3d, caption, enabled ? text : grey, text};
+  }
+  COLORREF colour = resolved(face.shown().back);
+  if (!enabled) colour = blended(colour, face3d, 170);
+  return {down ? blended(colour, 0, 30) : colour, blended(colour, caption, down ? 170 : 90),
+          enabled ? RGB(16, 20, 24) : grey, GetSysColor(COLOR_HIGHLIGHT)};
 }
 
 /// A push button; one that toggles stays down while it is pressed. The one with the keyboard focus
@@ -70,31 +104,26 @@ void paintLamp(const Face& face, const Painting& on) {
 void paintButton(const Face& face, const Painting& on) {
   const bool down =
       face.shown().pressed || (SendMessageW(face.window(), BM_GETSTATE, 0, 0) & BST_PUSHED) != 0;
-  const COLORREF around = GetSysColor(COLOR_BTNFACE);
-  COLORREF colour = resolved(face.shown().back);
-  if (!face.shown().enabled) colour = blended(colour, around, 170);
-  on.fill(on.area(), around);
+  const ButtonColours colours = colourOf(face, down);
+  on.fill(on.area(), GetSysColor(COLOR_BTNFACE));
   RECT button = on.area();
   InflateRect(&button, -scaled(2, face.dpi()), -scaled(1, face.dpi()));
-  const COLORREF edge = blended(colour, GetSysColor(COLOR_BTNTEXT), down ? 170 : 90);
-  on.round(button, scaled(8, face.dpi()), down ? blended(colour, 0, 30) : colour, edge);
+  on.round(button, scaled(8, face.dpi()), colours.ground, colours.edge);
   if (GetFocus() == face.window()) {
     RECT frame = button;
     InflateRect(&frame, -scaled(3, face.dpi()), -scaled(3, face.dpi()));
-    on.round(frame, scaled(5, face.dpi()), down ? blended(colour, 0, 30) : colour,
-             GetSysColor(COLOR_HIGHLIGHT));
+    on.round(frame, scaled(5, face.dpi()), colours.ground, colours.focus);
   }
   if (down) OffsetRect(&button, scaled(1, face.dpi()), scaled(1, face.dpi()));
-  const COLORREF text = face.shown().enabled ? RGB(16, 20, 24) : GetSysColor(COLOR_GRAYTEXT);
-  on.text(wide(face.shown().text).c_str(), button, face.font(), text,
+  on.text(wide(face.shown().text).c_str(), button, face.font(), colours.text,
           DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS);
 }
 
 /// A padlock; the first picture closed and green, the second open and orange.
 void paintLock(const Face& face, const Painting& on) {
-  on.fill(on.area(), resolved(face.shown().back));
+  on.fill(on.area(), ground(face));
   const bool closed = face.element() == 0;
-  const COLORREF colour = resolved(face.shown().fore);
+  const COLORREF colour = ink(face);
   const auto at = [&face](int x, int y) {
     return POINT{scaled(x, face.dpi()), scaled(y, face.dpi())};
   };
@@ -128,7 +157,7 @@ void paintFace(const Face& face) {
     case Kind::Button:
       return paintButton(face, on);
     default:
-      return on.fill(on.area(), 0);
+      return on.fill(on.area(), face.contrast() ? ground(face) : 0);
   }
 }
 

@@ -8,6 +8,7 @@
 #include "base/win32/text_size.h"
 #include "shell/global.h"
 #include "ui/main_controls.h"
+#include "win32/colours.h"
 #include "win32/screens.h"
 #include "win32/text.h"
 
@@ -235,7 +236,8 @@ void PanelWindow::layOut(UINT dpi) {
   // The old fonts go when the controls have the new ones.
   auto fonts = std::make_unique<Fonts>(dpi);
   tabs_->place(dpi, *fonts);
-  for (const auto& face : faces_) face->place(dpi, *fonts);
+  const bool contrast = highContrast();
+  for (const auto& face : faces_) face->place(dpi, *fonts, contrast);
   fonts_ = std::move(fonts);
 }
 

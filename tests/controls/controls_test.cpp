@@ -87,10 +87,13 @@ TEST(Indicators, LinesFollowTheReceiverAndAreSwitchedByClicks) {
   rig.start();
   auto& lines = rig.view().IO;
   EXPECT_EQ(lines[3].back, Colour::rgb(255, 0, 0));
+  EXPECT_EQ(lines[3].text, "off") << "colour is not the only sign";
   rig.click(id::IO + 3);
   EXPECT_EQ(lines[3].back, Colour::rgb(0, 255, 0));
+  EXPECT_EQ(lines[3].text, kLampLit);
   rig.click(id::LockImg);
   EXPECT_EQ(lines[3].back, Colour::rgb(64, 64, 64));
+  EXPECT_EQ(lines[3].text, "") << "unknown";
   rig.panel->tabClicked(2);
   EXPECT_FALSE(lines[0].visible);
 }
