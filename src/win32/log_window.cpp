@@ -100,6 +100,8 @@ void LogWindow::command(int control, int) {
       break;
     case id::PadInsert:
       log_.Insert_Click();
+      // Its comment can be typed at once.
+      SetFocus(item(id::PadGrd));
       break;
     case id::PadDelete:
       log_.Delete_Click();

@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kShift = 1, kCtrl = 2;
+constexpr int kShift = 1, kCtrl = 2, kAlt = 4;
 /// The field in which a grid's cell is edited, and the fields of its search.
 constexpr int kEntry = 2, kFindField = 5;
 
@@ -136,8 +136,11 @@ TEST_F(LogWindowTest, OnlyCancelDropsEdits) {
   EXPECT_EQ(file(), kFirst);
   open(L'g');
   EXPECT_TRUE(caption("Frequency logs [1 records]"));
-  press(id::PadInsert);
+  key('I', kAlt);
   ASSERT_TRUE(caption("Frequency logs [2 records]"));
+  for (const WORD letter : {'H', 'I'}) key(letter);
+  key(VK_RETURN);
+  EXPECT_TRUE(speaks("Comments: hi")) << "letters are a comment and no keys: " << spoken();
   PostMessageW(log_, WM_CLOSE, 0, 0);
   ASSERT_TRUE(gone());
   EXPECT_EQ(std::ranges::count(file(), '\n'), 2);
