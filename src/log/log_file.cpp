@@ -42,6 +42,13 @@ LogTable LogFile::read() {
   return LogTable(std::move(*content), rejects_);
 }
 
+/// To swap a file in succeeds on some systems even where the old one is not to be written.
+bool LogFile::readOnly() const {
+  std::error_code unknown;
+  const fs::perms permissions = fs::status(path_, unknown).permissions();
+  return !unknown && (permissions & fs::perms::owner_write) == fs::perms::none;
+}
+
 FileResult LogFile::keepRejects() {
   if (rejects_.lines.empty()) return {};
   for (int number = 1;; ++number) {
@@ -65,6 +72,7 @@ LogSaved LogFile::save(std::string_view content, Overwrite overwrite) {
   if (overwrite == Overwrite::Unchanged && changedElsewhere())
     return {LogSaved::ChangedElsewhere, pathText(path_) + " was changed by another program"};
   if (hasContent(path_, content)) return {};
+  if (readOnly()) return {LogSaved::Failed, pathText(path_) + " is read-only"};
   FileResult written = keepRejects();
   if (written) written = writeKeepingBackups(path_, content, *steps_);
   if (!written) return {LogSaved::Failed, written.reason};

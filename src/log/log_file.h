@@ -47,8 +47,8 @@ class LogFile {
   /// Another program has written the file, made or removed it, since it was read or saved.
   bool changedElsewhere() const;
 
-  /// Replaces the file. A file that could not be read is never replaced; one that has this content
-  /// already is left alone.
+  /// Replaces the file. A file that could not be read, or is read-only, is never replaced; one that
+  /// has this content already is left alone.
   LogSaved save(std::string_view content, Overwrite overwrite);
 
  private:
@@ -59,6 +59,7 @@ class LogFile {
   };
 
   std::optional<Stamp> stamp() const;
+  bool readOnly() const;
   FileResult keepRejects();
 
   std::filesystem::path path_;

@@ -145,6 +145,21 @@ TEST_F(LogFiles, NeverReplaceAFileThatCouldNotBeRead) {
   EXPECT_EQ(fs::file_size(path), 1'000'000'000u);
 }
 
+TEST_F(LogFiles, ThatAreReadOnlyStayAsTheyAreUntilTheyAreNot) {
+  write(kOld);
+  fs::permissions(path, fs::perms::owner_write, fs::perm_options::remove);
+  file.read();
+  EXPECT_EQ(file.save(kOld, Overwrite::Unchanged).how, LogSaved::Done);
+  const LogSaved refused = file.save(kNew, Overwrite::Whatever);
+  EXPECT_EQ(refused.how, LogSaved::Failed);
+  EXPECT_NE(refused.reason.find("scratchpad.txt is read-only"), std::string::npos);
+  EXPECT_EQ(read(), kOld);
+  EXPECT_EQ(files(), 1u);
+  fs::permissions(path, fs::perms::owner_write, fs::perm_options::add);
+  EXPECT_EQ(file.save(kNew, Overwrite::Unchanged).how, LogSaved::Done);
+  EXPECT_EQ(read() + read(".bak"), kNew + kOld);
+}
+
 TEST_F(LogFiles, KeepRejectedLinesBesideTheLogBeforeTheyAreLost) {
   write("half a li\r\n" + kOld + "7050000|USB");
   EXPECT_EQ(file.read().content(), kOld);
