@@ -81,15 +81,21 @@ bool eventually(const std::function<bool()>& so, int milliseconds) {
 }
 
 bool giveKeyboard(HWND window) {
-  if (GetForegroundWindow() == window) return true;
+  static HWND last = nullptr;
+  if (GetForegroundWindow() == window && (window == last || keepsKeyboard(window))) {
+    last = window;
+    return true;
+  }
   // A window manager that is busy with a window that came or went may drop the wish, and its late
   // words about a focus that has moved on would take the keyboard away again in the middle of a
   // key.
   for (int tries = 0; tries < 8; ++tries) {
     if (tries > 1) SetForegroundWindow(GetDesktopWindow());
     SetForegroundWindow(window);
-    if (eventually([window] { return hasKeyboard(window); }, 700) && keepsKeyboard(window))
-      return true;
+    if (!eventually([window] { return hasKeyboard(window); }, 700) || !keepsKeyboard(window))
+      continue;
+    last = window;
+    return true;
   }
   return false;
 }
@@ -131,7 +137,7 @@ bool RunningPanel::settledOn(int tab) {
   };
   if (!shown() || !eventually(answers, 20000)) return false;
   // A window that has just come up gets the keyboard a little later than it is seen.
-  return keepsKeyboard(window_) || giveKeyboard(window_);
+  return giveKeyboard(window_);
 }
 
 std::string RunningPanel::text(int id) const { return textOf(control(id)); }
