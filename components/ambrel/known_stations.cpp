@@ -34,12 +34,14 @@ const Record& spokesman(const StationTable& table, std::size_t place, const AirT
   const auto records = table.at(place);
   const Record* best = &records.front();
   if (records.size() == 1) return *best;
+  const int lowest = preferredSet < 0 ? 1 : 0;
   int bestRank = std::numeric_limits<int>::max();
   for (const Record& record : records) {
     const int rank = rankOf(record, time, preferredSet);
     if (rank >= bestRank) continue;
     best = &record;
     bestRank = rank;
+    if (rank <= lowest) break;
   }
   return *best;
 }
