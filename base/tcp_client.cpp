@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/text.h"
+
 namespace kelvane {
 
 namespace {
@@ -21,6 +23,15 @@ void TcpClient::open(const std::string& host, std::int32_t port, Instant now) {
   giveUpAt_ = now + kLookupLimit;
   if (host.empty() || port < 1 || port > 65535) {
     state_ = State::Broken;
+    return wake();
+  }
+  if (equalIgnoringCase(host, "localhost")) {
+    // This computer, also where nobody has told it its own name.
+    for (const char* own : {"127.0.0.1", "::1"}) {
+      const auto found = NameLookup(own, static_cast<std::uint16_t>(port), wake_).result();
+      if (found) addresses_.insert(addresses_.end(), found->begin(), found->end());
+    }
+    state_ = State::NextAddress;
     return wake();
   }
   lookup_ = std::make_unique<NameLookup>(host, static_cast<std::uint16_t>(port), wake_);
@@ -95,7 +106,8 @@ bool TcpClient::tryNext(Instant now) {
     giveUpAt_ = now + kAttemptLimit;
     state_ = State::Connecting;
     if (!failure) return true;
-    lastFailure_ = *failure;
+    // An address of a kind that this computer does not have says less than a refusal before it.
+    if (lastFailure_ == NetFailure::BadAddress) lastFailure_ = *failure;
   }
   return false;
 }
