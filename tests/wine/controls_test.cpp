@@ -52,6 +52,7 @@ TEST_F(Controls, TheMasterTakesAllOthersAlongAndTheirEventsNeverMoveTheDisplay) 
   panel_.type("3500\r");
   ASSERT_TRUE(eventually([&] { return panel_.digits().find("3500") != std::string::npos; }));
   ASSERT_TRUE(select(1));
+  ASSERT_TRUE(shows("  3050000")) << panel_.digits();
   EXPECT_FALSE(eventually([&] { return panel_.digits() != "  3050000"; }, 500));
 }
 

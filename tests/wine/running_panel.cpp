@@ -136,6 +136,9 @@ bool RunningPanel::settledOn(int tab) {
     return selectedTab() == tab && !visible(id::RxMask) && enabled(id::FrqDigit + 5);
   };
   if (!shown() || !eventually(answers, 20000)) return false;
+  // The tab is selected before what belongs to it is shown.
+  Sleep(60);
+  if (!eventually(answers, 20000)) return false;
   // A window that has just come up gets the keyboard a little later than it is seen.
   return giveKeyboard(window_);
 }

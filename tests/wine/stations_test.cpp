@@ -94,6 +94,7 @@ class Stations : public testing::Test {
 TEST_F(Stations, AreNamedWithModeAndFilterWhereTheHandTunes) {
   panel_.type("5000\r");
   EXPECT_TRUE(bandIs("WWV")) << panel_.text(id::Band);
+  EXPECT_EQ(panel_.text(id::ModEvent), "AM");
   EXPECT_FALSE(panel_.visible(id::BMod)) << "AM already";
   panel_.type("9996\r");
   EXPECT_TRUE(bandIs("RWM")) << panel_.text(id::Band);
