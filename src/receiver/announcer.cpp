@@ -1,7 +1,8 @@
 #include "receiver/announcer.h"
 
-#include <cmath>
 #include <utility>
+
+#include "base/number.h"
 
 namespace kelvane {
 
@@ -37,14 +38,7 @@ std::string Announcer::newsOf(const State& now) const {
 
 std::string spokenFrequency(double hertz) {
   if (hertz < 0) return {};
-  const auto whole = static_cast<long long>(std::llround(hertz));
-  std::string text = std::to_string(whole / 1000);
-  if (const long long rest = whole % 1000; rest != 0) {
-    const std::string digits = std::to_string(rest);
-    text += "." + std::string(3 - digits.size(), '0') + digits;
-    text.erase(text.find_last_not_of('0') + 1);
-  }
-  return text + " kHz";
+  return decimalText(hertz / 1000) + " kHz";
 }
 
 }  // namespace kelvane

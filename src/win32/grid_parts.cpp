@@ -33,10 +33,12 @@ void setParam(HWND header, int item, UINT mask, int width, int format) {
 
 }  // namespace
 
-int GridWindow::scaled(int length) const { return win32::scaled(length, resolutionOf(window_)); }
+int GridWindow::scaled(int length) const { return win32::scaled(length, resolution_); }
 
 void GridWindow::setFont(HFONT font) {
   font_ = font;
+  // Asked once for each layout: every painted cell is measured by it.
+  resolution_ = resolutionOf(window_);
   HDC screen = GetDC(window_);
   const HGDIOBJ before = SelectObject(screen, font);
   TEXTMETRICW metrics{};

@@ -94,6 +94,7 @@ class GridWindow {
   HWND header_, entry_, list_, findLabel_, findField_;
   std::unique_ptr<ToolTips> tips_;
   HFONT font_ = nullptr;
+  UINT resolution_ = 96;  ///< at which it is laid out
   int rowHeight_ = 18;
   int widestCharacter_ = 12;
   int headerHeight_ = 20;
