@@ -27,7 +27,7 @@ class Controls : public testing::Test {
   bool shows(const std::string& digits) {
     return eventually([&] { return panel_.digits() == digits; });
   }
-  bool select(int tab) {
+  testing::AssertionResult select(int tab) {
     panel_.clickTab(tab);
     return panel_.settledOn(tab);
   }

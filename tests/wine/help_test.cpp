@@ -67,7 +67,10 @@ TEST_F(HelpCardWindow, ShowsTheWholeCardOnTopAndGivesItToTheClipboard) {
   EXPECT_NE(shown.find("Press the button"), std::string::npos) << "cut off";
   EXPECT_EQ(shown.find("\\"), std::string::npos) << "markup that nobody understood";
   panel_.keyHere('A', kCtrl);
+  const DWORD before = GetClipboardSequenceNumber();
   panel_.keyHere('C', kCtrl);
+  // Who looks into the clipboard all the time keeps others from writing to it.
+  EXPECT_TRUE(eventually([before] { return GetClipboardSequenceNumber() != before; }));
   EXPECT_TRUE(eventually([] { return clipboard().find("DATABASE CONTROL") != std::string::npos; }));
   panel_.keyHere('X', kCtrl);
   EXPECT_EQ(text(card), shown) << "the card is for reading";

@@ -289,7 +289,7 @@ TEST_F(KeyScript, EveryRepeatOfAHeldKeyCounts) {
   const HWND pointed = panel_.control(id::Band);
   RECT area;
   GetWindowRect(pointed, &area);
-  SetCursorPos(area.left + 5, area.top + 5);
+  pointAt(area.left + 5, area.top + 5);
   for (int i = 0; i < 250; ++i) panel_.turnWheel(120);
   EXPECT_TRUE(shows(" 10000300")) << panel_.digits();
 }

@@ -40,7 +40,7 @@ TEST_F(Keys, CopyAndPasteTheFrequencyInKilohertz) {
 TEST_F(Keys, TheWheelTunesByTheStepAndBySelectedDigit) {
   RECT area;
   GetWindowRect(panel_.control(id::Band), &area);
-  SetCursorPos(area.left + 5, area.top + 5);
+  pointAt(area.left + 5, area.top + 5);
   panel_.turnWheel(120);
   EXPECT_TRUE(shows("  7049500")) << panel_.digits();
   panel_.click(id::FrqDigit + 4);

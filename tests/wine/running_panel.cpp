@@ -80,6 +80,17 @@ bool eventually(const std::function<bool()>& so, int milliseconds) {
   return false;
 }
 
+void pointAt(LONG x, LONG y) {
+  const auto isThere = [x, y] {
+    POINT place{};
+    return GetCursorPos(&place) && place.x == x && place.y == y;
+  };
+  for (int tries = 0; tries < 10; ++tries) {
+    SetCursorPos(x, y);
+    if (!eventually([&] { return !isThere(); }, 30)) return;
+  }
+}
+
 bool giveKeyboard(HWND window) {
   static HWND last = nullptr;
   if (GetForegroundWindow() == window && (window == last || keepsKeyboard(window))) {
@@ -130,18 +141,25 @@ bool RunningPanel::shown() {
   return eventually([this] { return (window_ = findWindow(L"KelvaneMAin")) != nullptr; }, 20000);
 }
 
-bool RunningPanel::settledOn(int tab) {
+testing::AssertionResult RunningPanel::settledOn(int tab) {
   // The status box alone would not tell: it blinks.
   const auto answers = [this, tab] {
     return selectedTab() == tab && !visible(id::RxMask) && enabled(id::FrqDigit + 5);
   };
-  if (!shown() || !eventually(answers, 20000)) return false;
+  if (!shown()) return testing::AssertionFailure() << "no window came";
+  if (!eventually(answers, 20000)) {
+    return testing::AssertionFailure()
+           << "tab " << selectedTab() << " is selected, \"" << text(id::RxMask) << "\" is "
+           << (visible(id::RxMask) ? "shown" : "hidden") << ", digits are "
+           << (enabled(id::FrqDigit + 5) ? "free" : "locked");
+  }
   // The tab is selected before what belongs to it is shown. Another receiver's link that comes up
   // now would take the display, as it shall.
   Sleep(60);
   eventually(answers, 1000);
   // A window that has just come up gets the keyboard a little later than it is seen.
-  return giveKeyboard(window_);
+  if (giveKeyboard(window_)) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "the window did not keep the keyboard";
 }
 
 std::string RunningPanel::text(int id) const { return textOf(control(id)); }
@@ -193,7 +211,7 @@ void RunningPanel::click(int id, Mouse button) {
   giveKeyboard(window_);
   RECT area;
   GetWindowRect(control(id), &area);
-  SetCursorPos((area.left + area.right) / 2, (area.top + area.bottom) / 2);
+  pointAt((area.left + area.right) / 2, (area.top + area.bottom) / 2);
   const bool left = button == Mouse::Left;
   sendMouse(left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN);
   sendMouse(left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP);
@@ -206,7 +224,7 @@ void RunningPanel::clickTab(int tab) {
   RECT area;
   GetClientRect(window_, &area);
   const int width = (area.right - area.left) / 9;
-  SetCursorPos(strip.left + tab * width + width / 2, (strip.top + strip.bottom) / 2);
+  pointAt(strip.left + tab * width + width / 2, (strip.top + strip.bottom) / 2);
   sendMouse(MOUSEEVENTF_LEFTDOWN);
   sendMouse(MOUSEEVENTF_LEFTUP);
 }
@@ -231,7 +249,7 @@ void RunningPanel::moveToResolution(int dpi) {
 }
 
 void RunningPanel::clickAt(int x, int y) {
-  SetCursorPos(x, y);
+  pointAt(x, y);
   sendMouse(MOUSEEVENTF_LEFTDOWN);
   sendMouse(MOUSEEVENTF_LEFTUP);
 }

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -13,6 +15,10 @@ std::filesystem::path programFolder();
 
 /// Waits until something is so, at most a few seconds; answers whether it came to be.
 bool eventually(const std::function<bool()>& so, int milliseconds = 8000);
+
+/// Moves the pointer to a place of the screen and waits until it stays there: the display's late
+/// word of where it was before would take it back, and a click with it.
+void pointAt(LONG x, LONG y);
 
 /// Brings a window to the front and waits until keys reach it; false when they never do.
 bool giveKeyboard(HWND window);
@@ -32,8 +38,9 @@ class RunningPanel {
 
   /// Waits until the main window is on the screen; false when it never is.
   bool shown();
-  /// Waits until the receiver with this tab is shown and answers, and keys reach the window.
-  bool settledOn(int tab);
+  /// Waits until the receiver with this tab is shown and answers, and keys reach the window; says
+  /// what is wrong where that never comes.
+  testing::AssertionResult settledOn(int tab);
   HWND window() const { return window_; }
   /// A window of the program's that is on the screen now, by its class; null for none.
   HWND findWindow(const wchar_t* windowClass) const;
