@@ -50,6 +50,10 @@ std::optional<std::int64_t> wholeNumber(std::string_view text) {
   return value;
 }
 
+std::string twoDigits(int number) {
+  return {static_cast<char>('0' + number / 10), static_cast<char>('0' + number % 10)};
+}
+
 std::string decimalText(double value) {
   std::array<char, 400> buffer;
   const auto [end, error] =

@@ -16,6 +16,9 @@ double num(std::string_view text);
 /// else or does not fit.
 std::optional<std::int64_t> wholeNumber(std::string_view text);
 
+/// A number from 0 to 99 as two digits, as times and years are written.
+std::string twoDigits(int number);
+
 /// The shortest decimal text that reads back as the value, without exponent (7123.456).
 std::string decimalText(double value);
 

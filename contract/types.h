@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 
 #include "base/answer.h"
@@ -19,6 +20,8 @@ using Long = std::int32_t;
 using Flag = bool;
 using Text = std::string;  ///< UTF-8
 
+/// The end of what goes on without one.
+inline constexpr Hz kHighestHz = std::numeric_limits<Hz>::max();
 /// Most receivers that one component serves.
 inline constexpr int kMostReceivers = 8;
 

@@ -12,8 +12,7 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr Hz kHighest = std::numeric_limits<Hz>::max();
-constexpr std::size_t kFields = 6;
+constexpr std::size_t kBandFields = 6;
 
 std::string inLine(int line, const std::string& what) {
   return "Line " + std::to_string(line) + ": " + what;
@@ -21,14 +20,14 @@ std::string inLine(int line, const std::string& what) {
 
 std::optional<Hz> hertz(const std::string& text, Hz least) {
   const auto value = wholeNumber(text);
-  if (!value || *value < least || *value > kHighest) return std::nullopt;
+  if (!value || *value < least || *value > kHighestHz) return std::nullopt;
   return static_cast<Hz>(*value);
 }
 
 /// The row's entry; none when it cannot be read, and then `problem` says why.
 std::optional<BandEntry> entryOf(const TableRow& row, std::string& problem) {
   const auto& field = row.fields;
-  if (field.size() != kFields) {
+  if (field.size() != kBandFields) {
     problem = "has " + std::to_string(field.size()) + " fields instead of 6";
     return std::nullopt;
   }
@@ -81,7 +80,7 @@ BandPlan::BandPlan(std::vector<BandEntry> entries) : entries_(std::move(entries)
                     {"Below all allocations", 0, first, 100, static_cast<Setting>(Mode::Cw), 500});
   if (last < kPlanEnd) entries_.push_back({"No band plan", last, kPlanEnd, 1000, am, 6000});
   const Hz end = entries_.back().end;
-  if (end < kHighest) entries_.push_back({"VHF and above", end, kHighest, 12'500, fm, 12'000});
+  if (end < kHighestHz) entries_.push_back({"VHF and above", end, kHighestHz, 12'500, fm, 12'000});
 }
 
 std::size_t BandPlan::at(Hz frequency) const {

@@ -1,7 +1,6 @@
 #include "components/ambrel/known_sets.h"
 
 #include <algorithm>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -17,8 +16,7 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr std::size_t kFields = 6;
-constexpr std::size_t kMostSets = std::numeric_limits<std::uint16_t>::max();
+constexpr std::size_t kSetFields = 6;
 
 std::optional<Setting> readMode(std::string_view text) {
   if (text.empty()) return -1;
@@ -36,13 +34,13 @@ std::optional<Setting> readFilter(std::string_view text) {
 
 /// What is wrong with a line, nullptr for nothing; then the record has its frequency.
 const char* read(const LineCutter& line, ListedRecord& listed) {
-  if (line.fields() < 2 || line.fields() > kFields + 1) return "the number of fields is wrong";
+  if (line.fields() < 2 || line.fields() > kSetFields + 1) return "the number of fields is wrong";
   if (!readKilohertz(trimmed(line.field(0)), listed.frequency))
     return "the frequency cannot be read";
   if (trimmed(line.field(1)).empty()) return "there is no name";
   if (!readMode(trimmed(line.field(4)))) return "the mode is unknown";
   if (!readFilter(trimmed(line.field(5)))) return "the filter is no bandwidth in Hz";
-  if (!trimmed(line.field(kFields)).empty()) return "the number of fields is wrong";
+  if (!trimmed(line.field(kSetFields)).empty()) return "the number of fields is wrong";
   listed.source.line = static_cast<std::uint32_t>(line.offset());
   return nullptr;
 }

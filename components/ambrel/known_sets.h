@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -10,6 +12,9 @@ namespace kelvane::ambrel {
 
 /// Largest text of known frequencies that is read, bytes.
 inline constexpr std::size_t kLargestKnownText = std::size_t{256} << 20;
+
+/// Most sets in all lists together: a set's number has sixteen bits.
+inline constexpr std::size_t kMostSets = std::numeric_limits<std::uint16_t>::max();
 
 /// Reads named sets of known frequencies from their text form, which the shipped texts describe in
 /// their heads: "[Name]" begins a set, a line is "kHz ; name ; info ; extra ; mode ; filter".

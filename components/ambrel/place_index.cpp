@@ -7,8 +7,6 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr Hz kHighest = std::numeric_limits<Hz>::max();
-
 /// Steps over the elements below the wanted one, halving the row without a branch on the data:
 /// which half is taken cannot be foretold, and a wrong guess would cost more than the step itself.
 template <class Element, class Key>
@@ -39,7 +37,7 @@ void PlaceIndex::finish(std::size_t recordCount) {
       buckets_.push_back(static_cast<std::uint32_t>(place));
   }
   buckets_.push_back(static_cast<std::uint32_t>(places_.size()));
-  add(kHighest, recordCount);
+  add(kHighestHz, recordCount);
 }
 
 std::size_t PlaceIndex::placeOfRecord(std::size_t record) const {

@@ -2,18 +2,14 @@
 
 #include "base/text.h"
 
+#include "base/number.h"
+
 namespace kelvane::ambrel {
 
 namespace {
 
 constexpr UtcMinute kChange = 60;  // minutes into the day
 
-std::string twoDigits(int year) {
-  const std::string text = std::to_string(100 + year % 100);
-  return text.substr(1);
-}
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isLetter(char c) { return c >= 'A' && c <= 'Z'; }
 
 }  // namespace
@@ -24,11 +20,11 @@ UtcMinute Season::start() const {
   return UtcMinute{sunday} * kMinutesOfDay + kChange;
 }
 
-std::string Season::code() const { return (summer ? "A" : "B") + twoDigits(year); }
+std::string Season::code() const { return (summer ? "A" : "B") + twoDigits((year) % 100); }
 
 std::string Season::name() const {
   if (summer) return code() + ", summer " + std::to_string(year);
-  return code() + ", winter " + std::to_string(year) + "/" + twoDigits(year + 1);
+  return code() + ", winter " + std::to_string(year) + "/" + twoDigits((year + 1) % 100);
 }
 
 Season seasonAt(UtcMinute minute) {

@@ -1,7 +1,6 @@
 #include "components/ambrel/station_data.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 #include "base/safe_file.h"
@@ -15,7 +14,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view kStart = "known-", kEnd = ".txt";
-constexpr std::size_t kMostSets = std::numeric_limits<std::uint16_t>::max();
 
 StationList readKnownFile(const fs::path& file, const DataFiles& files) {
   std::string reason;
@@ -43,7 +41,7 @@ void takeBest(const std::string& name, const DataFiles& files, std::vector<Stati
   }
 }
 
-/// A set's number has sixteen bits; lists that would go beyond are refused.
+/// Lists that would go beyond the most sets are refused.
 void limitSets(std::vector<StationList>& lists, std::vector<StationList>& refused) {
   std::size_t sets = 0;
   for (auto list = lists.begin(); list != lists.end();) {

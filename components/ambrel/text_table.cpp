@@ -7,8 +7,6 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-
 std::vector<std::string> fieldsOf(std::string_view line) {
   std::vector<std::string> fields;
   for (const std::string_view field : split(line, ';')) fields.emplace_back(trimmed(field));

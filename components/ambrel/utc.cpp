@@ -2,18 +2,18 @@
 
 #include <array>
 
+#include "base/number.h"
+
 namespace kelvane::ambrel {
 
 namespace {
 
 namespace chr = std::chrono;
 
-constexpr std::array<const char*, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+constexpr std::array<const char*, 12> kMonthNames = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                     "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 chr::sys_days sysDays(Day day) { return chr::sys_days(chr::days(day)); }
-
-std::string twoDigits(int value) { return (value < 10 ? "0" : "") + std::to_string(value); }
 
 }  // namespace
 
@@ -51,8 +51,8 @@ int weekdayOf(Day day) { return static_cast<int>(chr::weekday(sysDays(day)).iso_
 
 std::string dateText(Day day) {
   const Date date = dateOf(day);
-  return std::to_string(date.day) + " " + kMonths[static_cast<std::size_t>(date.month - 1)] + " " +
-         std::to_string(date.year);
+  return std::to_string(date.day) + " " + kMonthNames[static_cast<std::size_t>(date.month - 1)] +
+         " " + std::to_string(date.year);
 }
 
 std::string timeText(std::int32_t minute) {

@@ -41,6 +41,11 @@ const Choice* choiceOf(const std::vector<Choice>& choices, Setting value) {
   return found == choices.end() ? nullptr : &*found;
 }
 
+Long auxOf(const std::vector<Choice>& choices, Setting value) {
+  const Choice* choice = choiceOf(choices, value);
+  return choice ? choice->aux : 0;
+}
+
 Setting choiceNamed(const std::vector<Choice>& choices, std::string_view name) {
   const auto same = [name](const Choice& choice) { return equalIgnoringCase(choice.name, name); };
   const auto found = std::ranges::find_if(choices, same);

@@ -65,6 +65,8 @@ struct Capabilities {
 
 /// The choice of that value; null where there is none.
 const Choice* choiceOf(const std::vector<Choice>& choices, Setting value);
+/// The choice's further figure (dB, a level); 0 where there is no such choice.
+Long auxOf(const std::vector<Choice>& choices, Setting value);
 /// The value of that name, in capital or small letters; -1 where there is none.
 Setting choiceNamed(const std::vector<Choice>& choices, std::string_view name);
 /// The value that follows, the first one after the last; none where there is no choice.

@@ -4,7 +4,7 @@ namespace kelvane::sondrel {
 
 namespace {
 
-constexpr std::size_t kLargestFile = 4 << 20;
+constexpr std::size_t kLargestChannelFile = 4 << 20;
 constexpr milliseconds kRetry{5000};
 
 }  // namespace
@@ -22,7 +22,7 @@ ChannelKeeper::~ChannelKeeper() {
 
 void ChannelKeeper::load() {
   std::string reason;
-  const auto text = readFile(file_, kLargestFile, &reason);
+  const auto text = readFile(file_, kLargestChannelFile, &reason);
   if (!text && reason.empty()) return;
   const auto bank = text ? ChannelBank::read(*text) : std::nullopt;
   if (bank) {

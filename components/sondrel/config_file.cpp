@@ -4,7 +4,7 @@ namespace kelvane::sondrel {
 
 namespace {
 
-constexpr std::size_t kLargestFile = 1 << 20;
+constexpr std::size_t kLargestConfigFile = 1 << 20;
 
 void addLine(std::string& note, const std::string& line) {
   if (!note.empty()) note += "\n";
@@ -31,7 +31,7 @@ LoadedConfig standardInstead(const std::filesystem::path& path, const std::strin
 
 LoadedConfig loadConfig(const std::filesystem::path& path, FileSteps& steps) {
   std::string reason;
-  const auto text = readFile(path, kLargestFile, &reason);
+  const auto text = readFile(path, kLargestConfigFile, &reason);
   if (!text) return standardInstead(path, reason, steps);
   auto config = readConfig(*text);
   if (!config) {

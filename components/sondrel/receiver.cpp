@@ -12,11 +12,6 @@ std::optional<std::int32_t> ifChoice(const std::vector<Choice>& choices, std::in
   return choiceOf(choices, value) ? std::optional(value) : std::nullopt;
 }
 
-Long auxOf(const std::vector<Choice>& choices, Setting value) {
-  const Choice* choice = choiceOf(choices, value);
-  return choice ? choice->aux : 0;
-}
-
 }  // namespace
 
 Receiver::Receiver(ReceiverHost& host, std::string name)

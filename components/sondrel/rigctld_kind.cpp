@@ -13,13 +13,8 @@ std::string hostProblem(std::string_view text) {
   const bool blank = text.find_first_of(" \t") != std::string_view::npos;
   return blank || text.size() > 253 ? "is no host name or address" : std::string();
 }
-std::string channelsProblem(std::string_view text) {
-  constexpr auto kForm =
-      "must be a first number of 0 or 1, \"-\" and a last one up to 9999, or none";
-  return channelRange(text) ? std::string() : kForm;
-}
 
-constexpr std::array kParameters{
+constexpr std::array kRigctldParameters{
     Parameter{"Host", "127.0.0.1", "name or address of the computer where the server runs",
               hostProblem},
     Parameter{"Port", "4532", "the server's TCP port", wholeProblem<0, 999'999>},
@@ -58,8 +53,8 @@ RigctldOptions optionsIn(const ParameterReader& read) {
   return options;
 }
 
-std::unique_ptr<Receiver> make(ReceiverHost& host, const ReceiverEntry& entry,
-                               std::vector<std::string>& notes) {
+std::unique_ptr<Receiver> makeRigctld(ReceiverHost& host, const ReceiverEntry& entry,
+                                      std::vector<std::string>& notes) {
   const ParameterReader read(rigctldKind(), entry, notes);
   RigctldSetup setup;
   setup.address = addressIn(read);
@@ -84,11 +79,12 @@ std::unique_ptr<LinkTrial> tryOut(const ReceiverEntry& entry) {
   return tryOutRigctld(addressIn(read), optionsIn(read));
 }
 
-constexpr ReceiverKind kKind{"rigctld", "a radio behind rigctld, or a program of the same protocol",
-                             kParameters, make, tryOut};
+constexpr ReceiverKind kRigctldKind{"rigctld",
+                                    "a radio behind rigctld, or a program of the same protocol",
+                                    kRigctldParameters, makeRigctld, tryOut};
 
 }  // namespace
 
-const ReceiverKind& rigctldKind() { return kKind; }
+const ReceiverKind& rigctldKind() { return kRigctldKind; }
 
 }  // namespace kelvane::sondrel

@@ -17,7 +17,7 @@ constexpr milliseconds kAftermath{1000};
 // A radio rounds to its raster or moves by a CW pitch; a hand at the knob soon goes farther.
 constexpr std::int32_t kRounding = 1000;
 
-bool near(std::int32_t a, std::int32_t b) { return std::abs(std::int64_t{a} - b) <= kRounding; }
+bool isNear(std::int32_t a, std::int32_t b) { return std::abs(std::int64_t{a} - b) <= kRounding; }
 
 }  // namespace
 
@@ -243,7 +243,7 @@ void RigctldReadings::settle(RigItem requested) {
 Cause RigctldReadings::causeOf(RigItem item, std::int32_t number, Instant now) const {
   if (now >= ours_[at(item)]) return Cause::AtReceiver;
   if (item != RigItem::Frequency) return Cause::Request;
-  const bool close = near(number, tuned_) || near(number, values_[at(item)]);
+  const bool close = isNear(number, tuned_) || isNear(number, values_[at(item)]);
   return close ? Cause::Request : Cause::AtReceiver;
 }
 

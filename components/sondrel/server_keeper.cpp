@@ -7,8 +7,8 @@ namespace kelvane::sondrel {
 namespace {
 
 constexpr milliseconds kLookEvery{250};
-constexpr milliseconds kFirstBackOff{500};
-constexpr milliseconds kLongestBackOff{30'000};
+constexpr milliseconds kFirstPause{500};
+constexpr milliseconds kLongestPause{30'000};
 // Who ran so long was no failed start.
 constexpr milliseconds kSettled{10'000};
 // A server opens its port only after it has tried its radio.
@@ -39,7 +39,7 @@ bool ServerKeeper::tick(Instant now) {
     runs_ = false;
     if (now - startedAt_ >= kSettled) backOff_ = milliseconds(0);
     startAt_ = now + backOff_;
-    backOff_ = std::clamp(backOff_ * 2, kFirstBackOff, kLongestBackOff);
+    backOff_ = std::clamp(backOff_ * 2, kFirstPause, kLongestPause);
   }
   if (runs_ || now < startAt_) return false;
   start(now);
@@ -59,7 +59,7 @@ void ServerKeeper::start(Instant now) {
   startedAt_ = now;
   lookAt_ = now + kLookEvery;
   // What cannot be started at all is tried again seldom: someone has to change something first.
-  startAt_ = now + kLongestBackOff;
+  startAt_ = now + kLongestPause;
 }
 
 }  // namespace kelvane::sondrel

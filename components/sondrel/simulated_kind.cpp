@@ -35,10 +35,6 @@ std::string agcProblem(std::string_view text) {
 std::string attenuatorProblem(std::string_view text) {
   return listProblem<attenuatorList>(text, "must be steps from 0 to 120 dB, or none");
 }
-std::string channelsProblem(std::string_view text) {
-  return listProblem<channelRange>(
-      text, "must be a first number of 0 or 1, \"-\" and a last one up to 9999, or none");
-}
 std::string refuseProblem(std::string_view text) {
   return listProblem<refusedList>(text,
                                   "must be words of frequency mode filter agc blanker attenuator "
@@ -54,7 +50,7 @@ std::string faultProblem(std::string_view text) {
   return wholeProblem<0, 9999>(text);
 }
 
-constexpr std::array kParameters{
+constexpr std::array kSimulatedParameters{
     Parameter{"Type", "", "shown in the window's caption", textProblem},
     Parameter{"Minimum", "1", "lowest frequency, Hz", wholeProblem<0, 999'999'999>},
     Parameter{"Maximum", "29999999", "highest frequency, Hz", wholeProblem<1, 999'999'999>},
@@ -92,16 +88,17 @@ constexpr std::array kParameters{
               readProblem},
 };
 
-std::unique_ptr<Receiver> make(ReceiverHost& host, const ReceiverEntry& entry,
-                               std::vector<std::string>& notes) {
+std::unique_ptr<Receiver> makeSimulated(ReceiverHost& host, const ReceiverEntry& entry,
+                                        std::vector<std::string>& notes) {
   return std::make_unique<SimulatedReceiver>(host, entry.name, readSimulation(entry, notes));
 }
 
-constexpr ReceiverKind kKind{"simulated", "a receiver that is only played, with a band of its own",
-                             kParameters, make};
+constexpr ReceiverKind kSimulatedKind{"simulated",
+                                      "a receiver that is only played, with a band of its own",
+                                      kSimulatedParameters, makeSimulated};
 
 }  // namespace
 
-const ReceiverKind& simulatedKind() { return kKind; }
+const ReceiverKind& simulatedKind() { return kSimulatedKind; }
 
 }  // namespace kelvane::sondrel

@@ -13,7 +13,7 @@ namespace kelvane::sondrel {
 namespace {
 
 /// The words between commas and blanks; empty for "none".
-std::vector<std::string_view> words(std::string_view text) {
+std::vector<std::string_view> listWords(std::string_view text) {
   std::vector<std::string_view> result;
   while (!text.empty()) {
     const auto end = std::min(text.find_first_of(", \t"), text.size());
@@ -47,7 +47,7 @@ void sortByValue(std::vector<T>& choices) {
 std::optional<std::vector<std::int32_t>> wholeList(std::string_view text, std::int32_t low,
                                                    std::int32_t high) {
   std::vector<std::int32_t> numbers;
-  for (const std::string_view word : words(text)) {
+  for (const std::string_view word : listWords(text)) {
     const auto number = wholeNumber(word);
     if (!number || *number < low || *number > high) return std::nullopt;
     numbers.push_back(static_cast<std::int32_t>(*number));
@@ -60,7 +60,7 @@ std::optional<std::vector<std::int32_t>> wholeList(std::string_view text, std::i
 
 std::optional<std::vector<ModeChoice>> modeList(std::string_view text) {
   std::vector<ModeChoice> modes;
-  for (const std::string_view word : words(text)) {
+  for (const std::string_view word : listWords(text)) {
     const auto mode = modeNamed(word);
     if (!mode) return std::nullopt;
     modes.push_back(standardMode(static_cast<Setting>(*mode)));
@@ -73,7 +73,7 @@ std::optional<std::vector<Choice>> agcList(std::string_view text) {
   constexpr std::array<std::string_view, 4> names{"Slow", "Medium", "Fast", "Off"};
   constexpr std::array<Long, 4> decay{2000, 500, 100, 0};
   std::vector<Choice> choices;
-  for (const std::string_view word : words(text)) {
+  for (const std::string_view word : listWords(text)) {
     const auto place = placeOf(word, names);
     if (!place) return std::nullopt;
     choices.push_back({static_cast<Setting>(*place), std::string(names[*place]), decay[*place]});
@@ -120,11 +120,17 @@ std::optional<ChannelRange> channelRange(std::string_view text) {
   return ChannelRange{static_cast<Channel>(*first), static_cast<Count>(*last + 1)};
 }
 
+std::string channelsProblem(std::string_view text) {
+  constexpr auto kForm =
+      "must be a first number of 0 or 1, \"-\" and a last one up to 9999, or none";
+  return channelRange(text) ? std::string() : kForm;
+}
+
 std::optional<RefusedList> refusedList(std::string_view text) {
   constexpr std::array<std::string_view, 8> names{"frequency", "mode",       "filter", "agc",
                                                   "blanker",   "attenuator", "bfo",    "hffilter"};
   RefusedList refused;
-  for (const std::string_view word : words(text)) {
+  for (const std::string_view word : listWords(text)) {
     const auto place = placeOf(word, names);
     const bool remote = equalIgnoringCase(word, "remote");
     if (!place && !remote) return std::nullopt;

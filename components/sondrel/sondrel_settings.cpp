@@ -36,11 +36,6 @@ Text nameOf(const std::vector<Choice>& choices, Setting value) {
   return choice ? choice->name : Text();
 }
 
-Long auxOf(const std::vector<Choice>& choices, Setting value) {
-  const Choice* choice = choiceOf(choices, value);
-  return choice ? choice->aux : 0;
-}
-
 /// With -1: whether there is any choice at all.
 bool has(const std::vector<Choice>& choices, Setting value) {
   return value == -1 ? !choices.empty() : choiceOf(choices, value) != nullptr;

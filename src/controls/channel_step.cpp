@@ -5,7 +5,6 @@ namespace kelvane {
 namespace {
 
 constexpr Channel kNone = -1;
-constexpr Colour kText = Colour::rgb(200, 208, 216);
 
 }  // namespace
 
@@ -22,7 +21,7 @@ ChannelStep::ChannelStep(MainView& view, ReceiverComponent& component, ShownRece
   view_.IChn.text = "CH";
   for (Control* label : {&view_.LChn, &view_.VChn, &view_.IChn}) {
     label->back = kBlack;
-    label->fore = kText;
+    label->fore = kQuietText;
   }
 }
 

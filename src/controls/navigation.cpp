@@ -4,11 +4,7 @@
 
 namespace kelvane {
 
-namespace {
-
-constexpr Colour kText = Colour::rgb(200, 208, 216);
-
-}  // namespace
+namespace {}  // namespace
 
 Navigation::Navigation(MainView& view, ReceiverComponent& component, FrequencyComponent& frequency,
                        ShownReceiver& shown, BestSetting& best, WindowCommands& window,
@@ -26,7 +22,7 @@ Navigation::Navigation(MainView& view, ReceiverComponent& component, FrequencyCo
   view_.RNG.text = std::to_string(frequency_.GetFrqRegion() + 1) + "R";
   for (Control* label : {&view_.IBank, &view_.VBank, &view_.RNG}) {
     label->back = kBlack;
-    label->fore = kText;
+    label->fore = kQuietText;
   }
 }
 

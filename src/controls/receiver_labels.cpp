@@ -6,8 +6,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr Colour kGreen = Colour::rgb(0, 255, 0);
-constexpr Colour kRed = Colour::rgb(255, 0, 0);
 constexpr Hz kBfoStep = 100;
 
 }  // namespace

@@ -9,10 +9,9 @@ namespace kelvane {
 namespace {
 
 constexpr Hz kFirstStep = 500;
-constexpr Hz kSmallest = 100;
-constexpr Hz kLargest = 30'000;
+constexpr Hz kSmallestStep = 100;
+constexpr Hz kLargestStep = 30'000;
 constexpr Hz kClickStep = 100;
-constexpr Colour kText = Colour::rgb(200, 208, 216);
 
 std::string caption(Hz step) { return std::to_string(step) + "Hz"; }
 
@@ -33,7 +32,7 @@ Stepping::Stepping(std::array<Control, 2>& VStep, std::array<Control, 2>& IStep,
   IStep[1].tip = "Bank step";
   for (Control* label : {&VStep[0], &VStep[1], &IStep[0], &IStep[1]}) {
     label->back = kBlack;
-    label->fore = kText;
+    label->fore = kQuietText;
   }
 }
 
@@ -49,7 +48,7 @@ void Stepping::click(int index, MouseButton button) {
   if (index != 0) return;
   const Hz direction = button == MouseButton::Left ? 1 : -1;
   Hz& own = own_[shown_.index()];
-  own = std::max(std::min(own + direction * kClickStep, kLargest), kSmallest);
+  own = std::max(std::min(own + direction * kClickStep, kLargestStep), kSmallestStep);
   // The blank is the place of a sign; the next refresh writes the caption without it.
   VStep_[0].text = " " + caption(own);
 }

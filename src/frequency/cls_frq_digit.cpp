@@ -13,15 +13,13 @@ namespace kelvane {
 namespace {
 
 constexpr Colour kIdle{0x80C0FF};
-constexpr Colour kGreen{0x00FF00};
-constexpr Colour kRed{0x0000FF};
 
 struct DigitLook {
   const char* tip;
   Colour above;
   Colour below;
 };
-constexpr std::array<DigitLook, FrqDigitControls::kPlaces> kDigits{{
+constexpr std::array<DigitLook, FrqDigitControls::kPlaces> kDigitLooks{{
     {"Click to set MHz Value", {0x20E0E0}, {0x40E080}},
     {"Click to set MHz Value", {0x40E0E0}, {0x80E080}},
     {"Click to set MHz Value", {0x40E0E0}, {0x80E080}},
@@ -46,7 +44,7 @@ clsFrqDigit::clsFrqDigit(const FrqDigitControls& controls, WindowCommands& windo
   controls_.FrqDotit.fore = kIdle;
   for (int i = 0; i < kPlaces; ++i) {
     controls_.FrqDigit[i].back = kBlack;
-    controls_.FrqDigit[i].tip = kDigits[i].tip;
+    controls_.FrqDigit[i].tip = kDigitLooks[i].tip;
   }
   Assigned(false);
   showAll('x');
@@ -139,7 +137,7 @@ void clsFrqDigit::Focus(int index, bool on) {
 
 void clsFrqDigit::Assigned(bool below) {
   for (int i = 0; i < kPlaces; ++i)
-    controls_.FrqDigit[i].fore = below ? kDigits[i].below : kDigits[i].above;
+    controls_.FrqDigit[i].fore = below ? kDigitLooks[i].below : kDigitLooks[i].above;
 }
 
 void clsFrqDigit::Unselect(bool toTyping) {

@@ -2,6 +2,7 @@
 
 #include "base/backup_file.h"
 #include "base/code_page.h"
+#include "base/encoding.h"
 
 namespace kelvane {
 
@@ -10,9 +11,7 @@ namespace fs = std::filesystem;
 namespace {
 
 /// Some three million records.
-constexpr std::size_t kLargest = 256'000'000;
-
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::size_t kLargestLog = 256'000'000;
 
 }  // namespace
 
@@ -34,7 +33,7 @@ LogTable LogFile::read() {
   known_ = stamp();
   rejects_ = {};
   rejectFile_.clear();
-  auto content = readFile(path_, kLargest, &problem_);
+  auto content = readFile(path_, kLargestLog, &problem_);
   if (!content) return {};
   problem_.clear();
   if (content->starts_with(kUtf8Mark))

@@ -7,8 +7,6 @@ namespace kelvane {
 namespace {
 
 constexpr Colour kDarkGrey = Colour::rgb(64, 64, 64);
-constexpr Colour kOff = Colour::rgb(255, 0, 0);
-constexpr Colour kOn = Colour::rgb(0, 255, 0);
 constexpr Colour kReading = Colour::rgb(128, 255, 255);
 constexpr Long kNumericScale = 1;
 constexpr Long kTextScale = 2;
@@ -20,7 +18,7 @@ Indicators::Indicators(Control& SM, Control& SQ, std::array<Control, kLines>& IO
     : SM_(SM), SQ_(SQ), IO_(IO), component_(component), shown_(shown) {
   SM_.fore = kReading;
   SM_.back = SQ_.back = kBlack;
-  SQ_.fore = kOn;
+  SQ_.fore = kGreen;
   SQ_.text = "SQ";
   SQ_.visible = false;
   for (Control& line : IO_) {
@@ -58,7 +56,7 @@ void Indicators::lines() {
     IO_[i].text.clear();
     if (!remote) continue;
     const bool on = component_.GetRxOut(shown_.index(), i) != 0;
-    IO_[i].back = on ? kOn : kOff;
+    IO_[i].back = on ? kGreen : kRed;
     IO_[i].text = on ? kLampLit : "off";
   }
 }

@@ -7,7 +7,6 @@ namespace kelvane {
 namespace {
 
 constexpr Colour kOrange = Colour::rgb(255, 192, 128);
-constexpr Colour kRed = Colour::rgb(255, 0, 0);
 constexpr std::string_view kNotConnected = "Not connected";
 
 }  // namespace

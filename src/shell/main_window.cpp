@@ -14,7 +14,7 @@ namespace kelvane {
 namespace {
 
 constexpr Colour kLamp = Colour::rgb(255, 192, 128);
-constexpr Colour kGreen = Colour::rgb(96, 220, 120);
+constexpr Colour kOpenLock = Colour::rgb(96, 220, 120);
 
 bool within(int control, int first, std::size_t count) {
   return control >= first && control < first + static_cast<int>(count);
@@ -25,7 +25,7 @@ MainView firstView() {
   MainView view;
   view.FrqBfo.tip = "BFO/Tone. Click Left/Right to Increase/Decrease.";
   view.LockImg[0].tip = "Click to disable remote control";
-  view.LockImg[0].fore = kGreen;
+  view.LockImg[0].fore = kOpenLock;
   view.LockImg[1].tip = "Click to enable remote control";
   view.LockImg[1].fore = kLamp;
   for (Control& picture : view.LockImg) picture.back = kBlack;

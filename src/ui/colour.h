@@ -19,6 +19,10 @@ struct Colour {
 };
 
 inline constexpr Colour kBlack = Colour::rgb(0, 0, 0);
+inline constexpr Colour kGreen = Colour::rgb(0, 255, 0);
+inline constexpr Colour kRed = Colour::rgb(255, 0, 0);
+/// What lies on the dark ground and is neither a reading nor a warning.
+inline constexpr Colour kQuietText = Colour::rgb(200, 208, 216);
 inline constexpr Colour kMenuColour = Colour::system(4);
 inline constexpr Colour kWindowText = Colour::system(8);
 inline constexpr Colour kButtonFace = Colour::system(15);

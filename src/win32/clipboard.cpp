@@ -10,7 +10,7 @@ namespace kelvane::win32 {
 namespace {
 
 /// Longest text that is looked at: no command of the panel wants more.
-constexpr std::size_t kLongest = 4096;
+constexpr std::size_t kLongestTaken = 4096;
 
 /// The clipboard, held open. Another program may hold it at the moment.
 class Open {
@@ -34,7 +34,7 @@ std::string SystemClipboard::text() {
   const HANDLE data = clipboard ? GetClipboardData(CF_UNICODETEXT) : nullptr;
   const auto* text = data ? static_cast<const wchar_t*>(GlobalLock(data)) : nullptr;
   if (!text) return {};
-  const std::size_t room = std::min<std::size_t>(GlobalSize(data) / sizeof(wchar_t), kLongest);
+  const std::size_t room = std::min<std::size_t>(GlobalSize(data) / sizeof(wchar_t), kLongestTaken);
   const std::string result = narrow({text, std::find(text, text + room, L'\0')});
   GlobalUnlock(data);
   return result;

@@ -14,11 +14,11 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr int kStripTop = 8, kStripHeight = 280, kButtonHeight = 26;
+constexpr int kStripTop = 8, kStripHeight = 280, kOkHeight = 26;
 /// Around and between strip and buttons, without the window's own frame.
 constexpr int kAround = 34;
-constexpr int kWidth = 420;
-constexpr int kButtonTop = kStripTop + kStripHeight + 10;
+constexpr int kConfigWidth = 420;
+constexpr int kOkTop = kStripTop + kStripHeight + 10;
 
 struct PlacedFrame {
   Control ConfigView::*frame;
@@ -43,8 +43,8 @@ wchar_t keyOf(const std::string& caption) {
 }  // namespace
 
 ConfigDialog::ConfigDialog(HWND owner, Config& config)
-    : DialogWindow({L"KelvaneConfig", config.view().caption, owner, kWidth,
-                    kStripHeight + kButtonHeight + kAround}),
+    : DialogWindow({L"KelvaneConfig", config.view().caption, owner, kConfigWidth,
+                    kStripHeight + kOkHeight + kAround}),
       config_(config) {
   makeGeneral();
   makeButtons();
@@ -91,18 +91,18 @@ void ConfigDialog::makeButtons() {
        WC_BUTTONW,
        BS_DEFPUSHBUTTON | WS_TABSTOP,
        view.cmdOK.text,
-       {kWidth - 200, kButtonTop, 92, kButtonHeight}});
+       {kConfigWidth - 200, kOkTop, 92, kOkHeight}});
   add({id::cmdCancel,
        WC_BUTTONW,
        BS_PUSHBUTTON | WS_TABSTOP,
        view.cmdCancel.text,
-       {kWidth - 100, kButtonTop, 92, kButtonHeight}});
+       {kConfigWidth - 100, kOkTop, 92, kOkHeight}});
   // Last, and so beneath what lies on it.
   add({id::All,
        WC_TABCONTROLW,
        WS_TABSTOP | WS_CLIPSIBLINGS | TCS_TOOLTIPS,
        "",
-       {8, kStripTop, kWidth - 16, kStripHeight},
+       {8, kStripTop, kConfigWidth - 16, kStripHeight},
        "",
        0,
        "Options"});

@@ -14,7 +14,7 @@ constexpr DWORD kLookAround = 1000;  ///< ms between two looks whether the serve
 constexpr DWORD kAnswerLimit = 2000;
 constexpr int kMostOwed = 64;
 /// A key and a time; what a server sends beyond that is not looked at.
-constexpr DWORD kLongestText = 255;
+constexpr DWORD kLongestItem = 255;
 
 }  // namespace
 
@@ -138,8 +138,8 @@ bool DdeConversation::goesOnWithout(UINT why) {
 void DdeConversation::announced() { owed_ = std::min(owed_ + 1, kMostOwed); }
 
 void DdeConversation::take(HDDEDATA data) {
-  char text[kLongestText + 1] = "";
-  DdeGetData(data, reinterpret_cast<BYTE*>(text), kLongestText, 0);
+  char text[kLongestItem + 1] = "";
+  DdeGetData(data, reinterpret_cast<BYTE*>(text), kLongestItem, 0);
   owed_ = std::max(owed_ - 1, 0);
   state_ = DigitLink::Linked;
   if (!stop_) mail_->post(rx_, text);

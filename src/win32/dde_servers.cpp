@@ -6,7 +6,7 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr wchar_t kClass[] = L"KelvaneDigits";
+constexpr wchar_t kDigitsClass[] = L"KelvaneDigits";
 /// How long the end of the program waits for servers to take their leave, ms.
 constexpr DWORD kLeaveTaking = 200;
 
@@ -16,10 +16,10 @@ DdeServers::DdeServers() {
   WNDCLASSW own{};
   own.lpfnWndProc = procedure;
   own.hInstance = GetModuleHandleW(nullptr);
-  own.lpszClassName = kClass;
+  own.lpszClassName = kDigitsClass;
   RegisterClassW(&own);
-  window_ =
-      CreateWindowExW(0, kClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, own.hInstance, nullptr);
+  window_ = CreateWindowExW(0, kDigitsClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                            own.hInstance, nullptr);
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   mail_ = std::make_shared<DdeMail>(window_);
 }

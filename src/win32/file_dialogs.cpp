@@ -15,7 +15,7 @@ namespace {
 
 constexpr DWORD kFlags = OFN_LONGNAMES | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_EXPLORER;
 /// Longest path that Windows takes.
-constexpr std::size_t kLongest = 32768;
+constexpr std::size_t kLongestPath = 32768;
 
 using Dialog = BOOL (*)(OPENFILENAMEW*);
 
@@ -36,9 +36,9 @@ std::optional<std::string> ask(Dialog dialog, HWND owner, const FileRequest& req
   const std::wstring folder = wide(request.folder);
   const std::wstring extension = wide(request.extension);
   const std::wstring filter = filters(request);
-  std::vector<wchar_t> name(kLongest, L'\0');
+  std::vector<wchar_t> name(kLongestPath, L'\0');
   const std::wstring first = wide(request.name);
-  std::copy_n(first.begin(), std::min(first.size(), kLongest - 1), name.begin());
+  std::copy_n(first.begin(), std::min(first.size(), kLongestPath - 1), name.begin());
   OPENFILENAMEW ask{};
   ask.lStructSize = sizeof ask;
   const Modal modal(owner);

@@ -10,7 +10,7 @@ namespace kelvane::win32 {
 namespace {
 
 /// No cell shows more characters.
-constexpr std::size_t kLongestText = 512;
+constexpr std::size_t kLongestShown = 512;
 
 }  // namespace
 
@@ -80,7 +80,7 @@ void GridWindow::paintCell(const Painting& on, GridCell cell, const RECT& area,
 
 void GridWindow::paintText(HDC dc, RECT inside, COLORREF colour, GridCell cell) const {
   std::wstring words = wide(grid_.table().cell(cell.row, cell.column));
-  words.resize(std::min(words.size(), kLongestText));
+  words.resize(std::min(words.size(), kLongestShown));
   if (words.empty() || inside.right <= inside.left) return;
   SetTextColor(dc, colour);
   const bool right = grid_.columns()[cell.column].right;

@@ -19,9 +19,10 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr wchar_t kClass[] = L"KelvaneMiniHelp";
-constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN;
-constexpr int kWidth = 470, kHeight = 520;
+constexpr wchar_t kHelpClass[] = L"KelvaneMiniHelp";
+constexpr DWORD kHelpStyle =
+    WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN;
+constexpr int kHelpWidth = 470, kHelpHeight = 520;
 
 HINSTANCE module() { return GetModuleHandleW(nullptr); }
 
@@ -72,13 +73,13 @@ HelpWindow::HelpWindow(HWND owner, MiniHelp& help) : owner_(owner), help_(help) 
   own.hIcon = LoadIconW(module(), MAKEINTRESOURCEW(1));
   own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   own.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
-  own.lpszClassName = kClass;
+  own.lpszClassName = kHelpClass;
   RegisterClassW(&own);
 }
 
 HelpWindow::~HelpWindow() {
   if (window_) DestroyWindow(window_);
-  UnregisterClassW(kClass, module());
+  UnregisterClassW(kHelpClass, module());
 }
 
 void HelpWindow::show() {
@@ -90,8 +91,8 @@ void HelpWindow::show() {
 }
 
 void HelpWindow::make() {
-  window_ = CreateWindowExW(WS_EX_TOPMOST, kClass, wide(MiniHelp::kCaption).c_str(), kStyle, 0, 0,
-                            0, 0, owner_, nullptr, module(), this);
+  window_ = CreateWindowExW(WS_EX_TOPMOST, kHelpClass, wide(MiniHelp::kCaption).c_str(), kHelpStyle,
+                            0, 0, 0, 0, owner_, nullptr, module(), this);
   card_ = CreateWindowExW(0, L"RICHEDIT50W", L"",
                           WS_CHILD | WS_VISIBLE | WS_VSCROLL | ES_MULTILINE | ES_READONLY |
                               ES_NOHIDESEL | ES_AUTOVSCROLL,
@@ -127,7 +128,7 @@ void HelpWindow::fill() {
 }
 
 UINT HelpWindow::resolution() const {
-  return layoutResolution(window_, GetDpiForWindow(window_), kWidth, kHeight);
+  return layoutResolution(window_, GetDpiForWindow(window_), kHelpWidth, kHelpHeight);
 }
 
 void HelpWindow::place() {
@@ -137,7 +138,7 @@ void HelpWindow::place() {
   GetWindowRect(owner_, &over);
   const Global::Point start = help_.startPlace(
       {Global::twipsFromPixels(over.left, system), Global::twipsFromPixels(over.top, system)});
-  const Global::Size size{scaled(kWidth, dpi), scaled(kHeight, dpi)};
+  const Global::Size size{scaled(kHelpWidth, dpi), scaled(kHelpHeight, dpi)};
   const Global::Point at = Global::placeOnScreen(
       {Global::pixelsFromTwips(start.left, system), Global::pixelsFromTwips(start.top, system)},
       size, GetSystemMetrics(SM_CYCAPTION), screens());

@@ -9,10 +9,10 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr int kWidth = 880, kHeight = 520, kEdge = 8;
-constexpr int kButtonWidth = 84, kButtonHeight = 26, kButtonStep = kButtonWidth + 8;
-constexpr int kButtonTop = kHeight - kEdge - kButtonHeight;
-constexpr int kNoticeHeight = 18, kNoticeTop = kButtonTop - 6 - kNoticeHeight;
+constexpr int kLogWidth = 880, kLogHeight = 520, kLogEdge = 8;
+constexpr int kLogButtonWidth = 84, kLogButtonHeight = 26, kLogButtonStep = kLogButtonWidth + 8;
+constexpr int kLogButtonTop = kLogHeight - kLogEdge - kLogButtonHeight;
+constexpr int kNoticeHeight = 18, kNoticeTop = kLogButtonTop - 6 - kNoticeHeight;
 constexpr UINT kTick = 100;
 
 HINSTANCE moduleOf(HWND window) {
@@ -22,7 +22,7 @@ HINSTANCE moduleOf(HWND window) {
 }  // namespace
 
 LogWindow::LogWindow(HWND owner, DataLog& log)
-    : DialogWindow({L"KelvaneLog", log.view().caption, owner, kWidth, kHeight}), log_(log) {
+    : DialogWindow({L"KelvaneLog", log.view().caption, owner, kLogWidth, kLogHeight}), log_(log) {
   GridWindow::registerClass(moduleOf(window()));
   make();
   startTimer(kTick);
@@ -30,36 +30,37 @@ LogWindow::LogWindow(HWND owner, DataLog& log)
 
 void LogWindow::make() {
   const DataLogView& view = log_.view();
-  const HWND grid = add({id::PadGrd,
-                         GridWindow::kClass,
-                         GridWindow::kStyle | WS_BORDER,
-                         "",
-                         {kEdge, kEdge, kWidth - 2 * kEdge, kNoticeTop - kEdge - 6}});
+  const HWND grid =
+      add({id::PadGrd,
+           GridWindow::kClass,
+           GridWindow::kStyle | WS_BORDER,
+           "",
+           {kLogEdge, kLogEdge, kLogWidth - 2 * kLogEdge, kNoticeTop - kLogEdge - 6}});
   grid_ = std::make_unique<GridWindow>(grid, log_.PadGrd(), "Station log");
   add({id::PadNotice,
        WC_STATICW,
        SS_NOPREFIX | SS_ENDELLIPSIS | SS_CENTERIMAGE,
        "",
-       {kEdge, kNoticeTop, kWidth - 2 * kEdge, kNoticeHeight},
+       {kLogEdge, kNoticeTop, kLogWidth - 2 * kLogEdge, kNoticeHeight},
        "",
        0,
        "",
        true});
-  int left = kEdge;
+  int left = kLogEdge;
   const auto button = [&](int id, const Control& control, DWORD style = BS_PUSHBUTTON) {
     add({id,
          WC_BUTTONW,
          style | WS_TABSTOP,
          control.text,
-         {left, kButtonTop, kButtonWidth, kButtonHeight},
+         {left, kLogButtonTop, kLogButtonWidth, kLogButtonHeight},
          control.tip});
-    left += kButtonStep;
+    left += kLogButtonStep;
   };
   button(id::PadInsert, view.Insert);
   button(id::PadDelete, view.Delete);
   button(id::PadCopy, view.Copy);
   button(id::PadExport, view.Export);
-  left = kWidth - kEdge - 2 * kButtonStep + 8;
+  left = kLogWidth - kLogEdge - 2 * kLogButtonStep + 8;
   button(IDOK, view.OK, BS_DEFPUSHBUTTON);
   button(id::PadCancel, view.Cancel);
 }

@@ -16,8 +16,9 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr wchar_t kClass[] = L"KelvaneMAin";
-constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+constexpr wchar_t kPanelClass[] = L"KelvaneMAin";
+constexpr DWORD kPanelStyle =
+    WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 /// Shortest time between two changes of the screen, ms.
 constexpr ULONGLONG kFrameTime = 16;
 /// Messages that one call of runPending lets run: a window that floods the queue must not hold it.
@@ -26,7 +27,7 @@ constexpr int kMostPending = 1000;
 /// The outer size of a window that is laid out at a resolution, on a screen of `dpi`.
 SIZE windowSize(UINT resolution, UINT dpi) {
   RECT area{0, 0, scaled(kMainWidth, resolution), scaled(kMainHeight, resolution)};
-  AdjustWindowRectExForDpi(&area, kStyle, FALSE, 0, dpi);
+  AdjustWindowRectExForDpi(&area, kPanelStyle, FALSE, 0, dpi);
   return {area.right - area.left, area.bottom - area.top};
 }
 
@@ -54,10 +55,10 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   own.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
   own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   own.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-  own.lpszClassName = kClass;
+  own.lpszClassName = kPanelClass;
   RegisterClassW(&own);
-  window_ = CreateWindowExW(0, kClass, L"Kelvane", kStyle, CW_USEDEFAULT, CW_USEDEFAULT, 0, 0,
-                            nullptr, nullptr, instance, this);
+  window_ = CreateWindowExW(0, kPanelClass, L"Kelvane", kPanelStyle, CW_USEDEFAULT, CW_USEDEFAULT,
+                            0, 0, nullptr, nullptr, instance, this);
   tabs_ = std::make_unique<TabStrip>(window_);
   tips_ = std::make_unique<ToolTips>(window_, ToolTips::Hears::ByRelay);
   ControlEvents& events = *this;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/code_page.h"
+#include "base/encoding.h"
 #include "base/number.h"
 #include "controls/channel_step.h"
 
@@ -16,7 +17,6 @@ using enum ChannelValue;
 constexpr int kAtOnce = 10;
 /// Bytes of a file that are read before.
 constexpr std::size_t kPiece = 1 << 20;
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 std::string channels(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " channel" : " channels");

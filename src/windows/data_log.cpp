@@ -34,7 +34,7 @@ std::vector<GridColumn> columns() {
           {caption(LogReceiver), 100}};
 }
 
-DataLogView firstView() {
+DataLogView firstLogView() {
   DataLogView view;
   view.Copy.text = "&Copy";
   view.Copy.tip = "Copy record into clipboard";
@@ -70,7 +70,7 @@ std::vector<std::string> agcNames(ReceiverComponent& component, Index rx) {
 DataLog::DataLog(const DataLogServices& services)
     : services_(services),
       file_(services.folder / "scratchpad.txt"),
-      view_(firstView()),
+      view_(firstLogView()),
       PadGrd_(*this, columns()) {}
 
 DataLog::~DataLog() = default;

@@ -9,7 +9,7 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr UINT kFollowEvery = 300;  // ms
+constexpr UINT kFollowRows = 300;  // ms
 constexpr int kTextWidth = 120, kNumberWidth = 84;
 
 }  // namespace
@@ -23,7 +23,7 @@ DataWindow::DataWindow(HWND owner, AmbrelCore& core)
       }) {
   check(id::FollowReceiver, true);
   showTables();
-  startTimer(kFollowEvery);
+  startTimer(kFollowRows);
 }
 
 void DataWindow::makeControls() {

@@ -9,7 +9,7 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr UINT kFollowEvery = 1000;  // ms
+constexpr UINT kFollowTuning = 1000;  // ms
 constexpr DWORD kCheck = BS_AUTOCHECKBOX | WS_TABSTOP;
 
 constexpr int kWidths[] = {70, 150, 120, 74, 64, 120, 90, 52, 90};
@@ -32,7 +32,7 @@ KnownListWindow::KnownListWindow(HWND owner, AmbrelCore& core)
   }
   rows_.setColumns(std::move(columns), 96);
   sortBy(ListColumn::Frequency);
-  startTimer(kFollowEvery);
+  startTimer(kFollowTuning);
 }
 
 void KnownListWindow::makeControls() {

@@ -11,7 +11,7 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr UINT kFollowEvery = 300;  // ms
+constexpr UINT kFollowLoading = 300;  // ms
 constexpr wchar_t kFilter[] = L"EiBi schedules (*.csv)\0*.csv\0All files\0*.*\0";
 
 std::string cellOf(const SourceRow& row, int column) {
@@ -64,7 +64,7 @@ SourceWindow::SourceWindow(HWND owner, AmbrelCore& core)
   setText(id::Folder, ownFolderText(core_));
   show();
   rows_.select(0);
-  startTimer(kFollowEvery);
+  startTimer(kFollowLoading);
 }
 
 void SourceWindow::makeLists() {
