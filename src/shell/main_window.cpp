@@ -209,6 +209,8 @@ void MAin::Config_Click() {
 }
 
 bool MAin::accelerator(char32_t character) {
+  // Alt was let go alone; a caption that marks no letter must not answer to that.
+  if (character == 0) return false;
   if (tabs_.accelerator(character)) return true;
   if (character >= 'A' && character <= 'Z') character += 'a' - 'A';
   for (const ControlRow& row : mainControls()) {

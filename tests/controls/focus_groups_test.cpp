@@ -76,6 +76,7 @@ TEST_F(FocusGroupsTest, AltAndALetterPressesTheButtonThatMarksIt) {
   EXPECT_TRUE(rig.panel->accelerator('q')) << "a receiver's tab goes before";
   EXPECT_EQ(rig.view().TabStrip.selected, 1);
   EXPECT_FALSE(rig.panel->accelerator('z'));
+  EXPECT_FALSE(rig.panel->accelerator(0)) << "Alt alone, as after Alt and an arrow";
   rig.type("l");
   EXPECT_FALSE(rig.panel->accelerator('k')) << "a button that is off";
 }
