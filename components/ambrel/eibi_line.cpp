@@ -52,11 +52,12 @@ bool readTimes(std::string_view text, Record& record) {
   if (text.size() != 9 || text[4] != '-') return false;
   const int from = minutesOf(text.data()), to = minutesOf(text.data() + 5);
   if (from < 0 || to < 0) return false;
-  int minutes = to - from;
-  if (minutes == 0) minutes = from % kMinutesOfDay == 0 ? kMinutesOfDay : 1;
-  if (minutes < 0) minutes += kMinutesOfDay;
-  record.start = static_cast<std::uint16_t>(from % kMinutesOfDay) & 0x7FF;
-  record.minutes = static_cast<std::uint16_t>(minutes);
+  // Chosen and not branched: nothing foretells which broadcasts run past midnight.
+  const int start = from == kMinutesOfDay ? 0 : from;
+  const int whole = start == 0 ? kMinutesOfDay : 1;
+  const int length = to - from + (to < from ? kMinutesOfDay : 0);
+  record.start = static_cast<std::uint16_t>(start) & 0x7FF;
+  record.minutes = static_cast<std::uint16_t>(length == 0 ? whole : length);
   return true;
 }
 

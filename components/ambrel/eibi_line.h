@@ -32,7 +32,7 @@ inline bool hasEibiFields(const LineCutter& line) {
   return line.fields() == kColumns || line.fields() == kColumns + 1;
 }
 
-inline std::string_view field(const LineCutter& line, EibiColumn column) {
+[[gnu::always_inline]] inline std::string_view field(const LineCutter& line, EibiColumn column) {
   return line.field(static_cast<std::size_t>(column));
 }
 

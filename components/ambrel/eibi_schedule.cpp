@@ -1,6 +1,7 @@
 #include "components/ambrel/eibi_schedule.h"
 
 #include <algorithm>
+#include <future>
 
 #include "base/encoding.h"
 #include "base/text.h"
@@ -16,6 +17,8 @@ namespace {
 
 // Room is made for a real list at once; a larger one grows into it.
 constexpr std::size_t kBytesOfLine = 48, kUsualLines = 1 << 15;
+/// Texts of so many bytes are read by two threads, half by half.
+constexpr std::size_t kWorthTwo = 200'000;
 
 /// Collects a schedule's records line by line.
 class Reader {
@@ -85,6 +88,44 @@ bool isHeading(std::string_view line) {
   return line.starts_with('#') || line.starts_with("kHz") || trimmed(line).empty();
 }
 
+/// What was read of some lines on end, and how many they are.
+struct Part {
+  ScheduleReading reading;
+  std::size_t lines = 0;
+};
+
+Part readLines(std::string_view text, Season season) {
+  Part part;
+  ScheduleReading& reading = part.reading;
+  reading.records.reserve(std::min(text.size() / kBytesOfLine, kUsualLines));
+  Reader reader(season, reading);
+  LineCutter line(text);
+  while (line.next()) {
+    const char first = line.line().empty() ? '#' : line.line().front();
+    if ((first < '0' || first > '9') && isHeading(line.line())) continue;
+    if (const char* problem = reader.take(line)) reading.problems.add(line.number(), problem);
+  }
+  reading.rules = reader.takeRules();
+  part.lines = line.number();
+  return part;
+}
+
+/// Joins what was read of the lines that begin at `offset`, behind those of `part`.
+void append(Part& part, std::size_t offset, ScheduleReading more) {
+  ScheduleReading& all = part.reading;
+  // Either has a first rule that is never referred to.
+  const auto rules = static_cast<std::uint32_t>(all.rules.size() - 1);
+  for (ListedRecord& listed : more.records) {
+    listed.source.line += static_cast<std::uint32_t>(offset);
+    if (listed.record.hasRule) listed.source.rule += rules;
+  }
+  all.records.insert(all.records.end(), more.records.begin(), more.records.end());
+  all.rules.insert(all.rules.end(), more.rules.begin() + 1, more.rules.end());
+  all.inactive += more.inactive;
+  all.unknownDays += more.unknownDays;
+  all.problems.append(part.lines, more.problems);
+}
+
 std::string refusalOf(const ScheduleReading& reading) {
   const std::size_t good = reading.records.size() + reading.inactive;
   if (good > reading.problems.count) return {};
@@ -98,15 +139,15 @@ ScheduleReading readEibiSchedule(std::string_view text, Season season) {
   ScheduleReading reading;
   reading.refusal = whyNoText(text);
   if (!reading.refusal.empty()) return reading;
-  reading.records.reserve(std::min(text.size() / kBytesOfLine, kUsualLines));
-  Reader reader(season, reading);
-  LineCutter line(text);
-  while (line.next()) {
-    const char first = line.line().empty() ? '#' : line.line().front();
-    if ((first < '0' || first > '9') && isHeading(line.line())) continue;
-    if (const char* problem = reader.take(line)) reading.problems.add(line.number(), problem);
+  const std::size_t middle = text.size() < kWorthTwo ? text.npos : text.find('\n', text.size() / 2);
+  if (middle == text.npos) {
+    reading = readLines(text, season).reading;
+  } else {
+    auto second = std::async(std::launch::async, readLines, text.substr(middle + 1), season);
+    Part first = readLines(text.substr(0, middle + 1), season);
+    append(first, middle + 1, second.get().reading);
+    reading = std::move(first.reading);
   }
-  reading.rules = reader.takeRules();
   reading.refusal = refusalOf(reading);
   return reading;
 }

@@ -6,25 +6,22 @@
 namespace kelvane::ambrel {
 
 bool readKilohertz(std::string_view text, Hz& frequency) {
-  constexpr std::int64_t kMost = std::numeric_limits<Hz>::max();
-  std::int64_t hertz = 0;
-  std::int64_t unit = 1000;
-  bool point = false, digit = false;
-  for (const char c : text) {
-    if (c >= '0' && c <= '9') {
-      digit = true;
-      if (point) unit /= 10;
-      // Before the point a digit shifts what is there; behind it, it adds its own worth.
-      hertz = point ? hertz + (c - '0') * unit : hertz * 10 + (c - '0') * 1000;
-      if (hertz > kMost) return false;
-    } else if (c == '.' && !point) {
-      point = true;
-    } else {
-      return false;
-    }
+  constexpr std::uint64_t kMost = std::numeric_limits<Hz>::max();
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  const auto digit = [&at] { return static_cast<unsigned>(*at - '0'); };
+  std::uint64_t hertz = 0;
+  for (; at != end && digit() <= 9; ++at) {
+    hertz = hertz * 10 + digit();
+    if (hertz > kMost) return false;
+  }
+  hertz *= 1000;
+  if (at != end && *at == '.') {
+    unsigned unit = 100;
+    for (++at; at != end && digit() <= 9; ++at, unit /= 10) hertz += digit() * unit;
   }
   frequency = static_cast<Hz>(hertz);
-  return digit && hertz > 0;
+  return at == end && hertz > 0 && hertz <= kMost;
 }
 
 std::string kilohertzText(Hz frequency) {

@@ -9,6 +9,13 @@ void LineProblems::add(std::size_t line, std::string reason) {
   if (first.size() < kTold) first.push_back({line, std::move(reason)});
 }
 
+void LineProblems::append(std::size_t lines, const LineProblems& more) {
+  count += more.count;
+  for (const LineProblem& problem : more.first) {
+    if (first.size() < kTold) first.push_back({lines + problem.line, problem.reason});
+  }
+}
+
 std::string LineProblems::text() const {
   if (count == 0) return {};
   std::string text = std::to_string(count);

@@ -21,6 +21,9 @@ struct LineProblems {
 
   void add(std::size_t line, std::string reason);
 
+  /// Adds those of the lines that follow; the first of them is the line after `lines`.
+  void append(std::size_t lines, const LineProblems& more);
+
   /// "3 lines could not be read. Line 5: ... Line 9: ..."; empty when there is none.
   std::string text() const;
 };

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "base/text.h"
+#include "components/ambrel/eibi_schedule.h"
 #include "components/ambrel/source_view.h"
 #include "tests/ambrel/ambrel_play.h"
 
@@ -73,6 +74,34 @@ TEST(Import, OnlyTheFirstProblemsAreTold) {
   EXPECT_THAT(play.importText(text),
               AllOf(HasSubstr("50 lines could not be read."), HasSubstr("Line 21:"),
                     Not(HasSubstr("Line 23:")), HasSubstr("And so on.")));
+}
+
+// Two threads read a large list, half by half.
+TEST(Import, ALargeListIsReadLikeASmallOne) {
+  const Season season{2022, true};
+  const std::string block =
+      "6070;0000-2400;1.Sa;G;First;E;Eu;w;1;;\r\n"
+      "6080;0100-0200;Mo-Fr;G;Second;E;Eu;w;1;0106;3108\r\n"
+      "6090;0100-0200;strange;G;Third;E;Eu;w;8;;\r\n"
+      "6090;0100-0200;strange;G;Fourth;E;Eu;w;1;;\r\n";
+  const ScheduleReading small = readEibiSchedule(block, season);
+  ASSERT_EQ(small.records.size(), 3u);
+  std::string text;
+  while (text.size() < 500'000) text += block;
+  const std::size_t blocks = text.size() / block.size();
+  text += "broken\r\n";
+  const ScheduleReading large = readEibiSchedule(text, season);
+  ASSERT_EQ(large.records.size(), 3 * blocks);
+  EXPECT_EQ(large.inactive, blocks);
+  EXPECT_EQ(large.unknownDays, blocks);
+  for (std::size_t i = 0; i < large.records.size(); ++i) {
+    const ListedRecord &here = large.records[i], &same = small.records[i % 3];
+    ASSERT_EQ(here.frequency, same.frequency) << i;
+    ASSERT_EQ(here.source.line, i / 3 * block.size() + same.source.line) << i;
+    ASSERT_EQ(large.rules.at(here.source.rule).days, small.rules[same.source.rule].days) << i;
+    ASSERT_EQ(large.rules[here.source.rule].dates.to, small.rules[same.source.rule].dates.to) << i;
+  }
+  EXPECT_THAT(large.problems.text(), HasSubstr("Line " + std::to_string(4 * blocks + 1) + ":"));
 }
 
 TEST(Import, AFileThatIsNoScheduleReplacesNothing) {
