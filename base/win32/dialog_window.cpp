@@ -261,6 +261,8 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       return activated(LOWORD(wParam) != WA_INACTIVE), true;
     case WM_SETFOCUS:
       return activated(true), true;
+    case WM_NEXTDLGCTL:
+      return goTo(wParam, LOWORD(lParam) != 0), true;
     case DM_GETDEFID:
       return result = MAKELRESULT(defaultButton(), DC_HASDEFID), true;
     case WM_MOUSEWHEEL: {
@@ -309,6 +311,15 @@ void DialogWindow::activated(bool active) {
   const bool usable = focus_ && IsWindowEnabled(focus_) && IsWindowVisible(focus_);
   const HWND next = usable ? focus_ : GetNextDlgTabItem(window_, nullptr, FALSE);
   if (next) SetFocus(next);
+}
+
+void DialogWindow::goTo(WPARAM which, bool named) {
+  const HWND next = named ? reinterpret_cast<HWND>(which)
+                          : GetNextDlgTabItem(window_, GetFocus(), which != 0 ? TRUE : FALSE);
+  if (!next) return;
+  SetFocus(next);
+  if (SendMessageW(next, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL)
+    SendMessageW(next, EM_SETSEL, 0, -1);
 }
 
 SIZE DialogWindow::outerSize(int width, int height) const {

@@ -120,6 +120,9 @@ class DialogWindow {
   static LRESULT CALLBACK previewKeys(int code, WPARAM wParam, LPARAM lParam);
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   bool takes(MSG& message);
+  /// Moves the focus as the system's own dialogs do: to a control, or by Tab's order to the next
+  /// (`which` 0) or previous one.
+  void goTo(WPARAM which, bool named);
   /// The outer size for an inside in 96ths of an inch.
   SIZE outerSize(int width, int height) const;
   void measure(UINT dpi);

@@ -139,6 +139,10 @@ TEST_F(Stations, AreFoundByTypingAndTunedToByEnterWhileThePanelGoesOn) {
   const HWND list = open("k", L"KelvaneKnownList");
   ASSERT_TRUE(isForeground(list));
   ASSERT_TRUE(eventually([&] { return rows(list, frq::Stations) > 500; }));
+  keys("volmet");
+  panel_.keyHere(VK_TAB);
+  // The label's key leads back to the entry, which is then typed over.
+  panel_.keyHere('S', 4);
   // Enter before the search has ended means what is typed, not what was found before.
   keys("moscow 9996\r");
   EXPECT_TRUE(shows("  9996000")) << panel_.digits();
