@@ -142,9 +142,10 @@ bool RunningPanel::shown() {
 }
 
 testing::AssertionResult RunningPanel::settledOn(int tab) {
-  // The status box alone would not tell: it blinks.
+  // The status box alone would not tell: it blinks. The tab is looked at last: one that was seen
+  // before the display answers may be that of the start, and the display another receiver's.
   const auto answers = [this, tab] {
-    return selectedTab() == tab && !visible(id::RxMask) && enabled(id::FrqDigit + 5);
+    return enabled(id::FrqDigit + 5) && !visible(id::RxMask) && selectedTab() == tab;
   };
   if (!shown()) return testing::AssertionFailure() << "no window came";
   if (!eventually(answers, 20000)) {
