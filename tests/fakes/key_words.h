@@ -1,9 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "tests/fakes/panel_rig.h"
 #include "ui/key_codes.h"
@@ -13,7 +15,20 @@ namespace kelvane::fakes {
 /// Presses keys as the operator reads them: "SHF Left", "CTRALT+", "nnC", "MMMKKK.HHH CR".
 class KeyWords {
  public:
-  explicit KeyWords(PanelRig& rig) : rig_(rig) {}
+  /// Takes the code of a key and the modifiers that are held.
+  using Press = std::function<void(int, int)>;
+  using Type = std::function<void(const std::string&)>;
+
+  explicit KeyWords(PanelRig& rig)
+      : press_([&rig](int code, int shift) { rig.press(code, shift); }),
+        type_([&rig](const std::string& characters) { rig.type(characters); }) {}
+  /// Where characters are keys too.
+  explicit KeyWords(Press press)
+      : press_(std::move(press)), type_([this](const std::string& characters) {
+          for (const char character : characters) press_(character, 0);
+        }) {}
+  KeyWords(const KeyWords&) = delete;
+  KeyWords& operator=(const KeyWords&) = delete;
 
   void press(std::string keys) {
     replace(keys, "MMMKKK.HHH", "7100.5");
@@ -48,14 +63,14 @@ class KeyWords {
     if (const auto held_now = modifiers.find(word); held_now != modifiers.end()) {
       held = held_now->second;
     } else if (const auto code = codes.find(word); code != codes.end()) {
-      rig_.press(code->second, held);
+      press_(code->second, held);
     } else if (const auto named = characters.find(word); named != characters.end()) {
-      rig_.type(named->second);
+      type_(named->second);
     } else if (const auto with = modifiers.find(word.substr(0, word.size() - 1));
                with != modifiers.end()) {
-      rig_.press(sign == "+" ? key::PadPlus : key::PadMinus, with->second);
+      press_(sign == "+" ? key::PadPlus : key::PadMinus, with->second);
     } else {
-      rig_.type(word);
+      type_(word);
     }
   }
 
@@ -63,7 +78,8 @@ class KeyWords {
     if (const auto at = text.find(from); at != std::string::npos) text.replace(at, from.size(), to);
   }
 
-  PanelRig& rig_;
+  Press press_;
+  Type type_;
 };
 
 }  // namespace kelvane::fakes

@@ -3,58 +3,24 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 #include <sstream>
 #include <vector>
 
+#include "tests/fakes/card_keys.h"
+#include "tests/fakes/channel_rig.h"
 #include "tests/fakes/key_words.h"
+#include "tests/fakes/log_rig.h"
 #include "tests/fakes/noting_receivers.h"
-#include "tests/fakes/rtf_text.h"
 
 namespace kelvane {
 namespace {
 
+using fakes::CardKey;
+using fakes::cardKeys;
 using fakes::KeyWords;
 using fakes::PanelRig;
 using fakes::RtfText;
-
-/// One key of the card: where it is pressed, the key, what the card says that it does.
-struct CardKey {
-  std::string section, from, keys, action;
-};
-
-std::vector<std::string> split(const std::string& text, const std::string& at) {
-  std::vector<std::string> parts;
-  std::size_t start = 0;
-  for (auto end = text.find(at); end != std::string::npos; end = text.find(at, start)) {
-    parts.push_back(text.substr(start, end - start));
-    start = end + at.size();
-  }
-  parts.push_back(text.substr(start));
-  return parts;
-}
-
-/// Every key of the card; "L / U" counts as two.
-std::vector<CardKey> cardKeys() {
-  std::vector<CardKey> keys;
-  std::string section, from;
-  for (const std::string& line : split(RtfText::of(helpCard("Any", Arrows::Symbol)), "\n")) {
-    const auto cells = split(line, "\t");
-    if (line.starts_with("From ") || line.starts_with("On a ")) {
-      // The log's own keys stand on the card as if they were the main window's.
-      const bool again = section == "LOGFILE SETTING" && from == line;
-      from = again ? "From log window" : line;
-    } else if (cells.size() == 1) {
-      if (!line.starts_with("_")) section = line, from.clear();
-      continue;
-    }
-    for (std::size_t i = 0; i + 1 < cells.size(); i += 2) {
-      if (cells[i].empty() || cells[i + 1].empty()) continue;
-      for (const std::string& key : split(cells[i], " / "))
-        keys.push_back({section, from, key, cells[i + 1]});
-    }
-  }
-  return keys;
-}
 
 /// Everything that a key can change, as one text.
 std::string everything(PanelRig& rig) {
@@ -132,6 +98,65 @@ TEST_F(Card, NamesNoKeyThatDoesNothing) {
     ++tried;
   }
   EXPECT_GT(tried, 80);
+}
+
+TEST(HelpCard, LeavesNoWindowsKeysToChance) {
+  std::set<std::string> places;
+  for (const CardKey& entry : cardKeys()) places.insert(entry.from);
+  EXPECT_EQ(places,
+            (std::set<std::string>{"From main window", "On a selected digit", "From channel window",
+                                   "From log window", "From this card"}));
+}
+
+/// Presses each key that the card names for a window with a grid, always from the same cell, and
+/// sees that it does what the card says. `tuned` answers what the receiver is on.
+void pressInGrid(const std::string& from, Grid& grid, const std::function<Hz()>& tuned) {
+  int tried = 0;
+  for (const CardKey& entry : cardKeys()) {
+    if (entry.from != from) continue;
+    constexpr GridCell kFrom{1, 1};
+    grid.select(kFrom);
+    KeyWords([&](int code, int shift) { grid.keyDown(code, shift); }).press(entry.keys);
+    const bool shifted = entry.keys.starts_with("SHF ");
+    const std::string key = entry.keys.substr(shifted ? 4 : 0);
+    GridCell to = kFrom;
+    if (entry.action.starts_with("Up/Down")) key == "Up" ? --to.row : ++to.row;
+    if (entry.action.starts_with("Left/Right")) key == "Left" ? --to.column : ++to.column;
+    EXPECT_EQ(grid.current(), to) << from << ": " << entry.keys;
+    const bool sends = entry.action.find("select channel") != std::string::npos ||
+                       entry.action.find("send to receiver") != std::string::npos;
+    const int frequency = grid.columns()[0].caption.starts_with("Frequency") ? 0 : 1;
+    const bool same = grid.table().cell(to.row, frequency) == std::to_string(tuned());
+    EXPECT_EQ(same, sends || entry.action.starts_with("Load current setting"))
+        << from << ": " << entry.keys;
+    ++tried;
+  }
+  EXPECT_GE(tried, 6) << from;
+}
+
+TEST(HelpCard, SaysOfTheChannelWindowsKeysWhatTheyDo) {
+  fakes::ChannelRig rig;
+  rig.start();
+  for (const Channel channel : {0, 1, 2})
+    rig.sondrel.core.SetRxChannel(0, channel, 6'000'000 + channel, 0, 0, 6000, 0, 0);
+  rig.open(0);
+  pressInGrid("From channel window", rig.grid(), [&] {
+    rig.run(milliseconds(100));
+    return rig.receiver().GetRxFrequency(0, kTuned).value();
+  });
+}
+
+TEST(HelpCard, SaysOfTheLogWindowsKeysWhatTheyDo) {
+  fakes::LogRig rig;
+  for (const Hz frequency : {5'000'000, 6'000'000, 7'000'000}) {
+    rig.tune(frequency);
+    rig.store();
+  }
+  rig.tune(8'000'000);
+  pressInGrid("From log window", rig.log->PadGrd(), [&] {
+    rig.sondrel.run(milliseconds(200));
+    return rig.sondrel.core.GetRxFrequency(0, kTuned).value();
+  });
 }
 
 TEST_F(Card, NamesEveryCommandAndWhatItDoes) {

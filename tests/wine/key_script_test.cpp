@@ -8,7 +8,10 @@
 #include <tuple>
 #include <vector>
 
+#include "base/text.h"
+#include "base/win32/utf16.h"
 #include "frequency/key_commands.h"
+#include "tests/fakes/card_keys.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 #include "ui/control_ids.h"
@@ -17,12 +20,13 @@ namespace kelvane::wine {
 namespace {
 
 constexpr int kShift = 1, kCtrl = 2, kAlt = 4;
+const std::string kMain = "From main window", kDigit = "On a selected digit";
 /// The log lies where the program is started.
 const std::filesystem::path kLogFolder = std::filesystem::temp_directory_path();
 
-/// One row of the keyboard language: real keys, and what is seen of them in the program.
+/// One row of the card of keys: real keys, and what is seen of them in the program.
 struct Line {
-  std::string keys;  ///< as the table of commands names them
+  std::string keys;  ///< as the card and the table of commands name them
   std::function<void()> press;
   std::function<bool()> seen;
 };
@@ -85,26 +89,93 @@ class KeyScript : public testing::Test {
     };
   }
 
+  /// Tunes after a window has gone. On a loaded machine the system's last words about it may take
+  /// the keyboard away for a key; and a D that opened a window begins a DRM frequency too.
+  bool tuned(const std::string& kilohertz, const std::string& digits) {
+    for (int tries = 0; tries < 3; ++tries) {
+      type("\x1b" + kilohertz + "\r");
+      if (shows(digits)) return true;
+    }
+    return false;
+  }
+  /// The window of this class, on the screen and with the keyboard; the script's other window now.
+  bool opened(const wchar_t* windowClass) {
+    other_ = nullptr;
+    eventually([&] { return (other_ = panel_.findWindow(windowClass)) != nullptr; });
+    return other_ && giveKeyboard(other_);
+  }
+  bool closed() {
+    PostMessageW(other_, WM_CLOSE, 0, 0);
+    return eventually([this] { return !IsWindow(other_); });
+  }
+  std::function<void()> keyThere(WORD code, int modifiers = 0) {
+    return [this, code, modifiers] {
+      giveKeyboard(other_);
+      panel_.keyHere(code, modifiers);
+    };
+  }
+  /// The current cell of the other window's grid, as it is spoken.
+  std::string spoken(int grid) const {
+    wchar_t words[256] = L"";
+    SendMessageW(GetDlgItem(other_, grid), WM_GETTEXT, 256, reinterpret_cast<LPARAM>(words));
+    return narrow(words);
+  }
+  std::function<bool()> speaks(int grid, const std::string& part) {
+    return [this, grid, part] {
+      return eventually([&] { return spoken(grid).find(part) != std::string::npos; }, 3000);
+    };
+  }
+  std::function<bool()> speaksAndTunes(int grid, const std::string& part,
+                                       const std::string& digits) {
+    return [this, grid, part, digits] { return speaks(grid, part)() && shows(digits); };
+  }
+
+  std::vector<Line> typing();
   std::vector<Line> arrows();
   std::vector<Line> walking();
   std::vector<Line> settings();
   std::vector<Line> windows();
   std::vector<Line> panelKeys();
+  std::vector<Line> digitKeys();
+  std::vector<Line> channelKeys();
+  std::vector<Line> logKeys();
   void playPairs();
-  void play(const std::vector<Line>& script) {
+  void playChannels();
+  void playLog();
+  void playCard();
+  void play(const std::vector<Line>& script, const std::string& from = kMain) {
     for (const Line& line : script) {
       before_ = panel_.digits();
       line.press();
-      EXPECT_TRUE(line.seen()) << line.keys << ": " << before_ << " -> " << panel_.digits();
-      played_.insert(line.keys);
+      EXPECT_TRUE(line.seen()) << from << ", " << line.keys << ": " << before_ << " -> "
+                               << panel_.digits();
+      played_.insert({from, line.keys});
     }
   }
 
   const Instance instance_{L"TestKeyScript"};
   RunningPanel panel_{instance_.name(), programFolder(), kLogFolder};
+  HWND other_ = nullptr;
   std::string before_;
-  std::set<std::string, std::less<>> played_;
+  std::set<std::pair<std::string, std::string>> played_;  ///< where, and which keys
 };
+
+std::vector<Line> KeyScript::typing() {
+  const auto drm = [this] {
+    type("d");
+    EXPECT_TRUE(opened(L"KelvaneDataView") && closed());
+    type("7100\r");
+  };
+  return {
+      {"MMMKKK.HHH CR", typed("7100.5\r"), on("  7100500")},
+      {"MMMKKK.HHH +", typed("2.5+"), on("  7103000")},
+      {"MMMKKK.HHH -", typed("3-"), on("  7100000")},
+      // A channel is named by the middle of what is heard, the carrier lies beside it.
+      {":MMMKKK.HHH CR", typed("mu:7100\r"), on("  7098600")},
+      {"DMMMKKK.HHH CR", drm, on("  7105000")},
+      {"MMMKKK.HHH CR", typed("ma10000.3\r"), on(" 10000300")},
+  };
+}
 
 std::vector<Line> KeyScript::arrows() {
   return {
@@ -195,29 +266,115 @@ void KeyScript::playPairs() {
                                                               {"p1", id::HFF, "HF on"}}) {
     type(keys);
     EXPECT_TRUE(reads(control, text)()) << keys << ": " << panel_.text(control);
+    played_.insert({kMain, upper(keys)});
   }
   for (const char* keys : {"fn", "fw", "fm", "fr", "fi"}) {
     const std::string last = panel_.text(filter);
     type(keys);
     EXPECT_TRUE(eventually([&] { return panel_.text(filter) != last; }, 3000)) << keys << last;
+    played_.insert({kMain, upper(keys)});
   }
 }
 
 std::vector<Line> KeyScript::windows() {
   const auto opens = [this](const wchar_t* windowClass) {
-    return [this, windowClass] {
-      HWND window = nullptr;
-      eventually([&] { return (window = panel_.findWindow(windowClass)) != nullptr; });
-      PostMessageW(window, WM_CLOSE, 0, 0);
-      return window && eventually([&] { return !panel_.findWindow(windowClass); });
-    };
+    return [this, windowClass] { return opened(windowClass) && closed(); };
   };
   return {
       {"F1", key(VK_F1), opens(L"KelvaneMiniHelp")}, {"K", typed("k"), opens(L"KelvaneKnownList")},
-      {"E", typed("e"), opens(L"KelvaneSource")},    {"nnS", typed("s"), opens(L"KelvaneChannel")},
-      {"SPACE", typed(" "), opens(L"KelvaneLog")},   {"G", typed("g"), opens(L"KelvaneLog")},
+      {"E", typed("e"), opens(L"KelvaneSource")},    {"S", typed("s"), opens(L"KelvaneChannel")},
       {"D", typed("d"), opens(L"KelvaneDataView")},
   };
+}
+
+std::vector<Line> KeyScript::digitKeys() {
+  return {
+      {"Left", key(VK_LEFT), focuses(id::FrqDigit + 4)},
+      {"Right", key(VK_RIGHT), focuses(id::FrqDigit + 5)},
+      {"Up", key(VK_UP), on("  7124457")},
+      {"Down", key(VK_DOWN), on("  7123457")},
+      {"Up Up", key(VK_PRIOR), on("  7126457")},
+      {"Down Down", key(VK_NEXT), on("  7123457")},
+      {"HOME", key(VK_HOME), on("  7123000")},
+  };
+}
+
+/// From the first channel on, of which three are stored.
+std::vector<Line> KeyScript::channelKeys() {
+  const int grid = id::MemGrd;
+  return {
+      {"Down", keyThere(VK_DOWN), speaks(grid, "01, Frequency: 6100000")},
+      {"Up", keyThere(VK_UP), speaks(grid, "00, Frequency: 6000000")},
+      {"Right", keyThere(VK_RIGHT), speaks(grid, "00, BFO: ")},
+      {"Left", keyThere(VK_LEFT), speaks(grid, "00, Frequency: ")},
+      {"SHF Down", keyThere(VK_DOWN, kShift), speaksAndTunes(grid, "01, ", "  6100000")},
+      {"SHF Up", keyThere(VK_UP, kShift), speaksAndTunes(grid, "00, ", "  6000000")},
+      {"SPACE", [this] { type("7300\r"), shows("  7300000"), keyThere(VK_SPACE)(); },
+       speaks(grid, "00, Frequency: 7300000")},
+  };
+}
+
+void KeyScript::playChannels() {
+  for (const std::string channel : {"0", "1", "2"}) {
+    ASSERT_TRUE(tuned("6" + channel + "00", "  6" + channel + "00000"));
+    type(channel + "s");
+  }
+  type("s");
+  ASSERT_TRUE(opened(L"KelvaneChannel"));
+  ASSERT_TRUE(eventually([this] { return IsWindowEnabled(GetDlgItem(other_, id::ChnSave)); }));
+  play(channelKeys(), "From channel window");
+  EXPECT_TRUE(closed());
+}
+
+/// From the second record, of three.
+std::vector<Line> KeyScript::logKeys() {
+  const int grid = id::PadGrd;
+  return {
+      {"Up", keyThere(VK_UP), speaks(grid, "7300000, Frequency")},
+      {"Down", keyThere(VK_DOWN), speaks(grid, "7400000, Frequency")},
+      {"Right", keyThere(VK_RIGHT), speaks(grid, "7400000, Mode: ")},
+      {"Left", keyThere(VK_LEFT), speaks(grid, "7400000, Frequency")},
+      {"SHF Up", keyThere(VK_UP, kShift), speaksAndTunes(grid, "7300000, ", "  7300000")},
+      {"SHF Down", keyThere(VK_DOWN, kShift), speaksAndTunes(grid, "7400000, ", "  7400000")},
+  };
+}
+
+void KeyScript::playLog() {
+  const auto records = [this](int count) {
+    wchar_t caption[100] = L"";
+    return [=, this]() mutable {
+      const bool counted =
+          opened(L"KelvaneLog") && eventually([&] {
+            GetWindowTextW(other_, caption, 100);
+            return narrow(caption) == "Frequency logs [" + std::to_string(count) + " records]";
+          });
+      return counted && closed();
+    };
+  };
+  const auto at = [this](const std::string& kilohertz, const std::string& keys) {
+    return [=, this] { tuned(kilohertz, "  " + kilohertz + "000") ? type(keys) : void(); };
+  };
+  play({{"SPACE", at("7300", " "), records(1)},
+        {"SPACE", at("7400", " "), records(2)},
+        {"SPACE", at("7500", " "), records(3)},
+        {"G", at("7400", "g"), records(3)}});
+  type("g");
+  ASSERT_TRUE(opened(L"KelvaneLog"));
+  ASSERT_TRUE(eventually([this] { return IsWindowEnabled(GetDlgItem(other_, IDOK)) != 0; }));
+  keyThere(VK_HOME)();
+  ASSERT_TRUE(speaks(id::PadGrd, "7400000, Frequency")()) << spoken(id::PadGrd);
+  play(logKeys(), "From log window");
+  EXPECT_TRUE(closed());
+}
+
+void KeyScript::playCard() {
+  panel_.key(VK_F1);
+  ASSERT_TRUE(opened(L"KelvaneMiniHelp"));
+  play({{"ALT S", keyThere('S', kAlt),
+         [this] { return panel_.messageBox().find("report.txt") != std::string::npos; }}},
+       "From this card");
+  panel_.answer(IDOK);
+  EXPECT_TRUE(closed());
 }
 
 std::vector<Line> KeyScript::panelKeys() {
@@ -233,14 +390,26 @@ std::vector<Line> KeyScript::panelKeys() {
   };
 }
 
-TEST_F(KeyScript, EachRowOfTheLanguageActsInTheRealProgram) {
+TEST_F(KeyScript, EachRowOfTheCardDoesInTheRealProgramWhatItSays) {
+  play(typing());
   play(arrows());
   play(walking());
   play(settings());
   playPairs();
   play(panelKeys());
   play(windows());
-  for (const CommandRow& row : commandRows()) EXPECT_TRUE(played_.contains(row.keys)) << row.keys;
+  ASSERT_TRUE(tuned("7123.457", "  7123457")) << panel_.digits();
+  panel_.key(VK_F6);
+  ASSERT_TRUE(focuses(id::FrqDigit + 5)());
+  play(digitKeys(), kDigit);
+  type("\x1b");
+  playChannels();
+  playLog();
+  playCard();
+  for (const CommandRow& row : commandRows())
+    EXPECT_TRUE(played_.contains({kMain, std::string(row.keys)})) << row.keys;
+  for (const fakes::CardKey& row : fakes::cardKeys())
+    EXPECT_TRUE(played_.contains({row.from, row.keys})) << row.from << ": " << row.keys;
 }
 
 TEST_F(KeyScript, TheKeypadTypesAndTunesWithNumLockOnAndOff) {

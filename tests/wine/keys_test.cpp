@@ -1,5 +1,10 @@
 #include <windows.h>
 
+#include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "tests/wine/instance.h"
@@ -33,6 +38,35 @@ TEST_F(Keys, CopyAndPasteTheFrequencyInKilohertz) {
   panel_.key('C', kCtrl);
   panel_.type("9000\r");
   ASSERT_TRUE(shows("  9000000"));
+  panel_.key('V', kCtrl);
+  EXPECT_TRUE(shows("  7123456")) << panel_.digits();
+}
+
+/// Puts a text on the clipboard; none leaves it with something else than a text.
+void hold(const std::optional<std::wstring>& text) {
+  ASSERT_TRUE(eventually([] { return OpenClipboard(nullptr) != 0; }));
+  EmptyClipboard();
+  const std::wstring content = text.value_or(L"7123");
+  const std::size_t size = (content.size() + 1) * sizeof(wchar_t);
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size);
+  std::memcpy(GlobalLock(memory), content.c_str(), size);
+  GlobalUnlock(memory);
+  SetClipboardData(text ? CF_UNICODETEXT : RegisterClipboardFormatW(L"KelvaneTest"), memory);
+  CloseClipboard();
+}
+
+TEST_F(Keys, PasteNothingThatIsNoFrequencyOfTheReceiver) {
+  const std::wstring tenMegabytes(5'000'000, L'7');
+  for (const auto& text : std::vector<std::optional<std::wstring>>{
+           std::nullopt, L"", L"abc", L"1e4", L"7.123.456", L"-5", L"0", L"30000", tenMegabytes}) {
+    hold(text);
+    panel_.key('V', kCtrl);
+    panel_.key(VK_RIGHT);
+    EXPECT_TRUE(shows("  7050500")) << panel_.digits();
+    panel_.key(VK_LEFT);
+    EXPECT_TRUE(shows("  7050000")) << panel_.digits();
+  }
+  hold(L" 7123,456\r\n");
   panel_.key('V', kCtrl);
   EXPECT_TRUE(shows("  7123456")) << panel_.digits();
 }
