@@ -196,6 +196,16 @@ void DialogWindow::showModeless(Keyboard keyboard) {
   SetForegroundWindow(window_);
 }
 
+void DialogWindow::showPointer() const {
+  POINT at{};
+  GetCursorPos(&at);
+  const HWND under = WindowFromPoint(at);
+  if (!window_ || (under != window_ && !IsChild(window_, under))) return;
+  const LRESULT part = SendMessageW(under, WM_NCHITTEST, 0, MAKELPARAM(at.x, at.y));
+  SendMessageW(under, WM_SETCURSOR, reinterpret_cast<WPARAM>(under),
+               MAKELPARAM(part, WM_MOUSEMOVE));
+}
+
 void DialogWindow::close() {
   if (!window_) return;
   // Before the dialog goes: the system would else give the focus to another program's window.

@@ -103,6 +103,8 @@ class DialogWindow {
   virtual int defaultButton() const { return IDOK; }
   /// Something takes long: the pointer says so.
   virtual bool waiting() const { return false; }
+  /// waiting() answers otherwise now: the pointer is to show it also while it rests.
+  void showPointer() const;
   /// Where the dialog, of this size in pixels, is shown first; over its owner if it does not mind.
   virtual POINT place(SIZE size, POINT overOwner) const;
   /// What a control is painted upon; null for the dialog's own ground.

@@ -91,6 +91,7 @@ void ChannelDialog::show() {
   for (const ChannelButton& row : channelButtons()) enable(row.id, (view.*row.button).enabled);
   setText(id::ChnStatus, view.Status.text);
   grid_->show();
+  if (std::exchange(hourglass_, view.hourglass) != view.hourglass) showPointer();
 }
 
 void ChannelDialog::command(int control, int notice) {
