@@ -68,8 +68,7 @@ class ChannelWindow {
   static HCURSOR pointerOver(HWND control) {
     RECT area{};
     GetWindowRect(control, &area);
-    SetCursorPos((area.left + area.right) / 2, (area.top + area.bottom) / 2);
-    Sleep(100);
+    pointAt((area.left + area.right) / 2, (area.top + area.bottom) / 2);
     return pointer();
   }
   static HCURSOR pointer() {
