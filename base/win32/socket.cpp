@@ -10,8 +10,6 @@
 
 namespace kelvane {
 
-namespace {
-
 /// Winsock counts its users.
 struct WinsockUse {
   WinsockUse() {
@@ -22,6 +20,8 @@ struct WinsockUse {
   WinsockUse(const WinsockUse&) = delete;
   WinsockUse& operator=(const WinsockUse&) = delete;
 };
+
+namespace {
 
 NetFailure failureOf(int error) {
   switch (error) {
