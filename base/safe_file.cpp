@@ -118,18 +118,19 @@ std::optional<std::string> readFile(const fs::path& path, std::size_t limit, std
     return std::nullopt;
   };
   std::error_code error;
-  const fs::file_status status = fs::status(path, error);
-  if (status.type() == fs::file_type::not_found) return none({});
-  if (status.type() != fs::file_type::regular) return none(pathText(path) + " is not a file");
+  // The size of a folder and of what else is no file is an error too.
+  const auto size = fs::file_size(path, error);
+  if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
+    return none({});
+  if (error) return none(pathText(path) + " is not a file");
   errno = 0;
   std::ifstream in(path, std::ios::binary);
   const auto cannotRead = [&] {
     return "Cannot read " + pathText(path) + ": " + systemWords(lastError());
   };
   if (!in) return none(cannotRead());
-  const auto size = fs::file_size(path, error);
-  if (!error && size > limit) return none(pathText(path) + " is too large");
-  std::string content(error ? limit : static_cast<std::size_t>(size) + 1, '\0');
+  if (size > limit) return none(pathText(path) + " is too large");
+  std::string content(static_cast<std::size_t>(size) + 1, '\0');
   in.read(content.data(), static_cast<std::streamsize>(content.size()));
   if (in.bad()) return none(cannotRead());
   content.resize(static_cast<std::size_t>(in.gcount()));

@@ -68,7 +68,8 @@ bool AmbrelCore::dropSchedule() {
 bool AmbrelCore::load(std::function<Loaded(const DataFiles&)> read) {
   if (loading_ || !files_) return false;
   loading_ = true;
-  background_.run([this, files = *files_, read = std::move(read)] {
+  background_.run([this, files = *files_, read = std::move(read)]() mutable {
+    files.look();
     const auto loaded = std::make_shared<Loaded>(read(files));
     queue_.post([this, loaded] { take(*loaded); });
   });

@@ -6,6 +6,7 @@
 
 #include "base/instance_name.h"
 #include "base/safe_file.h"
+#include "base/text.h"
 
 namespace kelvane::ambrel {
 
@@ -30,15 +31,29 @@ std::string plainName(const fs::path& file) {
 }  // namespace
 
 DataFiles::DataFiles(fs::path shipped, fs::path user, std::string_view instance)
-    : folders_{user / pathFromText(safeFileName(instance)), user, std::move(shipped)} {}
+    : folders_{{user / pathFromText(safeFileName(instance))}, {user}, {std::move(shipped)}} {
+  look();
+}
+
+// Once a folder, since to ask for each file that might be there takes longer than reading those
+// that are.
+void DataFiles::look() {
+  for (Folder& folder : folders_) {
+    folder.names.clear();
+    std::error_code error;
+    fs::directory_iterator entries(folder.path, error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error))
+      folder.names.push_back(pathText(entries->path().filename()));
+  }
+}
 
 std::vector<fs::path> DataFiles::named(std::string_view name) const {
   std::vector<fs::path> found;
-  for (const fs::path& folder : folders_) {
+  for (const Folder& folder : folders_) {
     for (const std::string& candidate : {usersName(name), std::string(name)}) {
-      const fs::path file = folder / pathFromText(candidate);
-      std::error_code error;
-      if (fs::is_regular_file(file, error)) found.push_back(file);
+      for (const std::string& there : folder.names) {
+        if (equalIgnoringCase(there, candidate)) found.push_back(folder.path / pathFromText(there));
+      }
     }
   }
   return found;
@@ -46,11 +61,9 @@ std::vector<fs::path> DataFiles::named(std::string_view name) const {
 
 std::vector<std::string> DataFiles::namesLike(std::string_view start, std::string_view end) const {
   std::set<std::string> names;
-  for (const fs::path& folder : folders_) {
-    std::error_code error;
-    fs::directory_iterator entries(folder, error);
-    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-      std::string name = plainName(entries->path());
+  for (const Folder& folder : folders_) {
+    for (const std::string& there : folder.names) {
+      std::string name = plainName(pathFromText(there));
       if (name.starts_with(start) && name.ends_with(end)) names.insert(std::move(name));
     }
   }
@@ -58,7 +71,7 @@ std::vector<std::string> DataFiles::namesLike(std::string_view start, std::strin
 }
 
 bool DataFiles::isShipped(const fs::path& file) const {
-  return file.parent_path() == folders_.back() && plainName(file) == pathText(file.filename());
+  return file.parent_path() == folders_.back().path && plainName(file) == pathText(file.filename());
 }
 
 }  // namespace kelvane::ambrel

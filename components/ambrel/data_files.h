@@ -13,12 +13,16 @@ namespace kelvane::ambrel {
 /// shipped one.
 class DataFiles {
  public:
+  /// Looks for what is there at once.
   DataFiles(std::filesystem::path shipped, std::filesystem::path user, std::string_view instance);
 
-  /// The instance's own folder, in which the component keeps what it was given. It need not exist.
-  const std::filesystem::path& ownFolder() const { return folders_.front(); }
+  /// Looks for what is there now; until the next look nothing else is found.
+  void look();
 
-  /// The existing files of that name, the winner first.
+  /// The instance's own folder, in which the component keeps what it was given. It need not exist.
+  const std::filesystem::path& ownFolder() const { return folders_.front().path; }
+
+  /// The files of that name that were there, the winner first.
   std::vector<std::filesystem::path> named(std::string_view name) const;
 
   /// The names in any of the folders that begin and end so, in order and each once. A user's file
@@ -29,7 +33,13 @@ class DataFiles {
   bool isShipped(const std::filesystem::path& file) const;
 
  private:
-  std::vector<std::filesystem::path> folders_;
+  /// A folder, and the names that are in it.
+  struct Folder {
+    std::filesystem::path path;
+    std::vector<std::string> names = {};
+  };
+
+  std::vector<Folder> folders_;
 };
 
 }  // namespace kelvane::ambrel

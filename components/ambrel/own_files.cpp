@@ -48,7 +48,9 @@ OwnFile ownPlanFile(const DataFiles& files, Long region) {
   const fs::path own = files.ownFolder() / name;
   if (isThere(own)) return {own, {}};
   std::string reason = "There is no " + name + " to begin with.";
-  for (const fs::path& file : files.named(name)) {
+  DataFiles now = files;
+  now.look();
+  for (const fs::path& file : now.named(name)) {
     if (const auto text = readFile(file, kLargest, &reason)) return made(own, *text);
   }
   return {own, reason};
