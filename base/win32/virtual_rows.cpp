@@ -51,7 +51,8 @@ void VirtualRows::place(UINT dpi) {
     SendMessageW(list_, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(index), width);
   }
   // A row that was selected before the list had its height may lie below it.
-  if (selected() < count_) SendMessageW(list_, LVM_ENSUREVISIBLE, selected(), FALSE);
+  const std::size_t row = selected();
+  if (row < count_ && !isInView(row)) showAmongOthers(row);
 }
 
 void VirtualRows::showOrder(int column, bool descending) const {
@@ -79,10 +80,28 @@ std::size_t VirtualRows::selected() const {
 
 void VirtualRows::select(std::size_t row) const {
   if (row >= count_) return;
+  // Asked before: some systems scroll a row that gets the focus just into view.
+  const bool shown = isInView(row);
   LVITEMW state{};
   state.stateMask = state.state = LVIS_SELECTED | LVIS_FOCUSED;
   SendMessageW(list_, LVM_SETITEMSTATE, row, reinterpret_cast<LPARAM>(&state));
-  SendMessageW(list_, LVM_ENSUREVISIBLE, row, FALSE);
+  if (!shown) showAmongOthers(row);
+}
+
+bool VirtualRows::isInView(std::size_t row) const {
+  const auto page = static_cast<std::size_t>(SendMessageW(list_, LVM_GETCOUNTPERPAGE, 0, 0));
+  const auto top = static_cast<std::size_t>(SendMessageW(list_, LVM_GETTOPINDEX, 0, 0));
+  return row >= top && row < top + page;
+}
+
+void VirtualRows::showAmongOthers(std::size_t row) const {
+  RECT inside{};
+  GetClientRect(list_, &inside);
+  // While the list has no height, what it says of its page means nothing: place() comes back to it.
+  if (inside.bottom == 0) return;
+  const auto half = static_cast<std::size_t>(SendMessageW(list_, LVM_GETCOUNTPERPAGE, 0, 0)) / 2;
+  for (const std::size_t edge : {std::min(row + half, count_ - 1), row - std::min(row, half)})
+    SendMessageW(list_, LVM_ENSUREVISIBLE, edge, FALSE);
 }
 
 bool VirtualRows::answer(const NMHDR& notice) {

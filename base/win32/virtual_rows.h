@@ -41,13 +41,15 @@ class VirtualRows {
   /// The selected row; count() where none is.
   std::size_t selected() const;
   std::size_t count() const { return count_; }
-  /// Selects a row and brings it into view.
+  /// Selects a row; one that was out of view is shown in the middle, with its neighbours.
   void select(std::size_t row) const;
 
   /// Answers the list's question for a text, if the notice is one.
   bool answer(const NMHDR& notice);
 
  private:
+  bool isInView(std::size_t row) const;
+  void showAmongOthers(std::size_t row) const;
   int columns() const { return static_cast<int>(columns_.size()); }
 
   HWND list_;

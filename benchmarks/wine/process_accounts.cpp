@@ -74,7 +74,8 @@ double ProcessAccounts::seconds() const {
 ProcessAccounts::Memory ProcessAccounts::memory() const {
   const std::string text = read("smaps_rollup");
   return {megabytes(text, "Rss"),
-          megabytes(text, "Private_Clean") + megabytes(text, "Private_Dirty")};
+          megabytes(text, "Private_Clean") + megabytes(text, "Private_Dirty"),
+          megabytes(text, "Anonymous")};
 }
 
 }  // namespace kelvane::bench

@@ -21,6 +21,7 @@ class ProcessAccounts {
   struct Memory {
     double resident = 0;  ///< what lies in memory, MB
     double own = 0;       ///< what of it no other process shares, MB
+    double made = 0;      ///< what of it stands in no file: what the process made itself, MB
   };
   Memory memory() const;
 

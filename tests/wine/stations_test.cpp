@@ -64,6 +64,17 @@ class Stations : public testing::Test {
   LRESULT rows(HWND window, int list) {
     return SendMessageW(GetDlgItem(window, list), LVM_GETITEMCOUNT, 0, 0);
   }
+  /// Whether the list's selected row is shown with at least three more on either side.
+  bool selectedAmongOthers(HWND window, int list) {
+    const auto ask = [&](UINT message, WPARAM w = 0, LPARAM l = 0) {
+      return SendMessageW(GetDlgItem(window, list), message, w, l);
+    };
+    return eventually([&] {
+      const LRESULT selected = ask(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED);
+      const LRESULT top = ask(LVM_GETTOPINDEX);
+      return selected - 3 >= top && selected + 3 < top + ask(LVM_GETCOUNTPERPAGE);
+    });
+  }
   std::filesystem::path schedule(const char* lines) {
     const auto file = instance_.folder() / L"sked-a99.csv";
     std::ofstream(file, std::ios::binary)
@@ -139,6 +150,7 @@ TEST_F(Stations, AreFoundByTypingAndTunedToByEnterWhileThePanelGoesOn) {
   const HWND list = open("k", L"KelvaneKnownList");
   ASSERT_TRUE(isForeground(list));
   ASSERT_TRUE(eventually([&] { return rows(list, frq::Stations) > 500; }));
+  EXPECT_TRUE(selectedAmongOthers(list, frq::Stations)) << "what is near 6070 kHz";
   keys("volmet");
   panel_.keyHere(VK_TAB);
   // The label's key leads back to the entry, which is then typed over.
@@ -175,9 +187,12 @@ TEST_F(Stations, TheDatabaseOpensBesideADrmEntryAndGrowsWithItsWindow) {
   const HWND data = open("d", L"KelvaneDataView");
   ASSERT_TRUE(data);
   ASSERT_TRUE(isForeground(panel_.window())) << "the keyboard stays";
+  EXPECT_TRUE(selectedAmongOthers(data, frq::Rows)) << "the band of 6070 kHz";
   keys("7200\r");
   EXPECT_TRUE(shows("  7205000")) << panel_.digits();
   EXPECT_GT(rows(data, frq::Rows), 100);
+  keys("21000\r");
+  EXPECT_TRUE(selectedAmongOthers(data, frq::Rows)) << "far away";
   RECT before, after;
   GetWindowRect(GetDlgItem(data, frq::Rows), &before);
   RECT outer;
