@@ -10,12 +10,13 @@
 #include <thread>
 
 #include "benchmarks/table.h"
+#include "benchmarks/wine/timing_board.h"
 #include "tests/fakes/fake_rig.h"
 
 namespace kelvane::bench {
 
-/// A radio behind a server on loopback whose every command takes its time. Counts the frequencies
-/// that it is told.
+/// A radio behind a server on loopback whose every command takes its time. Counts what it is asked
+/// and the frequencies that it is told.
 class SlowRadio {
  public:
   explicit SlowRadio(DWORD milliseconds) : milliseconds_(milliseconds) {
@@ -44,6 +45,11 @@ class SlowRadio {
 
   int port() const { return port_; }
   int frequenciesTold() const { return told_; }
+  /// When the last of them arrived, by the performance counter.
+  LONG64 toldAt() const { return toldAt_; }
+  int metersAsked() const { return meters_; }
+  /// How long it has been busy with commands so far, by the performance counter.
+  LONG64 busy() const { return busy_; }
   /// Closes the connection; the next one is served again.
   void hangUp() { closesocket(client_); }
 
@@ -61,11 +67,14 @@ class SlowRadio {
       for (auto end = waiting.find('\n'); end != std::string::npos; end = waiting.find('\n')) {
         const std::string line = waiting.substr(0, end);
         waiting.erase(0, end + 1);
+        const LONG64 came = counter();
         Sleep(milliseconds_);
         const std::size_t sets = rig.sets.size();
         const std::string reply = rig.answer(line);
-        if (rig.sets.size() > sets && rig.sets.back().starts_with("F ")) ++told_;
+        if (rig.sets.size() > sets && rig.sets.back().starts_with("F ")) toldAt_ = came, ++told_;
+        if (line == "+l STRENGTH") ++meters_;
         send(client_, reply.data(), static_cast<int>(reply.size()), 0);
+        busy_ += counter() - came;
       }
     }
   }
@@ -74,7 +83,8 @@ class SlowRadio {
   SOCKET listener_ = INVALID_SOCKET;
   std::atomic<SOCKET> client_ = INVALID_SOCKET;
   int port_ = 0;
-  std::atomic<int> told_ = 0;
+  std::atomic<int> told_ = 0, meters_ = 0;
+  std::atomic<LONG64> toldAt_ = 0, busy_ = 0;
   std::thread thread_;
 };
 
