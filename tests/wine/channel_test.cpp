@@ -272,7 +272,7 @@ void expectWhole(const std::string& text, std::size_t fields, int channels = kCh
 }
 
 TEST_F(ChannelTest, ClosedInTheMiddleOfAReadItReadsAllWhenItIsOpenedAgain) {
-  receiver("Channels=0-99\r\nChannelTime=30\r\n", kChannels);
+  receiver("Channels=0-99\r\nChannelTime=50\r\n", kChannels);
   ChannelWindow channels(instance_);
   for (const bool byKey : {false, true}) {
     ASSERT_TRUE(channels.shown());
@@ -285,7 +285,8 @@ TEST_F(ChannelTest, ClosedInTheMiddleOfAReadItReadsAllWhenItIsOpenedAgain) {
     else
       channels.close();
     ASSERT_TRUE(channels.gone());
-    EXPECT_TRUE(eventually([&] { return channels.panel.text(id::LChn).empty(); }));
+    EXPECT_TRUE(eventually([&] { return channels.panel.text(id::LChn).empty(); }, 1500))
+        << "the rest would take seconds";
     EXPECT_TRUE(channels.panelLives());
   }
   ASSERT_TRUE(channels.opened()) << channels.text(id::ChnStatus);
