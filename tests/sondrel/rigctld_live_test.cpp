@@ -144,6 +144,24 @@ TEST_F(RigctldLive, NoticesWhatAnotherClientDoes) {
   }
 }
 
+TEST_F(RigctldLive, GoesOnListeningAndTakesWhatThePanelSendsWhileRemoteControlIsOff) {
+  RealRigctld server;
+  ASSERT_NO_FATAL_FAILURE(open(server));
+  EXPECT_EQ(rig.core.SetRxRemote(0, false), Outcome::Done);
+  ASSERT_TRUE(waitForLine("RxRmtState 0 0"));
+  rig.listener.clear();
+  server.ask("F 9580000");
+  ASSERT_TRUE(waitForLine("RxFrqUpdated 0 9580000 1"));
+  EXPECT_TRUE(waitFor([&] { return rig.listener.count("RxSMtUpdated") > 5; }));
+  rig.core.SetRxMode(0, kCw);
+  ASSERT_TRUE(waitFor([&] { return server.ask("m") == "CW"; })) << "as automatic mode does";
+  EXPECT_TRUE(rig.core.IsRxOnline(0));
+  EXPECT_FALSE(rig.core.GetRxRemote(0));
+  EXPECT_EQ(rig.core.SetRxRemote(0, true), Outcome::Done);
+  ASSERT_TRUE(waitForLine("RxRmtState 0 1"));
+  EXPECT_EQ(rig.listener.count("RxConnState"), 0U) << "it is the panel's lock, no disconnection";
+}
+
 TEST_F(RigctldLive, OutlivesAServerThatIsStoppedOrKilled) {
   RealRigctld server;
   ASSERT_NO_FATAL_FAILURE(open(server));

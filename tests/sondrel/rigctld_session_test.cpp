@@ -39,6 +39,11 @@ TEST(RigctldHandshake, BringsUpEveryMannerOfServerAndChangesNothing) {
       EXPECT_EQ(play.last(RigItem::Squelch).ticket == 0, c.squelch);
       play.run(milliseconds(5000));
       EXPECT_EQ(play.rig.sets, Lines{}) << "nothing that changes the radio on its own account";
+      const auto asked = play.lines.size();
+      play.rig.width = 1800;
+      play.run(milliseconds(2000));
+      EXPECT_EQ(play.last(RigItem::Filter).number, 1800) << "every line of a reply is read";
+      EXPECT_GT(play.lines.size(), asked + 8) << "and none is waited for that never comes";
     }
   }
 }
@@ -112,6 +117,22 @@ TEST_F(RigctldTuning, SendsTheOperatorsCommandFirstAndReadsItBack) {
   EXPECT_FALSE(play.values[0].refused);
   run(3000);
   EXPECT_EQ(reports(RigItem::Frequency).size(), 1U) << "what was set is no change at the receiver";
+}
+
+TEST_F(RigctldTuning, DoesNotLetPollsGoBeforeTheOperatorWhereTheLineNeverRests) {
+  RigctldOptions options;
+  options.rates = {50, 1};
+  SessionPlay busy(Manner::Rigctld, options);
+  busy.answerTime = milliseconds(20);
+  busy.open();
+  for (int i = 0; i < 20; ++i) {
+    busy.run(milliseconds(90 + i));
+    const auto sent = busy.lines.size();
+    busy.request(RigItem::Frequency, 7'000'000 + i, 1);
+    busy.run(milliseconds(30));
+    ASSERT_GT(busy.lines.size(), sent);
+    EXPECT_EQ(busy.lines[sent], "+F " + std::to_string(7'000'000 + i));
+  }
 }
 
 TEST_F(RigctldTuning, LetsTheNewestRequestWinAndKeepsOthersInOrder) {
