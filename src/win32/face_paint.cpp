@@ -81,6 +81,13 @@ void paintLamp(const Face& face, const Painting& on) {
   on.round(lamp, lamp.right - lamp.left, around, around);
 }
 
+/// Letters that can be read on a ground, which may be one of the user's own dark colours.
+COLORREF lettersOn(COLORREF ground) {
+  const int light =
+      (GetRValue(ground) * 299 + GetGValue(ground) * 587 + GetBValue(ground) * 114) / 1000;
+  return light < 128 ? RGB(240, 243, 246) : RGB(16, 20, 24);
+}
+
 struct ButtonColours {
   COLORREF ground, edge, text, focus;
 };
@@ -96,7 +103,7 @@ ButtonColours colourOf(const Face& face, bool down) {
   COLORREF colour = resolved(face.shown().back);
   if (!enabled) colour = blended(colour, face3d, 170);
   return {down ? blended(colour, 0, 30) : colour, blended(colour, caption, down ? 170 : 90),
-          enabled ? RGB(16, 20, 24) : grey, GetSysColor(COLOR_HIGHLIGHT)};
+          enabled ? lettersOn(colour) : grey, GetSysColor(COLOR_HIGHLIGHT)};
 }
 
 /// A push button; one that toggles stays down while it is pressed. The one with the keyboard focus
