@@ -83,7 +83,7 @@ TEST_F(Controls, EachSettingStepsOncePerClickAndIsReleased) {
     const std::string before = panel_.text(id);
     panel_.click(id);
     EXPECT_TRUE(eventually([&] { return panel_.text(id) != before; })) << before;
-    EXPECT_FALSE(pressed(id));
+    EXPECT_TRUE(eventually([&] { return !pressed(id); }));
   }
   EXPECT_EQ(panel_.text(id::ModEvent + 3), "10dB");
   EXPECT_NE(panel_.text(id::ModEvent + 4).substr(0, 3), "NB:");
