@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -49,9 +50,10 @@ class SessionPlay {
   void run(milliseconds time) {
     const Instant end = now + time;
     settle();
-    while (true) {
+    for (int steps = 0;; ++steps) {
       const Instant next = std::min(session.nextDue(), coming_.empty() ? kNever : comingAt_);
       if (next > end) break;
+      if (steps == kMostSteps) throw std::runtime_error("the session never comes to rest");
       now = std::max(now, next);
       step();
     }
@@ -126,6 +128,8 @@ class SessionPlay {
 
   std::string coming_;
   Instant comingAt_{};
+  /// In one run; a session that is due and does nothing would else run for ever.
+  static constexpr int kMostSteps = 200'000;
 };
 
 }  // namespace kelvane::fakes

@@ -223,10 +223,14 @@ TEST_F(RigctldLink, FindsBackAfterStrayLines) {
         EXPECT_EQ(report.mode, "USB");
       }
     }
+    // More of it may follow: what is asked now waits until the line is quiet.
+    stray.feed("7\n");
     stray.request(RigItem::Frequency, 5'000'000, 3);
-    stray.run(milliseconds(500));
+    stray.feed("RPRT 1\n");
+    stray.run(milliseconds(1000));
     EXPECT_EQ(stray.last(RigItem::Frequency).number, 5'000'000);
     EXPECT_EQ(stray.last(RigItem::Frequency).ticket, 3U);
+    EXPECT_FALSE(stray.last(RigItem::Frequency).refused);
   }
 }
 
@@ -286,7 +290,7 @@ TEST_F(RigctldLink, DoesNotJudgeByASingleSetting) {
   EXPECT_LE(play.countOf("+l AGC"), 5) << "what keeps failing is not asked for ever";
   EXPECT_LE(play.countOf("+l PREAMP"), 3);
   play.rig.errors = {{"f ", 8}};
-  run(10);
+  for (const long asked = play.countOf("+f"); play.countOf("+f") == asked;) run(1);
   play.rig.errors.clear();
   run(2000);
   EXPECT_EQ(play.links, Links{LinkState::Up}) << "one disturbance is no fault";
