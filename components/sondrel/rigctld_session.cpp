@@ -175,6 +175,7 @@ void RigctldSession::drop() {
   wanted_ = 0;
   reader_ = {};
   flight_.reset();
+  requests_.clear();
   output_.clear();
   quietAt_ = kNever;
   drainUntil_ = {};

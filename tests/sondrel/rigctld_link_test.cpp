@@ -338,6 +338,20 @@ TEST_F(RigctldLink, ForgetsRequestsThatItCouldNotCarryOut) {
   run(2000);
   EXPECT_TRUE(play.up());
   EXPECT_EQ(play.rig.frequency, 7'100'000) << "a radio must not jump when its link heals";
+
+  // The same where the operator closes the link or opens it anew, with a request that waits.
+  for (const bool closes : {true, false}) {
+    play.deaf = true;
+    for (const auto sent = play.lines.size(); play.lines.size() == sent;) run(1);
+    play.request(RigItem::Frequency, 5'000'000, 5);
+    play.deaf = false;
+    if (closes) play.session.close();
+    play.session.open(true, play.now);
+    play.connect();
+    run(2000);
+    EXPECT_TRUE(play.up());
+    EXPECT_EQ(play.rig.frequency, 7'100'000) << closes;
+  }
 }
 
 TEST_F(RigctldLink, ClosesInSilence) {
