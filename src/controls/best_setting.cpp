@@ -14,6 +14,7 @@ constexpr Colour kNormal = Colour::rgb(128, 255, 255);
 constexpr Colour kClose = Colour::rgb(255, 255, 0);
 constexpr Colour kOff = Colour::rgb(255, 192, 128);
 constexpr Colour kOffer = Colour::rgb(255, 224, 96);
+constexpr const char* kBandPlan = "Bandplan";
 constexpr const char* kBandTip = "Click  to change current band plan";
 /// Texts longer than this may not fit the label.
 constexpr std::size_t kLongText = 44;
@@ -40,7 +41,7 @@ BestSetting::BestSetting(MainView& view, Stepping& stepping, ReceiverComponent& 
   view_.BFlt.tip = "Best computed filter";
   view_.FDif.tip = "Offset from known frequency";
   view_.FDif.text = "-250";
-  view_.Band.text = "Bandplan";
+  view_.Band.text = kBandPlan;
   view_.Band.tip = kBandTip;
   for (Control* label : {&view_.Band, &view_.BMod, &view_.BFlt, &view_.FDif}) {
     label->back = kBlack;
@@ -51,7 +52,8 @@ BestSetting::BestSetting(MainView& view, Stepping& stepping, ReceiverComponent& 
 }
 
 void BestSetting::refresh(Hz tuned, Apply apply) {
-  if (tuned < 0 || refreshing_) return;
+  if (refreshing_) return;
+  if (tuned < 0) return nothingKnown();
   refreshing_ = true;
   view_.FDif.visible = false;
   view_.Band.fore = kNormal;
@@ -61,6 +63,15 @@ void BestSetting::refresh(Hz tuned, Apply apply) {
   if (apply == Apply::Automatic) applyAutomatically();
   compare();
   refreshing_ = false;
+}
+
+// What belongs to the receiver shown before must not be taken for this one's.
+void BestSetting::nothingKnown() {
+  caption(kBandPlan);
+  view_.Band.fore = kNormal;
+  view_.FDif.visible = view_.BMod.visible = view_.BFlt.visible = false;
+  bestMode_ = -1;
+  bestFilter_ = 0;
 }
 
 void BestSetting::lookUp(Hz tuned) {

@@ -32,6 +32,7 @@ class BestSetting {
   void bandName();
 
  private:
+  void nothingKnown();
   void lookUp(Hz tuned);
   void showKnown(Hz tuned);
   void caption(const Text& text);

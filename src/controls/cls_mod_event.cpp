@@ -8,6 +8,7 @@ constexpr Colour kCarrierMode = Colour::rgb(128, 255, 255);
 constexpr Colour kOtherMode = Colour::rgb(192, 254, 255);
 constexpr Setting kUnknown = -1;
 constexpr Setting kAny = -1;
+constexpr const char* kNothing = "----";
 
 constexpr std::array<const char*, clsModEvent::kButtons> kTips = {
     "Cycle through Modes settings", "Cycle through Filters settings", "Cycle through AGC settings",
@@ -41,6 +42,8 @@ void clsModEvent::Update(Index rx) {
     NBlUpdated(rx, blanker);
   }
   buttons_[Filter].enabled = oReceiver_.GetRxFilterCount(rx) != 1 && buttons_[Mode].enabled;
+  // Where it is not known, the one of the receiver shown before must not stay.
+  buttons_[Mode].text = buttons_[Filter].text = kNothing;
   ModUpdated(rx, oReceiver_.GetRxMode(rx));
   if (const auto filter = oReceiver_.GetRxFilter(rx); filter.ok()) FilterUpdated(rx, filter);
 }
@@ -70,7 +73,7 @@ void clsModEvent::ModUpdated(Index rx, Setting mode) {
 
 void clsModEvent::FilterUpdated(Index, Setting filter) {
   if (filter == kUnknown) return;
-  buttons_[Filter].text = filter != 0 ? std::to_string(filter) : "----";
+  buttons_[Filter].text = filter != 0 ? std::to_string(filter) : kNothing;
 }
 
 void clsModEvent::AgcUpdated(Index rx, Setting agc) {

@@ -43,6 +43,27 @@ TEST(ModeButtons, HideWhatTheReceiverLacksAndLockASingleFilter) {
   EXPECT_EQ(clsModEvent::Width(703), 141);
 }
 
+TEST(ModeButtons, ShowNothingOfAnotherReceiverWhereNothingIsKnownYet) {
+  PanelRig rig(
+      "[Receiver 1]\r\nName=Hill\r\nKind=simulated\r\n"
+      "[Receiver 2]\r\nName=Far\r\nKind=rigctld\r\nPort=1\r\n");
+  rig.start();
+  rig.type("14200\r");
+  MainView& view = rig.view();
+  ASSERT_EQ(view.ModEvent[0].text, "AM");
+  ASSERT_TRUE(view.BMod.visible);
+  const std::string known = view.Band.text;
+  rig.panel->tabClicked(1);
+  EXPECT_EQ(view.ModEvent[0].text, "----");
+  EXPECT_EQ(view.ModEvent[1].text, "----");
+  EXPECT_EQ(view.Band.text, "Bandplan");
+  EXPECT_FALSE(view.BMod.visible || view.BFlt.visible || view.FDif.visible);
+  rig.panel->tabClicked(0);
+  EXPECT_EQ(view.ModEvent[0].text, "AM");
+  EXPECT_EQ(view.Band.text, known);
+  EXPECT_TRUE(view.BMod.visible);
+}
+
 TEST(Forwarding, MasterAndAllExcludeEachOtherAndTheMasterIsRemembered) {
   PanelRig rig;
   rig.start();
