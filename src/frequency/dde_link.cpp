@@ -13,19 +13,20 @@ constexpr Colour kFailed = Colour::rgb(255, 128, 112);
 
 struct LinkLook {
   Colour back;
+  const char* text;  ///< the colour is not the only sign
   std::string words;
 };
 
 LinkLook lookOf(DigitLink state, const std::string& server) {
   switch (state) {
     case DigitLink::Waiting:
-      return {kWaiting, "Waiting for the DDE server " + server + ", topic DTMF"};
+      return {kWaiting, "DDE ?", "Waiting for the DDE server " + server + ", topic DTMF"};
     case DigitLink::Linked:
-      return {kLinked, "Linked with the DDE server " + server};
+      return {kLinked, "DDE +", "Linked with the DDE server " + server};
     case DigitLink::Failed:
-      return {kFailed, "The DDE server " + server + " does not answer, or has no item Digit"};
+      return {kFailed, "DDE !", "The DDE server " + server + " does not answer, or has no item Digit"};
     default:
-      return {kButtonFace, "The DDE link is closed"};
+      return {kButtonFace, "DDE", "The DDE link is closed"};
   }
 }
 
@@ -40,7 +41,6 @@ DdeLink::DdeLink(Control& DDESts, DigitServers& servers, ReceiverComponent& comp
       options_(options),
       window_(window),
       digits_(component) {
-  DDESts_.text = "DDE";
   servers_.whenReceived([this](Index rx, const std::string& text) { received(rx, text); });
   show();
 }
@@ -78,6 +78,7 @@ void DdeLink::received(Index rx, const std::string& text) {
 void DdeLink::show() {
   LinkLook look = lookOf(servers_.state(shown_.index()), serverOf(shown_.index()));
   DDESts_.back = look.back;
+  DDESts_.text = look.text;
   DDESts_.tip = std::move(look.words);
 }
 

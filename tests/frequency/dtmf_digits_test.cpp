@@ -79,11 +79,13 @@ TEST_F(DdeDigits, LinksFollowTheOptionAndTheReceiversAndAreSaidInColourAndWords)
               ElementsAre("Kelvane_Harrow", "Kelvane_Quill", "Kelvane_Tern", "Kelvane_Loom"));
   run(milliseconds(1600));
   EXPECT_THAT(view().DDESts.tip, HasSubstr("Waiting for the DDE server Kelvane_Harrow"));
+  EXPECT_EQ(view().DDESts.text, "DDE ?");
   digitServers.answer = DigitLink::Linked;
   const int before = digitServers.refreshes;
   run(milliseconds(1600));
   EXPECT_EQ(digitServers.refreshes, before + 1);
   EXPECT_EQ(view().DDESts.back, kGrey);
+  EXPECT_EQ(view().DDESts.text, "DDE +");
   panel->tabClicked(2);
   EXPECT_THAT(view().DDESts.tip, HasSubstr("Kelvane_Tern"));
   EXPECT_GT(digitServers.refreshes, before + 1) << "a tab looks for its own server";
