@@ -218,7 +218,7 @@ void RunningPanel::click(int id, Mouse button) {
   sendMouse(left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP);
 }
 
-void RunningPanel::clickTab(int tab) {
+void RunningPanel::pointAtTab(int tab) {
   giveKeyboard(window_);
   RECT strip;
   GetWindowRect(control(id::TabStrip), &strip);
@@ -226,8 +226,16 @@ void RunningPanel::clickTab(int tab) {
   GetClientRect(window_, &area);
   const int width = (area.right - area.left) / 9;
   pointAt(strip.left + tab * width + width / 2, (strip.top + strip.bottom) / 2);
+}
+
+void RunningPanel::clickHere() {
   sendMouse(MOUSEEVENTF_LEFTDOWN);
   sendMouse(MOUSEEVENTF_LEFTUP);
+}
+
+void RunningPanel::clickTab(int tab) {
+  pointAtTab(tab);
+  clickHere();
 }
 
 void RunningPanel::turnWheel(int delta) {

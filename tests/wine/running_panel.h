@@ -66,6 +66,9 @@ class RunningPanel {
   enum class Mouse { Left, Right };
   void click(int id, Mouse button = Mouse::Left);
   void clickTab(int tab);
+  void pointAtTab(int tab);
+  /// A left click where the pointer is.
+  void clickHere();
   /// Turns the real wheel where the pointer is, positive away from the hand; 120 is a notch.
   void turnWheel(int delta);
   /// Tells the window that it is on a screen of this resolution now.
