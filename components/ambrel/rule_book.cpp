@@ -74,9 +74,13 @@ RuleBook::Reading RuleBook::read(std::string_view days, std::string_view start,
   const std::string_view bound = stop.substr(0, stop.find('['));
   if (!pack(days, columns.days) || !pack(start, columns.start) || !pack(bound, columns.stop))
     return work(days, start, bound, persistence);
-  const auto found = known_.find(columns);
-  if (found != known_.end()) return found->second;
-  return known_.emplace(columns, work(days, start, bound, persistence)).first->second;
+  Recent& recent = recent_[Hash{}(columns) % recent_.size()];
+  if (recent.used && recent.columns == columns) return recent.reading;
+  auto found = known_.find(columns);
+  if (found == known_.end())
+    found = known_.emplace(columns, work(days, start, bound, persistence)).first;
+  recent = {columns, found->second, true};
+  return recent.reading;
 }
 
 RuleBook::Reading RuleBook::work(std::string_view days, std::string_view start,
@@ -88,7 +92,9 @@ RuleBook::Reading RuleBook::work(std::string_view days, std::string_view start,
   if (!reading.valid) return reading;
   const bool everyYear = persistence >= 1 && persistence <= 5;
   if (from.day || to.day) rule.dates = windowOf(from, to, everyYear, season_);
-  const auto read = readDays(days);
+  const auto [known, isNew] = days_.try_emplace(std::string(days));
+  if (isNew) known->second = readDays(days);
+  const std::optional<DayRule>& read = known->second;
   reading.daysUnknown = !read;
   rule.days = read.value_or(DayRule{});
   reading.irregular = !read || rule.days.irregular;

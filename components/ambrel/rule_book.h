@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -54,6 +57,15 @@ class RuleBook {
   Season season_;
   std::vector<FurtherRule> rules_;
   std::unordered_map<Columns, Reading, Hash> known_;
+  std::unordered_map<std::string, std::optional<DayRule>> days_;  ///< by the column's text
+
+  struct Recent {
+    Columns columns;
+    Reading reading;
+    bool used = false;
+  };
+  /// Those met last, each where its hash says: found at a look, as most lines repeat one of few.
+  std::array<Recent, 128> recent_;
 };
 
 }  // namespace kelvane::ambrel

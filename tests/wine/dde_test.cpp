@@ -27,7 +27,8 @@ class Digits : public testing::Test {
     RECT place{};
     GetWindowRect(panel_->control(id::DDESts), &place);
     const HDC screen = GetDC(nullptr);
-    const COLORREF shown = GetPixel(screen, place.left + 3, place.top + 3);
+    // In the corner, where no letter is.
+    const COLORREF shown = GetPixel(screen, place.left + 1, place.top + 1);
     ReleaseDC(nullptr, screen);
     return shown;
   }
