@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 #include <utility>
 
 namespace kelvane::ambrel {
@@ -33,13 +35,19 @@ bool inBroadcastBand(Hz frequency) {
   });
 }
 
-/// Minutes of "HHMM", 1440 for 2400; -1 where it is no time of the day.
-int minutesOf(const char* text) {
-  const auto digit = [text](int place) { return static_cast<unsigned>(text[place] - '0'); };
-  const unsigned hour = digit(0) * 10 + digit(1), minute = digit(2) * 10 + digit(3);
-  const bool digits = (digit(0) <= 9) & (digit(1) <= 9) & (digit(2) <= 9) & (digit(3) <= 9);
-  const unsigned minutes = hour * 60 + minute;
-  return digits & (minute < 60) & (minutes <= kMinutesOfDay) ? static_cast<int>(minutes) : -1;
+/// Eight digits as four numbers of two digits, all at a stroke; false where one is no digit.
+bool fourNumbers(const char* first, const char* second, std::array<int, 4>& numbers) {
+  static_assert(std::endian::native == std::endian::little);
+  constexpr std::uint64_t kEach = 0x0101010101010101;
+  std::uint32_t low = 0, high = 0;
+  std::memcpy(&low, first, sizeof low);
+  std::memcpy(&high, second, sizeof high);
+  const std::uint64_t digits = (low | std::uint64_t{high} << 32) ^ (kEach * '0');
+  // Above 9 the sum reaches the byte's highest bit, unless that was set before.
+  if (((digits + kEach * (0x80 - 10)) | digits) & kEach * 0x80) return false;
+  const std::uint64_t pairs = digits * 10 + (digits >> 8);
+  for (std::size_t i = 0; i < 4; ++i) numbers[i] = static_cast<int>(pairs >> (16 * i) & 0xFF);
+  return true;
 }
 
 bool has(std::string_view text, std::string_view part) {
@@ -50,8 +58,11 @@ bool has(std::string_view text, std::string_view part) {
 
 bool readTimes(std::string_view text, Record& record) {
   if (text.size() != 9 || text[4] != '-') return false;
-  const int from = minutesOf(text.data()), to = minutesOf(text.data() + 5);
-  if (from < 0 || to < 0) return false;
+  std::array<int, 4> numbers;
+  if (!fourNumbers(text.data(), text.data() + 5, numbers)) return false;
+  const int from = numbers[0] * 60 + numbers[1], to = numbers[2] * 60 + numbers[3];
+  if (numbers[1] >= 60 || numbers[3] >= 60 || from > kMinutesOfDay || to > kMinutesOfDay)
+    return false;
   // Chosen and not branched: nothing foretells which broadcasts run past midnight.
   const int start = from == kMinutesOfDay ? 0 : from;
   const int whole = start == 0 ? kMinutesOfDay : 1;

@@ -32,6 +32,11 @@ TEST(Import, TellsMalformedLinesByNumberAndKeepsTheOthers) {
       {"6070;0060-0100;;G;X;E;Eu;w;1;;", "times"},
       {"6070;000-2400;;G;X;E;Eu;w;1;;", "times"},
       {"6070;;;G;X;E;Eu;w;1;;", "times"},
+      {"6070;0000-010:;;G;X;E;Eu;w;1;;", "times"},
+      {"6070;/000-0100;;G;X;E;Eu;w;1;;", "times"},
+      {"6070;0\xB1"
+       "00-0100;;G;X;E;Eu;w;1;;",
+       "times"},
       {"6070;0000-2400;;G;X;E;Eu;w;9;;", "persistence"},
       {"6070;0000-2400;;G;X;E;Eu;w;17;;", "persistence"},
       {"6070;0000-2400;;G;X;E;Eu;w;1;9999;", "dates"},
