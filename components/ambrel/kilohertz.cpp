@@ -1,19 +1,17 @@
 #include "components/ambrel/kilohertz.h"
 
 #include <cstdint>
-#include <limits>
 
 namespace kelvane::ambrel {
 
 bool readKilohertz(std::string_view text, Hz& frequency) {
-  constexpr std::uint64_t kMost = std::numeric_limits<Hz>::max();
   const char* at = text.data();
   const char* const end = at + text.size();
   const auto digit = [&at] { return static_cast<unsigned>(*at - '0'); };
   std::uint64_t hertz = 0;
   for (; at != end && digit() <= 9; ++at) {
     hertz = hertz * 10 + digit();
-    if (hertz > kMost) return false;
+    if (hertz > std::uint64_t{kHighestHz}) return false;
   }
   hertz *= 1000;
   if (at != end && *at == '.') {
@@ -21,7 +19,7 @@ bool readKilohertz(std::string_view text, Hz& frequency) {
     for (++at; at != end && digit() <= 9; ++at, unit /= 10) hertz += digit() * unit;
   }
   frequency = static_cast<Hz>(hertz);
-  return at == end && hertz > 0 && hertz <= kMost;
+  return at == end && hertz > 0 && hertz <= std::uint64_t{kHighestHz};
 }
 
 std::string kilohertzText(Hz frequency) {

@@ -1,8 +1,7 @@
 #include "components/ambrel/season.h"
 
-#include "base/text.h"
-
 #include "base/number.h"
+#include "base/text.h"
 
 namespace kelvane::ambrel {
 
@@ -20,7 +19,7 @@ UtcMinute Season::start() const {
   return UtcMinute{sunday} * kMinutesOfDay + kChange;
 }
 
-std::string Season::code() const { return (summer ? "A" : "B") + twoDigits((year) % 100); }
+std::string Season::code() const { return (summer ? "A" : "B") + twoDigits(year % 100); }
 
 std::string Season::name() const {
   if (summer) return code() + ", summer " + std::to_string(year);

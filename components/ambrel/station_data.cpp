@@ -24,7 +24,7 @@ StationList readKnownFile(const fs::path& file, const DataFiles& files) {
   if (text)
     list = readKnownSets(std::move(*text), title);
   else
-    list.refusal = reason;
+    list.refusal = reason.empty() ? "it is no longer there" : reason;
   list.file = file;
   list.usersOwn = !files.isShipped(file);
   return list;

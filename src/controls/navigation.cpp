@@ -4,8 +4,6 @@
 
 namespace kelvane {
 
-namespace {}  // namespace
-
 Navigation::Navigation(MainView& view, ReceiverComponent& component, FrequencyComponent& frequency,
                        ShownReceiver& shown, BestSetting& best, WindowCommands& window,
                        Refusal& refusal)
