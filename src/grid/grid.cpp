@@ -89,7 +89,8 @@ void Grid::commit() {
   dropped_ = false;
   if (!editing_) return;
   editing_ = false;
-  put(table_.corrected(current_, text_));
+  // What was only looked at is no edit, even where typing the same would be corrected.
+  if (text_ != table_.cell(current_.row, current_.column)) put(table_.corrected(current_, text_));
 }
 
 void Grid::put(const std::string& text) {

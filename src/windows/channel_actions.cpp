@@ -54,7 +54,7 @@ void ChannelEditor::Clear_Click() { startReading(Purpose::Backup); }
 
 void ChannelEditor::clearChannels(const std::string& kept) {
   if (component_.GetRxChannel(nReceiver_) != -1) leaveChannel();
-  start(std::make_unique<ClearTask>(component_, nReceiver_, table_.count(), kept));
+  start(std::make_unique<ClearTask>(component_, nReceiver_, table_, kept));
 }
 
 /// Tunes the receiver off its memory channel and back to where it was.
@@ -71,7 +71,7 @@ void ChannelEditor::leaveChannel() {
 void ChannelEditor::Export_Click() {
   std::string name = name_ + "_Mem";
   if (!files_.flows.saveFile(name, "txt") || !view_.open) return;
-  const auto rows = workingRows();
+  const auto rows = stored(workingRows());
   const std::string done = std::to_string(rows.size()) + " channels exported to " + name + ".";
   start(std::make_unique<WriteTask>(saver_, pathFromText(name), text(rows), done));
 }
@@ -82,7 +82,7 @@ void ChannelEditor::Import_Click() {
   start(std::make_unique<ImportTask>(pathFromText(name), table_));
 }
 
-void ChannelEditor::start(std::unique_ptr<ChannelTask> task, std::function<void()> then) {
+void ChannelEditor::start(std::unique_ptr<ChannelTask> task, Then then) {
   task_ = std::move(task);
   then_ = std::move(then);
   taskDue_ = owner_.now();
@@ -103,11 +103,11 @@ void ChannelEditor::taskEnded() {
   const auto then = std::move(then_);
   then_ = {};
   const auto* import = dynamic_cast<const ImportTask*>(task.get());
-  say(then && task->failed() ? task->words() + " Nothing was cleared." : task->words());
+  say(task->words());
   grid_.refresh();
   if (import && !import->problem().empty())
     files_.boxes.show(import->problem(), "Error: Invalid format", Buttons::OkCancel);
-  if (then && !task->failed()) then();
+  if (then) then(*task);
 }
 
 std::string ChannelEditor::text(const ChannelRows& rows) {
@@ -116,9 +116,14 @@ std::string ChannelEditor::text(const ChannelRows& rows) {
 
 ChannelRows ChannelEditor::workingRows() const {
   ChannelRows rows;
-  for (Channel channel = table_.first(); channel < table_.count(); ++channel) {
-    if (!table_.working(channel).free()) rows.emplace_back(channel, table_.working(channel));
-  }
+  for (Channel channel = table_.first(); channel < table_.count(); ++channel)
+    rows.emplace_back(channel, table_.working(channel));
+  return rows;
+}
+
+/// Without the empty channels.
+ChannelRows ChannelEditor::stored(ChannelRows rows) {
+  std::erase_if(rows, [](const auto& row) { return row.second.free(); });
   return rows;
 }
 

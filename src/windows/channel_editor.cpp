@@ -69,7 +69,7 @@ void ChannelEditor::Receiver(Index rx) {
 void ChannelEditor::startReading(Purpose purpose) {
   purpose_ = purpose;
   backup_.clear();
-  rescue_ = purpose == Purpose::Reload && table_.unsaved() ? text(workingRows()) : std::string();
+  rescue_ = purpose == Purpose::Reload && table_.unsaved() ? workingRows() : ChannelRows();
   if (!reading_.start(nReceiver_, owner_.now()))
     return readingFailed("The receiver did not start to read its channels.");
   if (purpose != Purpose::Backup) {
@@ -100,13 +100,15 @@ void ChannelEditor::Update(Channel channel, Hz frequency, Hz bfo, Setting mode, 
 void ChannelEditor::readingEnded() {
   say(std::to_string(reading_.read()) + " channels of " + name_ + " read.");
   if (purpose_ != Purpose::Backup) return;
-  std::erase_if(backup_, [](const auto& stored) { return stored.second.free(); });
+  backup_ = stored(std::move(backup_));
   if (backup_.empty()) return clearChannels("There was nothing in them.");
   const auto path = datedFile();
   const std::string kept =
       "They are kept in " + pathText(path) + ": Reload, Import that file and Save bring them back.";
   start(std::make_unique<WriteTask>(saver_, path, text(backup_), kept),
-        [this, kept] { clearChannels(kept); });
+        [this, kept](const ChannelTask& written) {
+          written.failed() ? say(written.words() + " Nothing was cleared.") : clearChannels(kept);
+        });
 }
 
 void ChannelEditor::readingFailed(const std::string& why) {
@@ -115,13 +117,28 @@ void ChannelEditor::readingFailed(const std::string& why) {
 }
 
 void ChannelEditor::closeAfterReload(const std::string& why) {
-  view_.open = false;
-  changed();
-  if (rescue_.empty()) return;
+  if (rescue_.empty()) {
+    view_.open = false;
+    return changed();
+  }
   const auto path = datedFile();
-  saver_.save(path, std::exchange(rescue_, {}));
-  files_.boxes.show("Error: " + why + " The unsaved edits are kept in " + pathText(path) + ".", "",
-                    Buttons::Ok);
+  start(std::make_unique<WriteTask>(saver_, path, text(stored(rescue_)),
+                                    " The unsaved edits are kept in " + pathText(path) + "."),
+        [this, why](const ChannelTask& written) { rescued(why, written); });
+}
+
+/// Without a file the window is the only place for the edits.
+void ChannelEditor::rescued(const std::string& why, const ChannelTask& written) {
+  const auto rows = std::exchange(rescue_, {});
+  if (!written.failed()) {
+    close();
+    files_.boxes.show("Error: " + why + written.words(), "", Buttons::Ok);
+    return;
+  }
+  table_.edit(rows);
+  grid_.refresh();
+  say(why + " The unsaved edits could not be kept in a file. " + written.words() +
+      " They are still here: Export keeps them elsewhere.");
 }
 
 void ChannelEditor::receiversChanged() {

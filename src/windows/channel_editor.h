@@ -91,6 +91,7 @@ class ChannelEditor : private ChannelKeys {
   void readingEnded();
   void readingFailed(const std::string& why);
   void closeAfterReload(const std::string& why);
+  void rescued(const std::string& why, const ChannelTask& written);
 
   void Save_Click();
   void Clear_Click();
@@ -98,7 +99,9 @@ class ChannelEditor : private ChannelKeys {
   void Import_Click();
   void clearChannels(const std::string& kept);
   void leaveChannel();
-  void start(std::unique_ptr<ChannelTask> task, std::function<void()> then = {});
+  /// What is done when a task has ended; what it says is shown.
+  using Then = std::function<void(const ChannelTask&)>;
+  void start(std::unique_ptr<ChannelTask> task, Then then = {});
   void runTask(Instant now);
   void taskEnded();
 
@@ -107,6 +110,7 @@ class ChannelEditor : private ChannelKeys {
   void changed();
   std::string text(const ChannelRows& rows);
   ChannelRows workingRows() const;
+  static ChannelRows stored(ChannelRows rows);
   std::filesystem::path datedFile() const;
 
   ReceiverComponent& component_;
@@ -123,9 +127,9 @@ class ChannelEditor : private ChannelKeys {
   bool gone_ = false;  ///< the receiver is no longer the one that was opened
   Purpose purpose_ = Purpose::Open;
   ChannelRows backup_;
-  std::string rescue_;  ///< unsaved edits, as a file, while they are read over
+  ChannelRows rescue_;  ///< the table with unsaved edits, while it is read over
   std::unique_ptr<ChannelTask> task_;
-  std::function<void()> then_;
+  Then then_;
   Instant taskDue_ = kNever;
 };
 

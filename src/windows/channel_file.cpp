@@ -41,6 +41,13 @@ bool isNumeric(std::string_view text) {
   return digits > 0 && point <= 1 && digits + point == static_cast<std::ptrdiff_t>(text.size());
 }
 
+/// Whole numbers are Hz; with a decimal point, people who write channel files by hand mean kHz, and
+/// no receiver reaches this one in kHz.
+bool looksLikeKilohertz(std::string_view frequency) {
+  constexpr double kNoKilohertz = 1e6;
+  return frequency.find('.') != std::string_view::npos && num(frequency) < kNoKilohertz;
+}
+
 Long number(std::string_view text) { return nearestLong(num(text)); }
 
 /// Right-aligned in a width of characters; a longer text is never cut.
@@ -68,22 +75,25 @@ std::string faultWords(LineFault fault, std::int64_t line) {
       return "Line " + n + " don't contain the required number of fields !";
     case LineFault::EmptyField:
       return "Empty field(s) on line " + n;
+    case LineFault::Kilohertz:
+      return "The frequency on line " + n + " looks like kHz; it must be in Hz";
     default:
       return "Non numerical field(s) on line " + n;
   }
 }
 
-std::variant<ChannelLine, LineFault> readChannelLine(std::string_view line) {
+std::variant<ChannelLine, LineFault> readChannelLine(std::string_view line, NamesNeeded needed) {
   if (line.empty()) return LineFault::Empty;
   const Parts parts(line);
   if (parts.count != kParts) return LineFault::Fields;
   const auto& at = parts.at;
-  for (const int needed : {0, 1, 3, 4, 5}) {
-    if (at[needed].empty()) return LineFault::EmptyField;
-  }
+  const bool incomplete = at[0].empty() || at[1].empty() || at[4].empty() ||
+                          (needed.mode && at[3].empty()) || (needed.agc && at[5].empty());
+  if (incomplete) return LineFault::EmptyField;
   const bool numeric = isNumeric(at[0]) && isNumeric(at[1]) && isNumeric(at[4]) &&
                        (at[2].empty() || isNumeric(at[2]));
   if (!numeric) return LineFault::NoNumber;
+  if (looksLikeKilohertz(at[1])) return LineFault::Kilohertz;
   return ChannelLine{num(at[0]),    number(at[1]), number(at[2]), number(at[4]),
                      number(at[6]), at[3],         at[5]};
 }

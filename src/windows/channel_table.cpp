@@ -57,11 +57,13 @@ void ChannelTable::empty() {
   edits_.clear();
   for (auto* table : {&working_, &reference_, &sent_})
     table->assign(static_cast<std::size_t>(count_ - first_), ChannelRow{});
+  underWay_.assign(working_.size(), false);
 }
 
 void ChannelTable::report(Channel channel, const ChannelRow& row) {
   if (!has(channel)) return;
   for (auto* table : {&working_, &reference_, &sent_}) (*table)[place(channel)] = row;
+  underWay_[place(channel)] = false;
 }
 
 void ChannelTable::edit(const ChannelRows& rows) {
@@ -80,7 +82,8 @@ void ChannelTable::edit(const ChannelRows& rows) {
 }
 
 bool ChannelTable::modified(Channel channel) const {
-  return reported(channel) && !working(channel).same(reference_[place(channel)]);
+  const bool differs = !working(channel).same(reference_[place(channel)]);
+  return reported(channel) && (differs || underWay_[place(channel)]);
 }
 
 bool ChannelTable::unsaved() const {

@@ -58,8 +58,11 @@ class ChannelTable : public GridTable {
   /// The operator gives channels other values; taken back in one go.
   void edit(const ChannelRows& rows);
 
-  /// The receiver reported the channel, and the working table holds something else.
+  /// The receiver reported the channel, and the working table holds something else, or the channel
+  /// was sent since: an edit that is taken back then is to be sent too.
   bool modified(Channel channel) const;
+  /// The channel is on its way to the receiver, which may take it or not.
+  void sending(Channel channel) { underWay_[place(channel)] = true; }
   /// The receiver has taken the channel as the working table has it now.
   void sent(Channel channel) { sent_[place(channel)] = working_[place(channel)]; }
   /// Some channel holds what the receiver neither reported nor has taken.
@@ -89,6 +92,7 @@ class ChannelTable : public GridTable {
   Count count_ = 0;
   bool skip_ = false;
   std::vector<ChannelRow> working_, reference_, sent_;
+  std::vector<bool> underWay_;  ///< sent since the receiver reported it
   UndoStack edits_;
 };
 

@@ -1,10 +1,12 @@
 #include "windows/channel_tasks.h"
 
 #include <algorithm>
+#include <map>
 
 #include "base/code_page.h"
 #include "base/encoding.h"
 #include "base/number.h"
+#include "base/text.h"
 #include "controls/channel_step.h"
 
 namespace kelvane {
@@ -22,16 +24,59 @@ std::string channels(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " channel" : " channels");
 }
 
+/// `count` is the receiver's, for the form of the number.
+std::string refusedWords(const std::vector<Channel>& refused, Count count) {
+  return channels(refused.size()) + ", the first one " + channelText(refused.front(), count);
+}
+
 std::string lines(std::int64_t count) {
   return std::to_string(count) + (count == 1 ? " line" : " lines");
+}
+
+/// Whether a channel file gives the name back as it is.
+bool fitsFile(const std::string& name) {
+  return !name.empty() && name.find_first_of(";\r\n") == std::string::npos &&
+         trimmed(name) == name && fromCodePage(toCodePage(name)) == name;
+}
+
+/// The texts for values in a file: their names, or where a name would not lead back to its value,
+/// the number.
+class NamesInFile {
+ public:
+  explicit NamesInFile(SettingNames& names) : names_(names) {}
+
+  const std::string& of(Setting value) {
+    const auto known = texts_.find(value);
+    return known != texts_.end() ? known->second : texts_[value] = text(value);
+  }
+
+ private:
+  std::string text(Setting value) {
+    const std::string& name = names_.name(value);
+    if (name.empty() && names_.available().empty()) return {};
+    return fitsFile(name) && names_.value(name) == value ? name : std::to_string(value);
+  }
+
+  SettingNames& names_;
+  std::map<Setting, std::string> texts_;
+};
+
+/// The value that a text in a file stands for: one that the channel keeps where the receiver has
+/// none to name, -1 where nothing is known by that name.
+Setting valueInFile(SettingNames& names, const std::string& text, Setting kept) {
+  if (text.empty()) return kept;
+  const Setting value = names.value(text);
+  const bool number = std::ranges::all_of(text, [](char c) { return isDigit(c); });
+  return value < 0 && number ? nearestLong(num(text)) : value;
 }
 
 }  // namespace
 
 std::string channelFile(const ChannelRows& rows, SettingNames& modes, SettingNames& agc) {
   std::string text;
+  NamesInFile modeNames(modes), agcNames(agc);
   for (const auto& [channel, row] : rows)
-    addChannelLine(text, channel, row, modes.name(row.sent(Mode)), agc.name(row.sent(Agc)));
+    addChannelLine(text, channel, row, modeNames.of(row.sent(Mode)), agcNames.of(row.sent(Agc)));
   return text;
 }
 
@@ -49,6 +94,7 @@ bool SaveTask::step() {
     const Channel channel = channels_[done_++];
     words_ = "Saving channel " + channelText(channel, table_.count()) + ", " +
              std::to_string(done_) + " of " + std::to_string(channels_.size()) + " ...";
+    table_.sending(channel);
     if (send(channel))
       table_.sent(channel);
     else
@@ -69,8 +115,7 @@ void SaveTask::finish() {
   words_ = channels_.empty() ? "No channel differs from what the receiver reported."
                              : channels(channels_.size() - refused_.size()) + " saved.";
   if (!refused_.empty()) {
-    words_ += " The receiver refused " + channels(refused_.size()) + ", the first one " +
-              channelText(refused_.front(), table_.count()) + ".";
+    words_ += " The receiver refused " + refusedWords(refused_, table_.count()) + ".";
   }
   if (unreported_ > 0) {
     words_ += " " + channels(static_cast<std::size_t>(unreported_)) +
@@ -78,16 +123,25 @@ void SaveTask::finish() {
   }
 }
 
-ClearTask::ClearTask(ReceiverComponent& component, Index rx, Count count, std::string kept)
-    : component_(component), rx_(rx), count_(count), kept_(std::move(kept)) {}
+ClearTask::ClearTask(ReceiverComponent& component, Index rx, const ChannelTable& table,
+                     std::string kept)
+    : component_(component),
+      rx_(rx),
+      first_(table.first()),
+      count_(table.count()),
+      kept_(std::move(kept)) {}
 
 bool ClearTask::step() {
   for (int i = 0; i < kAtOnce && next_ < count_; ++i, ++next_) {
     words_ = "Clearing channel " + channelText(next_, count_) + " ...";
-    component_.ClearRxChannel(rx_, next_);
+    const bool cleared = component_.ClearRxChannel(rx_, next_) == Outcome::Done;
+    if (!cleared && next_ >= first_) refused_.push_back(next_);
   }
   if (next_ < count_) return true;
-  words_ = "The receiver's channels are cleared. " + kept_;
+  words_ = refused_.empty() ? "The receiver's channels are cleared. "
+                            : "Not all channels are cleared: the receiver refused " +
+                                  refusedWords(refused_, count_) + ". ";
+  words_ += kept_;
   return false;
 }
 
@@ -153,7 +207,8 @@ std::string ImportTask::decoded(std::string_view bytes) const {
 
 bool ImportTask::take(std::string_view text) {
   ++line_;
-  const auto line = readChannelLine(text);
+  const NamesNeeded needed{!table_.modes().available().empty(), !table_.agc().available().empty()};
+  const auto line = readChannelLine(text, needed);
   if (const auto* fault = std::get_if<LineFault>(&line)) {
     problem_ = faultWords(*fault, line_);
     return false;
@@ -170,12 +225,13 @@ bool ImportTask::store(const ChannelLine& line) {
   }
   const auto channel = static_cast<Channel>(nearestLong(number));
   if (!table_.has(channel)) return ++skipped_, true;
+  const ChannelRow& now = table_.working(channel);
   ChannelRow row;
   row[Frequency] = line.frequency;
   row[Bfo] = line.bfo;
-  row[Mode] = table_.modes().value(decoded(line.mode));
+  row[Mode] = valueInFile(table_.modes(), decoded(line.mode), now.sent(Mode));
   row[Filter] = line.filter;
-  row[Agc] = table_.agc().value(decoded(line.agc));
+  row[Agc] = valueInFile(table_.agc(), decoded(line.agc), now.sent(Agc));
   row[Skip] = line.skip;
   if (row.sent(Mode) < 0 || row.sent(Agc) < 0) ++unknown_;
   rows_.emplace_back(channel, row);

@@ -57,15 +57,17 @@ class SaveTask : public ChannelTask {
 class ClearTask : public ChannelTask {
  public:
   /// `kept` says where the channels are kept, in words.
-  ClearTask(ReceiverComponent& component, Index rx, Count count, std::string kept);
+  ClearTask(ReceiverComponent& component, Index rx, const ChannelTable& table, std::string kept);
   bool step() override;
 
  private:
   ReceiverComponent& component_;
   Index rx_;
+  Channel first_;
   Count count_;
   std::string kept_;
   Channel next_ = 0;
+  std::vector<Channel> refused_;
 };
 
 /// Writes a file, and says that it is there.

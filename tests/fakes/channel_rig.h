@@ -20,7 +20,8 @@ class ChannelRig : public PanelRig {
       "[Receiver 1]\nName=A\nChannels=0-9\nChannelTime=10\nFrequency=7000000\nAgc=slow fast\n"
       "[Receiver 2]\nName=B\nChannels=1-120\nChannelSkip=no\nModes=AM USB\nAgc=slow fast\n"
       "Bfo=none\nFrequency=7000000\n"
-      "[Receiver 3]\nName=C\nChannels=none\nFrequency=7000000\n";
+      "[Receiver 3]\nName=C\nChannels=none\nFrequency=7000000\n"
+      "[Receiver 4]\nName=D\nChannels=1-4\nAgc=none\nFrequency=7000000\n";
 
   explicit ChannelRig(std::string_view receivers = kReceivers) : PanelRig(std::string(receivers)) {
     auto recording = std::make_unique<RecordingReceiver>(sondrel.core);

@@ -66,6 +66,29 @@ TEST_F(ChannelWindow, SaveSendsOnlyWhatDiffersAndAgainTheSame) {
   EXPECT_EQ(sent(), Lines{});
 }
 
+TEST_F(ChannelWindow, AnEditThatIsTakenBackAfterASaveIsSentToo) {
+  rig_.enter(3, kFrequency, "7350000");
+  sent();
+  rig_.gridKey('Z', key::CtrlHeld);
+  EXPECT_EQ(rig_.channelView().caption, "Channels [unsaved edits]");
+  EXPECT_EQ(sent(), Lines{"SetRxChannel 0 3 7300000 0 0 6000 0 0"});
+  EXPECT_EQ(rig_.channelView().caption, "Channels");
+  rig_.pressButton(id::ChnReload);
+  EXPECT_EQ(rig_.cell(3, kFrequency), "7300000");
+  EXPECT_EQ(sent(), Lines{}) << "read again, nothing differs";
+}
+
+TEST_F(ChannelWindow, ACellThatIsOnlyLookedAtIsNoEdit) {
+  for (const int column : {kFrequency, kBfo, kFilter}) {
+    rig_.grid().select({5, column});
+    rig_.gridKey(key::F2);
+    ASSERT_TRUE(rig_.grid().editing());
+    rig_.gridKey(key::Down);
+  }
+  EXPECT_EQ(rig_.row(5), "05 0 0 AM 0 Slow Keep");
+  EXPECT_EQ(rig_.channelView().caption, "Channels");
+}
+
 TEST_F(ChannelWindow, AChannelThatTheReceiverRefusesIsSaidAndStaysUnsaved) {
   rig_.component->refused = {"SetRxChannel"};
   rig_.enter(3, kFrequency, "7350000");

@@ -102,6 +102,7 @@ TEST_F(ChannelFile, EachWrongLineStopsTheImportWithItsOwnWords) {
       {"1;5e6;0;AM;6000;Slow;0;", "Non numerical field(s) on line 2"},
       {"1;5000000;-;AM;6000;Slow;0;", "Non numerical field(s) on line 2"},
       {"1;5000000;0;AM;60.0.0;Slow;0;", "Non numerical field(s) on line 2"},
+      {"1;5905.0;0;AM;6000;Slow;0;", "The frequency on line 2 looks like kHz; it must be in Hz"},
       {"1;50" + std::string(1, '\0') + "0;0;AM;6000;Slow;0;", "Non numerical field(s) on line 2"},
   };
   for (const auto& wrong : cases) {
@@ -194,6 +195,47 @@ TEST_F(ChannelFile, ClearKeepsTheChannelsInADatedFileFromWhichTheyComeBack) {
   EXPECT_EQ(rig_.cell(7, 1), "29999999");
 }
 
+TEST_F(ChannelFile, ClearsBackupOfAReceiverWithoutAgcComesBackToo) {
+  rig_.sondrel.core.SetRxChannel(3, 2, 6'070'000, 0, 2, 2400, 0, 0);
+  rig_.open(3);
+  ASSERT_EQ(rig_.row(1), "02 6070000 0 USB 2400  Keep");
+  rig_.pressButton(id::ChnClear);
+  rig_.finishWriting();
+  rig_.run(milliseconds(500));
+  rig_.pressButton(id::ChnReload);
+  ASSERT_EQ(rig_.cell(1, 1), "0");
+  rig_.import(ChannelRig::content(rig_.folder() / "Backups" / "D_Mem 2026-03-15 18-05-09.txt"));
+  EXPECT_EQ(boxes() + rig_.words(), "1 channel imported from in.txt.");
+  rig_.pressButton(id::ChnSave);
+  rig_.pressButton(id::ChnReload);
+  EXPECT_EQ(rig_.row(1), "02 6070000 0 USB 2400  Keep");
+}
+
+TEST_F(ChannelFile, AValueWithoutANameTravelsByItsNumber) {
+  const std::string unnamed = "003;    6000000;    0;   17; 6000;   9;0;\r\n";
+  rig_.grid().select({2, 1});
+  rig_.gridKey(key::Delete);
+  rig_.grid().select({7, 1});
+  rig_.gridKey(key::Delete);
+  rig_.import(unnamed);
+  EXPECT_EQ(boxes(), "");
+  rig_.exportTo("out.txt");
+  EXPECT_EQ(ChannelRig::content(rig_.file("out.txt")), unnamed);
+  rig_.pressButton(id::ChnSave);
+  EXPECT_EQ(rig_.component->told("SetRxChannel").at(1), "SetRxChannel 0 3 6000000 0 17 6000 9 0");
+}
+
+TEST_F(ChannelFile, ClearSaysWhatTheReceiverRefused) {
+  rig_.component->refused = {"ClearRxChannel"};
+  rig_.pressButton(id::ChnClear);
+  rig_.finishWriting();
+  rig_.run(milliseconds(500));
+  EXPECT_EQ(rig_.words().find("Not all channels are cleared: the receiver refused 10 channels, the "
+                              "first one 00. They are kept in "),
+            0u)
+      << rig_.words();
+}
+
 TEST_F(ChannelFile, ClearTakesTheReceiverOffItsChannelAndBackToWhereItWas) {
   rig_.sondrel.core.SelectRxChannel(0, 7);
   rig_.component->told("");
@@ -226,6 +268,24 @@ TEST_F(ChannelFile, WithoutABackupNothingIsCleared) {
   EXPECT_EQ(rig_.words(),
             "The receiver stopped reading after 3 channels. Nothing was cleared: "
             "there is no backup.");
+}
+
+TEST(ChannelFileSteps, EditsThatADiskDoesNotKeepStayInTheWindowWhenAReloadFails) {
+  ChannelRig rig;
+  rig.disk = std::make_shared<FailingSteps>(1, FailingSteps::How::Stop);
+  rig.open(0);
+  rig.enter(5, 1, "5000000");
+  sondrel::SimulatedFaults faults;
+  faults.reading = sondrel::SimulatedFaults::Reading::Stalls;
+  rig.sondrel.core.setFaults(0, faults);
+  rig.pressButton(id::ChnReload);
+  rig.run(milliseconds(4500));
+  rig.finishWriting();
+  EXPECT_TRUE(rig.channelView().open);
+  EXPECT_TRUE(rig.fileDialogs.boxes.empty());
+  EXPECT_EQ(rig.cell(5, 1), "5000000");
+  EXPECT_NE(rig.words().find("could not be kept"), std::string::npos) << rig.words();
+  EXPECT_NE(rig.words().find("the disk is full"), std::string::npos) << rig.words();
 }
 
 TEST(ChannelFileSteps, ADiskThatFailsOrStopsLeavesTheOldExportWholeAndNothingCleared) {
