@@ -75,7 +75,7 @@ Outcome Receiver::request(Item item, std::int32_t value, Cause cause, Instant no
 
 Outcome Receiver::connect(bool connect, Instant now) {
   goOffline();
-  connectAsked_ = connect;
+  wanted_ = connectAsked_ = connect;
   if (connect) {
     openLink(now);
     return Outcome::Done;

@@ -71,6 +71,8 @@ class Receiver {
   const Capabilities& can() const { return can_; }
 
   bool online() const { return online_; }
+  /// Whether the link was asked for, and not closed since.
+  bool wanted() const { return wanted_; }
   bool remote() const { return remote_; }
   Long linkCode() const { return linkCode_; }
   std::int32_t newest(Item item) const { return values_.newest(item); }
@@ -163,6 +165,7 @@ class Receiver {
   ReceiverValues values_;
   std::map<Setting, Hz> modeFilters_;  ///< the filter last used with each mode
   std::uint32_t tickets_ = 0;
+  bool wanted_ = false;
   bool online_ = false;
   bool remote_ = false;
   bool connectAsked_ = false;

@@ -149,15 +149,16 @@ void SondrelCore::host(const std::vector<ReceiverEntry>& entries) {
   // Receivers that go write their channels first: one that comes may be given the same file.
   former.clear();
   saver_.finish();
-  std::vector<Receiver*> made;
+  // Whoever asked again and again for a link that failed may count on a new set to begin anew.
+  std::vector<Receiver*> unlinked;
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (!receivers_[i]) {
-      receivers_[i] = make(entries[i]);
-      made.push_back(receivers_[i]->receiver.get());
-    }
-    receivers_[i]->receiver->setIndex(static_cast<Index>(i));
+    const bool made = !receivers_[i];
+    if (made) receivers_[i] = make(entries[i]);
+    Receiver& receiver = *receivers_[i]->receiver;
+    receiver.setIndex(static_cast<Index>(i));
+    if (made || (receiver.wanted() && !receiver.online())) unlinked.push_back(&receiver);
   }
-  for (Receiver* receiver : made) receiver->connect(true, clock_());
+  for (Receiver* receiver : unlinked) receiver->connect(true, clock_());
   shown_ = -1;
   forwarding_.setMode(kForwardNone);
 }

@@ -134,6 +134,20 @@ TEST(RemoteControl, GivenBackLocksThePanelAndTakenUnlocksIt) {
   EXPECT_TRUE(rig.view().TabStrip.tabs[0].highlighted);
 }
 
+TEST(Links, ThatFailedAreAskedForOnAfterTheDriversWereEdited) {
+  PanelRig rig(receivers("", 1) + "Fault=1006\r\nFaultHeals=12\r\n");
+  rig.start();
+  ASSERT_FALSE(rig.sondrel.core.IsRxOnline(1));
+  auto drivers = rig.sondrel.core.drivers();
+  drivers.move(1, 0);
+  ASSERT_TRUE(rig.sondrel.core.applyDrivers(drivers));
+  rig.run(milliseconds(100));
+  EXPECT_EQ(rig.sondrel.core.GetRxLinkState(0), 1006);
+  EXPECT_TRUE(rig.sondrel.core.IsRxOnline(1)) << "a link that is up stays";
+  rig.run(milliseconds(15000));
+  EXPECT_TRUE(rig.sondrel.core.IsRxOnline(0)) << "by the panel's retries";
+}
+
 TEST(Receivers, ChangedUnderARunningPanelRebuildTheTabs) {
   PanelRig rig;
   rig.start();
