@@ -227,8 +227,9 @@ bool DialogWindow::takes(MSG& message) {
   if ((message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) &&
       keyDown(static_cast<int>(message.wParam), heldKeys()))
     return true;
-  if (message.message == WM_SYSCHAR && accelerator(static_cast<wchar_t>(message.wParam)))
-    return true;
+  // While no control has the focus the system sends every key so, Alt or not.
+  const bool withAlt = message.message == WM_SYSCHAR && (HIWORD(message.lParam) & KF_ALTDOWN);
+  if (withAlt && accelerator(static_cast<wchar_t>(message.wParam))) return true;
   return window_ && IsDialogMessageW(window_, &message);
 }
 

@@ -34,6 +34,7 @@ constexpr double kFrame = 16'000;  ///< us
 constexpr char kInstance[] = "BenchRefresh";
 
 struct QuietWindow : WindowCommands {
+  bool active() const override { return true; }
   void focus(int) override {}
   void beep() override {}
   void runPending() override {}

@@ -5,7 +5,6 @@
 #include <span>
 
 #include "ui/control_ids.h"
-#include "ui/main_controls.h"
 
 namespace kelvane {
 
@@ -35,19 +34,9 @@ int groupOf(int control) {
 
 }  // namespace
 
-bool FocusGroups::usable(int control) const {
-  if (control == id::TabStrip) return !view_.TabStrip.tabs.empty();
-  for (const ControlRow& row : mainControls()) {
-    if (control < row.id || control >= row.id + row.count) continue;
-    const Control& shown = row.of(view_, control - row.id);
-    return shown.visible && shown.enabled;
-  }
-  return false;
-}
-
 int FocusGroups::entryOf(int group) const {
-  const auto found =
-      std::ranges::find_if(kGroups[group], [this](int control) { return usable(control); });
+  const auto found = std::ranges::find_if(
+      kGroups[group], [this](int control) { return keyboard_.takesKeys(control); });
   return found == kGroups[group].end() ? -1 : *found;
 }
 
@@ -55,7 +44,7 @@ void FocusGroups::nextGroup(int direction) {
   const int from = groupOf(focused_);
   for (int step = 1; step < kCount; ++step) {
     const int entry = entryOf((from + direction * step + kCount * step) % kCount);
-    if (entry != -1) return window_.focus(entry);
+    if (entry != -1) return keyboard_.focus(entry);
   }
 }
 
@@ -73,7 +62,7 @@ bool FocusGroups::nextButton(int direction) {
   const auto from = static_cast<int>(std::ranges::find(group, focused_) - group.begin());
   for (int step = 1; step < count; ++step) {
     const int next = group[(from + direction * step + count * step) % count];
-    if (usable(next)) return window_.focus(next), true;
+    if (keyboard_.takesKeys(next)) return keyboard_.focus(next), true;
   }
   return true;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "ui/main_view.h"
-#include "ui/window_commands.h"
+#include "ui/keyboard.h"
 
 namespace kelvane {
 
@@ -9,7 +8,7 @@ namespace kelvane {
 /// panel's buttons, the tabs. The tab key is taken by the receivers, so that other keys walk here.
 class FocusGroups {
  public:
-  FocusGroups(MainView& view, WindowCommands& window) : view_(view), window_(window) {}
+  explicit FocusGroups(Keyboard& keyboard) : keyboard_(keyboard) {}
 
   /// The control that has the focus now; told before each key.
   void at(int control) { focused_ = control; }
@@ -21,12 +20,10 @@ class FocusGroups {
   bool onButton() const;
 
  private:
-  bool usable(int control) const;
   /// The place among the group's controls to which the focus goes; -1 for none.
   int entryOf(int group) const;
 
-  MainView& view_;
-  WindowCommands& window_;
+  Keyboard& keyboard_;
   int focused_ = 0;
 };
 

@@ -41,35 +41,33 @@ MAin::MAin(const PanelServices& services)
     : services_(services),
       options_(loadOptions(services.settings)),
       view_(firstView()),
-      refusal_(options_, services.window),
+      keyboard_(view_, services.window),
+      refusal_(options_, keyboard_),
       shown_(services.receiver),
       row_({view_.FrqFrame, view_.FrqDotit, view_.FrqFocus, view_.FrqDigit, view_.FrqBfo},
-           services.window),
+           keyboard_),
       buttons_(view_.ModEvent, services.receiver),
       entry_(row_, services.receiver, shown_),
       indicators_(view_.SM, view_.SQ, view_.IO, services.receiver, shown_),
-      openers_(view_.Opener, services.receiver, services.frequency, shown_, companions_,
-               services.window),
-      groups_(view_, services.window),
-      remote_(view_, entry_, buttons_, indicators_, openers_, services.receiver, shown_,
-              services.window),
+      openers_(view_.Opener, services.receiver, services.frequency, shown_, companions_, keyboard_),
+      groups_(keyboard_),
+      remote_(view_, entry_, buttons_, indicators_, openers_, services.receiver, shown_, keyboard_),
       status_(view_.RxMask),
       retry_(services.receiver),
       forwarding_(view_.GenEvent, services.receiver, shown_),
       stepping_(view_.VStep, view_.IStep, services.receiver, services.frequency, shown_),
       best_(view_, stepping_, services.receiver, services.frequency, shown_, options_),
-      navigation_(view_, services.receiver, services.frequency, shown_, best_, services.window,
-                  refusal_),
+      navigation_(view_, services.receiver, services.frequency, shown_, best_, keyboard_, refusal_),
       channels_(view_, services.receiver, shown_),
       channelized_(view_.FAlt, row_, services.receiver, shown_),
       hfFilter_(view_.HFF, services.receiver, shown_),
       bfo_(row_, services.receiver, shown_),
-      dde_(view_.DDESts, services.digits, services.receiver, shown_, options_, services.window),
+      dde_(view_.DDESts, services.digits, services.receiver, shown_, options_, keyboard_),
       utc_(view_.UtcTime, services.calendar),
       announcer_(view_.Announced),
       refresh_(view_, units(), services.receiver, shown_),
       tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_,
-            services.window),
+            keyboard_),
       saver_(services.disk),
       channelEditor_(std::make_unique<ChannelEditor>(
           services.receiver,
@@ -125,12 +123,14 @@ Placement MAin::startPlace() const {
 }
 
 void MAin::gotFocus(int control) {
+  keyboard_.gotFocus(control);
   if (control == id::FrqFocus) return entry_.FrqFocus_GotFocus();
   if (within(control, id::FrqDigit, view_.FrqDigit.size()))
     entry_.FrqDigit_GotFocus(control - id::FrqDigit);
 }
 
 void MAin::lostFocus(int control) {
+  keyboard_.lostFocus(control);
   if (within(control, id::FrqDigit, view_.FrqDigit.size()))
     entry_.FrqDigit_LostFocus(control - id::FrqDigit);
 }
@@ -150,7 +150,7 @@ void MAin::keyPress(int control, int character) {
 }
 
 void MAin::clicked(int control, MouseButton button, bool pressed) {
-  services_.window.focus(id::FrqFocus);
+  keyboard_.focus(id::FrqFocus);
   act(control, button, pressed);
 }
 
@@ -278,7 +278,7 @@ void MAin::announce() {
 }
 
 void MAin::tick(Instant now) {
-  if (retry_.tick(now)) services_.window.runPending();
+  if (retry_.tick(now)) keyboard_.runPending();
   if (TimBlk_.fired(now)) {
     status_.blink(shown_.online());
     tabs_.highlightAll();
@@ -301,7 +301,7 @@ void MAin::unload(const Placement& place) {
   const Count receivers = services_.receiver.GetRxCount();
   for (Index rx = 0; rx < receivers; ++rx) {
     services_.receiver.SetRxConnect(rx, false);
-    services_.window.runPending();
+    keyboard_.runPending();
   }
   services_.settings.writeNumber("MainLeft", place.left);
   services_.settings.writeNumber("MainTop", place.top);

@@ -17,6 +17,7 @@
 #include "shell/options.h"
 #include "ui/control_events.h"
 #include "ui/control_ids.h"
+#include "ui/keyboard.h"
 #include "ui/message_boxes.h"
 #include "windows/config.h"
 #include "windows/mini_help.h"
@@ -108,7 +109,11 @@ class MAin : public ControlEvents {
   /// Alt and a character. Answers whether a tab or a button took it.
   bool accelerator(char32_t character);
   /// The window became the active one.
-  void activated() { services_.window.focus(id::FrqFocus); }
+  void activated() { keyboard_.focus(id::FrqFocus); }
+  /// Another program asks that typed keys go to the digit row.
+  void takeKeys() { keyboard_.focus(id::FrqFocus); }
+  /// Changed values are about to be put on the screen.
+  void settleFocus() { keyboard_.settle(); }
 
   /// Time has passed.
   void tick(Instant now);
@@ -138,6 +143,7 @@ class MAin : public ControlEvents {
   PanelServices services_;
   Options options_;
   MainView view_;
+  Keyboard keyboard_;
   Refusal refusal_;
   ShownReceiver shown_;
   clsFrqDigit row_;

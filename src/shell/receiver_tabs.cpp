@@ -46,13 +46,13 @@ void ReceiverTabs::select(Index rx) {
   shown_.show(rx);
   view_.TabStrip.selected = rx;
   component_.SetRxShown(rx);
-  window_.focus(id::FrqFocus);
   refresh_.run();
 }
 
 void ReceiverTabs::click(int tab) {
   if (tab < 0 || tab >= static_cast<int>(view_.TabStrip.tabs.size())) return;
   waiting_.reset();
+  window_.focus(id::FrqFocus);
   select(static_cast<Index>(tab));
 }
 

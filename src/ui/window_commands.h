@@ -12,6 +12,8 @@ class WindowCommands {
 
   /// Moves the keyboard focus; where the control is hidden or disabled nothing happens.
   virtual void focus(int control) = 0;
+  /// The window is the one that the operator works in: keys come here.
+  virtual bool active() const = 0;
   virtual void beep() = 0;
   /// Lets waiting window messages and component events run once; does nothing inside itself.
   virtual void runPending() = 0;

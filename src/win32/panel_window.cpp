@@ -41,6 +41,9 @@ bool takeNoInput(MSG& message) {
   });
 }
 
+/// Whether Alt was down when a key's message was made.
+bool heldWithAlt(LPARAM lParam) { return (HIWORD(lParam) & KF_ALTDOWN) != 0; }
+
 void keepOnTop(HWND window, bool onTop) {
   SetWindowPos(window, onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
 }
@@ -83,7 +86,7 @@ void PanelWindow::present(MAin& panel) {
   // Not every system remembers it for a window that was not shown yet.
   if (onTop_) keepOnTop(window_, true);
   explain();
-  focus(id::FrqFocus);
+  panel_->activated();
   schedule();
 }
 
@@ -121,7 +124,9 @@ bool PanelWindow::preview(const MSG& message) {
     case WM_CHAR:
       return panel_->previewKeyPress(code, focused);
     case WM_SYSCHAR:
-      return panel_->accelerator(static_cast<char32_t>(code));
+      // While no control has the focus the system sends every key so.
+      return heldWithAlt(message.lParam) ? panel_->accelerator(static_cast<char32_t>(code))
+                                         : panel_->previewKeyPress(code, focused);
     case WM_MOUSEWHEEL:
       // Some systems send it to the window under the pointer, some to the one with the focus.
       return panel_->wheel(GET_WHEEL_DELTA_WPARAM(message.wParam)), true;
@@ -212,6 +217,7 @@ void PanelWindow::changed() {
 void PanelWindow::show() {
   if (std::exchange(frameWaits_, false)) KillTimer(window_, kFrame);
   lastFrame_ = GetTickCount64();
+  panel_->settleFocus();
   MainView& view = panel_->view();
   presented_ = view;
   if (std::exchange(caption_, view.caption) != view.caption)
@@ -287,6 +293,8 @@ void PanelWindow::focus(int control) {
   const HWND target = GetDlgItem(window_, control);
   if (target && IsWindowVisible(target) && IsWindowEnabled(target)) SetFocus(target);
 }
+
+bool PanelWindow::active() const { return GetActiveWindow() == window_; }
 
 void PanelWindow::beep() { MessageBeep(MB_OK); }
 

@@ -31,6 +31,7 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   int run();
 
   void focus(int control) override;
+  bool active() const override;
   void beep() override;
   void runPending() override;
   void close() override;

@@ -1,6 +1,50 @@
 #include "tests/fakes/panel_rig.h"
 
+#include "ui/main_controls.h"
+
 namespace kelvane::fakes {
+
+/// A control as it is on the screen; null for the tabs, which always take keys, and for nobody.
+const Control* FakeWindow::onScreen(int control) {
+  for (const ControlRow& row : mainControls()) {
+    if (control >= row.id && control < row.id + row.count)
+      return &row.of(screen_, control - row.id);
+  }
+  return nullptr;
+}
+
+void FakeWindow::focus(int control) {
+  const Control* target = onScreen(control);
+  if (!panel || control == focused || (target && !(target->visible && target->enabled))) return;
+  active_ = true;
+  loseFocus();
+  focused = control;
+  panel->gotFocus(control);
+}
+
+void FakeWindow::loseFocus() {
+  const int left = std::exchange(focused, kNobody);
+  if (left != kNobody) panel->lostFocus(left);
+}
+
+void FakeWindow::show() {
+  panel->settleFocus();
+  screen_ = panel->view();
+  const Control* holder = onScreen(focused);
+  if (!holder || (holder->visible && holder->enabled)) return;
+  loseFocus();
+  if (!holder->visible) panel->activated();
+}
+
+void FakeWindow::leave() {
+  active_ = false;
+  loseFocus();
+}
+
+void FakeWindow::comeBack() {
+  active_ = true;
+  panel->activated();
+}
 
 PanelRig::PanelRig(const std::string& receivers) {
   if (!receivers.empty()) sondrel.configure(receivers);
@@ -27,6 +71,7 @@ MAin& PanelRig::start(milliseconds settle) {
                                                {},
                                                disk});
   window.panel = panel.get();
+  window.show();
   window.pending = [this] { sondrel.pump(); };
   sondrel.core.addListener(panel->receiverEvents());
   ambrel.addListener(panel->frequencyEvents());
@@ -48,6 +93,7 @@ void PanelRig::run(milliseconds time) {
     sondrel.pump();
     ambrel.deliverEvents();
     panel->tick(sondrel.clock.now);
+    window.show();
     if (sondrel.clock.now >= end && std::min(sondrel.core.nextDue(), panel->nextDue()) > end)
       return;
   }

@@ -24,16 +24,21 @@ class FakeAmbrelWindows : public ambrel::ComponentWindows {
   std::string opened;  ///< one letter for each call: its key
 };
 
-/// Does with the keyboard focus what Windows does: a control that gets it takes it from another,
-/// both are told at once, and a hidden or disabled one never gets it.
+/// Does with the keyboard focus what Windows does. A control that gets it takes it from another,
+/// both are told at once, and its window becomes the active one; a hidden or disabled one never
+/// gets it. One that is disabled while it has the focus leaves it to nobody, one that is hidden to
+/// the window.
 class FakeWindow : public WindowCommands {
  public:
-  void focus(int control) override {
-    if (!panel || control == focused || !takesFocus(control)) return;
-    const int left = std::exchange(focused, control);
-    panel->lostFocus(left);
-    panel->gotFocus(control);
-  }
+  static constexpr int kNobody = 0;
+
+  void focus(int control) override;
+  /// Puts the panel's values on the screen.
+  void show();
+  /// The operator goes to another window, or comes back.
+  void leave();
+  void comeBack();
+  bool active() const override { return active_; }
   void beep() override { ++beeps; }
   void runPending() override {
     ++pumps;
@@ -51,12 +56,11 @@ class FakeWindow : public WindowCommands {
   std::function<void()> pending;
 
  private:
-  bool takesFocus(int control) const {
-    const int digit = control - id::FrqDigit;
-    if (digit < 0 || digit >= 9) return true;
-    const Control& box = panel->view().FrqDigit[digit];
-    return box.enabled && box.visible;
-  }
+  const Control* onScreen(int control);
+  void loseFocus();
+
+  bool active_ = true;
+  MainView screen_;
 };
 
 /// An operator before the panel's dialogs: does in each what a test says, while it is open.

@@ -33,6 +33,7 @@ class RowWindow : public WindowCommands {
     // A window that is told that the hand left the row shows what the receiver has.
     if (control == id::FrqFocus && !row.EntryInProgress()) row.Value(receiver);
   }
+  bool active() const override { return true; }
   void beep() override {}
   void runPending() override {}
   void close() override {}

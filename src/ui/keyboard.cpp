@@ -1,0 +1,30 @@
+#include "ui/keyboard.h"
+
+#include "ui/control_ids.h"
+#include "ui/main_controls.h"
+
+namespace kelvane {
+
+void Keyboard::focus(int control) {
+  if (window_.active() && takesKeys(control)) window_.focus(control);
+}
+
+bool Keyboard::takesKeys(int control) const {
+  if (control == id::TabStrip) return !view_.TabStrip.tabs.empty();
+  for (const ControlRow& row : mainControls()) {
+    if (control < row.id || control >= row.id + row.count) continue;
+    const Control& shown = row.of(view_, control - row.id);
+    return shown.visible && shown.enabled;
+  }
+  return false;
+}
+
+void Keyboard::settle() {
+  if (focused_ != kNone && !takesKeys(focused_)) focus(id::FrqFocus);
+}
+
+void Keyboard::lostFocus(int control) {
+  if (control == focused_) focused_ = kNone;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,64 @@
+#include "ui/keyboard.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/fakes/panel_rig.h"
+#include "ui/key_codes.h"
+
+namespace kelvane {
+namespace {
+
+using fakes::PanelRig;
+
+TEST(Keyboard, StaysInAnotherWindowWhateverTheReceiversDo) {
+  PanelRig rig(
+      "[Receiver]\r\nName=Attic\r\n[Receiver]\r\nName=Barn\r\nFault=1006\r\nFaultHeals=4\r\n");
+  rig.start(milliseconds(200));
+  rig.window.focus(id::FrqDigit + 5);
+  rig.window.leave();
+  rig.run(milliseconds(20000));
+  ASSERT_TRUE(rig.sondrel.core.IsRxOnline(1));
+  rig.turnKnob(1, 6000000);
+  rig.turnKnob(0, 5000000);
+  rig.sondrel.core.SetRxRemote(0, false);
+  rig.sondrel.core.SetRxRemote(1, false);
+  rig.run(milliseconds(20000));
+  auto drivers = rig.sondrel.core.drivers();
+  drivers.remove(1);
+  ASSERT_TRUE(rig.sondrel.core.applyDrivers(drivers));
+  rig.run(milliseconds(20000));
+  rig.panel->takeKeys();
+  EXPECT_FALSE(rig.window.active());
+  EXPECT_EQ(rig.window.focused, fakes::FakeWindow::kNobody);
+  rig.window.comeBack();
+  EXPECT_EQ(rig.window.focused, id::FrqFocus);
+}
+
+TEST(Keyboard, LeavesAControlThatIsLockedForTheTypedEntry) {
+  for (const int control : {id::ModEvent + 0, id::ModEvent + 4, id::FrqDigit + 5, id::Opener + 2}) {
+    PanelRig rig;
+    rig.start();
+    rig.window.focus(control);
+    ASSERT_EQ(rig.window.focused, control);
+    rig.sondrel.core.SetRxRemote(0, false);
+    rig.run(milliseconds(100));
+    EXPECT_EQ(rig.window.focused, id::FrqFocus) << control;
+    rig.type("u");
+    rig.type("7050\r");
+    EXPECT_EQ(rig.digits(), "  7050000") << control;
+  }
+}
+
+TEST(Keyboard, LeavesAButtonThatAnotherReceiverDoesNotHave) {
+  PanelRig rig("[Receiver]\r\nName=Attic\r\n[Receiver]\r\nName=Barn\r\nAttenuator=none\r\n");
+  rig.start();
+  rig.panel->tabClicked(0);
+  rig.window.focus(id::ModEvent + 3);
+  rig.turnKnob(1, 6000000);
+  rig.run(milliseconds(10000));
+  ASSERT_EQ(rig.view().TabStrip.selected, 1);
+  EXPECT_EQ(rig.window.focused, id::FrqFocus);
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,91 @@
+#include <windows.h>
+
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "base/win32/utf16.h"
+#include "tests/wine/instance.h"
+#include "tests/wine/running_panel.h"
+#include "ui/control_ids.h"
+
+namespace kelvane::wine {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kEntry = 2;  ///< the field in which a grid's cell is edited
+
+std::string textOf(HWND window) {
+  wchar_t text[256] = L"";
+  SendMessageW(window, WM_GETTEXT, 256, reinterpret_cast<LPARAM>(text));
+  return narrow(text);
+}
+
+/// A program that runs in a folder of the test's own, where the log lies.
+class KeyboardTest : public testing::Test {
+ protected:
+  ~KeyboardTest() override {
+    panel_.reset();
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+  }
+  void start(const std::string& receivers) {
+    instance_.writeReceivers("Version=1\r\n" + receivers);
+    fs::create_directories(folder_);
+    panel_ = std::make_unique<RunningPanel>(instance_.name(), programFolder(), folder_);
+    ASSERT_TRUE(panel_->settledOn(0));
+  }
+
+  const Instance instance_{L"TestKeyboard"};
+  fs::path folder_ = fs::temp_directory_path() / L"kelvane-keyboard-test";
+  std::unique_ptr<RunningPanel> panel_;
+};
+
+TEST_F(KeyboardTest, StaysInTheLogWhileALinkComesUpAndMovesTheDisplay) {
+  start("[Receiver]\r\nName=Attic\r\n[Receiver]\r\nName=Barn\r\nFault=1006\r\nFaultHeals=6\r\n");
+  panel_->type("7050\r");
+  ASSERT_TRUE(eventually([&] { return panel_->digits() == "  7050000"; }));
+  panel_->type(" ");
+  HWND log = nullptr;
+  ASSERT_TRUE(eventually([&] { return (log = panel_->findWindow(L"KelvaneLog")) != nullptr; }));
+  ASSERT_TRUE(giveKeyboard(log));
+  ASSERT_TRUE(eventually([&] { return IsWindowEnabled(GetDlgItem(log, IDOK)) != 0; }));
+  const HWND grid = GetDlgItem(log, id::PadGrd);
+  std::string typed;
+  const auto letter = [&] {
+    typed += static_cast<char>('a' + typed.size() % 26);
+    panel_->keyHere(static_cast<WORD>('A' + (typed.size() - 1) % 26));
+  };
+  for (int i = 0; i < 10; ++i) letter();
+  EXPECT_TRUE(eventually([&] { return panel_->selectedTab() == 1; }, 20000)) << "the display moves";
+  for (int i = 0; i < 10; ++i) letter();
+  EXPECT_TRUE(eventually([&] { return textOf(GetDlgItem(grid, kEntry)) == typed; }))
+      << textOf(GetDlgItem(grid, kEntry));
+}
+
+TEST_F(KeyboardTest, GoesToTheTypedEntryFromAButtonThatIsLocked) {
+  start("[Receiver]\r\nName=Attic\r\n");
+  panel_->key(VK_F6);
+  panel_->key(VK_F6);
+  const auto focused = [&] {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(panel_->window(), nullptr), &info);
+    return info.hwndFocus;
+  };
+  ASSERT_TRUE(eventually([&] { return focused() == panel_->control(id::ModEvent); }));
+  panel_->keyHere('L');
+  ASSERT_TRUE(eventually([&] { return !panel_->enabled(id::ModEvent); }));
+  EXPECT_EQ(focused(), panel_->control(id::FrqFocus));
+  panel_->keyHere('F');
+  panel_->keyHere('U');
+  EXPECT_TRUE(eventually([&] { return panel_->enabled(id::ModEvent); }));
+  EXPECT_EQ(SendMessageW(panel_->control(id::GenEvent + 1), BM_GETCHECK, 0, 0), BST_UNCHECKED);
+  panel_->type("7050\r");
+  EXPECT_TRUE(eventually([&] { return panel_->digits() == "  7050000"; })) << panel_->digits();
+}
+
+}  // namespace
+}  // namespace kelvane::wine
