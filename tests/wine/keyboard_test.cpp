@@ -1,12 +1,14 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "base/win32/utf16.h"
 #include "tests/wine/instance.h"
+#include "tests/wine/real_rigctld.h"
 #include "tests/wine/running_panel.h"
 #include "ui/control_ids.h"
 
@@ -38,6 +40,13 @@ class KeyboardTest : public testing::Test {
     ASSERT_TRUE(panel_->settledOn(0));
   }
 
+  HWND focused() const {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(panel_->window(), nullptr), &info);
+    return info.hwndFocus;
+  }
+
   const Instance instance_{L"TestKeyboard"};
   fs::path folder_ = fs::temp_directory_path() / L"kelvane-keyboard-test";
   std::unique_ptr<RunningPanel> panel_;
@@ -65,25 +74,26 @@ TEST_F(KeyboardTest, StaysInTheLogWhileALinkComesUpAndMovesTheDisplay) {
       << textOf(GetDlgItem(grid, kEntry));
 }
 
-TEST_F(KeyboardTest, GoesToTheTypedEntryFromAButtonThatIsLocked) {
-  start("[Receiver]\r\nName=Attic\r\n");
+TEST_F(KeyboardTest, GoesToTheTypedEntryFromAButtonWhoseReceiverFallsSilent) {
+  const int port = freePort();
+  RealRigctld server(port);
+  ASSERT_TRUE(server.start());
+  start("[Receiver]\r\nName=Attic\r\nKind=rigctld\r\nHost=127.0.0.1\r\nPort=" +
+        std::to_string(port) + "\r\n[Receiver]\r\nName=Barn\r\nLinkTime=60000\r\n");
   panel_->key(VK_F6);
   panel_->key(VK_F6);
-  const auto focused = [&] {
-    GUITHREADINFO info{};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(panel_->window(), nullptr), &info);
-    return info.hwndFocus;
-  };
   ASSERT_TRUE(eventually([&] { return focused() == panel_->control(id::ModEvent); }));
-  panel_->keyHere('L');
+  server.signal("KILL");
   ASSERT_TRUE(eventually([&] { return !panel_->enabled(id::ModEvent); }));
   EXPECT_EQ(focused(), panel_->control(id::FrqFocus));
   panel_->keyHere('F');
-  panel_->keyHere('U');
-  EXPECT_TRUE(eventually([&] { return panel_->enabled(id::ModEvent); }));
+  panel_->keyHere('C');
+  ASSERT_TRUE(server.start());
+  ASSERT_TRUE(eventually([&] { return panel_->enabled(id::ModEvent); }, 20000));
   EXPECT_EQ(SendMessageW(panel_->control(id::GenEvent + 1), BM_GETCHECK, 0, 0), BST_UNCHECKED);
-  panel_->type("7050\r");
+  EXPECT_EQ(panel_->findWindow(L"KelvaneConfig"), nullptr);
+  for (const WORD key : {'7', '0', '5', '0'}) panel_->keyHere(key);
+  panel_->keyHere(VK_RETURN);
   EXPECT_TRUE(eventually([&] { return panel_->digits() == "  7050000"; })) << panel_->digits();
 }
 
