@@ -43,17 +43,17 @@ const Wording& wordingOf(RigItem item) {
   return kWordings[0];
 }
 
-ReplyRule lines(int count) { return {End::Lines, count, {}}; }
+ReplyRule lines(int count) { return {End::Lines, count}; }
 
 }  // namespace
 
 RigCommand RigctldCommands::askVfoArgument() { return {"\\chk_vfo\n", lines(1)}; }
-RigCommand RigctldCommands::askDescription() { return {"\\dump_state\n", {End::Done, 0, {}}}; }
-RigCommand RigctldCommands::askModeLines() { return {"m\n", {End::Quiet, 0, {}}}; }
+RigCommand RigctldCommands::askDescription() { return {"\\dump_state\n", {End::Done}}; }
+RigCommand RigctldCommands::askModeLines() { return {"m\n", {End::Quiet}}; }
 
 RigCommand RigctldCommands::askModes() const {
   // A plain list comes with a report from some servers and without from others.
-  return command("M", "set_mode", "?", {End::Quiet, 0, {}});
+  return command("M", "set_mode", "?", {End::Quiet});
 }
 
 RigCommand RigctldCommands::askLongDescription() const {
@@ -92,7 +92,10 @@ RigCommand RigctldCommands::command(std::string_view word, std::string_view long
   if (vfoArgument_ && takesVfo) line += " currVFO";
   if (!arguments.empty()) line += " " + std::string(arguments);
   line += '\n';
-  if (extended) return {line, {End::Report, 0, std::string(longName)}};
+  if (extended) {
+    const auto end = headed_ ? End::Report : End::AnyReport;
+    return {line, {end, 0, std::string(longName), std::string(word)}};
+  }
   return {line, std::move(plain)};
 }
 

@@ -19,9 +19,10 @@ struct RigCommand {
 /// have to be limited to what the radio allows before.
 class RigctldCommands {
  public:
-  /// Lines of a plain reply to the question for the mode: name and width may share one line.
-  RigctldCommands(Dialect dialect, bool vfoArgument, int modeLines)
-      : dialect_(dialect), vfoArgument_(vfoArgument), modeLines_(modeLines) {}
+  /// `modeLines`: lines of a plain reply to the question for the mode, whose name and width may
+  /// share one. `headed`: every labelled reply begins with the name of its command.
+  RigctldCommands(Dialect dialect, bool vfoArgument, int modeLines, bool headed = true)
+      : dialect_(dialect), vfoArgument_(vfoArgument), modeLines_(modeLines), headed_(headed) {}
 
   /// The very first questions, the same for every server.
   static RigCommand askVfoArgument();
@@ -47,6 +48,7 @@ class RigctldCommands {
   Dialect dialect_;
   bool vfoArgument_;
   int modeLines_;
+  bool headed_;
 };
 
 /// What the reply to RigctldCommands::get(item) says. None for a reply that is no such value.

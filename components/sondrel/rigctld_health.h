@@ -1,15 +1,26 @@
 #pragma once
 
-#include <array>
 #include <optional>
 
-#include "components/sondrel/rigctld_capabilities.h"
-#include "components/sondrel/rigctld_reply.h"
+#include "components/sondrel/rigctld_experience.h"
 
 namespace kelvane::sondrel {
 
-/// Judges a link and its radio by how readings go. The link stands and falls with one of them, the
-/// heartbeat: a setting that cannot be read is no fault, and only not asked for any more.
+/// What the link's state is after an error that a server reported; none where the error says
+/// nothing of the link, only that this command, or this value, cannot be had.
+std::optional<LinkState> stateOfError(int report);
+
+/// Whether the error says that there is no such command or value.
+bool isUnsupported(int report);
+
+/// The link's state after a reply without a value; none where the radio did answer.
+std::optional<LinkState> troubleIn(const Reply& reply);
+
+/// The reading by which a radio is judged; none where it can only be told.
+std::optional<RigItem> heartbeatOf(const RigctldExperience& experience);
+
+/// Judges a radio by the readings of its heartbeat alone: that a setting cannot be read says
+/// nothing of the link.
 class RigctldHealth {
  public:
   /// What a reading says of the link.
@@ -19,25 +30,12 @@ class RigctldHealth {
     bool drop = false;              ///< the connection is of no more use
   };
 
-  /// The reading by which the link is judged; none where the radio can only be told.
-  std::optional<RigItem> heartbeat(const RigctldCapabilities& can) const;
-  /// What is worth polling.
-  RigItems polled(const RigctldCapabilities& can) const;
-  /// Radios refuse some settings in some modes.
-  void modeChanged() { suspended_ = {}; }
-
-  /// Takes the reply to a reading; `good` is whether it held a value, `up` whether the link is up.
-  Finding judge(RigItem item, const Reply& reply, bool good, bool up,
-                const RigctldCapabilities& can);
+  /// Takes the reply to reading the heartbeat, which came after `took`; `good` is whether it held a
+  /// value, `up` whether the link is up.
+  Finding judge(const Reply& reply, bool good, bool up, milliseconds took);
 
  private:
-  Finding judgeHeartbeat(const Reply& reply, bool good, bool up);
-  void judgeSetting(RigItem item, const Reply& reply, bool good);
-
-  RigItems unreadable_;  ///< failed for good
-  RigItems suspended_;   ///< refused in the present mode
-  std::array<int, kRigItems> troubles_{};
-  int heartbeatTroubles_ = 0;
+  int troubles_ = 0;
 };
 
 }  // namespace kelvane::sondrel

@@ -55,7 +55,7 @@ std::optional<RigItem> PollPlan::take(Instant now) {
       due_[at(row.item)] = now + interval(row.item);
       return row.item;
     }
-    if (now < restUntil_ || due_[at(row.item)] > now) continue;
+    if (now < restUntil_ || dueAt(row.item) > now) continue;
     const double late = duration<double>(now - due_[at(row.item)]) / interval(row.item);
     if (late <= latest) continue;
     latest = late;
@@ -81,9 +81,14 @@ Instant PollPlan::nextDue() const {
   for (const auto& row : kIntervals) {
     if (!items_.has(row.item)) continue;
     if (hurried_.has(row.item)) return Instant{};
-    next = std::min(next, std::max(due_[at(row.item)], restUntil_));
+    next = std::min(next, std::max(dueAt(row.item), restUntil_));
   }
   return next;
+}
+
+Instant PollPlan::dueAt(RigItem item) const {
+  const auto due = due_[at(item)];
+  return isSetting(item) ? std::max(due, settingsFrom_) : due;
 }
 
 milliseconds PollPlan::interval(RigItem item) const {

@@ -31,6 +31,8 @@ class PollPlan {
   void answered(Instant sent, Instant now);
   /// Asks the item as soon as the line is free, without rest.
   void hurry(RigItem item);
+  /// No setting is asked before that time: only frequency, mode and meter.
+  void holdSettings(Instant until) { settingsFrom_ = until; }
   /// Until then the line rests.
   Instant restUntil() const { return restUntil_; }
   /// When take() may have something; kNever when nothing is polled.
@@ -38,12 +40,14 @@ class PollPlan {
 
  private:
   milliseconds interval(RigItem item) const;
+  Instant dueAt(RigItem item) const;
 
   PollRates rates_;
   RigItems items_;
   RigItems hurried_;
   std::array<Instant, kRigItems> due_{};
   Instant restUntil_{};
+  Instant settingsFrom_{};
   bool shown_ = false;
 };
 

@@ -26,7 +26,8 @@ void ReplyReader::begin(ReplyRule rule) {
   heard_ = 0;
   waiting_ = true;
   done_ = false;
-  headed_ = rule_.end != ReplyRule::End::Report;
+  headed_ = rule_.end != ReplyRule::End::Report && rule_.end != ReplyRule::End::AnyReport;
+  foreign_ = false;
 }
 
 ReplyReader::Progress ReplyReader::feed(std::string_view bytes) {
@@ -75,24 +76,32 @@ void ReplyReader::line() {
   // An empty line is a list without members in a description, and nothing anywhere else.
   if (text.empty() && rule_.end != ReplyRule::End::Done) return;
   if (const auto report = reportOf(text)) return reportLine(*report);
-  if (!headed_) {
-    // What comes before the header belongs to a command that nobody waits for any more.
-    headed_ = text.starts_with(rule_.header + ":");
-    strayed_ = strayed_ || !headed_;
-    return;
-  }
+  if (!headed_ && isHeader(text)) return;
   reply_.lines.push_back(text);
   const bool last = rule_.end == ReplyRule::End::Lines &&
                     reply_.lines.size() >= static_cast<std::size_t>(rule_.lines);
   if (last || (rule_.end == ReplyRule::End::Done && text == "done")) complete();
 }
 
+/// Answers whether a line before any value is none itself.
+bool ReplyReader::isHeader(std::string_view text) {
+  const bool own = text.starts_with(rule_.header + ":");
+  if (own || rule_.end == ReplyRule::End::AnyReport) {
+    headed_ = true;
+    reply_.headed = own;
+    return own || text.starts_with(rule_.command + ":");
+  }
+  // What comes before the header belongs to a command that nobody waits for any more.
+  strayed_ = foreign_ = true;
+  return true;
+}
+
 void ReplyReader::reportLine(int report) {
-  if (!headed_) {
+  if (!headed_ && rule_.end != ReplyRule::End::AnyReport) {
     strayed_ = true;
     // A success without its header is an echo of something else. An error may be this command's:
     // a server that refuses the password or the command says no more than that.
-    if (report == 0) return;
+    if (std::exchange(foreign_, false) || report == 0) return;
   }
   if (!reply_.report) reply_.report = report;
   if (!endsByQuiet()) complete();

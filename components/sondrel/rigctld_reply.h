@@ -11,20 +11,23 @@ namespace kelvane::sondrel {
 /// How the end of a command's reply is recognised.
 struct ReplyRule {
   enum class End {
-    Lines,   ///< after a number of lines; an error report ends it too
-    Report,  ///< at the report line that follows the header and the values
-    Done,    ///< at a line "done", or when the line falls quiet
-    Quiet,   ///< only when the line falls quiet
+    Lines,      ///< after a number of lines; an error report ends it too
+    Report,     ///< at the report line that follows the header and the values
+    AnyReport,  ///< the same, but the header may be missing
+    Done,       ///< at a line "done", or when the line falls quiet
+    Quiet,      ///< only when the line falls quiet
   };
   End end = End::Quiet;
-  int lines = 1;       ///< for Lines
-  std::string header;  ///< for Report: the command's long name, which begins the reply
+  int lines = 1;          ///< for Lines
+  std::string header{};   ///< for both reports: the command's long name, which begins the reply
+  std::string command{};  ///< for AnyReport: the command itself, which some servers head it with
 };
 
 /// A reply, cut into lines and freed from control bytes.
 struct Reply {
   std::vector<std::string> lines;  ///< without header and report
   std::optional<int> report;       ///< 0 for success, else the error's number without its sign
+  bool headed = false;             ///< began with the command's long name
 
   bool ok() const { return report.value_or(0) == 0; }
 };
@@ -56,6 +59,7 @@ class ReplyReader {
 
  private:
   void line();
+  bool isHeader(std::string_view text);
   void reportLine(int report);
   void complete() { done_ = true; }
 
@@ -65,7 +69,8 @@ class ReplyReader {
   std::size_t heard_ = 0;
   bool waiting_ = false;
   bool done_ = false;
-  bool headed_ = false;
+  bool headed_ = false;   ///< what comes is this reply's
+  bool foreign_ = false;  ///< what comes is an older command's
   bool strayed_ = false;
 };
 

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "components/sondrel/hopeless_attempts.h"
+#include "components/sondrel/rigctld_experience.h"
 #include "components/sondrel/rigctld_handshake.h"
 #include "components/sondrel/rigctld_health.h"
 #include "components/sondrel/rigctld_orders.h"
@@ -38,7 +40,8 @@ class RigctldSession {
   // The operator's side.
 
   /// Opens the link, or tries again; ends in a LinkReport. Where the server is only slow the
-  /// connection stays: a new one would wait for the same radio. `reopen`: also where it is up.
+  /// connection stays: a new one would wait for the same radio. Where the last attempts were
+  /// hopeless the next one waits. `reopen`: also where it is up.
   void open(bool reopen, Instant now);
   /// The server may be there again: tries at once where the link was lost.
   void tryAgain();
@@ -78,22 +81,29 @@ class RigctldSession {
 
   void startConnection();
   void drop();
-  void fail(LinkState state);
+  void fail(LinkState state, Instant now);
+  void failLater(LinkState state, Instant now);
   void say(LinkState state);
 
   void waitForQuiet(Instant now);
-  void overdue();
+  milliseconds patience(const Flight& flight) const;
+  void overdue(Instant now);
+  void giveUp(Instant now);
+  void noReply(Instant now);
   bool slept(Instant now) const;
   void replied(const Reply& reply, Instant now);
   void greeted(const Reply& reply, Instant now);
+  bool readyToComeUp(Instant now) const;
   void comeUp(Instant now);
-  void probed(const Reply& reply, Instant now);
-  void gotReading(RigItem item, const Reply& reply, Instant now);
+  void gotReading(const Flight& flight, const Reply& reply, Instant now);
+  void judge(const Reply& reply, bool good, milliseconds took, Instant now);
   void gotOrder(const RigOrder& order, const Reply& reply, Instant now);
-  void recover(LinkState state);
+  void learned(Instant now);
+  void holdSettings(const Flight& flight, Instant now);
   void askHeartbeat();
 
   void pump(Instant now);
+  void pumpGreeting(Instant now);
   bool sendRequest(Instant now);
   void send(RigCommand command, Flight flight, Instant now);
   void read(RigItem item, Instant now);
@@ -106,6 +116,8 @@ class RigctldSession {
   std::uint32_t connections_ = 0;
   std::optional<LinkState> said_;
   bool answerOwed_ = false;
+  bool presumed_ = false;     ///< said_ stands only because nothing was answered
+  bool radioSilent_ = false;  ///< the server said so
 
   ReplyReader reader_;
   std::optional<Flight> flight_;
@@ -119,12 +131,15 @@ class RigctldSession {
   Instant nextAttempt_ = kNever;  ///< of a question that a silent radio left open
   Instant reopenAt_ = kNever;
   milliseconds backOff_;
+  HopelessAttempts hopeless_;
 
   std::shared_ptr<const RigctldCapabilities> can_;
   RigctldReadings readings_;
   PollPlan plan_;
   RequestBox requests_;
   RigctldHealth health_;
+  RigctldExperience experience_;
+  Instant tryFrom_{};  ///< until then nothing is tried that the radio may be slow to refuse
 
   std::string output_;
   std::vector<RigReport> reports_;

@@ -38,6 +38,12 @@ inline constexpr int kRigItems = 15;
 
 constexpr std::size_t at(RigItem item) { return static_cast<std::size_t>(item); }
 
+/// Whether the item is one of the many that a radio may lack, and may take long to refuse.
+constexpr bool isSetting(RigItem item) {
+  return item != RigItem::Frequency && item != RigItem::Mode && item != RigItem::Filter &&
+         item != RigItem::Strength;
+}
+
 /// A set of items.
 class RigItems {
  public:

@@ -17,6 +17,7 @@ class FakeRig {
   enum class Manner {
     Rigctld,     ///< labelled replies, a whole description
     RigctldVfo,  ///< the same, wants a VFO's name in each command
+    Headless,    ///< labelled replies without the command's name; what it lacks it answers by 0
     StaticSdr,   ///< plain replies, a fixed description, a meter and a squelch in dBFS
     SilentSdr,   ///< plain replies, a fixed description, no levels; "CHKVFO 0"
     SmallSdr,    ///< frequency and mode on one line; every error written twice
@@ -50,6 +51,7 @@ class FakeRig {
       words.erase(words.begin() + 1);
     }
     const auto [report, values] = perform(words);
+    if (extended && headless()) return withoutHeading(words, report, values);
     return extended ? labelled(words, report, values) : bare(words, report, values);
   }
 
@@ -67,7 +69,10 @@ class FakeRig {
     Values values;
   };
 
-  bool rigctld() const { return manner_ == Manner::Rigctld || manner_ == Manner::RigctldVfo; }
+  bool rigctld() const {
+    return manner_ == Manner::Rigctld || manner_ == Manner::RigctldVfo || headless();
+  }
+  bool headless() const { return manner_ == Manner::Headless; }
 
   std::string checkVfo() const {
     switch (manner_) {
@@ -175,6 +180,16 @@ class FakeRig {
       text += (label.empty() ? "" : label + ": ") + value + "\n";
     }
     return text + "RPRT " + std::to_string(-report) + "\n";
+  }
+
+  static std::string withoutHeading(const std::vector<std::string>& words, int report,
+                                    const Values& values) {
+    std::string text;
+    if (words.size() > 1) text = words[0] + ": " + words[1] + "\n";
+    for (const auto& [label, value] : values) {
+      if (words[0] != "M") text += (label.empty() ? "Value" : "TX " + label) + ": " + value + "\n";
+    }
+    return text + (report == 11 ? "RPRT 0\n" : "RPRT " + std::to_string(-report) + "\n");
   }
 
   std::string bare(const std::vector<std::string>& words, int report, const Values& values) const {

@@ -31,6 +31,9 @@ class SessionPlay {
   std::vector<std::string> lines;  ///< what the session sent
   std::vector<Instant> times;      ///< when
   std::uint32_t connection = 0;
+  /// Time that a command takes, in place of answerTime, where it is set; kNoAnswer for ever.
+  std::function<milliseconds(const std::string&)> takes;
+  static constexpr milliseconds kNoAnswer{-1};
   /// In place of the rig's answer, where it is set.
   std::function<std::string(const std::string&)> instead;
 
@@ -121,9 +124,10 @@ class SessionPlay {
     lines.push_back(line.substr(0, line.size() - 1));
     times.push_back(now);
     const auto answer = instead ? instead(lines.back()) : rig.answer(lines.back());
-    if (deaf || answer.empty()) return;
+    const auto time = takes ? takes(lines.back()) : answerTime;
+    if (deaf || answer.empty() || time == kNoAnswer) return;
     coming_ += answer;
-    comingAt_ = now + answerTime;
+    comingAt_ = now + time;
   }
 
   std::string coming_;
