@@ -11,7 +11,7 @@ namespace kelvane::sondrel {
 class Inbox {
  public:
   /// `wake` is called, by whichever thread posts, once for each batch of work that waits; it asks
-  /// for run() on the user-interface thread and must not run it itself.
+  /// for run() on the user-interface thread, must not run it itself, and must not lose a call.
   explicit Inbox(std::function<void()> wake);
 
   /// From any thread. Work is run in the order in which it was posted.

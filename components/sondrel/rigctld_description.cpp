@@ -178,8 +178,12 @@ std::string modelIn(const std::vector<std::string>& lines) {
   for (const std::string_view line : lines) {
     constexpr std::string_view kModel = "Model name:";
     constexpr std::string_view kMaker = "Mfg name:";
-    if (line.starts_with(kModel)) model = trimmed(line.substr(kModel.size()));
-    if (line.starts_with(kMaker)) maker = trimmed(line.substr(kMaker.size()));
+    // Servers differ in their capitals.
+    const auto begins = [&](std::string_view label) {
+      return upper(line.substr(0, label.size())) == upper(label);
+    };
+    if (begins(kModel)) model = trimmed(line.substr(kModel.size()));
+    if (begins(kMaker)) maker = trimmed(line.substr(kMaker.size()));
     if (!model.empty() && !maker.empty()) break;
   }
   return std::string(trimmed(maker + " " + model));

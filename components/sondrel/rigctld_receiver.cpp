@@ -48,8 +48,8 @@ RigctldReceiver::RigctldReceiver(ReceiverHost& host, std::string name, const Rig
       mapping_(setup.manner, presumed(setup.options)),
       remoteWanted_(setup.remote),
       worker_(setup.address, setup.options,
-              [this, box = mailbox()](std::vector<RigReport> reports, std::uint32_t order) {
-                box.post([this, reports = std::move(reports), order] { take(reports, order); });
+              [this, mail = mailbox()](std::vector<RigReport> reports, std::uint32_t order) {
+                if (box_.put(std::move(reports), order)) mail.post([this] { collect(); });
               }) {
   setCapabilities(mapping_.capabilities());
 }
@@ -119,14 +119,16 @@ std::optional<RigRequest> RigctldReceiver::translated(const Request& request) co
   return std::nullopt;
 }
 
-void RigctldReceiver::take(const std::vector<RigReport>& reports, std::uint32_t order) {
-  for (const auto& report : reports) {
-    // What was found before the link was opened or closed anew says nothing of it.
-    const bool old = order != order_;
-    if (const auto* link = std::get_if<LinkReport>(&report); link && !old) take(*link);
-    if (const auto* found = std::get_if<CapabilityReport>(&report)) take(*found);
-    if (const auto* value = std::get_if<ValueReport>(&report)) take(*value);
-  }
+void RigctldReceiver::collect() {
+  for (const auto& entry : box_.take()) take(entry);
+}
+
+void RigctldReceiver::take(const RigctldReportBox::Entry& entry) {
+  // What was found before the link was opened or closed anew says nothing of it.
+  const bool old = entry.order != order_;
+  if (const auto* link = std::get_if<LinkReport>(&entry.report); link && !old) take(*link);
+  if (const auto* found = std::get_if<CapabilityReport>(&entry.report)) take(*found);
+  if (const auto* value = std::get_if<ValueReport>(&entry.report)) take(*value);
 }
 
 void RigctldReceiver::take(const LinkReport& report) {

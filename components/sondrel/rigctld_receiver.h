@@ -9,6 +9,7 @@
 #include "components/sondrel/receiver.h"
 #include "components/sondrel/receiver_entry.h"
 #include "components/sondrel/rigctld_mapping.h"
+#include "components/sondrel/rigctld_report_box.h"
 #include "components/sondrel/rigctld_worker.h"
 
 namespace kelvane::sondrel {
@@ -40,7 +41,8 @@ class RigctldReceiver : public Receiver {
   void takeRemote(bool remote, Instant now) override;
 
  private:
-  void take(const std::vector<RigReport>& reports, std::uint32_t order);
+  void collect();
+  void take(const RigctldReportBox::Entry& entry);
   void take(const LinkReport& report);
   void take(const CapabilityReport& report);
   void take(const ValueReport& report);
@@ -55,6 +57,7 @@ class RigctldReceiver : public Receiver {
   std::optional<LinkState> link_;  ///< last reported on this opening of the link
   std::uint32_t order_ = 0;        ///< of the newest opening or closing
   std::int32_t squelchLevel_ = 0;
+  RigctldReportBox box_;
   RigctldWorker worker_;  ///< last: its reports use the rest
 };
 

@@ -241,14 +241,15 @@ void RigctldSession::waitForQuiet(Instant now) {
   if (now - drainSince_ > kLongestDrain) fail(LinkState::Error, now);
 }
 
-/// How long its reply may be missing before the link is said to be lost.
+/// How long its reply may be missing before the link is said to be lost. However slowly a radio
+/// refuses what it never told, that is no sign of a dead one.
 milliseconds RigctldSession::patience(const Flight& flight) const {
   if (flight.purpose == Purpose::Greet) return replyLimit_;
-  const bool order = flight.purpose == Purpose::Order;
-  const auto item = order ? flight.order.request.item : flight.item;
-  if (!order && item == heartbeatOf(experience_)) return replyLimit_;
-  // However slowly a setting is refused, that is no sign of a dead radio.
-  return isSetting(item) || (!order && !experience_.tells(item)) ? kGiveUp : kRefusalLimit;
+  if (flight.purpose == Purpose::Order) {
+    return isSetting(flight.order.request.item) ? kGiveUp : kRefusalLimit;
+  }
+  if (flight.item == heartbeatOf(experience_)) return replyLimit_;
+  return experience_.tells(flight.item) ? kRefusalLimit : kGiveUp;
 }
 
 void RigctldSession::overdue(Instant now) {

@@ -28,7 +28,8 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
  public:
   /// `dataFolder` holds one folder for each instance. `clock` is asked at each operation. `wake` is
   /// called, from any thread, when tick() and deliverEvents() should be called soon, once for each
-  /// batch of work; it must call neither itself. `steps` are the disk that files are written to.
+  /// batch of work: it must call neither itself, and must not lose a call. `steps` are the disk
+  /// that files are written to.
   SondrelCore(std::filesystem::path dataFolder, std::function<Instant()> clock,
               std::function<void()> wake, ComponentWindows& windows,
               std::shared_ptr<FileSteps> steps = std::make_shared<FileSteps>());

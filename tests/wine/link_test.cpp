@@ -61,7 +61,7 @@ TEST(Radio, ThatFallsSilentIsSaidToAndThePanelIsNeverHeld) {
   panel.clickTab(0);
   ASSERT_TRUE(panel.settledOn(0));
   server.signal("STOP");
-  EXPECT_TRUE(says(panel, "Link: Timeout")) << panel.text(id::RxMask);
+  EXPECT_TRUE(says(panel, "Rx: Not responding")) << panel.text(id::RxMask);
   DWORD_PTR answer = 0;
   EXPECT_NE(SendMessageTimeoutW(panel.window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 500, &answer), 0);
   panel.clickTab(1);
