@@ -35,7 +35,7 @@ void registerClass(HINSTANCE instance, const wchar_t* name, WNDPROC ownProcedure
 
 const wchar_t* classOf(Kind kind) {
   if (kind == Kind::Digit || kind == Kind::Keys) return kOwnControl;
-  return kind == Kind::Toggle ? L"BUTTON" : L"STATIC";
+  return kind == Kind::Toggle || kind == Kind::Button ? L"BUTTON" : L"STATIC";
 }
 
 void addControls(HWND parent, HINSTANCE instance) {

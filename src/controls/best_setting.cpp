@@ -82,7 +82,8 @@ void BestSetting::lookUp(Hz tuned) {
 }
 
 void BestSetting::showKnown(Hz tuned) {
-  const Hz offset = frequency_.GetRxKnownFrequency() - tuned;
+  known_ = frequency_.GetRxKnownFrequency();
+  const Hz offset = known_ - tuned;
   Text text = frequency_.GetFrqKnownName();
   const Text info = frequency_.GetFrqKnownInfo();
   if (!info.empty()) text += " - " + info + " " + frequency_.GetFrqKnownExtra().value();
@@ -131,8 +132,8 @@ void BestSetting::applyFilter() {
 }
 
 void BestSetting::tuneToKnown() {
-  if (!view_.FDif.text.empty() && component_.GetRxFrequency(shown_.index(), kTuned) != -1)
-    component_.SetRxFrequency(shown_.index(), false, frequency_.GetRxKnownFrequency());
+  // Not what the database stands on now: a walk may have moved it on to where nothing was found.
+  if (view_.FDif.visible) component_.SetRxFrequency(shown_.index(), false, known_);
 }
 
 }  // namespace kelvane

@@ -46,6 +46,7 @@ class BestSetting {
   const Options& options_;
   Setting bestMode_ = -1;
   Setting bestFilter_ = 0;
+  Hz known_ = 0;  ///< what `FDif` is the offset from
   bool refreshing_ = false;
 };
 

@@ -40,7 +40,7 @@ void ChannelStep::step(Long direction) {
   const Index rx = shown_.index();
   const Channel last = component_.GetRxChnCount(rx) - 1;
   const Channel first = component_.GetRxChnFirst(rx);
-  if (!shown_.remote() || last < first) return;
+  if (last < first) return;
   const Channel current = component_.GetRxChannel(rx);
   Channel next = current == kNone ? first : current + direction;
   if (next > last) next = first;

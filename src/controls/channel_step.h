@@ -19,7 +19,7 @@ class ChannelStep {
   /// The current channel changed; -1 for none.
   void updated(Channel channel);
   /// Selects the next (1) or previous (-1) channel, round the ends; the first one when there is no
-  /// current channel. Only while the receiver is under remote control.
+  /// current channel.
   void step(Long direction);
 
  private:

@@ -24,15 +24,14 @@ Forwarding::Forwarding(std::array<Control, kButtons>& GenEvent, ReceiverComponen
   for (Control& button : GenEvent_) button.back = kMenuColour;
 }
 
-void Forwarding::click(int button, bool pressed) {
-  if (button == Master) return pressMaster(pressed);
-  if (button == All) return pressAll(pressed);
-  GenEvent_[NotUsed].pressed = false;
+void Forwarding::click(int button) {
+  if (button == Master) pressMaster();
+  if (button == All) pressAll();
 }
 
-void Forwarding::pressMaster(bool pressed) {
+void Forwarding::pressMaster() {
   master_.fill(false);
-  if (!pressed) {
+  if (GenEvent_[Master].pressed) {
     component_.SetRxForward(kForwardNone);
     return release(GenEvent_[Master]);
   }
@@ -43,9 +42,9 @@ void Forwarding::pressMaster(bool pressed) {
   master_[shown_.index()] = true;
 }
 
-void Forwarding::pressAll(bool pressed) {
+void Forwarding::pressAll() {
   master_.fill(false);
-  if (!pressed) {
+  if (GenEvent_[All].pressed) {
     component_.SetRxForward(kForwardNone);
     return release(GenEvent_[All]);
   }

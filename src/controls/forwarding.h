@@ -17,8 +17,8 @@ class Forwarding {
   Forwarding(std::array<Control, kButtons>& GenEvent, ReceiverComponent& component,
              ShownReceiver& shown);
 
-  /// A click left the button in this state.
-  void click(int button, bool pressed);
+  /// A button was pressed: the one that is down is released by it. The spare one does nothing.
+  void click(int button);
   /// Another receiver is shown: the master button's colour tells whether it is the master.
   void receiverSelected();
   /// No forwarding; both buttons are released.
@@ -27,8 +27,8 @@ class Forwarding {
   void receivers(Count count);
 
  private:
-  void pressMaster(bool pressed);
-  void pressAll(bool pressed);
+  void pressMaster();
+  void pressAll();
 
   std::array<Control, kButtons>& GenEvent_;
   ReceiverComponent& component_;

@@ -24,8 +24,9 @@ struct FrqDigitControls {
 /// receiver's present frequency with each key (Hz, -1 when none is known) and sends `Value` when a
 /// key came back committed.
 ///
-/// A key code or character set to 0 was consumed. With no known frequency nothing is ever
-/// committed: the key is consumed and the row stays as it is. Used on the user-interface thread.
+/// A key code or character set to 0 was consumed. With no known frequency only a whole one that is
+/// entered is committed: what changes the present one is consumed, and the row stays as it is. Used
+/// on the user-interface thread.
 class clsFrqDigit {
  public:
   /// The row shows nothing yet; its bounds are 0 to 29 999 999 Hz until `Boundary`. Controls and

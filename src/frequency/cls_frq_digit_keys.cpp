@@ -57,7 +57,7 @@ void clsFrqDigit::KeyPress(int& index, int& keyAscii, double current, bool& comm
     overwrite(index, '0');
     moveTo(index, leftOf(index));
   } else {
-    if (keyAscii == key::Enter && current >= 0) enterDigits(committed);
+    if (keyAscii == key::Enter) enterDigits(committed);
     if (keyAscii == key::Escape) {
       clearFlags();
       Unselect(true);
@@ -78,7 +78,7 @@ void clsFrqDigit::ProcessKey(int& keyAscii, double current, bool& committed) {
   } else if (c == key::Backspace && typing) {
     eraseTyped();
   } else if (c == key::Enter && typing) {
-    if (current >= 0) enterTyped(committed);
+    enterTyped(committed);
   } else if ((c == '+' || c == '-') && typing) {
     const double by = c == '+' ? typedHertz(typedText_) : -typedHertz(typedText_);
     if (current >= 0 && tune(current + by, committed)) typedText_.clear();

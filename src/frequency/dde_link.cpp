@@ -76,7 +76,8 @@ void DdeLink::received(Index rx, const std::string& text) {
 }
 
 void DdeLink::show() {
-  LinkLook look = lookOf(servers_.state(shown_.index()), serverOf(shown_.index()));
+  LinkLook look = lookOf(DigitLink::Closed, {});
+  if (shown_.exists()) look = lookOf(servers_.state(shown_.index()), serverOf(shown_.index()));
   DDESts_.back = look.back;
   DDESts_.text = look.text;
   DDESts_.tip = std::move(look.words);

@@ -34,7 +34,7 @@ void FrqEntry::arrived(Hz frequency) {
 }
 
 void FrqEntry::send(bool committed, bool channelized) {
-  if (committed && present() != -1)
+  if (committed && !shown_.locked())
     component_.SetRxFrequency(shown_.index(), channelized, nearestLong(row_.Value()));
 }
 
@@ -65,7 +65,7 @@ void FrqEntry::FrqFocus_GotFocus() {
 }
 
 FrqEntry::Typed FrqEntry::typed(int keyAscii) {
-  if (!shown_.remote()) return Typed::NotTaken;
+  if (shown_.locked()) return Typed::NotTaken;
   const bool typing = row_.EntryInProgress();
   bool committed = false;
   row_.ProcessKey(keyAscii, present(), committed);

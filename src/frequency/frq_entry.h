@@ -42,7 +42,9 @@ class FrqEntry {
     bool operator==(const Limits&) const = default;
   };
   Limits limits() const;
-  Hz present() const { return component_.GetRxFrequency(shown_.index(), kTuned); }
+  Hz present() const {
+    return shown_.exists() ? component_.GetRxFrequency(shown_.index(), kTuned).value() : -1;
+  }
   void send(bool committed, bool channelized);
   void afterKey(bool committed, bool wasInProgress);
 

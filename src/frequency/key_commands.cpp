@@ -56,7 +56,7 @@ const CommandRow* KeyCommands::find(CommandRow::Input input, int code, int shift
 }
 
 bool KeyCommands::allowed(const CommandRow& row) const {
-  return row.needs != CommandRow::Needs::Remote || shown_.remote();
+  return row.needs != CommandRow::Needs::Remote || !shown_.locked();
 }
 
 bool KeyCommands::keyDown(int keyCode, int shift, bool onDigit) {
@@ -88,7 +88,7 @@ bool KeyCommands::keyPress(int character, bool onDigit) {
   }
   const int command = upperCase(character);
   const CommandRow* row = find(CommandRow::Input::Character, command, 0);
-  if (!shown_.remote()) {
+  if (shown_.locked()) {
     if (row && allowed(*row)) (this->*row->run)();
     return true;
   }

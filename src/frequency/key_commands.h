@@ -26,7 +26,7 @@ struct CommandRow {
     Character,  ///< a typed character, letters in upper case
   };
   enum class Needs {
-    Remote,   ///< acts only while the receiver is under remote control
+    Remote,   ///< acts only under remote control, over a link that is up
     Nothing,  ///< acts always: it could otherwise never be undone
     Panel,    ///< concerns the panel alone: acts always, on a selected digit too
   };

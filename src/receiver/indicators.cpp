@@ -43,7 +43,8 @@ void Indicators::blank() {
 
 void Indicators::lines() {
   // 64 bits: the magnitude of the most negative 32-bit count has no place in 32.
-  const long long count = std::llabs(component_.GetRxOutCount(shown_.index()).value());
+  const long long count =
+      shown_.exists() ? std::llabs(component_.GetRxOutCount(shown_.index()).value()) : 0;
   const int shown = count > kLines ? kLines : static_cast<int>(count);
   if (shown == 0) {
     for (Control& line : IO_) line.visible = false;

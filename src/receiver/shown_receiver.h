@@ -10,13 +10,16 @@ class ShownReceiver {
   explicit ShownReceiver(ReceiverComponent& component) : component_(component) {}
 
   Index index() const { return nReceiver_; }
-  void show(Index rx) { nReceiver_ = rx; }
+  void show(Index rx) { nReceiver_ = rx, exists_ = true; }
+  /// There is no receiver: none is online, and nobody is asked.
+  void showNone() { nReceiver_ = 0, exists_ = false; }
+  bool exists() const { return exists_; }
 
   /// The receiver answers.
-  bool online() const { return component_.IsRxOnline(nReceiver_); }
+  bool online() const { return exists_ && component_.IsRxOnline(nReceiver_); }
   /// The remote-state test: the receiver is under remote control.
-  bool remote() const { return component_.GetRxRemote(nReceiver_); }
-  /// The operator's commands are kept from it.
+  bool remote() const { return exists_ && component_.GetRxRemote(nReceiver_); }
+  /// The operator's commands are kept from it: they need a link that is up and remote control.
   bool locked() const { return !online() || !remote(); }
   /// An event for receiver rx belongs on the display.
   bool shows(Index rx) const { return rx == nReceiver_ && online(); }
@@ -24,6 +27,7 @@ class ShownReceiver {
  private:
   ReceiverComponent& component_;
   Index nReceiver_ = 0;
+  bool exists_ = false;
 };
 
 }  // namespace kelvane

@@ -1,6 +1,7 @@
 #include "shell/main_window.h"
 
 #include <algorithm>
+#include <array>
 
 #include "ui/control_ids.h"
 #include "ui/key_codes.h"
@@ -149,12 +150,28 @@ void MAin::keyPress(int control, int character) {
   tabs_.serveRequest();
 }
 
-void MAin::clicked(int control, MouseButton button, bool pressed) {
+void MAin::clicked(int control, MouseButton button) {
+  // What the screen still shows may be gone or locked by now, or lie under a dialog.
+  const Control* clicked = controlOf(view_, control);
+  if (!clicked || !clicked->visible || !clicked->enabled || services_.window.modalOpen()) return;
   keyboard_.focus(id::FrqFocus);
-  act(control, button, pressed);
+  act(control, button);
 }
 
-void MAin::act(int control, MouseButton button, bool pressed) {
+/// Whether a click asks something of the receiver, as the commands of the keyboard do.
+bool MAin::commands(int control) const {
+  constexpr std::array labels{id::VChn + 0, id::Band + 0, id::HFF + 0,   id::BMod + 0,
+                              id::BFlt + 0, id::FDif + 0, id::FrqBfo + 0};
+  return std::ranges::find(labels, control) != labels.end() ||
+         within(control, id::IO, view_.IO.size()) ||
+         within(control, id::ModEvent, view_.ModEvent.size());
+}
+
+void MAin::act(int control, MouseButton button) {
+  if (commands(control) && shown_.locked()) return;
+  const bool ofPanel =
+      control == id::ConfigButton || within(control, id::Opener, view_.Opener.size());
+  if (!shown_.exists() && !ofPanel) return;
   const Long direction = button == MouseButton::Left ? kNext : kPrevious;
   switch (control) {
     case id::SM:
@@ -162,8 +179,7 @@ void MAin::act(int control, MouseButton button, bool pressed) {
     case id::VChn:
       return channels_.step(direction);
     case id::Band:
-      if (shown_.remote()) navigation_.step(Walk::Bands, direction);
-      return;
+      return navigation_.step(Walk::Bands, direction);
     case id::RNG:
       return navigation_.nextRegion();
     case id::FAlt:
@@ -181,20 +197,20 @@ void MAin::act(int control, MouseButton button, bool pressed) {
     case id::ConfigButton:
       return Config_Click();
     default:
-      return clickedArray(control, button, pressed);
+      return clickedArray(control, button);
   }
 }
 
-void MAin::clickedArray(int control, MouseButton button, bool pressed) {
+void MAin::clickedArray(int control, MouseButton button) {
   if (within(control, id::LockImg, view_.LockImg.size())) return remote_.toggle();
   if (within(control, id::IO, view_.IO.size())) return indicators_.toggleLine(control - id::IO);
   if (within(control, id::VStep, view_.VStep.size()))
     return stepping_.click(control - id::VStep, button);
   if (within(control, id::GenEvent, view_.GenEvent.size()))
-    return forwarding_.click(control - id::GenEvent, pressed);
+    return forwarding_.click(control - id::GenEvent);
   if (within(control, id::Opener, view_.Opener.size())) return openers_.click(control - id::Opener);
-  if (!within(control, id::ModEvent, view_.ModEvent.size()) || !pressed) return;
-  buttons_.Click(shown_.index(), control - id::ModEvent);
+  if (within(control, id::ModEvent, view_.ModEvent.size()))
+    buttons_.Click(shown_.index(), control - id::ModEvent);
 }
 
 void MAin::Config_Click() {
@@ -218,7 +234,8 @@ bool MAin::accelerator(char32_t character) {
     for (int i = 0; i < row.count; ++i) {
       const Control& button = row.of(view_, i);
       if (!button.visible || !button.enabled || mnemonic(button.text) != character) continue;
-      pressByKey(row.id + i);
+      // The focus stays where it is: the next key may press the same button again.
+      act(row.id + i, MouseButton::Left);
       return true;
     }
   }
@@ -228,15 +245,8 @@ bool MAin::accelerator(char32_t character) {
 /// Enter on a button that has the focus, unless it is the end of a number.
 bool MAin::pressFocused(int character, int focused) {
   if (character != key::Enter || !groups_.onButton() || !row_.TypedText().empty()) return false;
-  pressByKey(focused);
+  act(focused, MouseButton::Left);
   return true;
-}
-
-/// As a click, but the focus stays where it is: the next key may press the same button again.
-void MAin::pressByKey(int control) {
-  const bool toggled = within(control, id::GenEvent, view_.GenEvent.size()) &&
-                       view_.GenEvent[control - id::GenEvent].pressed;
-  act(control, MouseButton::Left, !toggled);
 }
 
 bool MAin::previewKeyDown(int keyCode, int shift, int focused) {

@@ -95,7 +95,7 @@ class MAin : public ControlEvents {
   void lostFocus(int control) override;
   void keyDown(int control, int keyCode, int shift) override;
   void keyPress(int control, int character) override;
-  void clicked(int control, MouseButton button, bool pressed) override;
+  void clicked(int control, MouseButton button) override;
   /// Keys and characters of the whole window, before the control with the focus sees them. Answer
   /// whether they were taken: the control is not told then.
   bool previewKeyDown(int keyCode, int shift, int focused);
@@ -132,10 +132,10 @@ class MAin : public ControlEvents {
   void provideCompanions();
   void openLog(bool updateOnly);
   void announce();
-  void act(int control, MouseButton button, bool pressed);
+  bool commands(int control) const;
+  void act(int control, MouseButton button);
   bool pressFocused(int character, int focused);
-  void pressByKey(int control);
-  void clickedArray(int control, MouseButton button, bool pressed);
+  void clickedArray(int control, MouseButton button);
   void Config_Click();
 
   static constexpr milliseconds kBlink{800};

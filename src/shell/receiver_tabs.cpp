@@ -37,7 +37,7 @@ void ReceiverTabs::build() {
 
 void ReceiverTabs::showNone() {
   view_.TabStrip.selected = -1;
-  shown_.show(0);
+  shown_.showNone();
   refresh_.none();
 }
 

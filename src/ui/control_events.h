@@ -16,8 +16,8 @@ class ControlEvents {
   virtual void keyDown(int control, int keyCode, int shift) = 0;
   /// A character was typed.
   virtual void keyPress(int control, int character) = 0;
-  /// A click ended on the control. For a check box, `pressed` is its new state.
-  virtual void clicked(int control, MouseButton button, bool pressed) = 0;
+  /// A mouse button was released on the control that it was pressed on.
+  virtual void clicked(int control, MouseButton button) = 0;
 };
 
 }  // namespace kelvane

@@ -11,12 +11,8 @@ void Keyboard::focus(int control) {
 
 bool Keyboard::takesKeys(int control) const {
   if (control == id::TabStrip) return !view_.TabStrip.tabs.empty();
-  for (const ControlRow& row : mainControls()) {
-    if (control < row.id || control >= row.id + row.count) continue;
-    const Control& shown = row.of(view_, control - row.id);
-    return shown.visible && shown.enabled;
-  }
-  return false;
+  const Control* shown = controlOf(view_, control);
+  return shown && shown->visible && shown->enabled;
 }
 
 void Keyboard::settle() {

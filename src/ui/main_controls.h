@@ -15,10 +15,11 @@ enum class Kind {
   Panel,   ///< black panel behind other controls
   Digit,   ///< one large character that can be selected and typed over
   Keys,    ///< invisible keyboard sink
-  Label,   ///< text; a click on it may mean something
+  Text,    ///< text that a click does nothing to
+  Label,   ///< text that acts on a click
   Lock,    ///< drawn padlock, closed for element 0 and open for element 1
   Lamp,    ///< drawn lamp in its background colour
-  Toggle,  ///< check box drawn as a push button
+  Toggle,  ///< check box drawn as a push button: it stays down until it is pressed again
   Button,  ///< push button
   Said,    ///< text that is on no screen, said by screen readers when it changes
 };
@@ -59,8 +60,10 @@ std::span<const Place> groupPoints();
 /// What a screen reader says of a control: what it is, and what it shows.
 std::string spokenWords(const ControlRow& row, int element, const Control& control);
 
-/// The main window's controls, in tab order.
+/// The main window's controls, in tab order. A name may have several rows where its elements differ.
 std::span<const ControlRow> mainControls();
+/// What a control of the table shows; null for an id that is none of its.
+Control* controlOf(MainView& view, int id);
 
 /// The window's design size.
 inline constexpr int kMainWidth = 720;

@@ -27,7 +27,7 @@ Make makeOf(Kind kind) {
     case Kind::Keys:
       return {kKeysClass, 0};
     case Kind::Toggle:
-      return {L"BUTTON", BS_AUTOCHECKBOX | BS_PUSHLIKE};
+      return {L"BUTTON", BS_CHECKBOX | BS_PUSHLIKE};
     case Kind::Button:
       return {L"BUTTON", BS_PUSHBUTTON};
     case Kind::Panel:
@@ -111,6 +111,7 @@ void Face::show(const Control& control) {
   if (control.text != before.text || control.spoken != before.spoken) stale_ = speaks_;
   if (stale_ && row_.kind == Kind::Said) speak();
   if (control.visible != before.visible) ShowWindow(window_, control.visible ? SW_SHOWNA : SW_HIDE);
+  if (!control.visible || !control.enabled) dropPress();
   repaint();
 }
 
@@ -157,30 +158,78 @@ bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
       if (takesKeys(row_.kind)) events_.keyDown(id(), static_cast<int>(wParam), shiftState());
-      return false;
+      // Space is a command of the keyboard language; the system's button would be pressed as well.
+      return isButton(row_.kind) && wParam == VK_SPACE;
     case WM_CHAR:
       if (takesKeys(row_.kind)) events_.keyPress(id(), static_cast<int>(wParam));
       return takesKeys(row_.kind);
+    case WM_CAPTURECHANGED:
+      return dropPress(), false;
+    case BM_GETSTATE:
+      if (!handPressed()) return false;
+      result = CallWindowProcW(original_, window_, message, wParam, lParam) | BST_PUSHED;
+      return true;
+    default:
+      return mouse(message, lParam);
+  }
+}
+
+// The system's own buttons would take the keyboard with a press, and lose the second of two quick
+// clicks on a box that is not released yet.
+bool Face::mouse(UINT message, LPARAM lParam) {
+  const auto over = [&] {
+    const POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    RECT area;
+    GetClientRect(window_, &area);
+    return PtInRect(&area, at) != 0;
+  };
+  switch (message) {
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
-      // Kept from a label's own handling, which would tell the click a second time.
-      if (row_.kind == Kind::Digit) SetFocus(window_);
-      return !isButton(row_.kind);
+      return pressed(MouseButton::Left), true;
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK:
+      return pressed(MouseButton::Right), true;
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONDBLCLK:
+      return pressed(MouseButton::Middle), true;
     case WM_LBUTTONUP:
-      return click(MouseButton::Left), false;
+      return released(MouseButton::Left, over()), true;
     case WM_RBUTTONUP:
-      return click(MouseButton::Right), true;
+      return released(MouseButton::Right, over()), true;
     case WM_MBUTTONUP:
-      return click(MouseButton::Middle), true;
-    case BM_SETSTATE:
-      return InvalidateRect(window_, nullptr, FALSE), false;
+      return released(MouseButton::Middle, over()), true;
+    case WM_MOUSEMOVE:
+      if (press_.held() && handPressed() != over()) press_.moved(over()), repaint();
+      return false;
     default:
       return false;
   }
 }
 
-void Face::click(MouseButton button) {
-  if (!takesKeys(row_.kind) && !isButton(row_.kind)) events_.clicked(id(), button, false);
+void Face::pressed(MouseButton button) {
+  // A digit is chosen by the press itself.
+  if (row_.kind == Kind::Digit && button == MouseButton::Left) SetFocus(window_);
+  const bool answers = isButton(row_.kind) ? button == MouseButton::Left : !takesKeys(row_.kind);
+  if (!answers || !IsWindowEnabled(window_)) return;
+  press_.down(button);
+  SetCapture(window_);
+  repaint();
+}
+
+void Face::released(MouseButton button, bool over) {
+  const bool acts = press_.up(button, over);
+  // The capture goes with the press; that it went drops nothing else.
+  if (!press_.held() && GetCapture() == window_) ReleaseCapture();
+  repaint();
+  if (acts) events_.clicked(id(), button);
+}
+
+void Face::dropPress() {
+  if (!press_.held()) return;
+  press_.cancel();
+  if (GetCapture() == window_) ReleaseCapture();
+  repaint();
 }
 
 void Face::paint() const { paintFace(*this); }

@@ -4,6 +4,7 @@
 
 #include "ui/control_events.h"
 #include "ui/main_controls.h"
+#include "ui/press.h"
 #include "win32/fonts.h"
 
 namespace kelvane::win32 {
@@ -28,8 +29,10 @@ class Face {
 
   /// Puts on the screen what differs from what is there.
   void show(const Control& control);
-  /// The hand left a check box in this state: what is there to be changed back, or to stay.
-  void handPressed(bool pressed) { shown_.pressed = pressed; }
+  /// The hand presses it now, and letting go would act.
+  bool handPressed() const { return press_.shown(); }
+  /// Ends a press without an action: what it was made for is no longer there.
+  void dropPress();
   /// Takes its place and font at a resolution, and the kind of its colours.
   void place(UINT dpi, const Fonts& fonts, bool contrast);
   /// Tells screen readers its name and role; the window need not wait for that to be seen.
@@ -38,7 +41,10 @@ class Face {
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
-  void click(MouseButton button);
+  /// What the mouse does to a control that acts on a click; answers whether that was all.
+  bool mouse(UINT message, LPARAM lParam);
+  void pressed(MouseButton button);
+  void released(MouseButton button, bool over);
   void paint() const;
   void repaint() const;
   RECT area() const;
@@ -49,6 +55,7 @@ class Face {
   HWND window_;
   WNDPROC original_ = nullptr;
   Control shown_;
+  Press press_;
   HFONT font_ = nullptr;
   UINT dpi_;
   bool contrast_ = false;

@@ -22,6 +22,12 @@ COLORREF ink(const Face& face) {
   return face.contrast() ? GetSysColor(COLOR_WINDOWTEXT) : resolved(face.shown().fore);
 }
 
+/// A label, lamp or lock that the hand presses lights up.
+COLORREF groundUnder(const Face& face, COLORREF ground, COLORREF ink) {
+  const bool pressed = face.row().kind != Kind::Text && face.handPressed();
+  return pressed ? blended(ground, ink, 70) : ground;
+}
+
 COLORREF textColour(const Face& face) {
   if (face.shown().enabled) return ink(face);
   return face.contrast() ? GetSysColor(COLOR_GRAYTEXT) : blended(ink(face), ground(face), 120);
@@ -32,8 +38,8 @@ UINT alignment(Align align) {
 }
 
 void paintLabel(const Face& face) {
-  paintLine(face.window(), wide(face.shown().text), face.font(), textColour(face), ground(face),
-            alignment(face.row().align));
+  paintLine(face.window(), wide(face.shown().text), face.font(), textColour(face),
+            groundUnder(face, ground(face), ink(face)), alignment(face.row().align));
 }
 
 /// A selected digit is shown in the colours exchanged.
@@ -71,7 +77,7 @@ void paintPanel(const Face& face, const Painting& on) {
 /// A lamp in its colour; one that is lit is a disc, any other a ring.
 void paintLamp(const Face& face, const Painting& on) {
   const COLORREF colour = face.contrast() ? ink(face) : resolved(face.shown().back);
-  const COLORREF around = face.contrast() ? ground(face) : 0;
+  const COLORREF around = groundUnder(face, face.contrast() ? ground(face) : 0, colour);
   on.fill(on.area(), around);
   RECT lamp = on.area();
   InflateRect(&lamp, -scaled(1, face.dpi()), -scaled(1, face.dpi()));
@@ -93,6 +99,7 @@ struct ButtonColours {
 };
 
 ButtonColours colourOf(const Face& face, bool down) {
+  const bool hand = face.handPressed();
   const bool enabled = face.shown().enabled;
   const COLORREF face3d = GetSysColor(COLOR_BTNFACE), caption = GetSysColor(COLOR_BTNTEXT);
   const COLORREF grey = GetSysColor(COLOR_GRAYTEXT);
@@ -102,15 +109,14 @@ ButtonColours colourOf(const Face& face, bool down) {
   }
   COLORREF colour = resolved(face.shown().back);
   if (!enabled) colour = blended(colour, face3d, 170);
-  return {down ? blended(colour, 0, 30) : colour, blended(colour, caption, down ? 170 : 90),
+  return {hand ? blended(colour, 0, 40) : colour, blended(colour, caption, down ? 170 : 90),
           enabled ? lettersOn(colour) : grey, GetSysColor(COLOR_HIGHLIGHT)};
 }
 
 /// A push button; one that toggles stays down while it is pressed. The one with the keyboard focus
 /// has a frame.
 void paintButton(const Face& face, const Painting& on) {
-  const bool down =
-      face.shown().pressed || (SendMessageW(face.window(), BM_GETSTATE, 0, 0) & BST_PUSHED) != 0;
+  const bool down = face.shown().pressed || face.handPressed();
   const ButtonColours colours = colourOf(face, down);
   on.fill(on.area(), GetSysColor(COLOR_BTNFACE));
   RECT button = on.area();
@@ -128,9 +134,9 @@ void paintButton(const Face& face, const Painting& on) {
 
 /// A padlock; the first picture closed and green, the second open and orange.
 void paintLock(const Face& face, const Painting& on) {
-  on.fill(on.area(), ground(face));
   const bool closed = face.element() == 0;
   const COLORREF colour = ink(face);
+  on.fill(on.area(), groundUnder(face, ground(face), colour));
   const auto at = [&face](int x, int y) {
     return POINT{scaled(x, face.dpi()), scaled(y, face.dpi())};
   };
@@ -149,7 +155,7 @@ void paintLock(const Face& face, const Painting& on) {
 }  // namespace
 
 void paintFace(const Face& face) {
-  if (face.row().kind == Kind::Label) return paintLabel(face);
+  if (face.row().kind == Kind::Label || face.row().kind == Kind::Text) return paintLabel(face);
   const Painting on(face.window());
   switch (face.row().kind) {
     case Kind::Digit:

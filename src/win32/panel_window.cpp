@@ -160,7 +160,7 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (notice->code == TCN_SELCHANGE) panel_->tabClicked(tabs_->selected());
       return notice->code == TCN_SELCHANGE;
     case WM_COMMAND:
-      if (HIWORD(wParam) == BN_CLICKED) pressed(LOWORD(wParam));
+      if (HIWORD(wParam) == BN_CLICKED) clicked(LOWORD(wParam), MouseButton::Left);
       return true;
     case WM_SETFOCUS:
       return panel_->activated(), true;
@@ -181,14 +181,6 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     default:
       return false;
   }
-}
-
-void PanelWindow::pressed(int control) {
-  const bool down = SendDlgItemMessageW(window_, control, BM_GETCHECK, 0, 0) == BST_CHECKED;
-  for (const auto& face : faces_) {
-    if (face->id() == control) face->handPressed(down);
-  }
-  panel_->clicked(control, MouseButton::Left, down);
 }
 
 bool PanelWindow::systemCommand(WPARAM command, LPARAM lParam) {
@@ -219,6 +211,10 @@ void PanelWindow::show() {
   lastFrame_ = GetTickCount64();
   panel_->settleFocus();
   MainView& view = panel_->view();
+  // A press was made for the receiver that was shown then.
+  if (view.TabStrip.selected != presented_.TabStrip.selected) {
+    for (const auto& face : faces_) face->dropPress();
+  }
   presented_ = view;
   if (std::exchange(caption_, view.caption) != view.caption)
     SetWindowTextW(window_, wide(view.caption).c_str());
@@ -336,8 +332,10 @@ void PanelWindow::keyPress(int control, int character) {
   if (panel_) panel_->keyPress(control, character);
 }
 
-void PanelWindow::clicked(int control, MouseButton button, bool down) {
-  if (panel_) panel_->clicked(control, button, down);
+void PanelWindow::clicked(int control, MouseButton button) {
+  if (panel_) panel_->clicked(control, button);
+  // A click that another program sends passes the message loop by.
+  changed();
 }
 
 }  // namespace kelvane::win32

@@ -48,7 +48,7 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void lostFocus(int control) override;
   void keyDown(int control, int keyCode, int shift) override;
   void keyPress(int control, int character) override;
-  void clicked(int control, MouseButton button, bool pressed) override;
+  void clicked(int control, MouseButton button) override;
 
   /// Keys and the wheel, before the control that they are for. Answers whether they were taken.
   bool preview(const MSG& message);
@@ -61,7 +61,6 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void settingsChanged();
   void dpiChanged(UINT dpi, const RECT& suggested);
   bool systemCommand(WPARAM command, LPARAM lParam);
-  void pressed(int control);
   void unload();
 
   HWND window_;

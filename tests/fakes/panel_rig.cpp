@@ -115,7 +115,7 @@ void PanelRig::press(int keyCode, int shift) {
 }
 
 void PanelRig::click(int control, MouseButton button) {
-  panel->clicked(control, button, true);
+  panel->clicked(control, button);
   run(milliseconds(50));
 }
 

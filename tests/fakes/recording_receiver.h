@@ -3,6 +3,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -17,9 +18,13 @@ class RecordingReceiver : public ReceiverComponent {
   explicit RecordingReceiver(ReceiverComponent& inner) : inner_(inner) {}
 
 #define ASK(name, Result, fallback, params, args) \
-  Answer<Result> name params override { return inner_.name args; }
+  Answer<Result> name params override {             \
+    note args;                                      \
+    return inner_.name args;                        \
+  }
 #define TELL(name, params, args)                      \
   Outcome name params override {                      \
+    note args;                                        \
     told_.push_back(#name + joined args);             \
     if (refused.count(#name)) return Outcome::Failed; \
     return inner_.name args;                          \
@@ -31,14 +36,22 @@ class RecordingReceiver : public ReceiverComponent {
   /// What it was told by that name since it was last asked.
   std::vector<std::string> told(const std::string& name) {
     std::vector<std::string> lines;
-    for (const std::string& line : std::exchange(told_, {})) {
+    for (const std::string& line : told()) {
       if (line.starts_with(name + " ")) lines.push_back(line);
     }
     return lines;
   }
+  /// Everything that it was told since it was last asked.
+  std::vector<std::string> told() { return std::exchange(told_, {}); }
   std::set<std::string> refused;
+  std::set<Index> named;  ///< the receivers that it was told or asked something of
 
  private:
+  void note() {}
+  template <class First, class... Rest>
+  void note(const First& first, const Rest&...) {
+    if constexpr (std::is_same_v<First, Index>) named.insert(first);
+  }
   template <class... Values>
   static std::string joined(const Values&... values) {
     std::ostringstream text;

@@ -82,11 +82,48 @@ TEST_F(Controls, EachSettingStepsOncePerClickAndIsReleased) {
     const int id = id::ModEvent + button;
     const std::string before = panel_.text(id);
     panel_.click(id);
+    EXPECT_FALSE(eventually([&] { return pressed(id); }, 30)) << "it is no check box";
     EXPECT_TRUE(eventually([&] { return panel_.text(id) != before; })) << before;
-    EXPECT_TRUE(eventually([&] { return !pressed(id); }));
   }
   EXPECT_EQ(panel_.text(id::ModEvent + 3), "10dB");
   EXPECT_NE(panel_.text(id::ModEvent + 4).substr(0, 3), "NB:");
+}
+
+TEST_F(Controls, QuickClicksAreAsManySteps) {
+  const int attenuator = id::ModEvent + 3;
+  for (int i = 0; i < 2; ++i) PostMessageW(panel_.control(attenuator), BM_CLICK, 0, 0);
+  EXPECT_TRUE(eventually([&] { return panel_.text(attenuator) == "20dB"; }))
+      << panel_.text(attenuator);
+  panel_.click(attenuator);
+  panel_.clickHere();  // the second press of a double click
+  EXPECT_TRUE(eventually([&] { return panel_.text(attenuator) == "Att:Off"; }))
+      << panel_.text(attenuator);
+  for (int i = 0; i < 2; ++i) PostMessageW(panel_.control(kMaster), BM_CLICK, 0, 0);
+  EXPECT_FALSE(eventually([&] { return pressed(kMaster); }, 300)) << "pressed and released";
+}
+
+TEST_F(Controls, APressIsSeenAndActsOnlyWhereItIsReleasedAgain) {
+  const auto down = [&](int id) {
+    return (SendMessageW(panel_.control(id), BM_GETSTATE, 0, 0) & BST_PUSHED) != 0;
+  };
+  const int attenuator = id::ModEvent + 3;
+  panel_.type("7050\r");
+  ASSERT_TRUE(shows("  7050000"));
+  panel_.pressOn(attenuator);
+  EXPECT_TRUE(eventually([&] { return down(attenuator); }));
+  panel_.pointAtControl(id::Band);
+  EXPECT_TRUE(eventually([&] { return !down(attenuator); })) << "to let go now would do nothing";
+  panel_.release();
+  panel_.pressOn(id::SM);
+  panel_.pointAtControl(id::Band);
+  panel_.release();
+  PostMessageW(panel_.control(id::Band), WM_LBUTTONUP, 0, 0);  // of a window that closed over it
+  PostMessageW(panel_.control(id::LockImg), WM_LBUTTONUP, 0, 0);
+  panel_.key(VK_RIGHT);
+  EXPECT_TRUE(shows("  7050500")) << panel_.digits();
+  EXPECT_EQ(panel_.text(attenuator), "Att:Off");
+  EXPECT_TRUE(panel_.visible(id::LockImg));
+  EXPECT_EQ(panel_.text(id::SM).front(), 'S');
 }
 
 }  // namespace

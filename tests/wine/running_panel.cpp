@@ -208,11 +208,23 @@ void RunningPanel::type(const std::string& characters) {
   }
 }
 
-void RunningPanel::click(int id, Mouse button) {
-  giveKeyboard(window_);
+void RunningPanel::pointAtControl(int id) const {
   RECT area;
   GetWindowRect(control(id), &area);
   pointAt((area.left + area.right) / 2, (area.top + area.bottom) / 2);
+}
+
+void RunningPanel::pressOn(int id) {
+  giveKeyboard(window_);
+  pointAtControl(id);
+  sendMouse(MOUSEEVENTF_LEFTDOWN);
+}
+
+void RunningPanel::release() { sendMouse(MOUSEEVENTF_LEFTUP); }
+
+void RunningPanel::click(int id, Mouse button) {
+  giveKeyboard(window_);
+  pointAtControl(id);
   const bool left = button == Mouse::Left;
   sendMouse(left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN);
   sendMouse(left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP);

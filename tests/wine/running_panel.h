@@ -63,6 +63,10 @@ class RunningPanel {
   void keyHere(WORD code, int modifiers = 0);
   /// A left click at a place of the screen.
   void clickAt(int x, int y);
+  /// The left mouse button goes down on one control, the pointer moves, it comes up on another.
+  void pressOn(int id);
+  void pointAtControl(int id) const;
+  void release();
   enum class Mouse { Left, Right };
   void click(int id, Mouse button = Mouse::Left);
   void clickTab(int tab);
