@@ -111,6 +111,8 @@ HWND DialogWindow::add(const DialogItem& item) {
                       WS_CHILD | WS_VISIBLE | item.style, 0, 0, 0, 0, window_,
                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(item.id)), module(), nullptr);
   controls_.push_back({control, item.area, item.follow, item.announced});
+  if (std::wstring_view(item.windowClass) == WC_BUTTONW)
+    SetWindowSubclass(control, buttonProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
   name(control, item);
   if (!item.tip.empty()) tips_->set(control, item.tip);
   return control;
@@ -258,6 +260,7 @@ LRESULT CALLBACK DialogWindow::procedure(HWND window, UINT message, WPARAM wPara
 bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   switch (message) {
     case WM_COMMAND:
+      if (HIWORD(wParam) == BN_CLICKED) giveKeyboardBack();
       return command(LOWORD(wParam), HIWORD(wParam)), true;
     case WM_NOTIFY:
       return notified(*reinterpret_cast<const NMHDR*>(lParam), result);
@@ -322,6 +325,41 @@ void DialogWindow::activated(bool active) {
   const bool usable = focus_ && IsWindowEnabled(focus_) && IsWindowVisible(focus_);
   const HWND next = usable ? focus_ : GetNextDlgTabItem(window_, nullptr, FALSE);
   if (next) SetFocus(next);
+}
+
+LRESULT CALLBACK DialogWindow::buttonProcedure(HWND button, UINT message, WPARAM wParam,
+                                               LPARAM lParam, UINT_PTR, DWORD_PTR self) {
+  auto* dialog = reinterpret_cast<DialogWindow*>(self);
+  const bool press = message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK;
+  if (press) dialog->buttonPressed(button);
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(button, buttonProcedure, 0);
+  const LRESULT result = DefSubclassProc(button, message, wParam, lParam);
+  // Released beside the button, which tells nobody of it. The dialog may be gone after a click.
+  if (message == WM_LBUTTONUP && IsWindow(button)) dialog->giveKeyboardBack();
+  return result;
+}
+
+// A window that stays open is worked in with keys: a button pressed in passing keeps none of them,
+// which would press buttons from then on.
+void DialogWindow::buttonPressed(HWND button) {
+  const HWND focus = GetFocus();
+  keyboardWas_ = keyboardWasIn_ = nullptr;
+  if (!hook_ || focus == button || !IsChild(window_, focus)) return;
+  keyboardWas_ = keyboardWasIn_ = focus;
+  while (GetParent(keyboardWasIn_) != window_) keyboardWasIn_ = GetParent(keyboardWasIn_);
+}
+
+void DialogWindow::giveKeyboardBack() {
+  const auto usable = [](HWND control) {
+    return control && IsWindow(control) && IsWindowVisible(control) && IsWindowEnabled(control);
+  };
+  const HWND was = std::exchange(keyboardWas_, nullptr);
+  if (!was) return;
+  // What an entry was typed into may have gone when it was left.
+  if (usable(was))
+    SetFocus(was);
+  else if (usable(keyboardWasIn_))
+    SetFocus(keyboardWasIn_);
 }
 
 void DialogWindow::goTo(WPARAM which, bool named) {

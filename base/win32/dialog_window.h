@@ -119,6 +119,8 @@ class DialogWindow {
   };
 
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT CALLBACK buttonProcedure(HWND button, UINT message, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR, DWORD_PTR self);
   static LRESULT CALLBACK previewKeys(int code, WPARAM wParam, LPARAM lParam);
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   bool takes(MSG& message);
@@ -134,6 +136,8 @@ class DialogWindow {
   void name(HWND control, const DialogItem& item);
   void placeOverOwner();
   void activated(bool active);
+  void buttonPressed(HWND button);
+  void giveKeyboardBack();
   void gone();
 
   HWND window_ = nullptr;
@@ -144,6 +148,8 @@ class DialogWindow {
   UINT dpi_ = 96;  ///< at which it is laid out
   HFONT font_ = nullptr;
   HWND focus_ = nullptr;
+  /// Where the keyboard was when the mouse pressed a button, and the dialog's control around that.
+  HWND keyboardWas_ = nullptr, keyboardWasIn_ = nullptr;
   HHOOK hook_ = nullptr;
   bool ownerDisabled_ = false;
   int wheelRest_ = 0;

@@ -13,6 +13,11 @@ class KeyPairs {
   /// Takes one typed character. True for the second key of a pair, whether or not the receiver has
   /// the setting; every other key is somebody else's.
   bool press(std::string_view key, Receiver& receiver, Instant now);
+  /// What was typed is over: no key waits for its second one.
+  void end() {
+    first_ = 0;
+    number_ = false;
+  }
 
  private:
   char first_ = 0;       ///< waits for its second key

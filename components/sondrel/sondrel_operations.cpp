@@ -183,6 +183,12 @@ Answer<Flag> SondrelCore::RxKeyPress(Index rx, Text key) {
   afterwards();
   return taken;
 }
+Outcome SondrelCore::EndRxKeys(Index rx) {
+  return tell(rx, [](HostedReceiver& hosted, Instant) {
+    hosted.keys.end();
+    return Outcome::Done;
+  });
+}
 
 // Memory channels.
 

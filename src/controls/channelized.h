@@ -23,7 +23,7 @@ class Channelized {
   clsFrqDigit& row_;
   ReceiverComponent& component_;
   ShownReceiver& shown_;
-  bool filterTied_ = false;
+  bool filterTied_ = true;
 };
 
 }  // namespace kelvane

@@ -58,10 +58,12 @@ bool Navigation::nextBand(Long direction, Target& target) {
         std::max(component_.GetRxFrqMin(rx).value(), component_.GetRxFrqMax(rx).value()));
   };
   const Hz before = frequency_.GetFrqBandStart();
-  Hz frequency = kept(frequency_.NextFrqBand(direction));
+  const Hz next = frequency_.NextFrqBand(direction);
+  clearBank();
+  if (next < 0) return false;
+  Hz frequency = kept(next);
   frequency_.SetFrqFrequency(frequency);
   if (direction < 0) frequency = kept(frequency_.GetFrqBandStart());
-  clearBank();
   // The same entry again: the walk stands at an end of the plan or of the receiver's range.
   if (frequency_.GetFrqBandStart() == before) return false;
   target = {frequency, frequency_.GetFrqBandMode(), frequency_.GetFrqBandFilter()};

@@ -54,6 +54,7 @@ void Stepping::click(int index, MouseButton button) {
 }
 
 void Stepping::setDefault(Hz step) {
+  if (step <= 0) return;
   own_[shown_.index()] = step;
   VStep_[0].text = caption(step);
 }

@@ -18,7 +18,7 @@ class Stepping {
   void refresh();
   /// A click on a step: the operator's own moves by 100 Hz, up with the left button.
   void click(int index, MouseButton button);
-  /// The operator's step of the shown receiver, Hz.
+  /// The operator's step of the shown receiver, Hz; one of 0 or less is none, and changes nothing.
   void setDefault(Hz step);
 
   /// The steps as they are shown, Hz.

@@ -57,7 +57,7 @@ void clsFrqDigit::KeyPress(int& index, int& keyAscii, double current, bool& comm
     overwrite(index, '0');
     moveTo(index, leftOf(index));
   } else {
-    if (keyAscii == key::Enter) enterDigits(committed);
+    if (keyAscii == key::Enter && (current >= 0 || overwritten_)) enterDigits(committed);
     if (keyAscii == key::Escape) {
       clearFlags();
       Unselect(true);

@@ -33,14 +33,27 @@ int upperCase(int character) {
   return character >= 'a' && character <= 'z' ? character - 'a' + 'A' : character;
 }
 
-/// A text that is nothing but a number of kHz, with either point; 0 for any other.
-double kilohertz(const std::string& text) {
-  std::string number(trimmed(std::string_view(text).substr(0, kLongestNumber + 1)));
-  if (number.size() > kLongestNumber) return 0;
+/// With Ctrl or Alt the main keyboard's signs are the keypad's; alone they come as characters.
+int keypadSign(int keyCode, int shift) {
+  if ((shift & (key::CtrlHeld | key::AltHeld)) == 0) return keyCode;
+  if (keyCode == key::MainPlus) return key::PadPlus;
+  return keyCode == key::MainMinus ? key::PadMinus : keyCode;
+}
+
+/// Keys that are only held while another one is pressed.
+bool isModifier(int keyCode) { return keyCode >= key::ShiftKey && keyCode <= key::AltKey; }
+
+/// The number of kHz that a text begins with, with either point; 0 where there is none, and where
+/// more points or an exponent leave open what is meant.
+double kilohertz(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+  const std::size_t length = std::min(text.find_first_not_of("0123456789.,"), text.size());
+  std::string number(text.substr(0, std::min(length, kLongestNumber + 1)));
   std::replace(number.begin(), number.end(), ',', '.');
-  const bool plain = number.find_first_not_of("0123456789.") == std::string::npos &&
+  const bool exponent = length < text.size() && (text[length] == 'e' || text[length] == 'E');
+  const bool clear = number.size() <= kLongestNumber && !exponent &&
                      std::count(number.begin(), number.end(), '.') <= 1;
-  return plain ? num(number) : 0;
+  return clear ? num(number) : 0;
 }
 
 }  // namespace
@@ -50,55 +63,74 @@ const CommandRow* KeyCommands::find(CommandRow::Input input, int code, int shift
   for (const CommandRow& row : commandRows()) {
     if (row.input != input || row.code != code || row.shift != shift) continue;
     if (!row.prefix.empty() && row.prefix == CommandPrefix_) return &row;
-    if (row.prefix.empty()) found = &row;
+    if (row.prefix.empty() && !awaitsSign(code, shift)) found = &row;
   }
   return found;
+}
+
+/// A letter waits for another key than a sign, which then steps no band.
+bool KeyCommands::awaitsSign(int code, int shift) const {
+  const bool sign = code == key::PadPlus || code == key::PadMinus || code == '+' || code == '-';
+  return sign && shift == 0 && !CommandPrefix_.empty();
 }
 
 bool KeyCommands::allowed(const CommandRow& row) const {
   return row.needs != CommandRow::Needs::Remote || !shown_.locked();
 }
 
+void KeyCommands::endPair() {
+  CommandPrefix_.clear();
+  if (shown_.exists()) component_.EndRxKeys(shown_.index());
+}
+
+/// A letter that was typed for another receiver waits no longer.
+void KeyCommands::receiverMayHaveChanged() {
+  if (keysFor_ == shown_.index()) return;
+  CommandPrefix_.clear();
+  if (keysFor_ >= 0) component_.EndRxKeys(keysFor_);
+  keysFor_ = shown_.index();
+}
+
 bool KeyCommands::keyDown(int keyCode, int shift, bool onDigit) {
+  receiverMayHaveChanged();
   const int held = rowShift(keyCode, shift);
+  keyCode = keypadSign(keyCode, held);
   const CommandRow* row = find(CommandRow::Input::Key, keyCode, held);
   const bool ofPanel = row && row->needs == CommandRow::Needs::Panel;
   if (ofPanel) (this->*row->run)();
   if (onDigit || row_.Processed()) {
     navigation_.clearBank();
+    if (!isModifier(keyCode)) endPair();
     return ofPanel;
   }
   if (ofPanel) return true;
   const bool sign = keyCode == key::PadPlus || keyCode == key::PadMinus;
   if (!row || !allowed(*row)) return false;
   // A number that is typed is added or subtracted: the row takes the sign as a character.
-  if (sign && held == 0 &&
-      (!row_.TypedText().empty() || (row->prefix.empty() && !CommandPrefix_.empty())))
-    return false;
-  navigation_.clearBank();
+  if (sign && held == 0 && !row_.TypedText().empty()) return false;
+  // A walk that finds no further record leaves the place of the last one.
+  if (!sign || held == 0) navigation_.clearBank();
   (this->*row->run)();
-  if (sign) CommandPrefix_.clear();
+  endPair();
   return true;
 }
 
 bool KeyCommands::keyPress(int character, bool onDigit) {
-  if (onDigit) {
-    CommandPrefix_.clear();
-    return false;
-  }
-  const int command = upperCase(character);
-  const CommandRow* row = find(CommandRow::Input::Character, command, 0);
+  receiverMayHaveChanged();
+  if (onDigit) return endPair(), false;
+  character = upperCase(character);
+  const CommandRow* row = find(CommandRow::Input::Character, character, 0);
   if (shown_.locked()) {
-    if (row && allowed(*row)) (this->*row->run)();
+    if (row && allowed(*row)) (this->*row->run)(), endPair();
     return true;
   }
   const bool control = character == 3 || character == 22;
   if (!control && (takenByReceiver(character) || takenByRow(character))) return true;
-  row = find(CommandRow::Input::Character, command, 0);
-  if (!row) return becomePrefix(command), true;
+  row = find(CommandRow::Input::Character, character, 0);
+  if (!row) return becomePrefix(character), true;
   keepsPrefix_ = false;
   (this->*row->run)();
-  if (!keepsPrefix_) CommandPrefix_.clear();
+  if (!keepsPrefix_) endPair();
   return true;
 }
 
@@ -121,8 +153,8 @@ bool KeyCommands::takenByRow(int character) {
 }
 
 void KeyCommands::becomePrefix(int character) {
-  if (character > ' ' && character < 0x7F && character != '+' && character != '-')
-    CommandPrefix_.assign(1, static_cast<char>(character));
+  if (character == '+' || character == '-' || character == key::Backspace) return endPair();
+  if (character > ' ' && character < 0x7F) CommandPrefix_.assign(1, static_cast<char>(character));
 }
 
 void KeyCommands::nextReceiver() { tabs_.next(); }
@@ -213,7 +245,8 @@ void KeyCommands::tuneBy(Hz step, int direction) {
 }
 
 void KeyCommands::localStep(int direction) {
-  if (const auto number = typedNumber()) return stepping_.setDefault(*number);
+  if (const auto number = typedNumber())
+    return *number > 0 ? stepping_.setDefault(*number) : refusal_.signal();
   tuneBy(stepping_.defaultStep(), direction);
 }
 

@@ -72,6 +72,8 @@ class KeyCommands {
   bool keyDown(int keyCode, int shift, bool onDigit);
   /// A character was typed. Answers whether it was taken.
   bool keyPress(int character, bool onDigit);
+  /// What waits for its second key, here or at the receiver, waits no longer.
+  void endPair();
 
   /// The command letter that waits for its second key; at most one character.
   const std::string& CommandPrefix() const { return CommandPrefix_; }
@@ -80,7 +82,9 @@ class KeyCommands {
   friend std::span<const CommandRow> commandRows();
 
   const CommandRow* find(CommandRow::Input input, int code, int shift) const;
+  bool awaitsSign(int code, int shift) const;
   bool allowed(const CommandRow& row) const;
+  void receiverMayHaveChanged();
   bool takenByReceiver(int character);
   bool takenByRow(int character);
   void becomePrefix(int character);
@@ -151,6 +155,7 @@ class KeyCommands {
   Openers& openers_;
   FocusGroups& groups_;
   std::string CommandPrefix_;
+  Index keysFor_ = -1;        ///< the receiver that the last key was for
   bool keepsPrefix_ = false;  ///< the command that runs leaves a prefix behind
 };
 

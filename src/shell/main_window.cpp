@@ -276,7 +276,10 @@ void MAin::wheel(int delta) {
   keys_.keyDown(step > 0 ? key::Right : key::Left, 0, false);
 }
 
-void MAin::tabClicked(int tab) { tabs_.click(tab); }
+void MAin::tabClicked(int tab) {
+  keys_.endPair();
+  tabs_.click(tab);
+}
 
 void MAin::announce() {
   const TabRow& tabs = view_.TabStrip;

@@ -5,6 +5,9 @@ namespace kelvane::key {
 /// Key codes of key-down, as Windows numbers them.
 enum KeyCode : int {
   Return = 13,
+  ShiftKey = 16,
+  CtrlKey = 17,
+  AltKey = 18,
   Esc = 27,
   Space = 32,
   PageUp = 33,
@@ -24,6 +27,8 @@ enum KeyCode : int {
   F3 = 114,
   F4 = 115,
   F6 = 117,
+  MainPlus = 187,  ///< of the main keyboard, wherever the layout has them
+  MainMinus = 189,
 };
 
 /// Characters of key-press that have no sign.

@@ -301,7 +301,11 @@ bool GridWindow::partMessage(HWND part, UINT message, WPARAM wParam, LPARAM lPar
     show();
     return taken;
   }
+  if (part == list_ && (message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK))
+    return listPressed_ = true, false;
   if (part == list_ && message == WM_LBUTTONUP) {
+    // The button may come up from the press that opened the list.
+    if (!std::exchange(listPressed_, false)) return true;
     const LRESULT item = SendMessageW(list_, LB_ITEMFROMPOINT, 0, lParam);
     if (GetCapture() == list_) ReleaseCapture();
     if (HIWORD(item) == 0) grid_.choose(LOWORD(item));

@@ -102,6 +102,7 @@ class GridWindow {
   int wheelRest_ = 0;
   wchar_t highSurrogate_ = 0;
   bool entryShown_ = false, listShown_ = false;
+  bool listPressed_ = false;  ///< the mouse went down in the pick list
   bool finding_ = false;
   bool showing_ = false;  ///< inside show(): what the parts tell is no hand's doing
   GridCell spokenCell_{~GridRow{0}, -1};

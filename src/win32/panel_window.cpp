@@ -19,6 +19,8 @@ namespace {
 constexpr wchar_t kPanelClass[] = L"KelvaneMAin";
 constexpr DWORD kPanelStyle =
     WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+/// A private message of wheel drivers: typing gets the keyboard, where the panel has it at all.
+constexpr UINT kFocusTyping = 4186;
 /// Shortest time between two changes of the screen, ms.
 constexpr ULONGLONG kFrameTime = 16;
 /// Messages that one call of runPending lets run: a window that floods the queue must not hold it.
@@ -129,10 +131,16 @@ bool PanelWindow::preview(const MSG& message) {
                                          : panel_->previewKeyPress(code, focused);
     case WM_MOUSEWHEEL:
       // Some systems send it to the window under the pointer, some to the one with the focus.
-      return panel_->wheel(GET_WHEEL_DELTA_WPARAM(message.wParam)), true;
+      if (wheelPresent_) panel_->wheel(GET_WHEEL_DELTA_WPARAM(message.wParam));
+      return wheelPresent_;
     default:
       return false;
   }
+}
+
+/// A wheel of the system's, or one of the driver of old.
+bool PanelWindow::wheelPresent() {
+  return GetSystemMetrics(SM_MOUSEWHEELPRESENT) || FindWindowW(L"MouseZ", L"Magellan MSWHEEL");
 }
 
 LRESULT CALLBACK PanelWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -164,6 +172,13 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       return true;
     case WM_SETFOCUS:
       return panel_->activated(), true;
+    case WM_MOUSEWHEEL:
+      // Sent by another program, past the message loop.
+      if (wheelPresent_) panel_->wheel(GET_WHEEL_DELTA_WPARAM(wParam));
+      return wheelPresent_;
+    case kFocusTyping:
+      if (wheelPresent_ && GetActiveWindow() == window_) focus(id::FrqFocus);
+      return false;
     case WM_DPICHANGED:
       return dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam)), true;
     case WM_SETTINGCHANGE:

@@ -50,6 +50,7 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void keyPress(int control, int character) override;
   void clicked(int control, MouseButton button) override;
 
+  static bool wheelPresent();
   /// Keys and the wheel, before the control that they are for. Answers whether they were taken.
   bool preview(const MSG& message);
   void show();
@@ -68,6 +69,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   std::unique_ptr<TabStrip> tabs_;
   std::vector<std::unique_ptr<Face>> faces_;
   std::unique_ptr<ToolTips> tips_;
+  /// Looked for once: without a wheel its messages are nobody's.
+  const bool wheelPresent_ = wheelPresent();
   bool explained_ = false;  ///< the controls have their tips and names
   MAin* panel_ = nullptr;
   MainView presented_;

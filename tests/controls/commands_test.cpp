@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/fakes/noting_receivers.h"
 #include "tests/fakes/panel_rig.h"
 #include "tests/fakes/recording_receiver.h"
 #include "ui/key_codes.h"
@@ -81,7 +82,7 @@ TEST_F(Commands, AskNobodyWhereThereIsNoReceiver) {
   receivers->named.clear();
   rig.panel->receiverEvents().DrvUpdated(0);
   tryEverything();
-  EXPECT_EQ(receivers->named, std::set<Index>());
+  EXPECT_EQ(receivers->named, std::set<std::string>());
 }
 
 TEST_F(Commands, TuneAReceiverThatDoesNotSayItsFrequencyToAWholeOneOnly) {
@@ -99,6 +100,24 @@ TEST_F(Commands, TuneAReceiverThatDoesNotSayItsFrequencyToAWholeOneOnly) {
   for (const int code : {key::Up, key::Home, key::Delete, key::PageUp}) rig.press(code);
   rig.panel->wheel(-120);
   EXPECT_EQ(receivers->told("SetRxFrequency"), Lines()) << "by how much, from where?";
+}
+
+/// A band plan that knows of no next band.
+class NoMoreBands : public fakes::PassingFrequencies {
+ public:
+  using PassingFrequencies::PassingFrequencies;
+  Answer<Hz> NextFrqBand(Long) override { return Answer<Hz>(-1); }
+};
+
+TEST(BandPlan, WithoutAFurtherBandTunesNowhere) {
+  PanelRig rig;
+  NoMoreBands plan(rig.ambrel);
+  rig.plan = &plan;
+  rig.start();
+  rig.type("7050\r");
+  for (const int sign : {key::PadPlus, key::PadMinus}) rig.press(sign);
+  EXPECT_EQ(rig.digits(), "  7050000");
+  EXPECT_EQ(rig.window.beeps, 2);
 }
 
 TEST_F(Commands, AreOneForEachClickHoweverQuick) {

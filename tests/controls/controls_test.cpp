@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/fakes/panel_rig.h"
+#include "ui/key_codes.h"
 
 namespace kelvane {
 namespace {
@@ -158,6 +159,17 @@ TEST(Stations, AreNamedWithTheirOffsetAndTunedOntoByAClick) {
   EXPECT_NE(rig.view().Band.text, name);
 }
 
+TEST(Stations, AreTunedOntoAlsoAfterAWalkThatFoundNothing) {
+  PanelRig rig("[Receiver]\r\nKind=simulated\r\nMinimum=4000000\r\nMaximum=5000060\r\n");
+  rig.start();
+  rig.type("5000.05\r");
+  ASSERT_EQ(rig.view().FDif.text, "-50");
+  rig.press(key::PadPlus, key::CtrlHeld);
+  ASSERT_EQ(rig.window.beeps, 1);
+  rig.click(id::FDif);
+  EXPECT_EQ(rig.digits(), "  5000000");
+}
+
 TEST(BestSetting, IsOfferedAndTakenByAClickButAutomaticallyOnlyUnderALockedPanel) {
   PanelRig rig;
   rig.start();
@@ -212,10 +224,10 @@ TEST(Labels, SwitchTheHfFilterTheBfoAndTheChannelizedFrequency) {
   EXPECT_EQ(rig.view().FrqBfo.text, "100");
   rig.click(id::FrqBfo, MouseButton::Right);
   EXPECT_EQ(rig.view().FrqBfo.text, "");
-  EXPECT_EQ(rig.view().FAlt.tip, "Fixed channelized frequency");
-  rig.click(id::FAlt);
   EXPECT_EQ(rig.view().FAlt.tip, "Filter tied channelized frequency");
   EXPECT_EQ(rig.view().FAlt.fore, Colour::rgb(255, 192, 128));
+  rig.click(id::FAlt);
+  EXPECT_EQ(rig.view().FAlt.tip, "Fixed channelized frequency");
   rig.panel->tabClicked(1);
   EXPECT_FALSE(rig.view().HFF.visible);
 }

@@ -23,6 +23,26 @@ class PassingReceivers : public ReceiverComponent {
   ReceiverComponent& inner_;
 };
 
+/// The same for the frequency component.
+class PassingFrequencies : public FrequencyComponent {
+ public:
+  explicit PassingFrequencies(FrequencyComponent& inner) : inner_(inner) {}
+
+#define ASK(name, Result, fallback, params, args) \
+  Answer<Result> name params override { return inner_.name args; }
+#define TELL(name, params, args) \
+  Outcome name params override { return inner_.name args; }
+#define WALK(name, params, args) \
+  Answer<FrqRecord> name params override { return inner_.name args; }
+#include "contract/ambrel_operations.inc"
+#undef ASK
+#undef TELL
+#undef WALK
+
+ private:
+  FrequencyComponent& inner_;
+};
+
 /// Notes the frequencies that were asked for, as they were asked for, and counts stored channels.
 class NotingReceivers final : public PassingReceivers {
  public:

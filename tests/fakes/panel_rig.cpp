@@ -55,7 +55,7 @@ PanelRig::PanelRig(const std::string& receivers) {
 
 MAin& PanelRig::start(milliseconds settle) {
   panel = std::make_unique<MAin>(PanelServices{receiver(),
-                                               ambrel,
+                                               *plan,
                                                settings,
                                                window,
                                                dialogs,

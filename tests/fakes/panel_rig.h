@@ -166,6 +166,7 @@ class PanelRig {
   std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>();
   /// Stands between panel and component where a test wants one; set before start().
   std::unique_ptr<ReceiverComponent> wrapped;
+  FrequencyComponent* plan = &ambrel;
   std::unique_ptr<MAin> panel;
 };
 

@@ -18,12 +18,14 @@ class RecordingReceiver : public ReceiverComponent {
   explicit RecordingReceiver(ReceiverComponent& inner) : inner_(inner) {}
 
 #define ASK(name, Result, fallback, params, args) \
-  Answer<Result> name params override {             \
-    note args;                                      \
-    return inner_.name args;                        \
+  Answer<Result> name params override {           \
+    called_ = #name;                              \
+    note args;                                    \
+    return inner_.name args;                      \
   }
 #define TELL(name, params, args)                      \
   Outcome name params override {                      \
+    called_ = #name;                                  \
     note args;                                        \
     told_.push_back(#name + joined args);             \
     if (refused.count(#name)) return Outcome::Failed; \
@@ -44,13 +46,14 @@ class RecordingReceiver : public ReceiverComponent {
   /// Everything that it was told since it was last asked.
   std::vector<std::string> told() { return std::exchange(told_, {}); }
   std::set<std::string> refused;
-  std::set<Index> named;  ///< the receivers that it was told or asked something of
+  std::set<std::string> named;  ///< what it was told or asked of a receiver: "GetRxName 0"
 
  private:
   void note() {}
   template <class First, class... Rest>
   void note(const First& first, const Rest&...) {
-    if constexpr (std::is_same_v<First, Index>) named.insert(first);
+    if constexpr (std::is_same_v<First, Index>)
+      named.insert(std::string(called_) + " " + std::to_string(first));
   }
   template <class... Values>
   static std::string joined(const Values&... values) {
@@ -60,6 +63,7 @@ class RecordingReceiver : public ReceiverComponent {
   }
 
   ReceiverComponent& inner_;
+  const char* called_ = "";
   std::vector<std::string> told_;
 };
 

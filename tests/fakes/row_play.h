@@ -62,6 +62,7 @@ class RowPlay {
     window_.type(c);
     if (window_.sent.size() == before) return window_.complaint();
     const double hertz = window_.sent.back().hertz;
+    if (c != '\r' && window_.receiver < 0) return "changed an unknown frequency";
     if (c == '\r' && number && (hertz < min_ || hertz > max_)) return "an entry out of range";
     return sentWell();
   }
@@ -70,12 +71,12 @@ class RowPlay {
     const std::size_t before = window_.sent.size();
     window_.press(code);
     if (window_.sent.size() == before) return window_.complaint();
+    if (window_.receiver < 0) return "stepped from an unknown frequency";
     return locked_ ? "sent by a locked digit" : sentWell();
   }
 
   std::string sentWell() const {
     const double hertz = window_.sent.back().hertz;
-    if (window_.receiver < 0) return "sent without a known frequency";
     if (hertz < 0 || hertz > 999'999'999) return "sent what nine digits cannot show";
     if (window_.row.EntryInProgress()) return "sent and still in progress";
     return window_.complaint();

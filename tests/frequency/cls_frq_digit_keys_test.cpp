@@ -245,7 +245,7 @@ TEST_F(FrequencyRow, KeepsTheHandsDigitsWhenAKeyOnADigitEndsTyping) {
   EXPECT_EQ(sent, (Commits{{7'051'000, false}}));
 }
 
-TEST_F(FrequencyRow, SendsNothingWhenNoFrequencyIsKnown) {
+TEST_F(FrequencyRow, SendsOnlyAWholeFrequencyWhenNoneIsKnown) {
   receiver = -1;
   row.Value(-1);
   for (const int code : {key::Up, key::Down, key::PadPlus, key::PadMinus, key::Home, key::Delete,
@@ -254,10 +254,10 @@ TEST_F(FrequencyRow, SendsNothingWhenNoFrequencyIsKnown) {
     EXPECT_TRUE(press(code)) << code;
     EXPECT_EQ(digits(), "xxxxxxxxx") << code;
   }
-  type("7\r");
-  type(key::Escape);
-  EXPECT_EQ(digits(), "xxxxxxxxx");
-  for (const char end : {'\r', '+', '-'}) {
+  type("\r");
+  click(4);
+  for (const char end : {'+', '-'}) {
+    focus(id::FrqFocus);
     type("7050");
     EXPECT_EQ(type(end), 0);
     EXPECT_EQ(row.TypedText(), "7050");
@@ -265,6 +265,11 @@ TEST_F(FrequencyRow, SendsNothingWhenNoFrequencyIsKnown) {
     EXPECT_EQ(digits(), "xxxxxxxxx");
   }
   EXPECT_EQ(sent, Commits{});
+  type("7050\r");
+  click(4);
+  row.Value(-1);
+  type("7\r");
+  EXPECT_EQ(sent, (Commits{{7'050'000, false}, {70'000, false}}));
 }
 
 TEST(FrequencyRowPlay, KeepsItsPromisesUnderAnyKeys) {

@@ -51,6 +51,13 @@ TEST_F(KeyCommandsTest, ATypedNumberBeforeAnArrowIsTheLocalStep) {
   EXPECT_EQ(frequency(), 7050000);
   rig.press(key::Right);
   EXPECT_EQ(frequency(), 7055000);
+  for (const char* nothing : {"0", ".", "0.4"}) {
+    rig.type(nothing);
+    rig.press(key::Right);
+    EXPECT_EQ(rig.view().VStep[0].text, "5000Hz") << nothing;
+    EXPECT_EQ(rig.digits(), "  7055000") << nothing;
+  }
+  EXPECT_EQ(rig.window.beeps, 3);
   rig.panel->tabClicked(1);
   rig.type("40000");
   rig.press(key::Left);
@@ -98,9 +105,9 @@ TEST_F(KeyCommandsTest, ChannelsAreStoredRecalledAndStepped) {
 }
 
 TEST_F(KeyCommandsTest, HomeTunesOntoAKnownFrequencyNearbyElseToWholeKilohertz) {
-  rig.type("5000.2\r");
+  rig.type("4999.8\r");
   rig.press(key::Home);
-  EXPECT_EQ(frequency(), 5000000);
+  EXPECT_EQ(frequency(), 5000000) << "rounded down it would be 4999";
   rig.type("5000.7\r");
   rig.press(key::Home);
   EXPECT_EQ(frequency(), 5000000);
@@ -124,9 +131,18 @@ TEST_F(KeyCommandsTest, TheClipboardTakesAndGivesKilohertz) {
   rig.clipboard.held = std::string(10'000'000, '7');
   rig.type("\x16");
   EXPECT_EQ(frequency(), 7123456);
-  rig.clipboard.held = " 6070,5\r\n";
-  rig.type("\x16");
-  EXPECT_EQ(frequency(), 6070500);
+  const struct {
+    const char* text;
+    Hz frequency;
+  } rows[] = {{" 6070,5\r\n", 6070500},
+              {" 7100 kHz", 7100000},
+              {"7200 8000", 7200000},
+              {"\t7300.5;Voice", 7300500}};
+  for (const auto& row : rows) {
+    rig.clipboard.held = row.text;
+    rig.type("\x16");
+    EXPECT_EQ(frequency(), row.frequency) << row.text;
+  }
 }
 
 TEST_F(KeyCommandsTest, OnlyTheKeysThatUndoALockActUnderOne) {
@@ -150,6 +166,74 @@ TEST_F(KeyCommandsTest, APrefixNeverOutlivesACommittedFrequencyOrEscape) {
   rig.type("c\x1b");
   rig.press(key::PadMinus);
   EXPECT_EQ(rig.view().VChn.text, channel);
+}
+
+TEST_F(KeyCommandsTest, APendingLetterIsEndedByWhateverIsNoSecondKey) {
+  const std::string channel = rig.view().VChn.text;
+  const std::function<void()> endings[] = {
+      [this] { rig.click(id::LockImg), rig.type("\x1b"), rig.click(id::LockImg + 1); },
+      [this] { rig.type("\b"); },
+      [this] { rig.press(key::Right); },
+      [this] { rig.panel->wheel(120); },
+      [this] { rig.panel->tabClicked(1), rig.panel->tabClicked(0); },
+      [this] { rig.window.focus(id::FrqDigit + 4), rig.press(key::Up), rig.type("\x1b"); }};
+  for (const auto& end : endings) {
+    rig.type("c");
+    end();
+    EXPECT_EQ(rig.panel->CommandPrefix(), "");
+    const Setting mode = rig.sondrel.core.GetRxMode(0);
+    rig.type("m");
+    end();
+    rig.type(mode == 2 ? "l" : "u");
+    EXPECT_EQ(rig.sondrel.core.GetRxMode(0), mode) << "the receiver still waited for it";
+    rig.type("u\x1b");
+  }
+  EXPECT_EQ(rig.view().VChn.text, channel);
+  rig.type("500");
+  rig.press(key::Right);
+  const Setting mode = rig.sondrel.core.GetRxMode(0);
+  rig.type("fmas");
+  EXPECT_EQ(rig.sondrel.core.GetRxMode(0), mode) << "FM and AS, not F, MA and S";
+  EXPECT_EQ(rig.sondrel.core.GetRxAgc(0), 0);
+}
+
+TEST_F(KeyCommandsTest, ASignStepsNoBandWhileALetterWaitsForAnotherKey) {
+  for (const char* prefix : {"m", "x", ":"}) {
+    rig.type(prefix);
+    rig.press(key::PadPlus);
+    rig.type("+");  // the same key's character
+    EXPECT_EQ(frequency(), 7050000);
+    rig.press(key::PadPlus);
+    EXPECT_NE(frequency(), 7050000) << "the second one does";
+    rig.type("7050\r");
+    rig.type(prefix);
+    rig.type("-");
+    EXPECT_EQ(frequency(), 7050000);
+    EXPECT_EQ(rig.panel->CommandPrefix(), "");
+  }
+}
+
+TEST_F(KeyCommandsTest, TheMainKeyboardsSignsWalkWithCtrlAndAltToo) {
+  rig.type("5000\r");
+  rig.press(key::MainPlus, key::CtrlHeld | key::ShiftHeld);
+  const Hz next = frequency();
+  EXPECT_GT(next, 5000000);
+  rig.press(key::MainMinus, key::CtrlHeld);
+  EXPECT_EQ(frequency(), 5000000);
+  rig.press(key::MainPlus, key::AltHeld);
+  EXPECT_GT(frequency(), 5000000);
+}
+
+TEST_F(KeyCommandsTest, AtTheEndOfTheKnownFrequenciesTheirPlaceStays) {
+  rig.type("29000\r");
+  std::string place;
+  for (int i = 0; i < 20 && rig.window.beeps == 0; ++i) {
+    place = rig.view().VBank.text;
+    rig.press(key::PadPlus, key::CtrlHeld);
+  }
+  EXPECT_EQ(rig.window.beeps, 1);
+  EXPECT_EQ(rig.view().VBank.text, place);
+  EXPECT_NE(place, "");
 }
 
 TEST_F(KeyCommandsTest, KnownFrequenciesAreWalkedAndTheirPlaceIsShown) {
@@ -192,10 +276,9 @@ TEST_F(KeyCommandsTest, FlagsOfTheNumberToComeShowOnTheLampAndGoWithIt) {
   rig.type("6085\r");
   EXPECT_EQ(lamp.text, bare);
   EXPECT_EQ(lamp.tip, "");
-  const std::function<void()> clearing[] = {[this] { rig.type("\x1b"); },
-                                            [this] { rig.type("l"), rig.type("u"); },
-                                            [this] { rig.panel->tabClicked(1); },
-                                            [this] { rig.panel->tabClicked(0); }};
+  const std::function<void()> clearing[] = {
+      [this] { rig.type("\x1b"); }, [this] { rig.type("l"), rig.type("u"); },
+      [this] { rig.panel->tabClicked(1); }, [this] { rig.panel->tabClicked(0); }};
   for (const auto& clear : clearing) {
     rig.type(":d");
     clear();

@@ -39,6 +39,25 @@ std::string everything(PanelRig& rig) {
   return all.str();
 }
 
+/// Whether what a key did is what the card says of it, as far as the key's own name tells.
+bool isWhatTheCardSays(PanelRig& rig, const CardKey& entry, Hz from) {
+  const MainView& view = rig.view();
+  const std::string& keys = entry.keys;
+  if (entry.section == "DATABASE CONTROL" && keys != "R") return rig.ambrelWindows.opened == keys;
+  if (entry.section == "RECEIVER CONTROL" && keys.size() == 2) {
+    if (keys == "MB") return !view.BMod.visible;
+    if (keys[0] == 'M') return view.ModEvent[0].text == entry.action;
+    if (keys[0] == 'A') return view.ModEvent[2].text[0] == entry.action[0];
+    if (keys[0] == 'P') return view.HFF.text == (entry.action == "On" ? "HF on" : "HF off");
+  }
+  const Hz now = rig.receiver().GetRxFrequency(0, kTuned);
+  // Sets follow one another by name, channels by number.
+  if (now == from || keys.starts_with("CTRALT") || keys.size() == 2) return true;
+  const bool up = keys.ends_with("+") || keys.ends_with("Right") || keys.ends_with("Up");
+  const bool down = keys.ends_with("-") || keys.ends_with("Left") || keys.ends_with("Down");
+  return up ? now > from : !down || now < from;
+}
+
 class Card : public testing::Test {
  protected:
   Card() {
@@ -68,8 +87,10 @@ class Card : public testing::Test {
     if (state == 3) rig.type("12");
     if (state == 4) rig.window.focus(id::ModEvent);
     opened.clear();
+    rig.ambrelWindows.opened.clear();
   }
-  bool acts(const std::string& keys, bool onDigit) {
+  bool acts(const CardKey& entry, bool onDigit) {
+    const std::string& keys = entry.keys;
     for (int state = 0; state < 5; ++state) {
       // A typed number would let any letter act, and a button any Enter.
       if (state == 3 && keys != "ESC") continue;
@@ -78,8 +99,10 @@ class Card : public testing::Test {
       if (onDigit) rig.window.focus(id::FrqDigit + 5);
       const std::string before = everything(rig);
       const int stored = noting->stored;
+      const Hz from = rig.receiver().GetRxFrequency(0, kTuned);
       KeyWords(rig).press(keys);
-      if (everything(rig) != before || noting->stored > stored || !opened.empty()) return true;
+      if (everything(rig) != before || noting->stored > stored || !opened.empty())
+        return isWhatTheCardSays(rig, entry, from);
     }
     return false;
   }
@@ -89,12 +112,12 @@ class Card : public testing::Test {
   std::string opened;
 };
 
-TEST_F(Card, NamesNoKeyThatDoesNothing) {
+TEST_F(Card, NamesNoKeyThatDoesNothingOrSomethingElse) {
   int tried = 0;
   for (const CardKey& entry : cardKeys()) {
     const bool onDigit = entry.from == "On a selected digit";
     if (!onDigit && entry.from != "From main window") continue;
-    EXPECT_TRUE(acts(entry.keys, onDigit)) << entry.section << ": " << entry.keys;
+    EXPECT_TRUE(acts(entry, onDigit)) << entry.section << ": " << entry.keys;
     ++tried;
   }
   EXPECT_GT(tried, 80);

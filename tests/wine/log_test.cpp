@@ -125,6 +125,29 @@ TEST_F(LogWindowTest, StoresCommentsAndShowsTheRecordAgain) {
   EXPECT_TRUE(caption("Frequency logs [4 records]"));
 }
 
+TEST_F(LogWindowTest, AButtonPressedByTheMouseLeavesTheKeyboardWhereItWas) {
+  write(kFirst + kOlder);
+  start();
+  open(L'g');
+  const auto inGrid = [&] {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(GetWindowThreadProcessId(log_, nullptr), &info) &&
+           info.hwndFocus == item(id::PadGrd);
+  };
+  ASSERT_TRUE(eventually(inGrid));
+  RECT copy;
+  GetWindowRect(item(id::PadCopy), &copy);
+  panel_->clickAt(copy.left + 9, copy.top + 9);
+  ASSERT_TRUE(eventually([&] { return !textOf(item(id::PadNotice)).empty(); }));
+  EXPECT_TRUE(inGrid());
+  panel_->pressAt(copy.left + 9, copy.top + 9);
+  ASSERT_TRUE(eventually([&] { return !inGrid(); }));
+  pointAt(copy.left + 9, copy.top - 99);
+  panel_->release();
+  EXPECT_TRUE(eventually(inGrid)) << "released beside it";
+}
+
 TEST_F(LogWindowTest, OnlyCancelDropsEdits) {
   write(kFirst);
   start();

@@ -220,6 +220,11 @@ void RunningPanel::pressOn(int id) {
   sendMouse(MOUSEEVENTF_LEFTDOWN);
 }
 
+void RunningPanel::pressAt(int x, int y) {
+  pointAt(x, y);
+  sendMouse(MOUSEEVENTF_LEFTDOWN);
+}
+
 void RunningPanel::release() { sendMouse(MOUSEEVENTF_LEFTUP); }
 
 void RunningPanel::click(int id, Mouse button) {

@@ -65,6 +65,7 @@ class RunningPanel {
   void clickAt(int x, int y);
   /// The left mouse button goes down on one control, the pointer moves, it comes up on another.
   void pressOn(int id);
+  void pressAt(int x, int y);
   void pointAtControl(int id) const;
   void release();
   enum class Mouse { Left, Right };
