@@ -60,7 +60,8 @@ std::span<const Place> groupPoints();
 /// What a screen reader says of a control: what it is, and what it shows.
 std::string spokenWords(const ControlRow& row, int element, const Control& control);
 
-/// The main window's controls, in tab order. A name may have several rows where its elements differ.
+/// The main window's controls, in tab order. Elements of an array that differ in kind have rows of
+/// their own.
 std::span<const ControlRow> mainControls();
 /// What a control of the table shows; null for an id that is none of its.
 Control* controlOf(MainView& view, int id);
