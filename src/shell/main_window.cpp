@@ -269,6 +269,7 @@ bool MAin::previewKeyPress(int character, int focused) {
 void MAin::wheel(int delta) {
   const int step = wheel_.turned(delta);
   if (step == 0 || shown_.locked()) return;
+  keys_.endPair();
   for (int i = 0; i < static_cast<int>(view_.FrqDigit.size()); ++i) {
     if (view_.FrqDigit[i].selected)
       return entry_.FrqDigit_KeyDown(i, step > 0 ? key::Up : key::Down, 0);

@@ -177,7 +177,7 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (wheelPresent_) panel_->wheel(GET_WHEEL_DELTA_WPARAM(wParam));
       return wheelPresent_;
     case kFocusTyping:
-      if (wheelPresent_ && GetActiveWindow() == window_) focus(id::FrqFocus);
+      if (wheelPresent_ && active()) focus(id::FrqFocus);
       return false;
     case WM_DPICHANGED:
       return dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam)), true;
