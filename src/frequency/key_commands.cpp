@@ -5,7 +5,6 @@
 
 #include "base/number.h"
 #include "base/text.h"
-#include "shell/global.h"
 #include "ui/key_codes.h"
 
 namespace kelvane {

@@ -6,8 +6,6 @@
 #include <limits>
 
 #include "base/safe_file.h"
-#include "base/text.h"
-#include "ui/key_codes.h"
 
 namespace kelvane::Global {
 
@@ -56,26 +54,6 @@ std::int32_t within(std::int64_t start, std::int64_t length, std::int64_t low, s
 }
 
 }  // namespace
-
-int stepMultiplier(int shiftState, int inUse) {
-  if (shiftState & key::AltHeld) return 100;
-  if (shiftState & key::CtrlHeld) return 10;
-  if (shiftState & key::ShiftHeld) return 1;
-  return inUse;
-}
-
-std::string pad(std::string_view text, std::size_t width, Side side) {
-  const std::string blanks(width - std::min(width, characterCount(text)), ' ');
-  return side == Side::Left ? blanks + std::string(text) : std::string(text) + blanks;
-}
-
-std::string padLeft(std::string_view text, std::size_t width) {
-  return pad(text, width, Side::Left);
-}
-
-std::string padRight(std::string_view text, std::size_t width) {
-  return pad(text, width, Side::Right);
-}
 
 bool fileExists(const std::string& path) {
   const std::filesystem::path file = pathFromText(path);

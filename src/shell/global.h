@@ -3,29 +3,8 @@
 #include <cstdint>
 #include <span>
 #include <string>
-#include <string_view>
 
 namespace kelvane::Global {
-
-/// The smaller of two; the first where they are equal.
-template <class T>
-const T& smaller(const T& a, const T& b) {
-  return b < a ? b : a;
-}
-
-/// The step in Hz that the held modifier keys ask for (bits of key::Shift): 100 with Alt, else 10
-/// with Ctrl, else 1 with Shift, else the one in use.
-int stepMultiplier(int shiftState, int inUse);
-
-/// Where blanks are added.
-enum class Side { Left, Right };
-
-/// The text, filled up with blanks to a width in characters; a longer one is never cut.
-std::string pad(std::string_view text, std::size_t width, Side side);
-/// Right-aligned.
-std::string padLeft(std::string_view text, std::size_t width);
-/// Left-aligned.
-std::string padRight(std::string_view text, std::size_t width);
 
 /// A file of this name (UTF-8) can be opened for reading. A folder is no file.
 bool fileExists(const std::string& path);

@@ -15,26 +15,6 @@ namespace {
 
 using Limits = std::numeric_limits<std::int32_t>;
 
-TEST(Global, PadsToAWidthAndNeverCuts) {
-  EXPECT_EQ(padLeft("abc", 5), "  abc");
-  EXPECT_EQ(padRight("abc", 5), "abc  ");
-  EXPECT_EQ(padLeft("abc", 2), "abc");
-  EXPECT_EQ(pad("abc", 3, Side::Right), "abc");
-  EXPECT_EQ(padRight("\u00E9", 3), "\u00E9  ");
-}
-
-TEST(Global, TakesTheFirstOfTwoEquals) {
-  const int a = 1, b = 1, c = 0;
-  EXPECT_EQ(&smaller(a, b), &a);
-  EXPECT_EQ(&smaller(a, c), &c);
-}
-
-TEST(Global, LetsAltWinOverCtrlAndCtrlOverShift) {
-  const int expected[] = {500, 1, 10, 10, 100, 100, 100, 100};
-  for (int shift = 0; shift < 8; ++shift)
-    EXPECT_EQ(stepMultiplier(shift, 500), expected[shift]) << shift;
-}
-
 TEST(Global, KnowsAFileByOpeningIt) {
   const fakes::TempFolder folder;
   const std::string file = (folder.path() / "M\u00FCnchen.txt").string();

@@ -77,6 +77,10 @@ TEST_F(Keys, OtherKeysBelongToSomebodyElseAndForgetTheFirst) {
   EXPECT_EQ(press("MMU"), "001");
   EXPECT_EQ(core.GetRxMode(0), 2);
   EXPECT_EQ(press("MUA"), "010") << "the pair is over";
+  core.EndRxKeys(0);  // an arrow key, which is no character
+  EXPECT_EQ(press("S500"), "0000");
+  core.EndRxKeys(0);
+  EXPECT_EQ(press("FM"), "01") << "no number is behind the F any more";
   EXPECT_EQ(press("U"), "0");
 }
 

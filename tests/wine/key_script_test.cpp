@@ -199,6 +199,8 @@ std::vector<Line> KeyScript::arrows() {
       {"Up", key(VK_UP), tunes()},
       {"Down", key(VK_DOWN), on(" 10000300")},
       {"HOME", key(VK_HOME), on(" 10000000")},
+      {"MMMKKK.HHH CR", typed("9999.8\r"), on("  9999800")},
+      {"HOME", key(VK_HOME), on(" 10000000")},  // not rounded down: it is known
   };
 }
 
@@ -214,6 +216,8 @@ std::vector<Line> KeyScript::walking() {
       {"ALT-", key(VK_SUBTRACT, kAlt), walks()},
       {"CTRALT+", key(VK_ADD, kCtrl | kAlt), walks()},
       {"CTRALT-", key(VK_SUBTRACT, kCtrl | kAlt), walks()},
+      {"CTR+", key(VK_OEM_PLUS, kCtrl | kShift), walks()},
+      {"ALT-", key(VK_OEM_MINUS, kAlt), walks()},
       {"nnS", typed("6000\r11s6100\r12s9000\r"), on("  9000000")},
       {"nnC", typed("11c"), on("  6000000")},
       {"C+", [this] { type("c"), panel_.key(VK_ADD); }, on("  6100000")},
