@@ -86,7 +86,7 @@ void KeyCommands::endPair() {
 void KeyCommands::receiverMayHaveChanged() {
   if (keysFor_ == shown_.index()) return;
   CommandPrefix_.clear();
-  if (keysFor_ >= 0) component_.EndRxKeys(keysFor_);
+  if (keysFor_ >= 0 && shown_.exists()) component_.EndRxKeys(keysFor_);
   keysFor_ = shown_.index();
 }
 
