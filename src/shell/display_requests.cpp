@@ -17,8 +17,15 @@ void DisplayRequests::chosen() {
   togetherUntil_ = {};
 }
 
-void DisplayRequests::linkUp(const std::string& name, Index rx, bool wanted, Instant now) {
-  Link& link = links_[name];
+void DisplayRequests::receiversChanged(const ReceiverMoves& moves) {
+  moves.carry(links_, Link{});
+  if (waiting_) waiting_->rx = moves(waiting_->rx);
+  if (waiting_ && waiting_->rx == -1) waiting_.reset();
+}
+
+void DisplayRequests::linkUp(Index rx, bool wanted, Instant now) {
+  if (rx < 0 || rx >= kMostReceivers) return;
+  Link& link = links_[rx];
   const bool news = !link.up && (!link.wentDown || now - *link.wentDown >= kNews);
   link.up = true;
   if (!news || !wanted) return;
@@ -29,8 +36,9 @@ void DisplayRequests::linkUp(const std::string& name, Index rx, bool wanted, Ins
   waiting_ = Request{rx, now, true};
 }
 
-void DisplayRequests::linkDown(const std::string& name, Instant now) {
-  Link& link = links_[name];
+void DisplayRequests::linkDown(Index rx, Instant now) {
+  if (rx < 0 || rx >= kMostReceivers) return;
+  Link& link = links_[rx];
   if (std::exchange(link.up, false)) link.wentDown = now;
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <map>
+#include <array>
 #include <optional>
-#include <string>
 
 #include "base/time.h"
-#include "contract/types.h"
+#include "receiver/receiver_set.h"
 
 namespace kelvane {
 
@@ -28,13 +27,13 @@ class DisplayRequests {
   void handMoved(Instant now) { handRests_ = now + kHandRests; }
   /// The operator chose what is shown.
   void chosen();
-  /// The receivers are others, or in another order: what waits meant the old ones.
-  void receiversChanged() { waiting_.reset(); }
+  /// Receivers came, went or moved: what waits goes with its receiver.
+  void receiversChanged(const ReceiverMoves& moves);
 
-  /// The link of a receiver of this name came up. `wanted` where the options let it show itself.
-  void linkUp(const std::string& name, Index rx, bool wanted, Instant now);
-  /// The link of a receiver of this name reported that it is not up.
-  void linkDown(const std::string& name, Instant now);
+  /// The link of a receiver came up. `wanted` where the options let it show itself.
+  void linkUp(Index rx, bool wanted, Instant now);
+  /// The link of a receiver reported that it is not up.
+  void linkDown(Index rx, Instant now);
   /// A hand tuned this receiver, which is not the one shown.
   void tunedByHand(Index rx, Instant now);
 
@@ -59,7 +58,7 @@ class DisplayRequests {
   Instant lookAgain_{};      ///< something waits for the end of an entry or a dialog
   Instant togetherUntil_{};  ///< links that come up until then belong to one that was shown
   Instant lookedUntil_{};    ///< a hand's receiver is looked at so long before another one's
-  std::map<std::string, Link> links_;
+  std::array<Link, kMostReceivers> links_;
 };
 
 }  // namespace kelvane

@@ -24,8 +24,24 @@ std::u32string lettersOfButtons(MainView& view) {
 }  // namespace
 
 void ReceiverTabs::build() {
-  const Count receivers = std::min<Count>(component_.GetRxCount(), kMostReceivers);
-  requests_.receiversChanged();
+  makeTabs();
+  hasTabs() ? showOther(0) : showNone();
+}
+
+void ReceiverTabs::receiversChanged(const ReceiverMoves& moves) {
+  const Index former = shown_.index();
+  const Index now = moves(former);
+  requests_.receiversChanged(moves);
+  makeTabs();
+  if (!hasTabs()) return showNone();
+  const auto last = static_cast<Index>(view_.TabStrip.tabs.size() - 1);
+  if (now == -1) return showOther(std::min(former, last));
+  shown_.show(now);
+  select(now);
+}
+
+void ReceiverTabs::makeTabs() {
+  const Count receivers = receiverCount(component_);
   std::vector<std::string> names;
   for (Index rx = 0; rx < receivers; ++rx) names.push_back(component_.GetRxName(rx));
   view_.TabStrip.tabs.clear();
@@ -33,8 +49,12 @@ void ReceiverTabs::build() {
     view_.TabStrip.tabs.push_back({caption, "Select receiver", false});
   highlightAll();
   forwarding_.receivers(receivers);
-  if (receivers == 0) return showNone();
-  select(shown_.index() < receivers ? shown_.index() : Index{0});
+}
+
+void ReceiverTabs::showOther(Index rx) {
+  refresh_.otherReceiver();
+  shown_.show(rx);
+  select(rx);
 }
 
 void ReceiverTabs::showNone() {
@@ -44,7 +64,7 @@ void ReceiverTabs::showNone() {
 }
 
 void ReceiverTabs::select(Index rx) {
-  if (rx != shown_.index()) indicators_.blank();
+  if (rx != shown_.index()) refresh_.otherReceiver();
   shown_.show(rx);
   view_.TabStrip.selected = rx;
   component_.SetRxShown(rx);
@@ -73,9 +93,8 @@ bool ReceiverTabs::accelerator(char32_t character) {
 }
 
 void ReceiverTabs::linkReported(Index rx, bool up, Instant now) {
-  const std::string name = component_.GetRxName(rx);
-  if (!up) return requests_.linkDown(name, now);
-  requests_.linkUp(name, rx, options_.OptShowNew && hasTabs(), now);
+  if (!up) return requests_.linkDown(rx, now);
+  requests_.linkUp(rx, options_.OptShowNew && hasTabs(), now);
   serveRequest(now);
 }
 

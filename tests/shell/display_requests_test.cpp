@@ -16,12 +16,11 @@ constexpr bool kFree = false, kBusy = true;
 
 class DisplayRequestsTest : public testing::Test {
  protected:
-  void up(Index rx, int at) { requests.linkUp(name(rx), rx, true, start + seconds(at)); }
-  void down(Index rx, int at) { requests.linkDown(name(rx), start + seconds(at)); }
+  void up(Index rx, int at) { requests.linkUp(rx, true, start + seconds(at)); }
+  void down(Index rx, int at) { requests.linkDown(rx, start + seconds(at)); }
   std::optional<Index> shows(int at, bool busy = kFree) {
     return requests.due(busy, start + seconds(at));
   }
-  static std::string name(Index rx) { return std::string(1, static_cast<char>('A' + rx)); }
 
   const Instant start = Instant{} + seconds(1000);
   DisplayRequests requests;
