@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <set>
 #include <sstream>
 #include <string>
@@ -27,7 +28,7 @@ class RecordingReceiver : public ReceiverComponent {
   Outcome name params override {                      \
     called_ = #name;                                  \
     note args;                                        \
-    told_.push_back(#name + joined args);             \
+    hear(#name + joined args);                        \
     if (refused.count(#name)) return Outcome::Failed; \
     return inner_.name args;                          \
   }
@@ -47,6 +48,8 @@ class RecordingReceiver : public ReceiverComponent {
   std::vector<std::string> told() { return std::exchange(told_, {}); }
   std::set<std::string> refused;
   std::set<std::string> named;  ///< what it was told or asked of a receiver: "GetRxName 0"
+  /// Called with each line instead of keeping it.
+  std::function<void(const std::string&)> heard;
 
  private:
   void note() {}
@@ -54,6 +57,10 @@ class RecordingReceiver : public ReceiverComponent {
   void note(const First& first, const Rest&...) {
     if constexpr (std::is_same_v<First, Index>)
       named.insert(std::string(called_) + " " + std::to_string(first));
+  }
+  void hear(std::string line) {
+    if (heard) return heard(line);
+    told_.push_back(std::move(line));
   }
   template <class... Values>
   static std::string joined(const Values&... values) {

@@ -5,36 +5,13 @@
 #include <vector>
 
 #include "benchmarks/wine/timing_board.h"
-#include "contract/components.h"
-#include "contract/win32/table_macros.h"
+#include "tests/fakes/bare_receivers.h"
 
 namespace kelvane::bench {
 
-/// A receiver component that has nothing: each operation answers its row's fallback.
-class BareReceivers : public ReceiverComponent {
- public:
-#define ASK(name, Result, fallback, params, args) \
-  Answer<Result> name params override {           \
-    unused(0 COMMA_BEFORE args);                  \
-    return Answer<Result>(fallback);              \
-  }
-#define TELL(name, params, args) \
-  Outcome name params override { \
-    unused(0 COMMA_BEFORE args); \
-    return Outcome::Done;        \
-  }
-#include "contract/sondrel_operations.inc"
-#undef ASK
-#undef TELL
-
- private:
-  template <class... Args>
-  static void unused(const Args&...) {}
-};
-
 /// Eight receivers that do nothing but note on the board when they were told a frequency, and raise
 /// the events that the board asks for. Each operation's own event follows from deliver().
-class TimingReceivers final : public BareReceivers {
+class TimingReceivers final : public fakes::BareReceivers {
  public:
   /// `wake` is called when deliver() should be, soon.
   TimingReceivers(TimingBoard& board, std::function<void()> wake)
