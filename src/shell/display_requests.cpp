@@ -23,17 +23,25 @@ void DisplayRequests::receiversChanged(const ReceiverMoves& moves) {
   if (waiting_ && waiting_->rx == -1) waiting_.reset();
 }
 
-void DisplayRequests::linkUp(Index rx, bool wanted, Instant now) {
-  if (rx < 0 || rx >= kMostReceivers) return;
+bool DisplayRequests::isNews(Index rx, Instant now) {
+  if (rx < 0 || rx >= kMostReceivers) return false;
   Link& link = links_[rx];
-  const bool news = !link.up && (!link.wentDown || now - *link.wentDown >= kNews);
-  link.up = true;
-  if (!news || !wanted) return;
+  return !std::exchange(link.up, true) && (!link.wentDown || now - *link.wentDown >= kNews);
+}
+
+void DisplayRequests::linkUp(Index rx, bool wanted, Instant now) {
+  if (!isNews(rx, now) || !wanted) return;
   if (!waiting_ && now < togetherUntil_) {
     togetherUntil_ = now + kTogether;
     return;
   }
   waiting_ = Request{rx, now, true};
+}
+
+void DisplayRequests::shownLinkUp(Index rx, Instant now) {
+  if (!isNews(rx, now)) return;
+  waiting_.reset();
+  togetherUntil_ = now + kTogether;
 }
 
 void DisplayRequests::linkDown(Index rx, Instant now) {

@@ -94,6 +94,7 @@ bool ReceiverTabs::accelerator(char32_t character) {
 
 void ReceiverTabs::linkReported(Index rx, bool up, Instant now) {
   if (!up) return requests_.linkDown(rx, now);
+  if (rx == shown_.index()) return requests_.shownLinkUp(rx, now);
   requests_.linkUp(rx, options_.OptShowNew && hasTabs(), now);
   serveRequest(now);
 }
