@@ -68,7 +68,7 @@ TEST_F(DisplayRequestsTest, OfLinksThatComeUpTogetherTheFirstIsShown) {
   up(4, 9);
   EXPECT_EQ(shows(9), 4) << "three seconds later is not together";
   up(5, 30);
-  requests.shownLinkUp(name(6), start + seconds(31));
+  requests.shownLinkUp(6, start + seconds(31));
   up(7, 33);
   EXPECT_EQ(shows(40), std::nullopt) << "the shown receiver is among them";
   requests.tunedByHand(1, start + seconds(60));
