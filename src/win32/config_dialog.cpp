@@ -5,6 +5,7 @@
 #include <array>
 #include <utility>
 
+#include "base/win32/system_library.h"
 #include "ui/alt_letters.h"
 #include "ui/control_ids.h"
 #include "win32/colours.h"
@@ -180,10 +181,15 @@ bool ConfigDialog::accelerator(wchar_t character) {
 /// The list of receivers is a large window of its own, and this one has no more to say beneath it.
 bool ConfigDialog::makesRoom() const { return config_.view().All.selected == Config::Drivers; }
 
+/// Under a visual style the pages of a tab strip are lighter than the dialog.
+bool ConfigDialog::hasVisualStyle() {
+  static auto* const ask = systemFunction<decltype(IsAppThemed)>(L"uxtheme.dll", "IsAppThemed");
+  return ask && ask();
+}
+
 HBRUSH ConfigDialog::ground(int control) const {
-  // Under a visual style the pages of a tab strip are lighter than the dialog.
   const bool onPage = control != id::cmdOK && control != id::cmdCancel;
-  return onPage && IsAppThemed() && !highContrast() ? GetSysColorBrush(COLOR_WINDOW) : nullptr;
+  return onPage && hasVisualStyle() && !highContrast() ? GetSysColorBrush(COLOR_WINDOW) : nullptr;
 }
 
 }  // namespace kelvane::win32
