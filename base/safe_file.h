@@ -88,6 +88,9 @@ FileResult writeFileSafely(const std::filesystem::path& path, std::string_view c
 FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content,
                            FileSteps& steps, const std::function<FileResult()>& beforeSwap);
 
+/// What FileSteps::read answers for a file that is larger than `limit` bytes.
+FileReading tooLargeToRead(const std::filesystem::path& path, std::size_t limit);
+
 /// Reads a file that another program may hold for a moment. Waits, as `patiently` does.
 FileReading readPatiently(const std::filesystem::path& path, std::size_t limit, FileSteps& steps);
 

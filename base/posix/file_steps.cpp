@@ -29,9 +29,8 @@ FileReading readOpen(int file, const struct stat& facts, std::size_t limit,
                      const std::filesystem::path& path) {
   if (!S_ISREG(facts.st_mode))
     return {FileReading::Unreadable, {}, pathText(path) + " is not a file"};
-  const FileReading tooLarge{FileReading::TooLarge, {}, pathText(path) + " is too large"};
   const auto size = static_cast<std::size_t>(facts.st_size);
-  if (size > limit) return tooLarge;
+  if (size > limit) return tooLargeToRead(path, limit);
   // One byte more, to see the file's end; it may have grown meanwhile.
   FileReading reading{FileReading::Whole, std::string(size + 1, '\0')};
   std::size_t filled = 0;
@@ -40,7 +39,7 @@ FileReading readOpen(int file, const struct stat& facts, std::size_t limit,
     if (filled == reading.content.size()) reading.content.resize(filled * 2);
     count = ::read(file, reading.content.data() + filled, reading.content.size() - filled);
     if (count < 0) return unreadable(path, errno);
-    if (filled + static_cast<std::size_t>(count) > limit) return tooLarge;
+    if (filled + static_cast<std::size_t>(count) > limit) return tooLargeToRead(path, limit);
   }
   reading.content.resize(filled);
   return reading;

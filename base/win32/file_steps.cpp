@@ -42,10 +42,9 @@ FileReading unreadable(const std::filesystem::path& path, DWORD code) {
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 FileReading readOpen(HANDLE file, std::size_t limit, const std::filesystem::path& path) {
-  const FileReading tooLarge{FileReading::TooLarge, {}, pathText(path) + " is too large"};
   LARGE_INTEGER size{};
   if (!GetFileSizeEx(file, &size)) return unreadable(path, GetLastError());
-  if (static_cast<ULONGLONG>(size.QuadPart) > limit) return tooLarge;
+  if (static_cast<ULONGLONG>(size.QuadPart) > limit) return tooLargeToRead(path, limit);
   // One byte more, to see the file's end; it may have grown meanwhile.
   FileReading reading{FileReading::Whole,
                       std::string(static_cast<std::size_t>(size.QuadPart) + 1, '\0')};
@@ -55,7 +54,7 @@ FileReading readOpen(HANDLE file, std::size_t limit, const std::filesystem::path
     const std::size_t room = std::min<std::size_t>(reading.content.size() - filled, 1 << 30);
     if (!ReadFile(file, reading.content.data() + filled, static_cast<DWORD>(room), &count, nullptr))
       return unreadable(path, GetLastError());
-    if (filled + count > limit) return tooLarge;
+    if (filled + count > limit) return tooLargeToRead(path, limit);
   }
   reading.content.resize(filled);
   return reading;
