@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/text.h"
+#include "log/station_names.h"
 #include "ui/alt_letters.h"
 #include "ui/control_ids.h"
 #include "ui/key_codes.h"
@@ -76,9 +77,11 @@ MAin::MAin(const PanelServices& services)
           saver_,
           ChannelEditor::Owner{view_.LChn, services.now,
                                [this] { services_.dialogs.showChannel(*channelEditor_); }})),
-      log_(std::make_unique<DataLog>(DataLogServices{services.receiver, services.clipboard,
-                                                     services.files, services.calendar,
-                                                     services.folder})),
+      log_(std::make_unique<DataLog>(DataLogServices{
+          services.receiver, services.clipboard, services.files, services.calendar, services.folder,
+          [&frequency = services.frequency](const std::vector<Hz>& frequencies) {
+            return knownStations(frequency, frequencies);
+          }})),
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
               *channelEditor_, *log_, services.now),
       frqEvents_(services.receiver, shown_, navigation_, best_, refusal_),
