@@ -82,6 +82,12 @@ TEST(MainWindow, SelectingAReceiverShowsItsOwnLimitsAndNothingOfWhatWasTypedForA
   EXPECT_EQ(rig.view().caption, "Kelvane 1.0.0 - Receiver Quill");
 }
 
+TEST(MainWindow, WaitsForATypedEntryFromTheStart) {
+  PanelRig rig;
+  rig.start();
+  EXPECT_EQ(rig.view().FrqDotit.fore, kRed);
+}
+
 TEST(MainWindow, ClosingEndsEveryLinkInOrderBeforeThePlaceIsWritten) {
   PanelRig rig;
   rig.start();
