@@ -18,15 +18,24 @@ FileSaver::~FileSaver() {
 }
 
 void FileSaver::save(const std::filesystem::path& path, std::string content, Ended ended) {
+  change(
+      path,
+      [path, content = std::move(content)](FileSteps& steps) {
+        return writeFileSafely(path, content, steps);
+      },
+      std::move(ended));
+}
+
+void FileSaver::change(const std::filesystem::path& path, Work work, Ended ended) {
   {
     const std::lock_guard lock(mutex_);
     if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
     const auto same = std::ranges::find(waiting_, path, &Job::path);
     if (same != waiting_.end()) {
-      same->content = std::move(content);
+      same->work = std::move(work);
       same->ended = std::move(ended);
     } else {
-      waiting_.push_back({path, std::move(content), std::move(ended)});
+      waiting_.push_back({path, std::move(work), std::move(ended)});
     }
   }
   changed_.notify_all();
@@ -48,7 +57,7 @@ void FileSaver::run() {
     lock.unlock();
     FileResult result;
     barrier(
-        "writing a file", [&] { result = writeFileSafely(job.path, job.content, *steps_); },
+        "writing a file", [&] { result = job.work(*steps_); },
         [&](const std::string& why) {
           result = {false, "Cannot write a file: " + why};
         });

@@ -67,6 +67,7 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void dpiChanged(UINT dpi, const RECT& suggested);
   bool systemCommand(WPARAM command, LPARAM lParam);
   void unload();
+  void comeForward();
 
   HWND window_;
   HHOOK hands_ = nullptr;

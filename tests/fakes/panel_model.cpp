@@ -41,7 +41,7 @@ bool foreignNumber(const std::string& text, int mark) {
 /// Requests that are the panel's own and no command to a radio.
 bool ofPanel(const std::string& request) {
   for (const char* name : {"SetRxShown", "SetRxOwner", "SetRxForward", "SetRxConnect", "SetRxTime",
-                           "StopRxChannels"}) {
+                           "StopRxChannels", "EndRxKeys"}) {
     if (request.starts_with(name)) return true;
   }
   return false;

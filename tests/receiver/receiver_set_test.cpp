@@ -36,7 +36,8 @@ class ChangedReceivers : public testing::Test {
   std::string shown() const {
     const auto& strip = rig.view().TabStrip;
     if (strip.selected < 0) return "none";
-    const std::string name = strip.tabs[static_cast<std::size_t>(strip.selected)].caption.substr(1);
+    std::string name = strip.tabs[static_cast<std::size_t>(strip.selected)].caption;
+    std::erase(name, '&');
     return rig.view().caption.ends_with(" " + name) ? name : "not " + rig.view().caption;
   }
 

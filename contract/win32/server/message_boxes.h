@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,8 +20,13 @@ class MessageBoxes {
 
   /// Shows the words, in UTF-8, and returns at once.
   void show(const std::string& title, const std::string& words);
+  /// The same with Retry and Cancel; `retry` is called on the box's thread when Retry was chosen.
+  void ask(const std::string& title, const std::string& words, std::function<void()> retry);
 
  private:
+  void open(const std::string& title, const std::string& words, UINT buttons,
+            std::function<void()> retry);
+
   std::vector<std::unique_ptr<DialogThread>> boxes_;
 };
 
