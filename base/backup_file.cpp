@@ -37,7 +37,8 @@ FileResult makeRoom(const std::filesystem::path& file, FileSteps& steps, int gen
   int free = 1;
   while (free < generations && isThere(backupOf(file, free))) ++free;
   for (int to = free; to > 1; --to) {
-    const FileResult moved = steps.swapIn(backupOf(file, to - 1), backupOf(file, to));
+    const FileResult moved =
+        patiently(steps, [&] { return steps.swapIn(backupOf(file, to - 1), backupOf(file, to)); });
     if (!moved) return moved;
   }
   return {};
@@ -62,7 +63,8 @@ FileResult writeKeepingBackups(const std::filesystem::path& file, std::string_vi
     // After an attempt that came this far and then failed, the file is its own backup already.
     if (!isThere(file) || isSame(file, newest)) return FileResult{};
     const FileResult room = makeRoom(file, steps, generations);
-    return room ? steps.secondName(file, newest) : room;
+    if (!room) return room;
+    return patiently(steps, [&] { return steps.secondName(file, newest); });
   });
 }
 

@@ -69,6 +69,8 @@ FileResult FileSteps::write(const fs::path& file, std::string_view content) {
   return {false, systemWords(lastError())};
 }
 
+void FileSteps::pause(milliseconds time) { std::this_thread::sleep_for(time); }
+
 FileResult FileSteps::secondName(const fs::path& from, const fs::path& to) {
   std::error_code error;
   fs::path unfinished = to;
@@ -104,38 +106,23 @@ FileResult writeFileSafely(const fs::path& path, std::string_view content, FileS
   }
   const fs::path unfinished = nameBeside(path);
   FileResult result = steps.write(unfinished, content);
-  if (result) result = steps.flush(unfinished);
+  if (result) result = patiently(steps, [&] { return steps.flush(unfinished); });
   if (result) result = beforeSwap();
-  if (result) result = steps.swapIn(unfinished, path);
+  if (result) result = patiently(steps, [&] { return steps.swapIn(unfinished, path); });
   if (result) return result;
   steps.remove(unfinished);
   return failure(path, result.reason);
 }
 
+FileReading readPatiently(const fs::path& path, std::size_t limit, FileSteps& steps) {
+  return patiently(steps, [&] { return steps.read(path, limit); });
+}
+
 std::optional<std::string> readFile(const fs::path& path, std::size_t limit, std::string* reason) {
-  const auto none = [reason](std::string why) {
-    if (reason) *reason = std::move(why);
-    return std::nullopt;
-  };
-  std::error_code error;
-  // The size of a folder and of what else is no file is an error too.
-  const auto size = fs::file_size(path, error);
-  if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory)
-    return none({});
-  if (error) return none(pathText(path) + " is not a file");
-  errno = 0;
-  std::ifstream in(path, std::ios::binary);
-  const auto cannotRead = [&] {
-    return "Cannot read " + pathText(path) + ": " + systemWords(lastError());
-  };
-  if (!in) return none(cannotRead());
-  if (size > limit) return none(pathText(path) + " is too large");
-  std::string content(static_cast<std::size_t>(size) + 1, '\0');
-  in.read(content.data(), static_cast<std::streamsize>(content.size()));
-  if (in.bad()) return none(cannotRead());
-  content.resize(static_cast<std::size_t>(in.gcount()));
-  if (content.size() > limit) return none(pathText(path) + " is too large");
-  return content;
+  FileReading reading = FileSteps().read(path, limit);
+  if (reading.how == FileReading::Whole) return std::move(reading.content);
+  if (reason) *reason = std::move(reading.reason);
+  return std::nullopt;
 }
 
 bool hasContent(const fs::path& path, std::string_view content) {

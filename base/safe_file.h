@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -7,21 +8,40 @@
 #include <string_view>
 #include <system_error>
 
+#include "base/time.h"
+
 namespace kelvane {
 
 /// Whether a file operation succeeded; when it did not, the reason in words for the operator.
 struct FileResult {
   bool ok = true;
   std::string reason;
+  bool held = false;  ///< another program is in the way at this moment: a later try may succeed
 
   explicit operator bool() const { return ok; }
 };
 
-/// The steps of which a safe write consists, each one operation on the disk; a failure's reason is
-/// the system's own words. A test puts its own in between to fail or stop the write at each step.
+/// What came of reading a file.
+struct FileReading {
+  enum How {
+    Whole,       ///< `content` is all of it
+    Missing,     ///< there is no such file
+    TooLarge,    ///< larger than the caller takes
+    Unreadable,  ///< it is there, and cannot be opened or read now: that says nothing about it
+  };
+  How how = Missing;
+  std::string content = {};
+  std::string reason = {};  ///< in words, for the last two
+  bool held = false;        ///< as in FileResult
+};
+
+/// The operations on the disk of which reading and safe writing consist; a failure's reason is the
+/// system's own words. A test puts its own in between to fail or stop the program at each of them.
 class FileSteps {
  public:
   virtual ~FileSteps() = default;
+  /// One try to read a file of at most `limit` bytes.
+  virtual FileReading read(const std::filesystem::path& file, std::size_t limit);
   virtual FileResult makeFolders(const std::filesystem::path& folder);
   /// Writes a new file, replacing one of that name.
   virtual FileResult write(const std::filesystem::path& file, std::string_view content);
@@ -32,11 +52,32 @@ class FileSteps {
   /// Gives the content of `from` a second name; a file that had that name is gone then.
   virtual FileResult secondName(const std::filesystem::path& from, const std::filesystem::path& to);
   virtual void remove(const std::filesystem::path& file);
+  /// Waits before the next try of a step that another program holds up.
+  virtual void pause(milliseconds time);
 };
 
+/// For how long a file that another program holds is tried again, and the longest pause between two
+/// tries. Scanners, indexers and backups let go long before.
+inline constexpr milliseconds kFilePatience{1500};
+inline constexpr milliseconds kFilePause{50};
+
+/// Tries something with a file again for as long as another program holds it, at most for
+/// kFilePatience. Not for a thread that a window waits for.
+template <class Try>
+auto patiently(FileSteps& steps, Try attempt) {
+  auto result = attempt();
+  milliseconds waited{0};
+  for (milliseconds next{2}; result.held && waited < kFilePatience; waited += next) {
+    next = std::min(next * 2, kFilePause);
+    steps.pause(next);
+    result = attempt();
+  }
+  return result;
+}
+
 /// Replaces a file's content: written beside it, flushed to the disk, and swapped in, so that a
-/// crash at any moment leaves the old or the new file whole. Makes missing folders. After a failure
-/// the old file is as it was.
+/// crash at any moment leaves the old or the new file whole. Makes missing folders. A step that
+/// another program holds up is tried again, `patiently`. After a failure the old file is as it was.
 FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content);
 FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content,
                            FileSteps& steps);
@@ -45,8 +86,12 @@ FileResult writeFileSafely(const std::filesystem::path& path, std::string_view c
 FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content,
                            FileSteps& steps, const std::function<FileResult()>& beforeSwap);
 
+/// Reads a file that another program may hold for a moment. Waits, as `patiently` does.
+FileReading readPatiently(const std::filesystem::path& path, std::size_t limit, FileSteps& steps);
+
 /// The whole content of a file, at most `limit` bytes. None when it cannot be opened or read, or is
 /// larger; `reason` then says why when it is asked for, and is empty when there is no such file.
+/// One try, and no wait.
 std::optional<std::string> readFile(const std::filesystem::path& path, std::size_t limit,
                                     std::string* reason = nullptr);
 

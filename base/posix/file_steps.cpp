@@ -1,6 +1,8 @@
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "base/safe_file.h"
@@ -18,9 +20,45 @@ FileResult flushPath(const std::filesystem::path& path, int flags) {
   return {false, systemWords(error)};
 }
 
+FileReading unreadable(const std::filesystem::path& path, int code) {
+  const std::string words = systemWords({code, std::generic_category()});
+  return {FileReading::Unreadable, {}, "Cannot read " + pathText(path) + ": " + words};
+}
+
+FileReading readOpen(int file, const struct stat& facts, std::size_t limit,
+                     const std::filesystem::path& path) {
+  if (!S_ISREG(facts.st_mode))
+    return {FileReading::Unreadable, {}, pathText(path) + " is not a file"};
+  const FileReading tooLarge{FileReading::TooLarge, {}, pathText(path) + " is too large"};
+  const auto size = static_cast<std::size_t>(facts.st_size);
+  if (size > limit) return tooLarge;
+  // One byte more, to see the file's end; it may have grown meanwhile.
+  FileReading reading{FileReading::Whole, std::string(size + 1, '\0')};
+  std::size_t filled = 0;
+  for (ssize_t count = 1; count > 0;
+       filled += static_cast<std::size_t>(std::max<ssize_t>(count, 0))) {
+    if (filled == reading.content.size()) reading.content.resize(filled * 2);
+    count = ::read(file, reading.content.data() + filled, reading.content.size() - filled);
+    if (count < 0) return unreadable(path, errno);
+    if (filled + static_cast<std::size_t>(count) > limit) return tooLarge;
+  }
+  reading.content.resize(filled);
+  return reading;
+}
+
 }  // namespace
 
 std::string systemWords(const std::error_code& error) { return error.message(); }
+
+FileReading FileSteps::read(const std::filesystem::path& path, std::size_t limit) {
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0 && (errno == ENOENT || errno == ENOTDIR)) return {FileReading::Missing};
+  struct stat facts {};
+  const bool known = file >= 0 && ::fstat(file, &facts) == 0;
+  FileReading reading = known ? readOpen(file, facts, limit, path) : unreadable(path, errno);
+  if (file >= 0) ::close(file);
+  return reading;
+}
 
 FileResult FileSteps::flush(const std::filesystem::path& file) { return flushPath(file, O_WRONLY); }
 

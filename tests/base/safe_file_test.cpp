@@ -59,6 +59,30 @@ TEST(SafeFile, LeavesTheOldOrTheNewFileWholeWhereverItFailsOrStops) {
   }
 }
 
+TEST(SafeFile, AFileThatAnotherProgramHoldsForAMomentIsTriedAgainAndAtLastSaid) {
+  TempFolder folder;
+  const fs::path file = folder.path() / "list.txt";
+  // Flush and swap are the third and fourth step; ten tries are what a scanner takes.
+  for (const int step : {3, 4}) {
+    FailingSteps passing(step, FailingSteps::How::Hold, 10);
+    ASSERT_TRUE(writeFileSafely(file, std::to_string(step), passing)) << step;
+    EXPECT_EQ(readFile(file, 100), std::to_string(step));
+    EXPECT_GE(passing.waited(), milliseconds(200)) << "longer than thirty milliseconds' sharing";
+    FailingSteps lasting(step, FailingSteps::How::Hold, 1'000'000);
+    const FileResult result = writeFileSafely(file, "new", lasting);
+    EXPECT_NE(result.reason.find("another program uses it"), std::string::npos);
+    EXPECT_GE(lasting.waited(), kFilePatience);
+    EXPECT_LE(lasting.waited(), kFilePatience * 2);
+    EXPECT_EQ(readFile(file, 100), std::to_string(step));
+  }
+  FailingSteps held(1, FailingSteps::How::Hold, 10);
+  EXPECT_EQ(readPatiently(file, 100, held).content, "4");
+  FailingSteps never(1, FailingSteps::How::Hold, 1'000'000);
+  const FileReading reading = readPatiently(file, 100, never);
+  EXPECT_EQ(reading.how, FileReading::Unreadable);
+  EXPECT_EQ(reading.reason, "another program uses it");
+}
+
 TEST(SafeFile, SweepsUpWhatAKilledWriteLeftLongAgo) {
   TempFolder folder;
   const fs::path file = folder.path() / "list.txt";

@@ -1,19 +1,30 @@
 #pragma once
 
+#include <atomic>
+
 #include "base/safe_file.h"
 
 namespace kelvane::fakes {
 
-/// A disk on which the n-th step of a write goes wrong: it fails, or the program stops there (half
-/// of what was being written is left, and nothing that would follow is done).
+/// A disk on which the n-th step goes wrong: it fails, or the program stops there (half of what was
+/// being written is left, and nothing that would follow is done), or another program holds the file
+/// for some tries, which take no time here.
 class FailingSteps : public FileSteps {
  public:
-  enum class How { Fail, Stop };
+  enum class How { Fail, Stop, Hold };
 
-  FailingSteps(int step, How how) : left_(step), how_(how) {}
+  FailingSteps(int step, How how, int tries = 1) : left_(step), how_(how), tries_(tries) {}
 
   /// Whether the write came as far as the step that goes wrong.
   bool struck() const { return left_ <= 0; }
+  /// How long the steps waited for another program, in all.
+  milliseconds waited() const { return milliseconds(waited_); }
+
+  void pause(milliseconds time) override { waited_ += static_cast<int>(time.count()); }
+  FileReading read(const std::filesystem::path& file, std::size_t limit) override {
+    if (!strikes()) return FileSteps::read(file, limit);
+    return {FileReading::Unreadable, {}, failure().reason, failure().held};
+  }
 
   FileResult makeFolders(const std::filesystem::path& folder) override {
     return strikes() ? failure() : FileSteps::makeFolders(folder);
@@ -21,7 +32,7 @@ class FailingSteps : public FileSteps {
   FileResult write(const std::filesystem::path& file, std::string_view content) override {
     const bool before = struck();
     if (!strikes()) return FileSteps::write(file, content);
-    if (!before) FileSteps::write(file, content.substr(0, content.size() / 2));
+    if (!before && how_ != How::Hold) FileSteps::write(file, content.substr(0, content.size() / 2));
     return failure();
   }
   FileResult flush(const std::filesystem::path& file) override {
@@ -39,11 +50,20 @@ class FailingSteps : public FileSteps {
   }
 
  private:
-  bool strikes() { return --left_ == 0 || (left_ < 0 && how_ == How::Stop); }
-  static FileResult failure() { return {false, "the disk is full"}; }
+  bool strikes() {
+    const int left = --left_;
+    if (how_ == How::Hold) return left <= 0 && left > -tries_;
+    return left == 0 || (left < 0 && how_ == How::Stop);
+  }
+  FileResult failure() const {
+    if (how_ == How::Hold) return {false, "another program uses it", true};
+    return {false, "the disk is full"};
+  }
 
-  int left_;
+  std::atomic<int> left_;
   How how_;
+  int tries_;
+  std::atomic<int> waited_ = 0;
 };
 
 }  // namespace kelvane::fakes
