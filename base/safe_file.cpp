@@ -69,6 +69,16 @@ FileResult FileSteps::write(const fs::path& file, std::string_view content) {
   return {false, systemWords(lastError())};
 }
 
+FileResult FileSteps::append(const fs::path& file, std::string_view content) {
+  errno = 0;
+  std::ofstream out(file, std::ios::binary | std::ios::app);
+  out.write(content.data(), static_cast<std::streamsize>(content.size()));
+  out.close();
+  if (out) return {};
+  const std::error_code why = lastError();
+  return {false, systemWords(why), why == std::errc::permission_denied && fs::exists(file)};
+}
+
 void FileSteps::pause(milliseconds time) { std::this_thread::sleep_for(time); }
 
 FileResult FileSteps::secondName(const fs::path& from, const fs::path& to) {

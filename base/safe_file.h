@@ -45,6 +45,8 @@ class FileSteps {
   virtual FileResult makeFolders(const std::filesystem::path& folder);
   /// Writes a new file, replacing one of that name.
   virtual FileResult write(const std::filesystem::path& file, std::string_view content);
+  /// Writes behind what is in a file; makes the file where there is none.
+  virtual FileResult append(const std::filesystem::path& file, std::string_view content);
   /// Returns when the file's content is on the disk and no longer in a buffer.
   virtual FileResult flush(const std::filesystem::path& file);
   /// Gives `from` the name of `to` in one step; a file that had the name is gone then.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/encoding.h"
 #include "base/utf8.h"
 
 namespace kelvane {
@@ -26,14 +27,14 @@ char byteOf(char32_t character) {
 
 std::string toCodePage(std::string_view utf8) {
   // ASCII alone is the same in every code page, and most texts are.
-  if (std::ranges::all_of(utf8, [](char c) { return static_cast<signed char>(c) >= 0; }))
-    return std::string(utf8);
+  if (isAscii(utf8)) return std::string(utf8);
   std::string bytes;
   for (const char32_t character : characters(utf8)) bytes += byteOf(character);
   return bytes;
 }
 
 std::string fromCodePage(std::string_view bytes) {
+  if (isAscii(bytes)) return std::string(bytes);
   std::string text;
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);

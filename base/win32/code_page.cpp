@@ -2,19 +2,10 @@
 
 #include <windows.h>
 
-#include <algorithm>
-
+#include "base/encoding.h"
 #include "base/win32/utf16.h"
 
 namespace kelvane {
-
-namespace {
-
-bool isAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
-}
-
-}  // namespace
 
 std::string toCodePage(std::string_view utf8) {
   if (isAscii(utf8)) return std::string(utf8);

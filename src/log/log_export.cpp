@@ -139,7 +139,7 @@ LogExport exported(std::string head, const LogTable& log, const Calendar& calend
   for (GridRow row = 0; row < log.size(); ++row) {
     LogRecord record;
     for (int field = 0; field < kLogFields; ++field)
-      record[static_cast<std::size_t>(field)] = fromCodePage(log.field(log.recordAt(row), field));
+      record[static_cast<std::size_t>(field)] = log.text(log.recordAt(row), field);
     auto moment = recordedAt(record[LogDate], record[LogTime]);
     if (moment) moment = calendar.utc(*moment);
     result.undated += moment ? 0 : 1;

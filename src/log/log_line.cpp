@@ -87,7 +87,7 @@ LogLine judgeLogLine(std::string_view line) {
   const std::string_view frequency = takeField(line);
   takeField(line);
   const std::string_view filter = takeField(line);
-  if (!isPositive(frequency) || !isPositive(filter)) return LogLine::NoRecord;
+  if (!isPositive(frequency) || (!filter.empty() && !isPositive(filter))) return LogLine::NoRecord;
   if (inForm) return LogLine::InForm;
   // Eight separators part nine fields; writers put one behind the ninth as well.
   constexpr auto kAfterFilter = kLogFields - LogFilter - 1;
@@ -108,7 +108,7 @@ std::string logText(std::string_view text) {
 void appendLogLine(std::string& file, std::string_view line) {
   for (int field = 0; field < kLogFields; ++field)
     appendField(file, takeField(line), paddingOf(field));
-  file += "\r\n";
+  file += kLogLineEnd;
 }
 
 std::string joinLogLine(const LogRecord& record) {

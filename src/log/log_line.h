@@ -20,13 +20,16 @@ enum class LogLine {
   InForm,    ///< a record, just as appendLogLine() writes it: most lines of a file are
   Record,    ///< one in another form
   TooLong,   ///< a record, of whose more than nine fields the first nine count
-  NoRecord,  ///< too few fields, or a frequency or filter that is no positive number
+  NoRecord,  ///< too few fields, or a frequency that is no positive number, or such a filter
 };
 LogLine judgeLogLine(std::string_view line);
 
 /// The text as a field can hold it: trimmed, with "/" for the separator and blanks for line ends
 /// and other control characters.
 std::string logText(std::string_view text);
+
+/// Behind each record of a file.
+inline constexpr std::string_view kLogLineEnd = "\r\n";
 
 /// Adds a record as the file has it, its line end included: the first four fields padded.
 void appendLogLine(std::string& file, std::string_view line);

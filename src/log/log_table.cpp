@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "base/code_page.h"
+#include "base/encoding.h"
 #include "base/text.h"
 #include "log/log_line.h"
 
@@ -26,6 +28,13 @@ std::string_view takeLine(std::string_view& text) {
   return line;
 }
 
+/// Letters of the code page hardly ever happen to be UTF-8.
+LogEncoding encodingOf(std::string_view file) {
+  const bool marked = file.starts_with(kUtf8Mark);
+  if (isAscii(file) || !isUtf8(file)) return LogEncoding::CodePage;
+  return marked ? LogEncoding::MarkedUtf8 : LogEncoding::Utf8;
+}
+
 GridOrder orderBy(int field) {
   if (field == LogFrequency || field == LogFilter) return {field, GridOrder::By::Number, {}};
   if (field == LogDate) return {field, GridOrder::By::Text, LogTime};
@@ -37,6 +46,8 @@ GridOrder orderBy(int field) {
 LogTable::LogTable(std::string file, LogRejects& rejects)
     : file_(std::make_unique<const std::string>(std::move(file))) {
   std::string_view text = *file_;
+  encoding_ = encodingOf(text);
+  if (text.starts_with(kUtf8Mark)) text.remove_prefix(kUtf8Mark.size());
   // A list that grows while it is filled would need the memory of two.
   const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
   records_.reserve(std::min(lines, text.size() / kShortest + 1));
@@ -57,6 +68,42 @@ void LogTable::take(std::string_view line, LogRejects& rejects) {
 
 std::string_view LogTable::field(GridRow record, int field) const {
   return logField(records_[record], field);
+}
+
+std::string LogTable::encoded(std::string_view utf8) const {
+  return encoding_ == LogEncoding::CodePage ? toCodePage(utf8) : std::string(utf8);
+}
+
+std::string LogTable::decoded(std::string_view bytes) const {
+  return encoding_ == LogEncoding::CodePage ? fromCodePage(bytes) : std::string(bytes);
+}
+
+std::string LogTable::lineText(GridRow record) const {
+  std::string line;
+  appendLogLine(line, records_[record]);
+  line.resize(line.size() - kLogLineEnd.size());
+  return decoded(line);
+}
+
+void LogTable::apply(const LogChanges& changes) {
+  auto removed = changes.removed();
+  if (!removed.empty()) {
+    std::vector<std::string_view> kept;
+    for (GridRow record = 0; record < records_.size(); ++record) {
+      const auto gone = removed.find(lineText(record));
+      if (gone == removed.end() || gone->second == 0)
+        kept.push_back(records_[record]);
+      else
+        --gone->second;
+    }
+    records_ = std::move(kept);
+    order_.resize(records_.size());
+    std::iota(order_.begin(), order_.end(), GridRow{0});
+  }
+  for (const std::string& line : changes.added()) {
+    records_.push_back(keep(encoded(line)));
+    order_.push_back(static_cast<GridRow>(records_.size() - 1));
+  }
 }
 
 std::string_view LogTable::keep(std::string line) { return own_->emplace_back(std::move(line)); }
@@ -99,8 +146,8 @@ std::vector<GridRow> LogTable::sorted(int field) const {
 std::string LogTable::content() const {
   std::size_t length = 0;
   for (const std::string_view line : records_) length += line.size() + 2;
-  std::string content;
-  content.reserve(length);
+  std::string content(encoding_ == LogEncoding::MarkedUtf8 ? kUtf8Mark : "");
+  content.reserve(length + content.size());
   for (const GridRow record : order_) {
     if (inForm_)
       content.append(records_[record]).append("\r\n");

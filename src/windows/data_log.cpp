@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "base/code_page.h"
+#include "base/encoding.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "base/time.h"
@@ -15,9 +15,6 @@
 namespace kelvane {
 
 namespace {
-
-/// Work that takes no longer is over when the call that started it returns.
-constexpr milliseconds kGrace{250};
 
 constexpr std::array<std::string_view, 5> kTypes{"VOICE", "DRM", "ALE", "FSK", "PSK"};
 
@@ -65,13 +62,21 @@ std::vector<std::string> agcNames(ReceiverComponent& component, Index rx) {
   return names;
 }
 
+template <class Future>
+bool isReady(const Future& future) {
+  return future.wait_for(milliseconds(0)) == std::future_status::ready;
+}
+
 }  // namespace
 
 DataLog::DataLog(const DataLogServices& services)
     : services_(services),
       file_(services.folder / "scratchpad.txt"),
       view_(firstLogView()),
-      PadGrd_(*this, columns()) {}
+      PadGrd_(*this, columns()) {
+  // What a killed program left comes into the file without being asked for.
+  if (file_.mayHaveLeftovers()) read(milliseconds(0));
+}
 
 DataLog::~DataLog() = default;
 
@@ -85,18 +90,47 @@ void DataLog::activate() {
   if (!view_.open) view_.Notice.clear();
   view_.open = true;
   adding_ ? record() : void(select_ = true);
-  if (busy()) return refresh();
+  if (busy()) return tellNews();
   PadGrd_.commit();
   // What is not edited shows the file as it is now; one that could not be read may be by now.
   const bool stale = !read_ || !file_.problem().empty() || (!edited_ && file_.changedElsewhere());
   if (stale) return read();
   serveActivation();
+  tellNews();
+}
+
+void DataLog::tellNews() {
+  if (view_.open && !busy() && !news_.empty()) view_.Notice = std::exchange(news_, {});
   refresh();
 }
 
 void DataLog::serveActivation() {
-  for (const LogRecord& record : std::exchange(waiting_, {})) insert(record);
-  if (std::exchange(select_, false)) selectPresent();
+  if (!waiting_.empty()) {
+    start("Storing ...", [this, records = waiting_]() -> std::function<void()> {
+      const FileResult kept = keepWaiting(records);
+      return [this, count = records.size(), kept] { insertWaiting(count, kept); };
+    });
+  }
+  if (!busy() && std::exchange(select_, false)) selectPresent();
+}
+
+/// The records as the table is going to have them, where their letters are in its file's encoding.
+FileResult DataLog::keepWaiting(std::span<const LogRecord> records) {
+  std::vector<LogChange> changes;
+  for (const LogRecord& record : records)
+    changes.push_back({LogChange::Added, joinLogLine(record)});
+  return file_.keep(changes);
+}
+
+void DataLog::insertWaiting(std::size_t count, const FileResult& kept) {
+  const std::vector<LogRecord> records(waiting_.begin(), waiting_.begin() + count);
+  waiting_.erase(waiting_.begin(), waiting_.begin() + count);
+  for (const LogRecord& record : records) insert(record);
+  sayKept(kept);
+}
+
+void DataLog::sayKept(const FileResult& kept) {
+  if (!kept) view_.Notice = "It is in this window only, until OK saves it: " + kept.reason;
 }
 
 void DataLog::record() {
@@ -104,18 +138,19 @@ void DataLog::record() {
   if (isPositive(record[LogFrequency]))
     waiting_.push_back(record);
   else
-    view_.Notice = "Nothing was recorded: the receiver tells no frequency.";
+    news_ = "Nothing was recorded: the receiver tells no frequency.";
 }
 
 LogRecord DataLog::present() const {
   ReceiverComponent& component = services_.receiver;
   const DateTime now = services_.calendar.now();
-  // A record without a filter would not be read again.
-  const Setting filter = std::max<Setting>(component.GetRxFilter(nReceiver_), 1);
+  const Setting mode = component.GetRxMode(nReceiver_), agc = component.GetRxAgc(nReceiver_);
+  const Setting filter = component.GetRxFilter(nReceiver_);
+  // What the receiver does not tell is left empty.
   return {std::to_string(component.GetRxFrequency(nReceiver_, kTuned).value()),
-          component.GetRxModeName(nReceiver_, component.GetRxMode(nReceiver_)),
-          std::to_string(filter),
-          component.GetRxAgcName(nReceiver_, component.GetRxAgc(nReceiver_)),
+          mode < 0 ? "" : component.GetRxModeName(nReceiver_, mode).value(),
+          filter <= 0 ? "" : std::to_string(filter),
+          agc < 0 ? "" : component.GetRxAgcName(nReceiver_, agc).value(),
           dateText(now),
           timeText(now),
           "Unknown",
@@ -125,12 +160,48 @@ LogRecord DataLog::present() const {
 
 void DataLog::insert(const LogRecord& record) {
   LogRecord bytes;
-  std::transform(record.begin(), record.end(), bytes.begin(), toCodePage);
+  std::ranges::transform(record, bytes.begin(),
+                         [this](const std::string& text) { return log_.encoded(text); });
   const GridRow row = log_.append(bytes);
+  const LogChange kept{LogChange::Added, joinLogLine(record)};
+  const LogChange shown{LogChange::Added, log_.lineText(log_.recordAt(row))};
+  changes_.note(kept);
   edited_ = true;
-  undo_.add([this, added = log_.recordAt(row)] { log_.remove(rowOf(added)); });
+  // Letters that the file cannot hold came out as others.
+  if (shown.line != kept.line) note({{LogChange::Removed, kept.line}, shown});
+  undo_.add([this, added = log_.recordAt(row)] { take(rowOf(added)); });
   // A comment can be typed at once.
   PadGrd_.select({row, LogComments});
+}
+
+// Every change of a record, so that the disk hears of it.
+
+LogTable::Removed DataLog::take(GridRow row) {
+  const std::string line = log_.lineText(log_.recordAt(row));
+  const LogTable::Removed removed = log_.remove(row);
+  note({{LogChange::Removed, line}});
+  return removed;
+}
+
+void DataLog::put(const LogTable::Removed& removed) {
+  log_.restore(removed);
+  note({{LogChange::Added, log_.lineText(removed.record)}});
+}
+
+void DataLog::change(GridRow record, int field, std::string_view bytes) {
+  const std::string before = log_.lineText(record);
+  log_.set(record, field, bytes);
+  note({{LogChange::Removed, before}, {LogChange::Added, log_.lineText(record)}});
+}
+
+/// The disk comes beside the window: typing does not wait for it.
+void DataLog::note(const std::vector<LogChange>& changes) {
+  for (const LogChange& change : changes) changes_.note(change);
+  edited_ = true;
+  keeping_ = std::async(std::launch::async, [this, changes, before = keeping_] {
+               if (before.valid()) before.wait();
+               return file_.keep(changes);
+             }).share();
 }
 
 GridRow DataLog::rowOf(GridRow record) const {
@@ -154,18 +225,17 @@ void DataLog::Insert_Click() {
   PadGrd_.commit();
   record();
   serveActivation();
-  refresh();
+  tellNews();
 }
 
 void DataLog::Delete_Click() {
   if (adding_ || busy() || log_.size() == 0) return;
   PadGrd_.cancel();
-  const LogTable::Removed removed = log_.remove(PadGrd_.current().row);
+  const LogTable::Removed removed = take(PadGrd_.current().row);
   undo_.add([this, removed] {
-    log_.restore(removed);
+    put(removed);
     PadGrd_.select({removed.row, PadGrd_.current().column});
   });
-  edited_ = true;
   refresh();
 }
 
@@ -204,22 +274,28 @@ void DataLog::Export_Click() {
 void DataLog::OK_Click() {
   if (busy()) return;
   PadGrd_.commit();
-  const bool unread = !file_.problem().empty();
-  if (edited_ && unread) {
-    saveWhenRead_ = true;
-    return read();
-  }
-  if (!edited_ && (unread || file_.changedElsewhere())) return close();
-  save(warned_ ? LogFile::Overwrite::Whatever : LogFile::Overwrite::Unchanged);
+  // What was only looked at is no reason to write a file.
+  if (!edited_) return close();
+  if (file_.problem().empty()) return save();
+  saveWhenRead_ = true;
+  read();
 }
 
 void DataLog::Cancel_Click() {
   if (busy()) return;
   PadGrd_.cancel();
-  undo_.clear();
-  log_ = {};
-  read_ = edited_ = warned_ = false;
-  close();
+  start("Cancelling ...", [this]() -> std::function<void()> {
+    const FileResult dropped = file_.drop();
+    return [this, dropped] {
+      undo_.clear();
+      changes_ = {};
+      log_ = {};
+      read_ = edited_ = false;
+      if (dropped) return close();
+      view_.Notice =
+          "The edits are dropped, but may come back at the next start: " + dropped.reason;
+    };
+  });
 }
 
 void DataLog::close() {
@@ -229,16 +305,24 @@ void DataLog::close() {
 
 // Reading and writing.
 
-void DataLog::start(const std::string& words, Work work) {
+void DataLog::start(const std::string& words, Work work, milliseconds grace) {
   PadGrd_.lock(true);
   view_.Notice = words;
-  work_ = std::async(std::launch::async, std::move(work));
+  work_ = std::async(std::launch::async, [work = std::move(work), before = keeping_] {
+    // A change that is on its way to the disk is to be there before the file has it.
+    if (before.valid()) before.wait();
+    return work();
+  });
   refresh();
-  if (work_.wait_for(kGrace) == std::future_status::ready) tick();
+  if (work_.wait_for(grace) == std::future_status::ready) tick();
 }
 
 void DataLog::tick() {
-  if (!busy() || work_.wait_for(milliseconds(0)) != std::future_status::ready) return;
+  if (!busy() && keeping_.valid() && isReady(keeping_)) {
+    sayKept(std::exchange(keeping_, {}).get());
+    refresh();
+  }
+  if (!busy() || !isReady(work_)) return;
   PadGrd_.lock(false);
   view_.Notice.clear();
   try {
@@ -247,53 +331,62 @@ void DataLog::tick() {
   } catch (const std::exception& failure) {
     view_.Notice = std::string("It did not succeed: ") + failure.what();
   }
-  refresh();
+  tellNews();
 }
 
-void DataLog::read() {
-  start("Reading ...", [this]() -> std::function<void()> {
-    const auto log = std::make_shared<LogTable>(file_.read());
-    return [this, log] { arrived(std::move(*log)); };
-  });
+void DataLog::read(milliseconds grace) {
+  start(
+      "Reading ...",
+      [this, records = waiting_]() -> std::function<void()> {
+        const FileResult kept = keepWaiting(records);
+        const auto log = std::make_shared<LogTable>(file_.read());
+        return [this, log, count = records.size(), kept] {
+          arrived(std::move(*log));
+          insertWaiting(count, kept);
+          readEnded();
+        };
+      },
+      grace);
 }
 
 void DataLog::arrived(LogTable fromFile) {
-  // Edits are there only where the file could not be read before: all of them are additions.
-  for (GridRow row = 0; row < log_.size() && edited_; ++row) {
-    LogRecord record;
-    for (int field = 0; field < kLogFields; ++field)
-      record[static_cast<std::size_t>(field)] = log_.field(log_.recordAt(row), field);
-    fromFile.append(record);
-  }
+  // Edits are there only where the file could not be read before.
+  fromFile.apply(changes_);
   undo_.clear();
   log_ = std::move(fromFile);
   PadGrd_.markSorted(-1);
   read_ = true;
-  warned_ = false;
   view_.Notice = rejectWords();
+  if (!file_.leftoverWords().empty()) news_ = file_.leftoverWords();
+}
+
+void DataLog::readEnded() {
   if (!std::exchange(saveWhenRead_, false)) return;
-  if (file_.problem().empty()) return save(LogFile::Overwrite::Unchanged);
+  if (file_.problem().empty()) return save();
   view_.Notice = "Not saved: " + file_.problem();
 }
 
-void DataLog::save(LogFile::Overwrite overwrite) {
-  start("Saving ...", [this, overwrite]() -> std::function<void()> {
-    const LogSaved how = file_.save(log_.content(), overwrite);
+void DataLog::save() {
+  start("Saving ...", [this]() -> std::function<void()> {
+    const LogSaved how = file_.save(log_, changes_);
     return [this, how] { saved(how); };
   });
 }
 
 void DataLog::saved(const LogSaved& how) {
-  warned_ = how.how == LogSaved::ChangedElsewhere;
-  if (how.how == LogSaved::Done) {
-    edited_ = false;
-    // A record that was stored meanwhile keeps the window.
-    if (waiting_.empty() && !select_) close();
+  if (!how) {
+    view_.Notice = "Not saved: " + how.reason + ".";
     return;
   }
-  view_.Notice = "Not saved: " + how.reason + ".";
-  if (warned_)
-    view_.Notice += " OK again replaces it and keeps it as a backup; Cancel drops your edits.";
+  edited_ = false;
+  changes_ = {};
+  if (how.merged) {
+    undo_.clear();
+    log_ = std::move(*how.merged);
+    PadGrd_.markSorted(-1);
+  }
+  // A record that was stored meanwhile keeps the window.
+  if (waiting_.empty() && !select_) close();
 }
 
 std::string DataLog::end() {
@@ -302,9 +395,14 @@ std::string DataLog::end() {
     work_.wait();
     tick();
   }
+  if (keeping_.valid()) keeping_.wait();
   if (!edited_) return {};
-  const LogSaved how = file_.save(log_.content(), LogFile::Overwrite::Unchanged);
-  return how.how == LogSaved::Done ? std::string() : rescue(how.reason);
+  const LogSaved how = file_.save(log_, changes_);
+  if (how) return {};
+  // What the disk refused before it may take by now.
+  if (!file_.keep({})) return rescue(how.reason);
+  return "Error: the station log was not saved: " + how.reason +
+         ".\n\nIts changes are kept beside it and go into it at the next start.";
 }
 
 std::string DataLog::rescue(const std::string& reason) const {
@@ -324,18 +422,17 @@ std::string DataLog::rescue(const std::string& reason) const {
 // The grid.
 
 std::string DataLog::cell(GridRow row, int column) const {
-  return fromCodePage(log_.field(log_.recordAt(row), column));
+  return log_.text(log_.recordAt(row), column);
 }
 
 void DataLog::store(GridCell cell, const std::string& text) {
   const GridRow record = log_.recordAt(cell.row);
   undo_.add(
       [this, record, column = cell.column, before = std::string(log_.field(record, cell.column))] {
-        log_.set(record, column, before);
+        change(record, column, before);
         PadGrd_.select({rowOf(record), column});
       });
-  log_.set(record, cell.column, toCodePage(text));
-  edited_ = true;
+  change(record, cell.column, log_.encoded(text));
 }
 
 bool DataLog::accepts(int column, char32_t character) const {
@@ -352,7 +449,7 @@ char32_t DataLog::inPlaceOf(int, char32_t character) const {
 std::string DataLog::corrected(GridCell cell, const std::string& text) const {
   const bool number = cell.column == LogFrequency || cell.column == LogFilter;
   if (number && num(text) == 0) return this->cell(cell.row, cell.column);
-  return fromCodePage(logText(toCodePage(text)));
+  return log_.decoded(logText(log_.encoded(text)));
 }
 
 std::vector<std::string> DataLog::choices(int column) const {
@@ -362,9 +459,8 @@ std::vector<std::string> DataLog::choices(int column) const {
 }
 
 bool DataLog::mayHold(GridRow row, std::string_view upperText) const {
-  const auto isAscii = [](char c) { return (c & 0x80) == 0; };
-  // Other letters stand for themselves in the code page alone.
-  if (!std::ranges::all_of(upperText, isAscii)) return true;
+  // Other letters are other bytes in the file.
+  if (!isAscii(upperText)) return true;
   const auto equal = [](char c, char wanted) {
     return (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) == wanted;
   };
@@ -383,7 +479,8 @@ void DataLog::recall(GridRow row) {
   component.SetRxFrequency(nReceiver_, false, nearestLong(num(cell(row, LogFrequency))));
   const Setting mode = component.GetRxModeValue(nReceiver_, cell(row, LogMode));
   if (mode >= 0) component.SetRxMode(nReceiver_, mode);
-  component.SetRxFilter(nReceiver_, nearestLong(num(cell(row, LogFilter))));
+  const std::string filter = cell(row, LogFilter);
+  if (isPositive(filter)) component.SetRxFilter(nReceiver_, nearestLong(num(filter)));
   const Setting agc = component.GetRxAgcValue(nReceiver_, cell(row, LogAgc));
   if (agc >= 0) component.SetRxAgc(nReceiver_, agc);
 }

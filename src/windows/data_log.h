@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <future>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -41,7 +42,8 @@ struct DataLogServices {
 
 /// The station log's window: the log in a grid, its editing, and its file. Reading and writing the
 /// file run beside the window: while they do, the table cannot be changed, and tick() is to be
-/// called every so often. All calls come on the user-interface thread.
+/// called every so often. A record is shown when it is on the disk. All calls come on the
+/// user-interface thread.
 class DataLog : private GridTable {
  public:
   explicit DataLog(const DataLogServices& services);
@@ -77,6 +79,9 @@ class DataLog : private GridTable {
   std::string end();
 
  private:
+  /// Work that takes no longer is over when the call that started it returns.
+  static constexpr milliseconds kGrace{250};
+
   /// What is done on a thread of its own; what it answers is done afterwards on this one.
   using Work = std::function<std::function<void()>()>;
 
@@ -93,11 +98,16 @@ class DataLog : private GridTable {
   void headerClicked(int column) override;
   bool undo() override;
 
-  void start(const std::string& words, Work work);
-  void read();
+  void start(const std::string& words, Work work, milliseconds grace = kGrace);
+  void read(milliseconds grace = kGrace);
   void arrived(LogTable fromFile);
-  void save(LogFile::Overwrite overwrite);
+  void readEnded();
+  void save();
   void saved(const LogSaved& how);
+  void note(const std::vector<LogChange>& changes);
+  void sayKept(const FileResult& kept);
+  FileResult keepWaiting(std::span<const LogRecord> records);
+  void insertWaiting(std::size_t count, const FileResult& kept);
   void serveActivation();
   void close();
   std::string rescue(const std::string& reason) const;
@@ -105,9 +115,13 @@ class DataLog : private GridTable {
   LogRecord present() const;
   void record();
   void insert(const LogRecord& record);
+  LogTable::Removed take(GridRow row);
+  void put(const LogTable::Removed& removed);
+  void change(GridRow record, int field, std::string_view bytes);
   void selectPresent();
   GridRow rowOf(GridRow record) const;
   LogExport exported(const std::string& path) const;
+  void tellNews();
   void refresh();
   std::string rejectWords() const;
 
@@ -121,9 +135,11 @@ class DataLog : private GridTable {
   Index nReceiver_ = 0;
   bool adding_ = false;
   bool read_ = false;    ///< the table is that of the file
-  bool edited_ = false;  ///< the table has what the file lacks
-  bool warned_ = false;  ///< the operator knows that another program wrote the file
+  bool edited_ = false;  ///< the table has what the file lacks, if only another order
+  LogChanges changes_;   ///< the records by which they differ
+  std::shared_future<FileResult> keeping_;  ///< some of them are being put on the disk
   bool saveWhenRead_ = false;
+  std::string news_;                ///< for the notice, once the window is open and at rest
   bool select_ = false;             ///< the record of the present frequency is to be selected
   std::vector<LogRecord> waiting_;  ///< records to be added as soon as the table can be changed
   std::future<std::function<void()>> work_;

@@ -35,6 +35,13 @@ class FailingSteps : public FileSteps {
     if (!before && how_ != How::Hold) FileSteps::write(file, content.substr(0, content.size() / 2));
     return failure();
   }
+  FileResult append(const std::filesystem::path& file, std::string_view content) override {
+    const bool before = struck();
+    if (!strikes()) return FileSteps::append(file, content);
+    if (!before && how_ != How::Hold)
+      FileSteps::append(file, content.substr(0, content.size() / 2));
+    return failure();
+  }
   FileResult flush(const std::filesystem::path& file) override {
     return strikes() ? failure() : FileSteps::flush(file);
   }

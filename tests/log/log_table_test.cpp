@@ -49,6 +49,7 @@ TEST(LogTable, ReadsLinesOfOtherWritersAndBringsThemIntoTheFixedForm) {
     EXPECT_EQ(log.content(), "   7050000|USB  | +2400|FAST |a|b|VOICE|c||\r\n" + lines({kSecond}));
   }
   EXPECT_EQ(read("0.5|USB|1|F|d|t|T|c|without a last separator").size(), 1u);
+  EXPECT_EQ(read("7050000|USB||F|d|t|T|c|a filter that was not known|").size(), 1u);
   EXPECT_EQ(read("").content(), "");
 }
 
@@ -56,7 +57,6 @@ TEST(LogTable, KeepsAsideWhatIsNoRecordAndWhatARecordCannotHold) {
   const auto none = {"0|USB|2400|F|d|t|T|c|r|",
                      "7050000|USB|0|F|d|t|T|c|r|",
                      "-7|USB|2400|F|d|t|T|c|r|",
-                     "7050000|USB||F|d|t|T|c|r|",
                      "Frequency|Mode|2400|F|d|t|T|c|r|",
                      "7050000|USB|2400|F|d|t|T|c",
                      "7050000|USB|2400",

@@ -6,6 +6,7 @@
 #include <ranges>
 
 #include "tests/fakes/log_rig.h"
+#include "tests/fakes/recording_receiver.h"
 #include "ui/key_codes.h"
 
 namespace kelvane {
@@ -260,29 +261,97 @@ TEST_F(Log, AFileThatCannotBeReadIsNamedNeverReplacedAndReadWhenItCanBe) {
   EXPECT_EQ(file().find(std::string(kFirst) + kSecond), 0u) << "what was there, then what came";
 }
 
-TEST_F(Log, SaysThatTheFileWasChangedElsewhereAndReplacesItOnlyOnASecondOk) {
+TEST_F(Log, AddsItsEditsToWhatAnotherProgramWroteMeanwhile) {
   write(kFirst);
   look();
   enter({0, LogComments}, "mine");
   writeTwo();
   ok();
-  EXPECT_TRUE(view().open);
-  EXPECT_NE(view().Notice.find("another program"), std::string::npos) << view().Notice;
-  EXPECT_EQ(file(), std::string(kFirst) + kSecond);
-  ok();
-  EXPECT_FALSE(view().open);
+  EXPECT_FALSE(view().open) << view().Notice;
+  EXPECT_NE(file().find(kSecond), std::string::npos);
   EXPECT_NE(file().find("|mine|"), std::string::npos);
+  EXPECT_EQ(records(), 2u);
   EXPECT_EQ(readFile(path.string() + ".bak", 1000), std::string(kFirst) + kSecond);
 
   writeTwo();
   look();
-  EXPECT_EQ(records(), 2u) << "without edits the file as it is now is shown";
+  EXPECT_EQ(cell(0, LogComments), "net") << "without edits the file as it is now is shown";
   fs::remove(path);
-  writeTwo();
-  write(kSecond);
   ok();
-  EXPECT_FALSE(view().open);
-  EXPECT_EQ(file(), kSecond) << "nothing of one's own, nothing to save";
+  EXPECT_EQ(file(), "none") << "nothing of one's own, nothing to save";
+}
+
+TEST_F(Log, OfTwoProgramsInOneFolderNeitherUndoesTheOther) {
+  LogRig other;
+  other.log = std::make_unique<DataLog>(DataLogServices{
+      other.sondrel.core, other.clipboard, other.flows, other.calendar, folder.path()});
+  other.tune(1'111'000);
+  tune(2'222'000);
+  other.store();
+  store();
+  EXPECT_EQ(records(), 1u) << "what a living one keeps is its own";
+  ok();
+  other.ok();
+  EXPECT_EQ(column(LogFrequency), "2222000");
+  EXPECT_EQ(other.column(LogFrequency), "2222000,1111000");
+  look();
+  log->Delete_Click();
+  other.look();
+  other.enter({1, LogComments}, "net");
+  other.ok();
+  ok();
+  EXPECT_EQ(column(LogFrequency) + column(LogComments), "1111000net");
+}
+
+TEST_F(Log, AKilledProgramLosesNoStoredRecordAndNoEdit) {
+  writeTwo();
+  tune(1'111'000);
+  store();
+  EXPECT_EQ(file(), std::string(kFirst) + kSecond) << "no save was asked for";
+  restart();
+  settle();
+  EXPECT_EQ(std::ranges::count(file(), '\n'), 3) << "the next start needs no hand";
+  look();
+  EXPECT_NE(view().Notice.find("1 record was recovered"), std::string::npos) << view().Notice;
+  ok();
+  EXPECT_EQ(records(), 3u);
+  look();
+  EXPECT_EQ(view().Notice, "");
+  enter({2, LogComments}, "after the call");
+  key(key::Up);
+  key(key::Delete);
+  restart();
+  look();
+  EXPECT_EQ(column(LogFrequency) + column(LogComments), "7050000,1111000net,after the call");
+  store();
+  cancel();
+  restart();
+  look();
+  EXPECT_EQ(records(), 2u) << "Cancel drops for good";
+}
+
+TEST_F(Log, WhatIsOnlyLookedAtIsNotWritten) {
+  look();
+  ok();
+  EXPECT_EQ(file(), "none");
+  const std::string russian = "7050000|USB|2400|F|d|t|T|\xD0\x96|r|\n";
+  write(russian);
+  look();
+  EXPECT_EQ(cell(0, LogComments), "\xD0\x96");
+  ok();
+  EXPECT_EQ(log->end() + file(), russian);
+}
+
+TEST_F(Log, AnEditThatIsTakenBackAfterOkIsTakenBackInTheFileToo) {
+  writeTwo();
+  look();
+  enter({0, LogComments}, "changed");
+  ok();
+  ASSERT_NE(file().find("|changed|"), std::string::npos);
+  look();
+  key('Z', key::CtrlHeld);
+  EXPECT_EQ(log->end(), "");
+  EXPECT_EQ(file(), std::string(kFirst) + kSecond);
 }
 
 TEST_F(Log, AFullDiskLeavesTheWindowOpenAndTheEditsInIt) {
@@ -304,8 +373,17 @@ TEST_F(Log, AFullDiskLeavesTheWindowOpenAndTheEditsInIt) {
   EXPECT_EQ(cell(0, LogComments), "unsaved");
   EXPECT_EQ(file(), std::string(kFirst) + kSecond);
   const std::string told = log->end();
-  EXPECT_NE(told.find("scratchpad.unsaved-1.txt"), std::string::npos) << told;
   fs::permissions(folder.path(), fs::perms::owner_all);
+  if (!refuses) {
+    EXPECT_NE(told.find("at the next start"), std::string::npos) << told;
+    for (const char* number : {"", "2", "3", "4", "5"})
+      fs::remove_all(path.string() + ".bak" + number);
+    restart();
+    look();
+    EXPECT_NE(file().find("|unsaved|"), std::string::npos);
+  } else {
+    EXPECT_NE(told.find("scratchpad.unsaved-1.txt"), std::string::npos) << told;
+  }
 }
 
 TEST_F(Log, TheProgramsEndKeepsEditsWithoutAnOk) {
@@ -317,16 +395,6 @@ TEST_F(Log, TheProgramsEndKeepsEditsWithoutAnOk) {
   log->PadGrd().edited("at the end");
   EXPECT_EQ(log->end(), "");
   EXPECT_NE(file().find("|at the end|"), std::string::npos);
-
-  restart();
-  look();
-  enter({0, LogComments}, "mine");
-  writeTwo();
-  const std::string told = log->end();
-  EXPECT_NE(told.find("another program"), std::string::npos) << told;
-  EXPECT_EQ(file(), std::string(kFirst) + kSecond);
-  EXPECT_NE(readFile(folder.path() / "scratchpad.unsaved-1.txt", 1000).value_or("").find("|mine|"),
-            std::string::npos);
 }
 
 TEST_F(Log, ExportsByTheChosenExtension) {
@@ -346,16 +414,38 @@ TEST_F(Log, ExportsByTheChosenExtension) {
   EXPECT_FALSE(log->busy()) << "cancelled";
 }
 
-TEST_F(Log, RecordsNothingWithoutAFrequencyAndAFilterThatIsReadAgainWithoutOne) {
-  sondrel.core.SetRxConnect(0, false);
-  sondrel.run(milliseconds(500));
-  const bool known = sondrel.core.GetRxFrequency(0, kTuned) != -1;
-  store();
-  EXPECT_EQ(records(), known ? 1u : 0u);
+TEST_F(Log, RecordsNothingWithoutAFrequency) {
   log->Receiver(99);
   store();
-  EXPECT_EQ(records(), known ? 1u : 0u);
+  EXPECT_EQ(records(), 0u);
   EXPECT_NE(view().Notice.find("no frequency"), std::string::npos) << view().Notice;
+}
+
+/// A receiver that tells neither filter nor AGC.
+struct Taciturn : fakes::RecordingReceiver {
+  using RecordingReceiver::RecordingReceiver;
+  Answer<Setting> GetRxFilter(Index) override { return -1; }
+  Answer<Setting> GetRxAgc(Index) override { return -1; }
+};
+
+TEST_F(Log, WhatTheReceiverDoesNotTellIsLeftEmptyAndLeftAloneByARecall) {
+  Taciturn receiver(sondrel.core);
+  log = std::make_unique<DataLog>(
+      DataLogServices{receiver, clipboard, flows, calendar, folder.path()});
+  log->Receiver(0);
+  store();
+  ok();
+  log = std::make_unique<DataLog>(
+      DataLogServices{receiver, clipboard, flows, calendar, folder.path()});
+  log->Receiver(0);
+  look();
+  ASSERT_EQ(records(), 1u) << "it loads";
+  EXPECT_EQ(cell(0, LogFilter) + cell(0, LogAgc), "");
+  receiver.told("");
+  key(key::Up, key::ShiftHeld);
+  EXPECT_EQ(receiver.told("SetRxFrequency").size(), 1u);
+  key(key::Up, key::ShiftHeld);
+  EXPECT_EQ(receiver.told("SetRxFilter"), std::vector<std::string>{});
 }
 
 TEST(LogKeys, SpaceRecordsAndGShowsTheLogOfTheShownReceiver) {
