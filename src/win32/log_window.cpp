@@ -131,9 +131,10 @@ bool LogWindow::wheel(int notches) {
 }
 
 void LogWindow::tick() {
+  const bool wasBusy = log_.busy();
   log_.tick();
-  const bool busy = log_.busy();
-  if (std::exchange(wasBusy_, busy) || busy) show();
+  // Its words may change while it rests: the disk may refuse what was typed.
+  if (wasBusy || log_.busy() || log_.view() != shown_) show();
 }
 
 }  // namespace kelvane::win32

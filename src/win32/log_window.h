@@ -29,7 +29,6 @@ class LogWindow : public DialogWindow {
   DataLog& log_;
   std::unique_ptr<GridWindow> grid_;
   DataLogView shown_;
-  bool wasBusy_ = false;
 };
 
 }  // namespace kelvane::win32
