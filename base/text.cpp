@@ -61,7 +61,8 @@ std::string spokenCaption(std::string_view caption) {
 }
 
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && upper(a) == upper(b);
+  const auto capital = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
+  return std::ranges::equal(a, b, {}, capital, capital);
 }
 
 }  // namespace kelvane

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,12 +16,14 @@
 
 #include "base/number.h"
 #include "base/safe_file.h"
+#include "benchmarks/latencies.h"
 #include "benchmarks/table.h"
+#include "log/log_export.h"
 #include "log/log_file.h"
 #include "log/log_line.h"
 
 // A station log of a million records: reading it, sorting it by each column, saving it, and the
-// memory that it takes.
+// memory that it takes; its exports; and a single record that is stored by key.
 
 namespace {
 
@@ -99,11 +102,7 @@ void save(const fs::path& path, const std::string& content) {
       [&] {
         LogFile target(path.string() + std::to_string(++number));
         target.read();
-        return wall([&] {
-          kelvane::bench::must(target.save(log.content(), LogFile::Overwrite::Unchanged).how ==
-                                   kelvane::LogSaved::Done,
-                               "the log is saved");
-        });
+        return wall([&] { kelvane::bench::must(bool(target.save(log, {})), "the log is saved"); });
       },
       "bare write to the disk",
       [&] {
@@ -187,6 +186,76 @@ void memory(const char* name, const fs::path& path, const std::function<void(Log
   kelvane::bench::print({name, needed / 1e6, "MB", "the file", size / 1e6, 3});
 }
 
+/// A zone an hour from UTC, which changes no day.
+struct BenchCalendar : kelvane::Calendar {
+  kelvane::DateTime now() const override { return {}; }
+  kelvane::DateTime utc(const kelvane::DateTime& local) const override {
+    kelvane::DateTime result = local;
+    return --result.hour < 0 ? local : result;
+  }
+};
+
+template <class Export>
+void exportRow(const std::string& name, const fs::path& folder, const LogTable& log,
+               Export exported) {
+  const std::string content = exported(log, BenchCalendar()).content;
+  const auto bare = [&] {
+    return wall([&] {
+      kelvane::FileSteps disk;
+      disk.write(folder / "bare", content);
+      disk.flush(folder / "bare");
+    });
+  };
+  // The making waits for nothing but other programs.
+  const auto ours = [&] {
+    kelvane::LogExport file;
+    const double made = processor([&] { file = exported(log, BenchCalendar()); });
+    return made + wall([&] {
+             kelvane::bench::must(kelvane::writeFileSafely(folder / "export", file.content).ok,
+                                  "the export");
+           });
+  };
+  compare("export 100,000 records as " + name, ours, "bare write to the disk", bare, 5);
+}
+
+void exports(const fs::path& folder, std::string content) {
+  constexpr int kExported = 100'000;
+  std::size_t end = 0;
+  for (int i = 0; i < kExported; ++i) end = content.find('\n', end) + 1;
+  content.resize(end);
+  kelvane::LogRejects none;
+  const LogTable log(std::move(content), none);
+  exportRow("ADIF", folder, log, [](const LogTable& table, const kelvane::Calendar& calendar) {
+    return kelvane::adifOf(table, calendar);
+  });
+  exportRow("CSV", folder, log, kelvane::csvOf);
+}
+
+/// One record each time, as by key, and as many bytes bare into an open file; by turns.
+void storing(const fs::path& folder) {
+  constexpr int kStored = 2000;
+  const std::string line = kelvane::joinLogLine(
+      {"7050000", "USB", "2400", "FAST", "2026-03-15", "18:05:09", "Unknown", "", "Harrow"});
+  LogFile log(folder / "stored.txt");
+  const fs::path bareFile = folder / "bare-flush";
+  const int bare = ::open(bareFile.c_str(), O_CREAT | O_WRONLY | O_APPEND, 0600);
+  kelvane::bench::Latencies stored, flushed;
+  const kelvane::LogChange change{kelvane::LogChange::Added, line};
+  for (int i = 0; i < kStored; ++i) {
+    stored.add(wall(
+        [&] { kelvane::bench::must(log.keep(std::span(&change, 1)).ok, "the record is kept"); }));
+    flushed.add(wall([&] {
+      kelvane::bench::must(::write(bare, line.data(), line.size()) > 0 && ::fsync(bare) == 0,
+                           "the bare flush");
+    }));
+  }
+  ::close(bare);
+  kelvane::bench::print({"stored record to the disk, median", stored.median(), "ms",
+                         "bare write and flush", flushed.median()});
+  kelvane::bench::print({"stored record to the disk, 99.9th percentile", stored.part(0.999), "ms",
+                         "bare write and flush", flushed.part(0.999)});
+}
+
 }  // namespace
 
 int main() {
@@ -203,8 +272,10 @@ int main() {
     memory("memory to load, sort and save them", path, [](LogFile& file) {
       LogTable log = file.read();
       log.setOrder(log.sorted(kelvane::LogFrequency));
-      file.save(log.content(), LogFile::Overwrite::Unchanged);
+      file.save(log, {});
     });
+    storing(folder);
+    exports(folder, *kelvane::readFile(path, kLimit));
     load(path);
     save(path, *kelvane::readFile(path, kLimit));
     LogFile file(path);

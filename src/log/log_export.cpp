@@ -2,112 +2,129 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <chrono>
+#include <unordered_set>
 
-#include "base/code_page.h"
+#include "base/encoding.h"
 #include "base/number.h"
 #include "base/text.h"
-#include "base/utf8.h"
+#include "base/transliteration.h"
+#include "log/call_sign.h"
+#include "log/log_line.h"
 
 namespace kelvane {
 
 namespace {
 
-/// The number that exactly these digits make; none for anything else.
-std::optional<int> digits(std::string_view text, std::size_t count) {
-  if (text.size() != count || !std::all_of(text.begin(), text.end(), isDigit)) return std::nullopt;
-  return static_cast<int>(num(text));
-}
-
-/// Three numbers of two digits, the first of `first`, between separators; a missing third is 0.
-std::optional<std::array<int, 3>> three(std::string_view text, char separator, std::size_t first) {
-  const auto parts = split(text, separator);
-  if (parts.size() != 3 && !(parts.size() == 2 && first == 2)) return std::nullopt;
-  std::array<int, 3> numbers{};
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    const auto number = digits(parts[i], i == 0 ? first : 2);
-    if (!number) return std::nullopt;
-    numbers[i] = *number;
-  }
-  return numbers;
+/// The number of two digits at a place; -1 where they are none.
+int twoDigits(std::string_view text, std::size_t at) {
+  if (!isDigit(text[at]) || !isDigit(text[at + 1])) return -1;
+  return 10 * (text[at] - '0') + (text[at + 1] - '0');
 }
 
 struct AdifMode {
   std::string_view name, mode, submode;
 };
-/// What the format has a name for; of others it gets the receiver's own name alone.
-constexpr auto kAdifModes = std::to_array<AdifMode>({{"USB", "SSB", "USB"},
-                                                     {"LSB", "SSB", "LSB"},
-                                                     {"AM", "AM", ""},
-                                                     {"FM", "FM", ""},
-                                                     {"NFM", "FM", ""},
-                                                     {"WFM", "FM", ""},
-                                                     {"CW", "CW", ""},
-                                                     {"CWR", "CW", ""},
-                                                     {"RTTY", "RTTY", ""},
-                                                     {"FAX", "FAX", ""}});
+/// What the format calls the receivers' modes.
+constexpr auto kAdifModes = std::to_array<AdifMode>(
+    {{"USB", "SSB", "USB"},    {"LSB", "SSB", "LSB"}, {"PKTUSB", "SSB", "USB"},
+     {"PKTLSB", "SSB", "LSB"}, {"AM", "AM", ""},      {"SAM", "AM", ""},
+     {"SAL", "AM", ""},        {"SAH", "AM", ""},     {"DSB", "AM", ""},
+     {"PKTAM", "AM", ""},      {"FM", "FM", ""},      {"FMN", "FM", ""},
+     {"NFM", "FM", ""},        {"WFM", "FM", ""},     {"PKTFM", "FM", ""},
+     {"CW", "CW", ""},         {"CWR", "CW", ""},     {"RTTY", "RTTY", ""},
+     {"RTTYR", "RTTY", ""},    {"FAX", "FAX", ""},    {"DRM", "DIGITALVOICE", ""}});
 
-/// The format knows ASCII alone.
-std::string ascii(std::string_view utf8) {
-  std::string text;
-  for (const char32_t character : characters(utf8))
-    text += character >= ' ' && character < 0x7F ? static_cast<char>(character) : '?';
-  return text;
+void addNumber(std::string& text, long long value, std::size_t width = 1) {
+  std::array<char, 24> digits;
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+  const auto length = static_cast<std::size_t>(end - digits.data());
+  if (length < width) text.append(width - length, '0');
+  text.append(digits.data(), length);
 }
 
-void addField(std::string& file, std::string_view name, std::string_view utf8) {
-  if (utf8.empty()) return;
-  const std::string value = ascii(utf8);
-  file.append("<").append(name).append(":").append(std::to_string(value.size()));
+/// `value` is of printable ASCII.
+void addPlain(std::string& file, std::string_view name, std::string_view value) {
+  if (value.empty()) return;
+  file.append("<").append(name).append(":");
+  addNumber(file, static_cast<long long>(value.size()));
   file.append(">").append(value).append(" ");
 }
 
-bool isUpper(char c) { return c >= 'A' && c <= 'Z'; }
-
-/// Whether a word has the form of an amateur's call sign: one to three letters and digits, a digit,
-/// one to four letters.
-bool isCall(std::string_view word) {
-  const std::size_t last = word.find_last_of("0123456789");
-  if (last == std::string_view::npos || last < 1 || last > 3 || word.size() < last + 2 ||
-      word.size() > last + 5)
-    return false;
-  const std::string_view prefix = word.substr(0, last), suffix = word.substr(last + 1);
-  return std::all_of(suffix.begin(), suffix.end(), isUpper) &&
-         std::any_of(prefix.begin(), prefix.end(), isUpper) &&
-         std::all_of(prefix.begin(), prefix.end(), [](char c) { return isUpper(c) || isDigit(c); });
+void addField(std::string& file, std::string_view name, std::string_view utf8) {
+  const auto isPrintable = [](char c) { return c >= ' ' && c < 0x7F; };
+  if (std::ranges::all_of(utf8, isPrintable)) return addPlain(file, name, utf8);
+  std::string value = transliterated(utf8);
+  std::ranges::replace_if(
+      value, [&](char c) { return !isPrintable(c); }, ' ');
+  addPlain(file, name, value);
 }
 
-/// The station heard, where the comment names one by its call sign.
-std::string_view callIn(std::string_view comment) {
-  for (const std::string_view word : split(comment, ' ')) {
-    const std::size_t end = word.find_last_not_of(".,:;") + 1;
-    if (isCall(word.substr(0, end))) return word.substr(0, end);
-  }
-  return {};
+/// A record, on its way out: its fields in UTF-8, and its moment.
+struct Outgoing {
+  std::array<std::string_view, kLogFields> fields;
+  std::optional<DateTime> utc;
+
+  std::string_view operator[](int field) const { return fields[static_cast<std::size_t>(field)]; }
+};
+
+void addDate(std::string& text, const DateTime& moment, std::string_view between) {
+  addNumber(text, moment.year, 4);
+  addNumber(text.append(between), moment.month, 2);
+  addNumber(text.append(between), moment.day, 2);
+}
+
+void addTime(std::string& text, const DateTime& moment, std::string_view between) {
+  addNumber(text, moment.hour, 2);
+  addNumber(text.append(between), moment.minute, 2);
+  addNumber(text.append(between), moment.second, 2);
 }
 
 void addMoment(std::string& file, const std::optional<DateTime>& utc) {
   if (!utc) return;
-  std::string date = dateText(*utc), time = timeText(*utc);
-  std::erase(date, '-');
-  std::erase(time, ':');
-  addField(file, "QSO_DATE", date);
-  addField(file, "TIME_ON", time);
+  addDate(file.append("<QSO_DATE:8>"), *utc, "");
+  addTime(file.append(" <TIME_ON:6>"), *utc, "");
+  file += ' ';
 }
 
-void addMode(std::string& file, const std::string& name) {
-  const auto known = std::ranges::find(kAdifModes, upper(name), &AdifMode::name);
+void addMode(std::string& file, std::string_view name) {
+  const auto known = std::ranges::find_if(
+      kAdifModes, [name](const AdifMode& mode) { return equalIgnoringCase(mode.name, name); });
   if (known == kAdifModes.end()) return;
-  addField(file, "MODE", known->mode);
-  addField(file, "SUBMODE", known->submode);
+  addPlain(file, "MODE", known->mode);
+  addPlain(file, "SUBMODE", known->submode);
 }
 
-void addAdif(std::string& file, const LogRecord& record, const std::optional<DateTime>& utc) {
-  addMoment(file, utc);
-  addField(file, "CALL", callIn(record[LogComments]));
-  addField(file, "FREQ", decimalText(num(record[LogFrequency]) / 1e6));
+/// A frequency in MHz, without noughts at its end.
+void addMegahertz(std::string& file, std::string_view hertz) {
+  constexpr std::size_t kPlaces = 6;
+  if (hertz.size() > 15 || !std::ranges::all_of(hertz, isDigit))
+    return addPlain(file, "FREQ", decimalText(num(hertz) / 1e6));
+  while (hertz.starts_with('0')) hertz.remove_prefix(1);
+  std::string text(hertz.size() > kPlaces ? hertz.substr(0, hertz.size() - kPlaces) : "0");
+  std::string places(hertz.size() < kPlaces ? kPlaces - hertz.size() : 0, '0');
+  places += hertz.substr(hertz.size() > kPlaces ? hertz.size() - kPlaces : 0);
+  while (places.ends_with('0')) places.pop_back();
+  if (!places.empty()) text.append(".").append(places);
+  addPlain(file, "FREQ", text);
+}
+
+Hz frequencyOf(std::string_view field) { return nearestLong(num(field)); }
+
+std::string_view callOf(const Outgoing& record, const StationNames& stations) {
+  const std::string_view call = callInComment(record[LogComments]);
+  if (!call.empty() || stations.empty()) return call;
+  const auto known = stations.find(frequencyOf(record[LogFrequency]));
+  return known == stations.end() ? std::string_view() : callInName(known->second);
+}
+
+void addAdif(std::string& file, const Outgoing& record, std::string_view call) {
+  addMoment(file, record.utc);
+  addPlain(file, "CALL", call);
+  addMegahertz(file, record[LogFrequency]);
   addMode(file, record[LogMode]);
-  addField(file, "SWL", "Y");
+  addPlain(file, "SWL", "Y");
   addField(file, "COMMENT", record[LogComments]);
   addField(file, "APP_KELVANE_MODE", record[LogMode]);
   addField(file, "APP_KELVANE_FILTER", record[LogFilter]);
@@ -119,62 +136,163 @@ void addAdif(std::string& file, const LogRecord& record, const std::optional<Dat
   file += "<EOR>\r\n";
 }
 
-std::string inQuotes(std::string_view value) {
-  if (value.find_first_of("\",\r\n") == std::string_view::npos) return std::string(value);
-  std::string text = "\"";
-  for (const char c : value) text.append(c == '"' ? 2 : 1, c);
-  return text + '"';
+void addQuoted(std::string& file, std::string_view value) {
+  if (value.find_first_of("\",\r\n") == std::string_view::npos) {
+    file += value;
+    return;
+  }
+  file += '"';
+  for (const char c : value) file.append(c == '"' ? 2 : 1, c);
+  file += '"';
 }
 
-void addCsv(std::string& file, const LogRecord& record, const std::optional<DateTime>& utc) {
-  for (const std::string& field : record) file.append(inQuotes(field)).append(",");
-  if (utc) file.append(dateText(*utc)).append("T").append(timeText(*utc)).append("Z");
+void addCsv(std::string& file, const Outgoing& record) {
+  for (const std::string_view field : record.fields) {
+    addQuoted(file, field);
+    file += ',';
+  }
+  if (record.utc) {
+    addDate(file, *record.utc, "-");
+    addTime(file += 'T', *record.utc, ":");
+    file += 'Z';
+  }
   file += "\r\n";
 }
 
-/// Every record, with its moment in UTC, to one of the above.
-template <class Add>
-LogExport exported(std::string head, const LogTable& log, const Calendar& calendar, Add add) {
-  LogExport result{std::move(head)};
-  for (GridRow row = 0; row < log.size(); ++row) {
-    LogRecord record;
-    for (int field = 0; field < kLogFields; ++field)
-      record[static_cast<std::size_t>(field)] = log.text(log.recordAt(row), field);
-    auto moment = recordedAt(record[LogDate], record[LogTime]);
-    if (moment) moment = calendar.utc(*moment);
-    result.undated += moment ? 0 : 1;
-    add(result.content, record, moment);
+/// Moments in UTC. The calendar, which is slow, is asked for the two ends of each day: on nearly
+/// all days they are equally far from UTC, and so is what is between.
+class UtcMoments {
+ public:
+  explicit UtcMoments(const Calendar& calendar) : calendar_(calendar) {}
+
+  DateTime of(const DateTime& local) {
+    const auto [place, isNew] = behind_.try_emplace(dayOf(local).time_since_epoch().count());
+    if (isNew) place->second = behindAllDay(local);
+    return place->second ? moved(local, *place->second) : calendar_.utc(local);
   }
+
+ private:
+  using Seconds = std::chrono::seconds;
+
+  static std::chrono::sys_days dayOf(const DateTime& time) {
+    using namespace std::chrono;
+    return sys_days(year(time.year) / time.month / 1) + days(time.day - 1);
+  }
+  static std::chrono::sys_seconds pointOf(const DateTime& time) {
+    return dayOf(time) + std::chrono::hours(time.hour) + std::chrono::minutes(time.minute) +
+           Seconds(time.second);
+  }
+  std::optional<Seconds> behindAllDay(DateTime local) const {
+    local.hour = local.minute = local.second = 0;
+    const Seconds first = pointOf(calendar_.utc(local)) - pointOf(local);
+    local.hour = 23, local.minute = local.second = 59;
+    const Seconds last = pointOf(calendar_.utc(local)) - pointOf(local);
+    return first == last ? std::optional(first) : std::nullopt;
+  }
+  static DateTime moved(const DateTime& local, Seconds by) {
+    const int second = 3600 * local.hour + 60 * local.minute + local.second;
+    const auto there = second + static_cast<int>(by.count());
+    // Mostly the day stays the same one.
+    if (there >= 0 && there < 24 * 3600)
+      return {local.year, local.month, local.day, there / 3600, there / 60 % 60, there % 60};
+    const auto point = pointOf(local) + by;
+    const auto day = std::chrono::floor<std::chrono::days>(point);
+    const std::chrono::year_month_day date(day);
+    const std::chrono::hh_mm_ss time(point - day);
+    return {static_cast<int>(date.year()),
+            static_cast<int>(static_cast<unsigned>(date.month())),
+            static_cast<int>(static_cast<unsigned>(date.day())),
+            static_cast<int>(time.hours().count()),
+            static_cast<int>(time.minutes().count()),
+            static_cast<int>(time.seconds().count())};
+  }
+
+  const Calendar& calendar_;
+  std::unordered_map<std::int64_t, std::optional<Seconds>> behind_;  ///< by day, in seconds
+};
+
+/// Every record, in the order of the rows.
+template <class Take>
+void eachRecord(const LogTable& log, Take take) {
+  LogRecord decoded;
+  for (GridRow row = 0; row < log.size(); ++row) {
+    const std::string_view line = log.line(log.recordAt(row));
+    Outgoing record{logFields(line), {}};
+    if (!isAscii(line)) {
+      for (std::size_t i = 0; i < decoded.size(); ++i) {
+        decoded[i] = log.decoded(record.fields[i]);
+        record.fields[i] = decoded[i];
+      }
+    }
+    take(record);
+  }
+}
+
+/// Every record with its moment in UTC; about how many bytes it takes.
+template <class Add>
+LogExport exported(std::string head, const LogTable& log, const Calendar& calendar,
+                   std::size_t bytesEach, Add add) {
+  LogExport result{std::move(head)};
+  // Grown by doubling, the content would be copied over and over.
+  result.content.reserve(result.content.size() + log.size() * bytesEach);
+  UtcMoments utc(calendar);
+  eachRecord(log, [&](Outgoing& record) {
+    const auto moment = recordedAt(record[LogDate], record[LogTime]);
+    if (moment) record.utc = utc.of(*moment);
+    result.undated += moment ? 0 : 1;
+    add(result, record);
+  });
   return result;
 }
 
 }  // namespace
 
 std::optional<DateTime> recordedAt(std::string_view date, std::string_view time) {
-  const auto day = three(date, '-', 4);
-  const auto moment = three(time, ':', 2);
-  if (!day || !moment) return std::nullopt;
-  const auto [year, month, dayOfMonth] = *day;
-  const auto [hour, minute, second] = *moment;
+  const bool seconds = time.size() == 8 && time[5] == ':';
+  if (date.size() != 10 || date[4] != '-' || date[7] != '-') return std::nullopt;
+  if ((time.size() != 5 && !seconds) || time[2] != ':') return std::nullopt;
+  const int century = twoDigits(date, 0), yearOfIt = twoDigits(date, 2);
+  const int month = twoDigits(date, 5), day = twoDigits(date, 8);
+  const int hour = twoDigits(time, 0), minute = twoDigits(time, 3);
+  const int second = seconds ? twoDigits(time, 6) : 0;
+  if (century < 0 || yearOfIt < 0 || month < 1 || day < 1 || hour < 0 || minute < 0 || second < 0)
+    return std::nullopt;
+  const int year = 100 * century + yearOfIt;
   const std::chrono::year_month_day there{std::chrono::year(year),
                                           std::chrono::month(static_cast<unsigned>(month)),
-                                          std::chrono::day(static_cast<unsigned>(dayOfMonth))};
+                                          std::chrono::day(static_cast<unsigned>(day))};
   if (!there.ok() || hour > 23 || minute > 59 || second > 59) return std::nullopt;
-  return DateTime{year, month, dayOfMonth, hour, minute, second};
+  return DateTime{year, month, day, hour, minute, second};
 }
 
-LogExport adifOf(const LogTable& log, const Calendar& calendar) {
+std::vector<Hz> uncalledFrequencies(const LogTable& log) {
+  std::unordered_set<Hz> frequencies;
+  eachRecord(log, [&](const Outgoing& record) {
+    if (callInComment(record[LogComments]).empty())
+      frequencies.insert(frequencyOf(record[LogFrequency]));
+  });
+  return {frequencies.begin(), frequencies.end()};
+}
+
+LogExport adifOf(const LogTable& log, const Calendar& calendar, const StationNames& stations) {
   std::string head = "Reports of a listener\r\n";
-  addField(head, "ADIF_VER", "3.1.4");
-  addField(head, "PROGRAMID", "Kelvane");
-  return exported(head + "<EOH>\r\n", log, calendar, addAdif);
+  addPlain(head, "ADIF_VER", "3.1.4");
+  addPlain(head, "PROGRAMID", "Kelvane");
+  return exported(head + "<EOH>\r\n", log, calendar, 480,
+                  [&](LogExport& result, const Outgoing& record) {
+                    const std::string_view call = callOf(record, stations);
+                    result.uncalled += call.empty() ? 1 : 0;
+                    addAdif(result.content, record, call);
+                  });
 }
 
 LogExport csvOf(const LogTable& log, const Calendar& calendar) {
   // The mark tells spreadsheets that the text is UTF-8.
-  std::string head = "\xEF\xBB\xBF";
+  std::string head(kUtf8Mark);
   for (const std::string_view caption : kLogCaptions) head.append(trimmed(caption)).append(",");
-  return exported(head + "UTC\r\n", log, calendar, addCsv);
+  return exported(
+      head + "UTC\r\n", log, calendar, 120,
+      [](LogExport& result, const Outgoing& record) { addCsv(result.content, record); });
 }
 
 }  // namespace kelvane

@@ -63,6 +63,12 @@ void appendField(std::string& line, std::string_view text, Padding padding) {
 
 }  // namespace
 
+std::array<std::string_view, kLogFields> logFields(std::string_view line) {
+  std::array<std::string_view, kLogFields> fields;
+  for (std::string_view& field : fields) field = takeField(line);
+  return fields;
+}
+
 std::string_view logField(std::string_view line, int field) {
   for (; field > 0; --field) {
     const std::size_t end = line.find(kSeparator);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,9 @@ namespace kelvane {
 
 /// A field of a line, trimmed; empty where the line has fewer.
 std::string_view logField(std::string_view line, int field);
+
+/// All fields of a line, trimmed.
+std::array<std::string_view, kLogFields> logFields(std::string_view line);
 
 /// Whether a text's numeric value is greater than 0, as base's num() reads it.
 bool isPositive(std::string_view text);

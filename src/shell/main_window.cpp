@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "log/station_names.h"
 #include "ui/control_ids.h"
 #include "ui/key_codes.h"
 #include "ui/main_controls.h"
@@ -83,9 +84,11 @@ MAin::MAin(const PanelServices& services)
             channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
       config_(options_, services.settings, services.receiver, shown_, services.instance),
       help_(services.settings, services.saveReport),
-      log_(std::make_unique<DataLog>(DataLogServices{services.receiver, services.clipboard,
-                                                     services.files, services.calendar,
-                                                     services.folder})) {
+      log_(std::make_unique<DataLog>(DataLogServices{
+          services.receiver, services.clipboard, services.files, services.calendar, services.folder,
+          [&frequency = services.frequency](const std::vector<Hz>& frequencies) {
+            return knownStations(frequency, frequencies);
+          }})) {
   provideCompanions();
   view_.onTop = options_.OptOnTop;
   row_.Boundary(999'999'999, 0, 1);

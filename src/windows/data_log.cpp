@@ -62,6 +62,10 @@ std::vector<std::string> agcNames(ReceiverComponent& component, Index rx) {
   return names;
 }
 
+bool isCsv(const std::string& path) {
+  return upper(pathText(pathFromText(path).extension())) == ".CSV";
+}
+
 template <class Future>
 bool isReady(const Future& future) {
   return future.wait_for(milliseconds(0)) == std::future_status::ready;
@@ -249,24 +253,30 @@ void DataLog::Copy_Click() {
   view_.Notice = "The record is in the clipboard.";
 }
 
-LogExport DataLog::exported(const std::string& path) const {
-  const bool csv = upper(pathText(pathFromText(path).extension())) == ".CSV";
-  return csv ? csvOf(log_, services_.calendar) : adifOf(log_, services_.calendar);
-}
-
 void DataLog::Export_Click() {
   if (busy()) return;
   PadGrd_.commit();
   std::string path = "scratchpad";
   if (!services_.files.saveFile(path, "adi", {"csv"})) return;
+  if (isCsv(path) || !services_.stationsAt) return exportTo(path, {});
   start("Exporting ...", [this, path]() -> std::function<void()> {
-    const LogExport file = exported(path);
+    return [this, path, frequencies = uncalledFrequencies(log_)] {
+      exportTo(path, services_.stationsAt(frequencies));
+    };
+  });
+}
+
+void DataLog::exportTo(const std::string& path, const StationNames& stations) {
+  start("Exporting ...", [this, path, stations]() -> std::function<void()> {
+    const LogExport file =
+        isCsv(path) ? csvOf(log_, services_.calendar) : adifOf(log_, services_.calendar, stations);
     const FileResult written = writeFileSafely(pathFromText(path), file.content);
     std::string words = written ? "Exported to " + path + "." : "Not exported: " + written.reason;
-    if (written && file.undated > 0)
-      words +=
-          " Without UTC, since their dates have another form: " + std::to_string(file.undated) +
-          " records.";
+    const auto without = [&](const char* what, std::size_t records) {
+      if (written && records > 0) words += what + std::to_string(records) + " records.";
+    };
+    without(" Without UTC, since their dates have another form: ", file.undated);
+    without(" Without a call sign, since none is known: ", file.uncalled);
     return [this, words] { view_.Notice = words; };
   });
 }

@@ -38,6 +38,8 @@ struct DataLogServices {
   FileFlows& files;
   const Calendar& calendar;
   std::filesystem::path folder;  ///< where the log lies
+  /// The stations known on frequencies, for their call signs; none where nobody knows.
+  std::function<StationNames(const std::vector<Hz>&)> stationsAt = {};
 };
 
 /// The station log's window: the log in a grid, its editing, and its file. Reading and writing the
@@ -120,7 +122,7 @@ class DataLog : private GridTable {
   void change(GridRow record, int field, std::string_view bytes);
   void selectPresent();
   GridRow rowOf(GridRow record) const;
-  LogExport exported(const std::string& path) const;
+  void exportTo(const std::string& path, const StationNames& stations);
   void tellNews();
   void refresh();
   std::string rejectWords() const;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "components/modes.h"
 #include "tests/fakes/fixed_calendar.h"
 
 namespace kelvane {
@@ -35,18 +36,21 @@ TEST(LogExport, AdifLeavesOutWhatIsNotKnownAndCountsBytesOfAscii) {
       logOf({{"648000", "DRM", "9000", "", "15/03/2026", "6 PM", "", "f\xFCr <EOR>", ""}});
   const LogExport adif = adifOf(log, fakes::FixedCalendar());
   EXPECT_EQ(adif.undated, 1u);
+  EXPECT_EQ(adif.uncalled, 1u);
   const std::string record = adif.content.substr(adif.content.find("<EOH>") + 7);
-  EXPECT_EQ(record,
-            "<FREQ:5>0.648 <SWL:1>Y <COMMENT:9>f?r <EOR> <APP_KELVANE_MODE:3>DRM "
-            "<APP_KELVANE_FILTER:4>9000 <APP_KELVANE_DATE:10>15/03/2026 "
-            "<APP_KELVANE_TIME:4>6 PM <EOR>\r\n");
+  EXPECT_EQ(
+      record,
+      "<FREQ:5>0.648 <MODE:12>DIGITALVOICE <SWL:1>Y <COMMENT:9>fur <EOR> <APP_KELVANE_MODE:3>DRM "
+      "<APP_KELVANE_FILTER:4>9000 <APP_KELVANE_DATE:10>15/03/2026 "
+      "<APP_KELVANE_TIME:4>6 PM <EOR>\r\n");
 }
 
 TEST(LogExport, AdifTakesOnlyCallSignsForStations) {
-  const auto callIn = [](const std::string& comment) {
+  const auto callIn = [](const std::string& comment, const std::string& station = "") {
     LogRecord record = kHeard;
     record[LogComments] = comment;
-    const std::string content = adifOf(logOf({record}), fakes::FixedCalendar()).content;
+    const std::string content =
+        adifOf(logOf({record}), fakes::FixedCalendar(), {{7'074'123, station}}).content;
     const auto at = content.find("<CALL:");
     if (at == std::string::npos) return std::string();
     const auto start = content.find('>', at) + 1;
@@ -55,9 +59,47 @@ TEST(LogExport, AdifTakesOnlyCallSignsForStations) {
   for (const char* call : {"PA0XYZ", "K1A", "9A1AA", "EA8ABCD", "M0X"})
     EXPECT_EQ(callIn(call), call);
   EXPECT_EQ(callIn("first K1ABC: then W9XYZ"), "K1ABC");
+  EXPECT_EQ(callIn("weather of DDH47."), "DDH47");
+  EXPECT_EQ(callIn("net, strong", "WWV"), "WWV") << "the known station, where the comment has none";
+  EXPECT_EQ(callIn("PA0XYZ on it", "WWV"), "PA0XYZ");
+  for (const char* station : {"BBC Radio 4", "WSPR", "PSK31", "HFDL", "Russian Volmet"})
+    EXPECT_EQ(callIn("", station), "") << station;
   for (const char* word : {"RADIO", "S9", "59", "3RD", "6MHZ", "Q5", "49m", "A", "", "k1abc", "K1",
                            "ABCD1EF", "K1ABCDE"})
     EXPECT_EQ(callIn(word), "") << word;
+}
+
+TEST(LogExport, EveryModeOfAReceiverHasOneOfTheFormat) {
+  for (const std::string_view mode : kModeNames) {
+    LogRecord record = kHeard;
+    record[LogMode] = mode;
+    const std::string content = adifOf(logOf({record}), fakes::FixedCalendar()).content;
+    EXPECT_NE(content.find(" <MODE:"), std::string::npos) << mode;
+  }
+}
+
+/// Summer time begins on the 29th at 2.
+struct SummerCalendar : fakes::FixedCalendar {
+  DateTime utc(const DateTime& local) const override {
+    DateTime result = local;
+    const bool summer = local.day > 29 || (local.day == 29 && local.hour >= 3);
+    result.hour -= summer ? 2 : 1;
+    if (result.hour < 0) result.hour += 24, --result.day;
+    return result;
+  }
+};
+
+TEST(LogExport, UtcIsRightOnTheDayOnWhichSummerTimeBegins) {
+  std::string moments;
+  for (const char* time :
+       {"28 23:30:00", "29 00:30:00", "29 01:59:59", "29 03:00:00", "30 00:30:00"}) {
+    LogRecord record = kHeard;
+    record[LogDate] = std::string("2026-03-") + std::string(time).substr(0, 2);
+    record[LogTime] = std::string(time).substr(3);
+    const std::string csv = csvOf(logOf({record}), SummerCalendar()).content;
+    moments += csv.substr(csv.rfind(',') + 9, 9) + " ";
+  }
+  EXPECT_EQ(moments, "28T22:30: 28T23:30: 29T00:59: 29T01:00: 29T22:30: ");
 }
 
 TEST(LogExport, CsvQuotesInTheOrderOfTheRows) {

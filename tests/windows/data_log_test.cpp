@@ -470,9 +470,19 @@ TEST(LogKeys, SpaceRecordsAndGShowsTheLogOfTheShownReceiver) {
             rig.sondrel.core.GetRxName(2).value());
   rig.type("m ");
   EXPECT_EQ(rig.panel->CommandPrefix(), "M") << "the log leaves a waiting letter as it is";
+  rig.type("5000\r ");
+  settle();
+  rig.fileDialogs.script = {pathText(rig.sondrel.folder.path() / "log.adi")};
+  rig.dialogs.log->Export_Click();
+  settle();
+  const std::string adif =
+      readFile(rig.sondrel.folder.path() / "log.adi", 100'000).value_or("none");
+  EXPECT_NE(adif.find("<CALL:3>WWV <FREQ:1>5 "), std::string::npos) << adif;
+  EXPECT_NE(rig.dialogs.log->view().Notice.find("none is known: 3 records"), std::string::npos)
+      << rig.dialogs.log->view().Notice;
   rig.panel->unload({});
   const auto file = readFile(rig.sondrel.folder.path() / "scratchpad.txt", 10'000);
-  EXPECT_EQ(std::ranges::count(file.value_or(""), '\n'), 3) << "the program's end keeps them";
+  EXPECT_EQ(std::ranges::count(file.value_or(""), '\n'), 4) << "the program's end keeps them";
   EXPECT_TRUE(rig.dialogs.told.empty());
 }
 
