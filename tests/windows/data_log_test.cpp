@@ -470,6 +470,8 @@ TEST(LogKeys, SpaceRecordsAndGShowsTheLogOfTheShownReceiver) {
             rig.sondrel.core.GetRxName(2).value());
   rig.type("m ");
   EXPECT_EQ(rig.panel->CommandPrefix(), "M") << "the log leaves a waiting letter as it is";
+  rig.panel->tabClicked(0);
+  rig.run(milliseconds(500));
   rig.type("5000\r ");
   settle();
   rig.fileDialogs.script = {pathText(rig.sondrel.folder.path() / "log.adi")};
