@@ -73,7 +73,7 @@ void DdeServers::deliver() {
     if (take_) take_(rx, text);
   }
   delivering_ = false;
-  if (std::exchange(again_, false)) PostMessageW(window_, WM_APP, 0, 0);
+  if (std::exchange(again_, false)) mail_->wake();
 }
 
 LRESULT CALLBACK DdeServers::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
