@@ -42,8 +42,11 @@ void DataFiles::look() {
     folder.names.clear();
     std::error_code error;
     fs::directory_iterator entries(folder.path, error);
-    for (; !error && entries != fs::directory_iterator(); entries.increment(error))
-      folder.names.push_back(pathText(entries->path().filename()));
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+      std::string name = pathText(entries->path().filename());
+      std::string key = upper(name);
+      folder.names.emplace(std::move(key), std::move(name));
+    }
   }
 }
 
@@ -51,9 +54,9 @@ std::vector<fs::path> DataFiles::named(std::string_view name) const {
   std::vector<fs::path> found;
   for (const Folder& folder : folders_) {
     for (const std::string& candidate : {usersName(name), std::string(name)}) {
-      for (const std::string& there : folder.names) {
-        if (equalIgnoringCase(there, candidate)) found.push_back(folder.path / pathFromText(there));
-      }
+      const auto [first, end] = folder.names.equal_range(upper(candidate));
+      for (auto there = first; there != end; ++there)
+        found.push_back(folder.path / pathFromText(there->second));
     }
   }
   return found;
@@ -62,7 +65,7 @@ std::vector<fs::path> DataFiles::named(std::string_view name) const {
 std::vector<std::string> DataFiles::namesLike(std::string_view start, std::string_view end) const {
   std::set<std::string> names;
   for (const Folder& folder : folders_) {
-    for (const std::string& there : folder.names) {
+    for (const auto& [key, there] : folder.names) {
       std::string name = plainName(pathFromText(there));
       if (name.starts_with(start) && name.ends_with(end)) names.insert(std::move(name));
     }

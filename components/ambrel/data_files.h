@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,10 +34,10 @@ class DataFiles {
   bool isShipped(const std::filesystem::path& file) const;
 
  private:
-  /// A folder, and the names that are in it.
+  /// A folder, and the names that are in it by the same in upper case.
   struct Folder {
     std::filesystem::path path;
-    std::vector<std::string> names = {};
+    std::multimap<std::string, std::string> names = {};
   };
 
   std::vector<Folder> folders_;

@@ -1,7 +1,7 @@
 #include "components/ambrel/known_sets.h"
 
-#include <algorithm>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "base/encoding.h"
@@ -45,18 +45,22 @@ const char* read(const LineCutter& line, ListedRecord& listed) {
   return nullptr;
 }
 
+/// Places of the sets in a list by their names, which lie in the list's text.
+using SetPlaces = std::unordered_map<std::string_view, std::uint16_t>;
+
 /// Place of the set of that name in the list; made where it is not there yet.
-std::uint16_t setNamed(StationList& list, std::string_view name) {
-  const auto found = std::find(list.sets.begin(), list.sets.end(), name);
-  const auto place = static_cast<std::uint16_t>(found - list.sets.begin());
-  if (found == list.sets.end()) list.sets.emplace_back(name);
-  return place;
+std::uint16_t setNamed(StationList& list, SetPlaces& places, std::string_view name) {
+  const auto next = static_cast<std::uint16_t>(list.sets.size());
+  const auto [found, isNew] = places.try_emplace(name, next);
+  if (isNew) list.sets.emplace_back(name);
+  return found->second;
 }
 
 void readLines(StationList& list, std::string_view title) {
   std::string_view set = title;
   std::uint16_t place = 0;
   bool placed = false;
+  SetPlaces places;
   LineCutter line(list.text);
   while (line.next()) {
     const std::string_view content = trimmed(line.line());
@@ -71,7 +75,7 @@ void readLines(StationList& list, std::string_view title) {
       list.problems.add(line.number(), problem);
       continue;
     }
-    if (!std::exchange(placed, true)) place = setNamed(list, set);
+    if (!std::exchange(placed, true)) place = setNamed(list, places, set);
     listed.record.set = place;
     list.records.push_back(listed);
   }

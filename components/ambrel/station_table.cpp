@@ -31,11 +31,37 @@ void order(std::vector<ListedRecord>& records) {
   std::inplace_merge(records.begin(), kept, records.end(), lower);
 }
 
+using Records = std::vector<ListedRecord>;
+
+Records merged(Records a, Records b) {
+  if (a.empty()) return b;
+  if (b.empty()) return a;
+  Records both;
+  both.reserve(a.size() + b.size());
+  std::merge(a.begin(), a.end(), b.begin(), b.end(), std::back_inserter(both), lower);
+  return both;
+}
+
+/// All parts in order; of one frequency those of the first part first. Neighbours are joined again
+/// and again, so that many short lists beside a long one do not copy that one many times.
+Records merged(std::vector<Records> parts) {
+  while (parts.size() > 1) {
+    std::size_t joined = 0;
+    for (std::size_t i = 0; i < parts.size(); i += 2) {
+      const bool paired = i + 1 < parts.size();
+      parts[joined++] = merged(std::move(parts[i]), paired ? std::move(parts[i + 1]) : Records());
+    }
+    parts.resize(joined);
+  }
+  return parts.empty() ? Records() : std::move(parts.front());
+}
+
 }  // namespace
 
 StationTable::StationTable(std::vector<StationList> lists) : lists_(std::move(lists)) {
-  std::vector<ListedRecord> all;
-  for (std::size_t list = 0; list < lists_.size(); ++list) take(list, all);
+  std::vector<Records> parts;
+  for (std::size_t list = 0; list < lists_.size(); ++list) parts.push_back(take(list));
+  const Records all = merged(std::move(parts));
   records_.reserve(all.size());
   sources_.reserve(all.size());
   Hz last = -1;
@@ -50,7 +76,7 @@ StationTable::StationTable(std::vector<StationList> lists) : lists_(std::move(li
   places_.finish(records_.size());
 }
 
-void StationTable::take(std::size_t list, std::vector<ListedRecord>& all) {
+std::vector<ListedRecord> StationTable::take(std::size_t list) {
   std::vector<ListedRecord> records = std::exchange(lists_[list].records, {});
   const auto firstSet = static_cast<std::uint16_t>(sets_.size());
   for (const std::string& name : lists_[list].sets) sets_.push_back({name, list, {}});
@@ -59,15 +85,7 @@ void StationTable::take(std::size_t list, std::vector<ListedRecord>& all) {
       listed.record.set = static_cast<std::uint16_t>(listed.record.set + firstSet);
   }
   order(records);
-  if (all.empty()) {
-    all = std::move(records);
-    return;
-  }
-  std::vector<ListedRecord> merged;
-  merged.reserve(all.size() + records.size());
-  std::merge(all.begin(), all.end(), records.begin(), records.end(), std::back_inserter(merged),
-             lower);
-  all = std::move(merged);
+  return records;
 }
 
 Hz StationTable::frequencyOfRecord(std::size_t record) const {

@@ -61,7 +61,7 @@ class StationTable {
   const StationList& listOf(const Record& record) const { return lists_[sets_[record.set].list]; }
 
  private:
-  void take(std::size_t list, std::vector<ListedRecord>& all);
+  std::vector<ListedRecord> take(std::size_t list);
 
   std::vector<StationList> lists_;
   std::vector<Set> sets_;

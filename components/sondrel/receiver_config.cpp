@@ -1,6 +1,8 @@
 #include "components/sondrel/receiver_config.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "base/instance_name.h"
 #include "base/text.h"
@@ -109,39 +111,51 @@ class ConfigReader {
   bool inOther_ = false;
 };
 
-std::string uniqueName(const std::string& name, const std::vector<std::string>& taken) {
-  const auto isTaken = [&](const std::string& candidate) {
-    return std::ranges::any_of(taken,
-                               [&](const auto& t) { return equalIgnoringCase(t, candidate); });
-  };
-  std::string unique = name;
-  for (int i = 2; isTaken(unique); ++i) unique = name + " (" + std::to_string(i) + ")";
-  return unique;
-}
+/// Names that are taken, whatever the case of their letters.
+class TakenNames {
+ public:
+  std::size_t count() const { return taken_.size(); }
+  bool has(std::string_view name) const { return taken_.contains(upper(name)); }
+  void take(std::string_view name) { taken_.insert(upper(name)); }
 
-void completeName(ReceiverEntry& entry, std::vector<std::string>& taken,
-                  std::vector<std::string>& notes) {
+  /// The name, with a number behind it where it is taken already.
+  std::string unique(const std::string& name) {
+    if (!has(name)) return name;
+    int& number = last_.try_emplace(upper(name), 1).first->second;
+    std::string candidate;
+    do {
+      candidate = name + " (" + std::to_string(++number) + ")";
+    } while (has(candidate));
+    return candidate;
+  }
+
+ private:
+  std::unordered_set<std::string> taken_;
+  /// The number given to a name last: a thousand receivers of one name are not counted through a
+  /// thousand times.
+  std::unordered_map<std::string, int> last_;
+};
+
+void completeName(ReceiverEntry& entry, TakenNames& taken, std::vector<std::string>& notes) {
   const std::string wanted =
-      entry.name.empty() ? "Receiver " + std::to_string(taken.size() + 1) : entry.name;
-  entry.name = uniqueName(wanted, taken);
+      entry.name.empty() ? "Receiver " + std::to_string(taken.count() + 1) : entry.name;
+  entry.name = taken.unique(wanted);
   if (entry.name != wanted) {
     notes.push_back("Two receivers are called " + wanted + "; the later one is shown as " +
                     entry.name + ".");
   }
-  taken.push_back(entry.name);
+  taken.take(entry.name);
 }
 
-void completeMemories(ReceiverEntry& entry, std::vector<std::string>& taken,
-                      std::vector<std::string>& notes) {
+void completeMemories(ReceiverEntry& entry, TakenNames& taken, std::vector<std::string>& notes) {
   const std::string wanted = entry.memories.empty() ? std::string() : safeFileName(entry.memories);
-  const bool clash =
-      std::ranges::any_of(taken, [&](const auto& t) { return equalIgnoringCase(t, wanted); });
+  const bool clash = taken.has(wanted);
   if (!wanted.empty() && clash) {
     notes.push_back(entry.name + ": another receiver keeps its channels in " + wanted +
                     " already; a new file is used.");
   }
-  entry.memories = wanted.empty() || clash ? newMemoriesName(entry, taken) : wanted;
-  taken.push_back(entry.memories);
+  entry.memories = wanted.empty() || clash ? taken.unique(safeFileName(entry.name)) : wanted;
+  taken.take(entry.memories);
 }
 
 void completeKind(ReceiverEntry& entry, std::vector<std::string>& notes) {
@@ -151,14 +165,24 @@ void completeKind(ReceiverEntry& entry, std::vector<std::string>& notes) {
   }
 }
 
+/// A person reads the first ones; of a file that is nothing but faults the rest is counted.
+void shorten(std::vector<std::string>& notes) {
+  constexpr std::size_t kMostNotes = 20;
+  if (notes.size() <= kMostNotes) return;
+  const std::size_t more = notes.size() - kMostNotes;
+  notes.resize(kMostNotes);
+  notes.push_back("And " + std::to_string(more) + " more of the kind.");
+}
+
 void complete(ReceiverConfig& config) {
-  std::vector<std::string> names;
-  std::vector<std::string> memories;
+  TakenNames names;
+  TakenNames memories;
   for (ReceiverEntry& entry : config.receivers) {
     completeName(entry, names, config.notes);
     completeMemories(entry, memories, config.notes);
     completeKind(entry, config.notes);
   }
+  shorten(config.notes);
   if (config.receivers.size() <= kMostReceivers) return;
   const auto ninth = config.receivers.begin() + kMostReceivers;
   config.beyond.assign(ninth, config.receivers.end());
@@ -184,7 +208,9 @@ std::optional<ReceiverConfig> readConfig(std::string_view text) {
 }
 
 std::string newMemoriesName(const ReceiverEntry& entry, const std::vector<std::string>& taken) {
-  return uniqueName(safeFileName(entry.name), taken);
+  TakenNames names;
+  for (const std::string& name : taken) names.take(name);
+  return names.unique(safeFileName(entry.name));
 }
 
 }  // namespace kelvane::sondrel

@@ -15,18 +15,27 @@ namespace {
 /// The fewest bytes that make a record, with its line end.
 constexpr std::size_t kShortest = 11;
 
-/// Takes the next line off the text; a line ends with CR, LF or both.
-std::string_view takeLine(std::string_view& text) {
-  std::string_view line = text.substr(0, text.find('\n'));
-  std::size_t taken = std::min(line.size() + 1, text.size());
-  const std::size_t carriage = line.find('\r');
-  if (carriage != std::string_view::npos) {
-    if (carriage + 1 < line.size()) taken = carriage + 1;
-    line = line.substr(0, carriage);
+/// The lines of a text; a line ends with CR, LF or both.
+class LogLines {
+ public:
+  explicit LogLines(std::string_view text) : text_(text) {}
+
+  bool atEnd() const { return place_ >= text_.size(); }
+  std::string_view next() {
+    // Sought once for all lines before it: they may end with CR alone.
+    if (feed_ < place_ || place_ == 0) feed_ = std::min(text_.find('\n', place_), text_.size());
+    const std::string_view upToFeed = text_.substr(place_, feed_ - place_);
+    const std::string_view line = upToFeed.substr(0, upToFeed.find('\r'));
+    place_ += line.size() + 1;
+    if (place_ == feed_) ++place_;  // CR LF is one end
+    return line;
   }
-  text.remove_prefix(taken);
-  return line;
-}
+
+ private:
+  std::string_view text_;
+  std::size_t place_ = 0;
+  std::size_t feed_ = 0;  ///< the first LF at or behind the place, or the text's end
+};
 
 /// Letters of the code page hardly ever happen to be UTF-8.
 LogEncoding encodingOf(std::string_view file) {
@@ -49,9 +58,10 @@ LogTable::LogTable(std::string file, LogRejects& rejects)
   encoding_ = encodingOf(text);
   if (text.starts_with(kUtf8Mark)) text.remove_prefix(kUtf8Mark.size());
   // A list that grows while it is filled would need the memory of two.
-  const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
-  records_.reserve(std::min(lines, text.size() / kShortest + 1));
-  while (!text.empty()) take(takeLine(text), rejects);
+  const auto ends = [text](char end) { return std::count(text.begin(), text.end(), end); };
+  const auto most = static_cast<std::size_t>(std::max(ends('\n'), ends('\r'))) + 1;
+  records_.reserve(std::min(most, text.size() / kShortest + 1));
+  for (LogLines lines(text); !lines.atEnd();) take(lines.next(), rejects);
   order_.resize(records_.size());
   std::iota(order_.begin(), order_.end(), GridRow{0});
 }

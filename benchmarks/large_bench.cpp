@@ -1,0 +1,112 @@
+#include <algorithm>
+#include <ctime>
+#include <functional>
+#include <string>
+
+#include "base/number.h"
+#include "benchmarks/table.h"
+#include "components/ambrel/eibi_schedule.h"
+#include "components/ambrel/known_sets.h"
+#include "components/ambrel/season.h"
+#include "components/ambrel/station_table.h"
+#include "components/sondrel/channel_bank.h"
+#include "components/sondrel/receiver_config.h"
+#include "log/log_table.h"
+
+// Files of the largest size and the worst form that is read: what twice as large a file takes, and
+// whether the window could answer within a second of the start.
+
+namespace {
+
+using namespace kelvane;
+
+/// The quickest of some runs, of the processor's time: it waits for nothing but other programs.
+double milliseconds(const std::function<void()>& work) {
+  double best = 1e9;
+  for (int run = 0; run < 3; ++run) {
+    const std::clock_t start = std::clock();
+    work();
+    best = std::min(best, 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+  }
+  return best;
+}
+
+/// `make` answers the text of a size; `read` reads it.
+void compare(const std::string& name, std::size_t size,
+             const std::function<std::string(std::size_t)>& make,
+             const std::function<void(const std::string&)>& read) {
+  const std::string whole = make(size), half = make(size / 2);
+  const double of = milliseconds([&] { read(whole); });
+  const double ofHalf = milliseconds([&] { read(half); });
+  bench::print({name, of, "ms", "twice the time of half the file", 2 * ofHalf, 1.3});
+  bench::print({name, of, "ms", "the most it should be", 1000, 1});
+}
+
+std::string sections(std::size_t count) {
+  std::string text = "Version=1\n";
+  for (std::size_t i = 0; i < count; ++i)
+    text += "[Receiver]\nName=Attic\nMemories=Attic\n#" + std::string(1000, '-') + "\n";
+  return text;
+}
+
+std::string sets(std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i)
+    text += "[Set " + std::to_string(i) + "]\n" + std::to_string(100 + i % 29'000) + " ; Name\n";
+  return text;
+}
+
+/// `bytes` of lines that end with CR alone.
+std::string carriages(std::size_t bytes) {
+  std::string text;
+  text.reserve(bytes);
+  const std::string line = "  14074000|USB  |  2700|Slow |2026-11-22|01:00:00|Amateur|CQ|Attic|\r";
+  while (text.size() + line.size() <= bytes) text += line;
+  return text;
+}
+
+std::string channels(std::size_t count) {
+  std::string text = "# channels\n";
+  for (std::size_t i = 0; i < count; ++i)
+    text += std::to_string(i) + "; 14074000; 0; USB; 2700; 1; 0\n";
+  return text;
+}
+
+std::string broadcasts(std::size_t count) {
+  std::string text =
+      "kHz:75;Time(UTC):93;Days:59;ITU:49;Station:201;Lng:49;Target:62;Remarks:135\n";
+  for (std::size_t i = 0; i < count; ++i)
+    text += std::to_string(3000 + i % 20'000) + ";0000-2400;" + std::to_string(1 + i % 7) +
+            ";D;Name;E;Eu;a;1;" + twoDigits(static_cast<int>(1 + i % 28)) + "01;2802\n";
+  return text;
+}
+
+}  // namespace
+
+int main() {
+  return bench::measure([] {
+    compare("receivers.txt of 1 MB, 1,000 sections of one name", 1000, sections,
+            [](const std::string& text) {
+              bench::must(sondrel::readConfig(text)->receivers.size() == 8, "eight are read");
+            });
+    compare("known list of 60,000 sets", 60'000, sets, [](const std::string& text) {
+      std::vector<ambrel::StationList> lists;
+      lists.push_back(ambrel::readKnownSets(text, "own"));
+      bench::must(lists.front().problems.count == 0, "all lines are read");
+      const ambrel::StationTable table(std::move(lists));
+    });
+    compare("log of 256 MB, lines ended by CR alone", 256'000'000, carriages,
+            [](const std::string& text) {
+              LogRejects rejects;
+              const LogTable log(text, rejects);
+              bench::must(log.size() > 1000 && rejects.count == 0, "all records are read");
+            });
+    compare("file of 80,000 channels", 80'000, channels, [](const std::string& text) {
+      bench::must(sondrel::ChannelBank::read(text)->unread() == 0, "all channels are read");
+    });
+    compare("schedule of 400,000 lines", 400'000, broadcasts, [](const std::string& text) {
+      const auto reading = ambrel::readEibiSchedule(text, ambrel::Season{});
+      bench::must(reading.problems.count < 2, "all lines are read");
+    });
+  });
+}
