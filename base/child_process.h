@@ -14,8 +14,9 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Starts what the line says, after ending what ran before: a program, in quotes where its name
-  /// holds blanks, and the words for it. Answers in words why it cannot be started; empty when it
+  /// Starts what the line says, after ending what ran before: a program (see programOf), and the
+  /// words for it. On Windows a name without a folder is looked for in the system's folder and in
+  /// those of the search path. Answers in words why it cannot be started; empty when it
   /// runs. To be called on a thread that lasts as long as the program is to run.
   std::string start(const std::string& line);
   /// Ends it at once, whatever it does; nothing where none runs.

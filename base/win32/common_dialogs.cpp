@@ -1,15 +1,14 @@
 #include "base/win32/common_dialogs.h"
 
+#include "base/win32/system_library.h"
+
 namespace kelvane::common_dialogs {
 
 namespace {
 
 template <class Function>
 Function* function(const char* name) {
-  static const HMODULE library =
-      LoadLibraryExW(L"comdlg32.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-  if (!library) return nullptr;
-  return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+  return systemFunction<Function>(L"comdlg32.dll", name);
 }
 
 BOOL show(const char* dialog, OPENFILENAMEW* request) {

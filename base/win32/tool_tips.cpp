@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "base/win32/common_controls.h"
 #include "base/win32/utf16.h"
 
 namespace kelvane::win32 {
@@ -28,7 +29,7 @@ ToolTips::ToolTips(HWND owner, Hears hears)
 }
 
 ToolTips::~ToolTips() {
-  RemoveWindowSubclass(owner_, captionProcedure, kCaption);
+  common_controls::removeSubclass(owner_, captionProcedure, kCaption);
   DestroyWindow(window_);
 }
 
@@ -61,7 +62,8 @@ void ToolTips::setCaption(const std::string& text) {
   SendMessageW(window_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
   if (tip.empty()) return;
   SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  SetWindowSubclass(owner_, captionProcedure, kCaption, reinterpret_cast<DWORD_PTR>(this));
+  common_controls::setSubclass(owner_, captionProcedure, kCaption,
+                               reinterpret_cast<DWORD_PTR>(this));
 }
 
 // The system watches the inside of a window alone. The caption lies above it, at negative places.
@@ -77,7 +79,7 @@ LRESULT CALLBACK ToolTips::captionProcedure(HWND window, UINT message, WPARAM wP
     SendMessageW(reinterpret_cast<ToolTips*>(tips)->window_, TTM_RELAYEVENT, 0,
                  reinterpret_cast<LPARAM>(&moved));
   }
-  return DefSubclassProc(window, message, wParam, lParam);
+  return common_controls::defSubclass(window, message, wParam, lParam);
 }
 
 }  // namespace kelvane::win32

@@ -6,6 +6,7 @@
 #include <cwctype>
 #include <utility>
 
+#include "base/win32/system_library.h"
 #include "ui/control_ids.h"
 #include "win32/colours.h"
 #include "win32/text.h"
@@ -187,10 +188,15 @@ bool ConfigDialog::accelerator(wchar_t character) {
   return false;
 }
 
+/// Under a visual style the pages of a tab strip are lighter than the dialog.
+bool ConfigDialog::hasVisualStyle() {
+  static auto* const ask = systemFunction<decltype(IsAppThemed)>(L"uxtheme.dll", "IsAppThemed");
+  return ask && ask();
+}
+
 HBRUSH ConfigDialog::ground(int control) const {
-  // Under a visual style the pages of a tab strip are lighter than the dialog.
   const bool onPage = control != id::cmdOK && control != id::cmdCancel;
-  return onPage && IsAppThemed() && !highContrast() ? GetSysColorBrush(COLOR_WINDOW) : nullptr;
+  return onPage && hasVisualStyle() && !highContrast() ? GetSysColorBrush(COLOR_WINDOW) : nullptr;
 }
 
 }  // namespace kelvane::win32

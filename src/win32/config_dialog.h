@@ -22,6 +22,7 @@ class ConfigDialog : public DialogWindow {
   bool notified(const NMHDR& notice, LRESULT& result) override;
   bool keyDown(int keyCode, int shift) override;
   bool accelerator(wchar_t character) override;
+  static bool hasVisualStyle();
   HBRUSH ground(int control) const override;
 
   Config& config_;

@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "base/safe_file.h"
+#include "base/win32/system_library.h"
 
 namespace kelvane::win32 {
 
@@ -17,13 +18,18 @@ namespace {
 
 /// The version in the file's resource; empty where it has none.
 std::string fileVersion(const std::filesystem::path& file) {
+  constexpr const wchar_t* kLibrary = L"version.dll";
+  auto* const sizeOf =
+      systemFunction<decltype(GetFileVersionInfoSizeW)>(kLibrary, "GetFileVersionInfoSizeW");
+  auto* const read = systemFunction<decltype(GetFileVersionInfoW)>(kLibrary, "GetFileVersionInfoW");
+  auto* const query = systemFunction<decltype(VerQueryValueW)>(kLibrary, "VerQueryValueW");
+  if (!sizeOf || !read || !query) return {};
   DWORD ignored = 0;
-  std::vector<char> data(GetFileVersionInfoSizeW(file.c_str(), &ignored));
+  std::vector<char> data(sizeOf(file.c_str(), &ignored));
   VS_FIXEDFILEINFO* info = nullptr;
   UINT size = 0;
-  if (data.empty() ||
-      !GetFileVersionInfoW(file.c_str(), 0, static_cast<DWORD>(data.size()), data.data()) ||
-      !VerQueryValueW(data.data(), L"\\", reinterpret_cast<void**>(&info), &size))
+  if (data.empty() || !read(file.c_str(), 0, static_cast<DWORD>(data.size()), data.data()) ||
+      !query(data.data(), L"\\", reinterpret_cast<void**>(&info), &size))
     return {};
   std::array<char, 48> text;
   std::snprintf(text.data(), text.size(), "%u.%u.%u", HIWORD(info->dwFileVersionMS),

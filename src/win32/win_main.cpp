@@ -3,6 +3,7 @@
 #include <commctrl.h>
 #include <objbase.h>
 
+#include "base/win32/common_controls.h"
 #include "shell/start_up.h"
 #include "win32/message_boxes.h"
 #include "win32/registry_store.h"
@@ -27,8 +28,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int) {
   using namespace kelvane;
   using namespace kelvane::win32;
   SetCursor(LoadCursorW(nullptr, IDC_WAIT));
-  const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_TAB_CLASSES | ICC_STANDARD_CLASSES};
-  InitCommonControlsEx(&controls);
+  common_controls::use(ICC_TAB_CLASSES | ICC_STANDARD_CLASSES);
   const ComThread com;
   const CommandLine line = parseCommandLine(narrow(commandLine));
   RegistryStore settings(line.instance);

@@ -79,6 +79,42 @@ inline std::string fileContent(const std::filesystem::path& file) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
+/// The user's classes for the machine too, for as long as it lives: Wine does not heed those of the
+/// user.
+class ClassesForMachine {
+ public:
+  ClassesForMachine() {
+    for (const wchar_t* part : {L"", L"CLSID\\", L"Interface\\", L"TypeLib\\"}) copy(part);
+  }
+  ClassesForMachine(const ClassesForMachine&) = delete;
+  ClassesForMachine& operator=(const ClassesForMachine&) = delete;
+  ~ClassesForMachine() {
+    for (const std::wstring& key : copied_) RegDeleteTreeW(HKEY_LOCAL_MACHINE, key.c_str());
+  }
+
+ private:
+  void copy(const std::wstring& part) {
+    HKEY users = nullptr;
+    RegOpenKeyExW(HKEY_CURRENT_USER, (kClasses + part).c_str(), 0, KEY_READ, &users);
+    wchar_t name[256];
+    for (DWORD i = 0, size = 256; RegEnumKeyExW(users, i, name, &size, 0, 0, 0, 0) == ERROR_SUCCESS;
+         ++i, size = 256) {
+      const std::wstring key = kClasses + part + name;
+      HKEY there = nullptr;
+      DWORD how = 0;
+      RegCreateKeyExW(HKEY_LOCAL_MACHINE, key.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                      &there, &how);
+      if (how == REG_CREATED_NEW_KEY && RegCopyTreeW(users, name, there) == ERROR_SUCCESS)
+        copied_.push_back(key);
+      RegCloseKey(there);
+    }
+    RegCloseKey(users);
+  }
+
+  const std::wstring kClasses = L"Software\\Classes\\";
+  std::vector<std::wstring> copied_;
+};
+
 // Arguments that cannot be mistaken for one another: by value, by width, by place in the list. Of
 // two rounds, each flag is true in one.
 

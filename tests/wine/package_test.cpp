@@ -79,10 +79,14 @@ Shortcut readShortcut(const fs::path& file) {
   return {target, startIn};
 }
 
+/// Registered for the user, whose classes Wine's own look-up leaves out.
 bool scriptsFindComponents() {
-  CLSID found;
-  return SUCCEEDED(CLSIDFromProgID(L"Kelvane.Sondrel", &found)) &&
-         SUCCEEDED(CLSIDFromProgID(L"Kelvane.Ambrel", &found));
+  const auto isRegistered = [](const std::wstring& program) {
+    const std::wstring key = L"Software\\Classes\\" + program + L"\\CLSID";
+    return RegGetValueW(HKEY_CURRENT_USER, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, nullptr,
+                        nullptr) == ERROR_SUCCESS;
+  };
+  return isRegistered(L"Kelvane.Sondrel") && isRegistered(L"Kelvane.Ambrel");
 }
 
 /// The packages that the script beside this test has made and named in the environment.

@@ -1,6 +1,8 @@
 // Registering the components with the system and taking it back.
 #include <algorithm>
+#include <memory>
 
+#include "base/win32/utf16.h"
 #include "contract/Ambrel.h"
 #include "contract/Sondrel.h"
 #include "contract/win32/activation.h"
@@ -25,6 +27,11 @@ class Library {
     const auto address = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
         reinterpret_cast<void*>(GetProcAddress(module_, function)));
     return address ? address() : E_NOTIMPL;
+  }
+  HRESULT install(const wchar_t* words) const {
+    const auto address = reinterpret_cast<HRESULT(STDAPICALLTYPE*)(BOOL, PCWSTR)>(
+        reinterpret_cast<void*>(GetProcAddress(module_, "DllInstall")));
+    return address ? address(TRUE, words) : E_NOTIMPL;
   }
 
  private:
@@ -75,12 +82,15 @@ TEST_F(Registering, MakesBothComponentsKnownAndUnregisteringLeavesNoTrace) {
     ASSERT_EQ(library.call("DllRegisterServer"), S_OK);
     EXPECT_EQ(library.call("DllRegisterServer"), S_OK) << "again";
     CLSID found{};
-    EXPECT_EQ(CLSIDFromProgID(c.programId, &found), S_OK);
-    EXPECT_TRUE(found == c.component);
-    EXPECT_TRUE(com::openComponent(elsewhere.path(), c.file, found)) << "the registered one";
-    std::ofstream(elsewhere / c.file) << "junk";
-    EXPECT_FALSE(com::openComponent(elsewhere.path(), c.file, found))
-        << "a damaged file is not passed over for the registered component";
+    {
+      const ClassesForMachine heeded;
+      EXPECT_EQ(CLSIDFromProgID(c.programId, &found), S_OK);
+      EXPECT_TRUE(found == c.component);
+      EXPECT_TRUE(com::openComponent(elsewhere.path(), c.file, found)) << "the registered one";
+      std::ofstream(elsewhere / c.file) << "junk";
+      EXPECT_FALSE(com::openComponent(elsewhere.path(), c.file, found))
+          << "a damaged file is not passed over for the registered component";
+    }
     EXPECT_EQ(library.call("DllUnregisterServer"), S_OK);
     EXPECT_EQ(library.call("DllUnregisterServer"), S_OK) << "again";
     EXPECT_HRESULT_FAILED(CLSIDFromProgID(c.programId, &found));
@@ -88,9 +98,24 @@ TEST_F(Registering, MakesBothComponentsKnownAndUnregisteringLeavesNoTrace) {
   EXPECT_EQ(registered(), before);
 }
 
+TEST_F(Registering, IsForTheUserAloneWhereOthersMayChangeTheFile) {
+  const auto before = registered();
+  const Library library(L"Sondrel.dll");
+  EXPECT_EQ(library.install(L"machine"), E_ACCESSDENIED) << "the build's folder is somebody's own";
+  EXPECT_EQ(library.install(L"everybody"), E_INVALIDARG);
+  EXPECT_EQ(registered(), before);
+  ASSERT_EQ(library.install(L""), S_OK);
+  for (const std::wstring& name : registered()) {
+    const bool isNew = std::find(before.begin(), before.end(), name) == before.end();
+    EXPECT_TRUE(!isNew || name.starts_with(L"user ")) << narrow(name);
+  }
+  EXPECT_EQ(library.call("DllUnregisterServer"), S_OK);
+}
+
 TEST_F(Registering, LetsToolsFindTheTypeLibrary) {
   const Library library(L"Sondrel.dll");
   ASSERT_EQ(library.call("DllRegisterServer"), S_OK);
+  auto heeded = std::make_unique<ClassesForMachine>();
   const GUID id = [] {
     ComPtr<ITypeLib> own;
     LoadTypeLibEx((com::programFolder() / L"Sondrel.dll").c_str(), REGKIND_NONE, own.receive());
@@ -102,6 +127,7 @@ TEST_F(Registering, LetsToolsFindTheTypeLibrary) {
   }();
   ComPtr<ITypeLib> types;
   EXPECT_EQ(LoadRegTypeLib(id, 1, 0, LOCALE_NEUTRAL, types.receive()), S_OK);
+  heeded.reset();
   EXPECT_EQ(library.call("DllUnregisterServer"), S_OK);
   EXPECT_HRESULT_FAILED(LoadRegTypeLib(id, 1, 0, LOCALE_NEUTRAL, types.receive()));
 }

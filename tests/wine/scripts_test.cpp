@@ -161,8 +161,10 @@ class Scripts : public ComTest {
   Scripts() {
     forgetInstance();
     registerWith(L"");
+    heeded_.emplace();
   }
   ~Scripts() override {
+    heeded_.reset();
     registerWith(L" /u");
     forgetInstance();
   }
@@ -170,6 +172,8 @@ class Scripts : public ComTest {
   const TemporaryFolder folder_;
 
  private:
+  std::optional<ClassesForMachine> heeded_;
+
   void registerWith(const std::wstring& words) const {
     const std::string page = guidesPage();
     const std::regex command(R"(regsvr32( \w+\.dll))");

@@ -12,7 +12,7 @@ namespace {
 
 using namespace kelvane;
 
-// The four functions below are called without any context: what they share can only stand here.
+// The functions below are called without any context: what they share can only stand here.
 com::ObjectCount objects;
 
 com::Registration registration() {
@@ -46,3 +46,7 @@ STDAPI DllCanUnloadNow() { return objects.none() ? S_OK : S_FALSE; }
 STDAPI DllRegisterServer() { return com::registerComponent(registration()); }
 
 STDAPI DllUnregisterServer() { return com::unregisterComponent(registration()); }
+
+STDAPI DllInstall(BOOL install, PCWSTR words) {
+  return com::install(registration(), install != FALSE, words);
+}

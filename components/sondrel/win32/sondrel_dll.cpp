@@ -11,7 +11,7 @@ namespace {
 
 using namespace kelvane;
 
-// The four functions below are called without any context: what they share can only stand here.
+// The functions below are called without any context: what they share can only stand here.
 com::ObjectCount objects;
 
 com::Registration registration() {
@@ -29,8 +29,8 @@ HRESULT makeObject(com::ObjectCount& count, com::ComPtr<IUnknown>& object) {
   com::TypeLibrary types;
   const HRESULT code = com::readTypeLibrary(__uuidof(ISondrel), __uuidof(Sondrel), types);
   if (FAILED(code)) return code;
-  object = static_cast<ISondrel*>(
-      new sondrel::SondrelObject(count, std::move(types), userDataFolder()));
+  object =
+      static_cast<ISondrel*>(new sondrel::SondrelObject(count, std::move(types), userDataFolder()));
   return S_OK;
 }
 
@@ -45,3 +45,7 @@ STDAPI DllCanUnloadNow() { return objects.none() ? S_OK : S_FALSE; }
 STDAPI DllRegisterServer() { return com::registerComponent(registration()); }
 
 STDAPI DllUnregisterServer() { return com::unregisterComponent(registration()); }
+
+STDAPI DllInstall(BOOL install, PCWSTR words) {
+  return com::install(registration(), install != FALSE, words);
+}

@@ -1,8 +1,10 @@
 #include "contract/win32/server/registration.h"
 
 #include <span>
+#include <string_view>
 
 #include "contract/win32/com.h"
+#include "contract/win32/server/path_rights.h"
 #include "contract/win32/server/type_library.h"
 
 namespace kelvane::com {
@@ -116,8 +118,19 @@ HRESULT registerIn(HKEY root, const Registration& r) {
 }  // namespace
 
 HRESULT registerComponent(const Registration& registration) {
-  const HRESULT code = registerIn(HKEY_LOCAL_MACHINE, registration);
-  return code == E_ACCESSDENIED ? registerIn(HKEY_CURRENT_USER, registration) : code;
+  return registerIn(HKEY_CURRENT_USER, registration);
+}
+
+HRESULT registerForMachine(const Registration& registration) {
+  if (!onlyAdministratorsWrite(ownFile())) return E_ACCESSDENIED;
+  return registerIn(HKEY_LOCAL_MACHINE, registration);
+}
+
+HRESULT install(const Registration& registration, bool wanted, const wchar_t* words) {
+  const std::wstring_view asked = words ? words : L"";
+  if (!asked.empty() && asked != L"machine") return E_INVALIDARG;
+  if (!wanted) return unregisterComponent(registration);
+  return asked.empty() ? registerComponent(registration) : registerForMachine(registration);
 }
 
 HRESULT unregisterComponent(const Registration& registration) {
