@@ -93,7 +93,7 @@ class SessionStorm {
         rig_.powered = choice < 128;
         break;
       case 12:
-        feed(std::exchange(answer_, {}).erase(0, next() % 8));
+        feed(garbled(std::exchange(answer_, {})));
         break;
       default:
         feed(std::exchange(answer_, {}));
@@ -101,6 +101,15 @@ class SessionStorm {
         break;
     }
     session_.tick(now_);
+  }
+
+  /// An answer whose beginning is gone, or with something else in the place of a piece.
+  std::string garbled(std::string answer) {
+    if (next() % 2 == 0) return answer.erase(0, next() % 8);
+    if (answer.empty()) return answer;
+    const std::size_t place = static_cast<std::size_t>(next() * 256 + next()) % answer.size();
+    const std::size_t length = next() % 32;
+    return answer.replace(place, length, some(next() % 32));
   }
 
   void pass(int ms) { now_ += milliseconds(ms); }

@@ -1,12 +1,9 @@
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-
 #include "tests/fakes/session_storm.h"
+#include "tests/fuzz/fuzz_target.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string wrong = kelvane::fakes::SessionStorm().play({data, size});
-  if (wrong.empty()) return 0;
-  std::fprintf(stderr, "%s\n", wrong.c_str());
-  std::abort();
+FUZZ_TARGET(rigctld_session) {
+  using namespace kelvane;
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(input.data());
+  const std::string wrong = fakes::SessionStorm().play({bytes, input.size()});
+  fuzz::promise(wrong.empty(), wrong);
 }

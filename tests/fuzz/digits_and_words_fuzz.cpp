@@ -1,0 +1,33 @@
+#include "base/program_line.h"
+#include "base/text.h"
+#include "frequency/dtmf_digits.h"
+#include "shell/command_line.h"
+#include "tests/fakes/sondrel_rig.h"
+#include "tests/fuzz/fuzz_target.h"
+
+namespace {
+
+using namespace kelvane;
+
+fakes::SondrelRig& receivers() {
+  static fakes::SondrelRig rig;
+  static const Count count = rig.open();
+  fuzz::promise(count > 0, "there are no receivers");
+  return rig;
+}
+
+}  // namespace
+
+// What other programs and the operator hand over as a line: keys of a tone decoder, the words after
+// the program's name, the line that starts a server.
+FUZZ_TARGET(digits_and_words) {
+  const CommandLine line = parseCommandLine(input);
+  fuzz::promise(line.action == CommandLine::Action::Usage || !line.instance.empty(), "no instance");
+  const ProgramLine program = programOf(input);
+  fuzz::promise(program.problem.empty() || program.program.empty(), "a program with a problem");
+  DtmfDigits digits(receivers().core);
+  for (const std::string_view text : split(input, '\n')) {
+    digits.Digits_Change(static_cast<Index>(text.size() % 6) - 1, text);
+    fuzz::promise(digits.DtmfBuffer(0).size() <= 16, "an entry grows");
+  }
+}
