@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/barrier.h"
+
 namespace kelvane {
 
 FileSaver::FileSaver(std::shared_ptr<FileSteps> steps) : steps_(std::move(steps)) {}
@@ -18,6 +20,7 @@ FileSaver::~FileSaver() {
 void FileSaver::save(const std::filesystem::path& path, std::string content, Ended ended) {
   {
     const std::lock_guard lock(mutex_);
+    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
     const auto same = std::ranges::find(waiting_, path, &Job::path);
     if (same != waiting_.end()) {
       same->content = std::move(content);
@@ -25,7 +28,6 @@ void FileSaver::save(const std::filesystem::path& path, std::string content, End
     } else {
       waiting_.push_back({path, std::move(content), std::move(ended)});
     }
-    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
   }
   changed_.notify_all();
 }
@@ -44,8 +46,13 @@ void FileSaver::run() {
     waiting_.pop_front();
     writing_ = true;
     lock.unlock();
-    const FileResult result = writeFileSafely(job.path, job.content, *steps_);
-    if (job.ended) job.ended(result);
+    FileResult result;
+    barrier(
+        "writing a file", [&] { result = writeFileSafely(job.path, job.content, *steps_); },
+        [&](const std::string& why) {
+          result = {false, "Cannot write a file: " + why};
+        });
+    if (job.ended) barrier("telling how a file was written", [&] { job.ended(result); });
     lock.lock();
     writing_ = false;
     changed_.notify_all();

@@ -5,9 +5,11 @@
 #include <chrono>
 #include <fstream>
 #include <functional>
+#include <new>
 #include <thread>
 
 #include "base/text.h"
+#include "base/utf8.h"
 
 namespace kelvane {
 
@@ -23,6 +25,38 @@ std::error_code lastError() {
 
 FileResult failure(const fs::path& path, const std::string& reason) {
   return {false, "Cannot write " + pathText(path) + ": " + reason};
+}
+
+/// A path's own letters as UTF-8. The library's conversion throws at half a pair of UTF-16, which
+/// the system takes in a name; here that is U+FFFD.
+template <class Unit>
+std::string utf8Of(const std::basic_string<Unit>& units) {
+  if constexpr (sizeof(Unit) == 1) {
+    return units;
+  } else {
+    const auto isHalf = [](char32_t c, char32_t first) { return c >= first && c < first + 0x400; };
+    std::string text;
+    for (std::size_t i = 0; i < units.size(); ++i) {
+      char32_t character = units[i];
+      const char32_t next = i + 1 < units.size() ? units[i + 1] : U'\0';
+      if (isHalf(character, 0xD800) && isHalf(next, 0xDC00)) {
+        character = 0x10000 + ((character - 0xD800) << 10) + (next - 0xDC00);
+        ++i;
+      } else if (isHalf(character, 0xD800) || isHalf(character, 0xDC00)) {
+        character = 0xFFFD;
+      }
+      appendCharacter(text, character);
+    }
+    return text;
+  }
+}
+
+/// "256 MB"; limits are whole ones, of either kind.
+std::string sizeText(std::size_t bytes) {
+  for (const std::size_t mega : {std::size_t{1'000'000}, std::size_t{1} << 20}) {
+    if (bytes > 0 && bytes % mega == 0) return std::to_string(bytes / mega) + " MB";
+  }
+  return std::to_string(bytes) + " bytes";
 }
 
 /// A name beside the file that no other write, of this or another process, uses at this time.
@@ -128,6 +162,10 @@ FileReading readPatiently(const fs::path& path, std::size_t limit, FileSteps& st
   return patiently(steps, [&] { return steps.read(path, limit); });
 }
 
+std::string tooLargeWords(const fs::path& path, std::size_t limit) {
+  return pathText(path) + " is too large; the most is " + sizeText(limit);
+}
+
 std::optional<std::string> readFile(const fs::path& path, std::size_t limit, std::string* reason) {
   FileReading reading = FileSteps().read(path, limit);
   if (reading.how == FileReading::Whole) return std::move(reading.content);
@@ -163,10 +201,7 @@ fs::path keepAside(const fs::path& path) {
   return {};
 }
 
-std::string pathText(const fs::path& path) {
-  const std::u8string text = path.u8string();
-  return std::string(text.begin(), text.end());
-}
+std::string pathText(const fs::path& path) { return utf8Of(path.native()); }
 
 fs::path pathFromText(std::string_view text) {
   const std::string valid = validUtf8(text, '_');

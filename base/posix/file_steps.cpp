@@ -29,7 +29,7 @@ FileReading readOpen(int file, const struct stat& facts, std::size_t limit,
                      const std::filesystem::path& path) {
   if (!S_ISREG(facts.st_mode))
     return {FileReading::Unreadable, {}, pathText(path) + " is not a file"};
-  const FileReading tooLarge{FileReading::TooLarge, {}, pathText(path) + " is too large"};
+  const FileReading tooLarge{FileReading::TooLarge, {}, tooLargeWords(path, limit)};
   const auto size = static_cast<std::size_t>(facts.st_size);
   if (size > limit) return tooLarge;
   // One byte more, to see the file's end; it may have grown meanwhile.

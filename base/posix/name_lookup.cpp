@@ -5,6 +5,7 @@
 #include <mutex>
 #include <thread>
 
+#include "base/barrier.h"
 #include "base/socket.h"
 
 namespace kelvane {
@@ -48,7 +49,9 @@ NameLookup::NameLookup(const std::string& host, std::uint16_t port, std::shared_
   shared_->result = resolve(host, service, AI_NUMERICHOST);
   if (shared_->result) return;
   std::thread([shared = shared_, host, service] {
-    auto found = resolve(host, service, 0).value_or(std::vector<NetAddress>());
+    std::vector<NetAddress> found;
+    barrier("looking a name up",
+            [&] { found = resolve(host, service, 0).value_or(std::vector<NetAddress>()); });
     {
       const std::lock_guard lock(shared->mutex);
       shared->result = std::move(found);

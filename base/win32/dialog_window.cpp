@@ -7,8 +7,10 @@
 
 #include "base/text.h"
 #include "base/win32/accessible.h"
+#include "base/win32/common_controls.h"
 #include "base/win32/text_size.h"
 #include "base/win32/utf16.h"
+#include "base/win32/window_barrier.h"
 
 // The module that this code is linked into, a program's or a component's.
 extern "C" IMAGE_DOS_HEADER __ImageBase;
@@ -70,9 +72,8 @@ DialogWindow::DialogWindow(const Frame& frame)
       openHeight_(std::max(frame.height, frame.openHeight)),
       resizable_(frame.resizable),
       className_(frame.windowClass) {
-  const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_TAB_CLASSES | ICC_LISTVIEW_CLASSES |
-                                                           ICC_UPDOWN_CLASS | ICC_STANDARD_CLASSES};
-  InitCommonControlsEx(&controls);
+  common_controls::use(ICC_TAB_CLASSES | ICC_LISTVIEW_CLASSES | ICC_UPDOWN_CLASS |
+                       ICC_STANDARD_CLASSES);
   WNDCLASSW own{};
   own.lpfnWndProc = procedure;
   own.hInstance = module();
@@ -240,7 +241,10 @@ LRESULT CALLBACK DialogWindow::previewKeys(int code, WPARAM wParam, LPARAM lPara
   auto* message = reinterpret_cast<MSG*>(lParam);
   if (code == HC_ACTION && wParam == PM_REMOVE && isKey(message->message)) {
     DialogWindow* dialog = dialogOf(GetAncestor(message->hwnd, GA_ROOT));
-    if (dialog && dialog->hook_ && dialog->takes(*message)) message->message = WM_NULL;
+    const bool whole = windowBarrier(message->hwnd, message->message, [&] {
+      if (dialog && dialog->hook_ && dialog->takes(*message)) message->message = WM_NULL;
+    });
+    if (!whole) message->message = WM_NULL;
   }
   return CallNextHookEx(nullptr, code, wParam, lParam);
 }
@@ -248,13 +252,11 @@ LRESULT CALLBACK DialogWindow::previewKeys(int code, WPARAM wParam, LPARAM lPara
 LRESULT CALLBACK DialogWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   DialogWindow* self = dialogOf(window);
   LRESULT result = 0;
-  try {
-    if (self && self->handle(message, wParam, lParam, result)) return result;
-  } catch (const std::exception&) {
-    // No exception passes through the system's code; what was asked for did not happen.
-    return 0;
-  }
-  return DefWindowProcW(window, message, wParam, lParam);
+  bool handled = false;
+  const bool whole = windowBarrier(
+      window, message, [&] { handled = self && self->handle(message, wParam, lParam, result); });
+  if (!whole) return 0;
+  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
 }
 
 bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {

@@ -42,7 +42,7 @@ FileReading unreadable(const std::filesystem::path& path, DWORD code) {
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 FileReading readOpen(HANDLE file, std::size_t limit, const std::filesystem::path& path) {
-  const FileReading tooLarge{FileReading::TooLarge, {}, pathText(path) + " is too large"};
+  const FileReading tooLarge{FileReading::TooLarge, {}, tooLargeWords(path, limit)};
   LARGE_INTEGER size{};
   if (!GetFileSizeEx(file, &size)) return unreadable(path, GetLastError());
   if (static_cast<ULONGLONG>(size.QuadPart) > limit) return tooLarge;

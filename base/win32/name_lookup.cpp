@@ -4,6 +4,7 @@
 #include <cstring>
 #include <mutex>
 
+#include "base/barrier.h"
 #include "base/socket.h"
 #include "base/win32/utf16.h"
 
@@ -61,7 +62,10 @@ struct Errand {
     {
       const std::unique_ptr<Errand> errand(static_cast<Errand*>(self));
       module = errand->module;
-      auto found = resolve(errand->host, errand->port, 0).value_or(std::vector<NetAddress>());
+      std::vector<NetAddress> found;
+      barrier("looking a name up", [&] {
+        found = resolve(errand->host, errand->port, 0).value_or(std::vector<NetAddress>());
+      });
       {
         const std::lock_guard lock(errand->shared->mutex);
         errand->shared->result = std::move(found);

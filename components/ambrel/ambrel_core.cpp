@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/barrier.h"
 #include "components/ambrel/codes_file.h"
 #include "components/ambrel/region_store.h"
 #include "components/modes.h"
@@ -57,7 +58,9 @@ Answer<Long> AmbrelCore::NextFrqRegion() {
   if (!bands_) return Answer<Long>::failed(0);
   const Long region = (bands_->region() + 1) % kRegions;
   bands_->selectRegion(region);
-  background_.run([files = *files_, region] { keepRegion(files, region); });
+  // What is not kept is chosen again after the next start.
+  background_.run("keeping the region", [files = *files_, region] { keepRegion(files, region); },
+                  {});
   return region;
 }
 
@@ -172,5 +175,7 @@ Outcome AmbrelCore::DataView() {
   windows_.showData(*this);
   return Outcome::Done;
 }
+
+Answer<Text> AmbrelCore::GetFrqFaults() { return notedFaults(); }
 
 }  // namespace kelvane::ambrel

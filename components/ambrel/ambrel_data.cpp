@@ -68,10 +68,15 @@ bool AmbrelCore::dropSchedule() {
 bool AmbrelCore::load(std::function<Loaded(const DataFiles&)> read) {
   if (loading_ || !files_) return false;
   loading_ = true;
-  background_.run([this, files = *files_, read = std::move(read)]() mutable {
+  const auto job = [this, files = *files_, read = std::move(read)]() mutable {
     files.look();
     const auto loaded = std::make_shared<Loaded>(read(files));
     queue_.post([this, loaded] { take(*loaded); });
+  };
+  background_.run("reading lists", job, [this](const std::string& why) {
+    const auto words = "Nothing was read: " + why + ". The data that was there stays.";
+    const auto nothing = std::make_shared<Loaded>(Loaded{std::nullopt, words});
+    queue_.post([this, nothing] { take(*nothing); });
   });
   return true;
 }

@@ -13,12 +13,13 @@ Background::~Background() {
   if (thread_.joinable()) thread_.join();
 }
 
-void Background::run(std::function<void()> job) {
-  {
+void Background::run(std::string what, std::function<void()> job, Failed failed) {
+  const auto start = [&] {
     const std::lock_guard lock(mutex_);
-    jobs_.push_back(std::move(job));
     if (!thread_.joinable()) thread_ = std::thread([this] { work(); });
-  }
+    jobs_.push_back({what, std::move(job), failed});
+  };
+  barrier(what, start, failed);
   changed_.notify_one();
 }
 
@@ -27,10 +28,10 @@ void Background::work() {
   for (;;) {
     changed_.wait(lock, [this] { return ending_ || !jobs_.empty(); });
     if (jobs_.empty()) return;
-    const std::function<void()> job = std::move(jobs_.front());
+    const Job job = std::move(jobs_.front());
     jobs_.pop_front();
     lock.unlock();
-    job();
+    barrier(job.what, job.work, job.failed);
     lock.lock();
   }
 }

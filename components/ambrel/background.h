@@ -4,7 +4,10 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <string>
 #include <thread>
+
+#include "base/barrier.h"
 
 namespace kelvane::ambrel {
 
@@ -17,15 +20,23 @@ class Background {
   Background(const Background&) = delete;
   Background& operator=(const Background&) = delete;
 
-  /// Never waits. The first job starts the thread.
-  void run(std::function<void()> job);
+  /// Never waits. The first job starts the thread. What the job throws is handed to `failed` on
+  /// that thread, and why no thread can be started on this one; `what` says in the report what was
+  /// being done.
+  void run(std::string what, std::function<void()> job, Failed failed);
 
  private:
+  struct Job {
+    std::string what;
+    std::function<void()> work;
+    Failed failed;
+  };
+
   void work();
 
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::deque<std::function<void()>> jobs_;
+  std::deque<Job> jobs_;
   bool ending_ = false;
   std::thread thread_;
 };

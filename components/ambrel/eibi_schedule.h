@@ -23,7 +23,7 @@ struct ScheduleReading {
 };
 
 /// Largest schedule that is read, bytes.
-inline constexpr std::size_t kLargestSchedule = std::size_t{1} << 30;
+inline constexpr std::size_t kLargestSchedule = std::size_t{256} << 20;
 
 /// Reads a schedule in EiBi's CSV form that was made for the given season. Lines that begin with
 /// "#" and the headings are passed over. Lines that cannot be read are counted and told; where they

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/barrier.h"
+
 namespace kelvane::ambrel {
 
 void EventQueue::post(std::function<void()> action) {
@@ -18,7 +20,8 @@ void EventQueue::deliver() {
     const std::lock_guard lock(mutex_);
     actions.swap(waiting_);
   }
-  for (const auto& action : actions) action();
+  // One that fails takes none of the others with it.
+  for (const auto& action : actions) barrier("delivering what was read", action);
 }
 
 void EventQueue::tell(const std::function<void(FrequencyListener&)>& event) {

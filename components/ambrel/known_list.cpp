@@ -84,7 +84,7 @@ KnownList::KnownList(AmbrelCore& core, std::function<void()> changed)
 }
 
 void KnownList::follow() {
-  if (searching_) return;
+  if (searching_ || (refused_ && refused_ == core_.data().table)) return;
   const bool older = query_.onAirOnly && time_->minute() != core_.airTime().minute();
   if (older || table_ != core_.data().table) ask(query_);
 }
@@ -94,17 +94,31 @@ KnownList::~KnownList() { ++*newest_; }
 void KnownList::ask(ListQuery query) {
   query_ = std::move(query);
   searching_ = true;
+  refusal_.clear();
+  refused_.reset();
   const std::uint64_t number = ++*newest_;
   const Search search{
       core_.data().table, core_.codes(), core_.airTime().minute(), query_, number, newest_};
-  background_.run([this, search] {
+  // When the list is gone its number is overtaken, and nobody asks for `this` any more.
+  const auto job = [this, search] {
     auto rows = search.run();
     if (!rows) return;
-    // When the list is gone its number is overtaken, and nobody asks for `this` any more.
     core_.post([this, search, rows = std::move(*rows)]() mutable {
       if (!search.isOvertaken()) take(std::move(rows), search.table, search.minute);
     });
+  };
+  background_.run("seeking stations", job, [this, search](const std::string& why) {
+    core_.post([this, search, why] {
+      if (!search.isOvertaken()) refuse(why, search.table);
+    });
   });
+}
+
+void KnownList::refuse(const std::string& why, std::shared_ptr<const StationTable> table) {
+  searching_ = false;
+  refusal_ = why;
+  refused_ = std::move(table);
+  changed_();
 }
 
 void KnownList::take(std::vector<std::uint32_t> rows, std::shared_ptr<const StationTable> table,
@@ -168,6 +182,7 @@ void KnownList::choose(std::size_t row) {
 std::string KnownList::status() const {
   std::string text = std::to_string(rows_.size()) + " of " +
                      std::to_string(table_->records().size()) + " stations";
+  if (!refusal_.empty()) text += "; nothing was sought: " + refusal_;
   if (!time_) return text;
   bool schedule = false;
   for (const StationList& list : table_->lists()) {

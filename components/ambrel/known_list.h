@@ -63,11 +63,15 @@ class KnownList {
   const StationDetails& details(std::size_t row) const;
   void take(std::vector<std::uint32_t> rows, std::shared_ptr<const StationTable> table,
             UtcMinute minute);
+  void refuse(const std::string& why, std::shared_ptr<const StationTable> table);
 
   AmbrelCore& core_;
   std::function<void()> changed_;
   ListQuery query_;
   bool searching_ = false;
+  std::string refusal_;  ///< why the last search came to no end; mostly empty
+  std::shared_ptr<const StationTable>
+      refused_;  ///< what it sought in: not sought in by itself again
   std::shared_ptr<const StationTable> table_ = std::make_shared<const StationTable>();
   std::unique_ptr<const AirTime> time_;  ///< of the table's records, when the rows were sought
   std::vector<std::uint32_t> rows_;      ///< places of the table's records

@@ -4,7 +4,7 @@ namespace kelvane::sondrel {
 
 namespace {
 
-constexpr std::size_t kLargestConfigFile = 1 << 20;
+constexpr std::size_t kLargestConfigFile = 4 << 20;
 
 void addLine(std::string& note, const std::string& line) {
   if (!note.empty()) note += "\n";

@@ -1,5 +1,7 @@
 #include "components/sondrel/inbox.h"
 
+#include "base/barrier.h"
+
 namespace kelvane::sondrel {
 
 Inbox::Inbox(std::function<void()> wake) : wake_(std::move(wake)) {}
@@ -18,7 +20,8 @@ void Inbox::run() {
     const std::lock_guard lock(mutex_);
     batch.swap(waiting_);
   }
-  for (const auto& work : batch) work();
+  // One that fails takes none of the others with it.
+  for (const auto& work : batch) barrier("taking in a receiver's answer", work);
 }
 
 void Inbox::shut() {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/barrier.h"
+
 namespace kelvane::sondrel {
 
 namespace {
@@ -23,6 +25,8 @@ CloseReason reasonOf(NetFailure failure) {
 }
 
 constexpr milliseconds kKnockEvery{100};
+/// What a turn lacked, memory above all, is hardly there at once.
+constexpr milliseconds kPauseAfterFault{100};
 
 Instant clockNow() { return std::chrono::steady_clock::now(); }
 
@@ -78,17 +82,29 @@ std::uint32_t RigctldWorker::post(Change change) {
 }
 
 void RigctldWorker::run() {
-  while (readMail(clockNow())) {
-    keepServer(clockNow());
-    keepConnection(clockNow());
-    if (const auto output = session_.takeOutput(); !output.empty()) client_.send(output);
-    if (auto reports = session_.takeReports(); !reports.empty())
-      deliver_(std::move(reports), order_);
-    const auto events = client_.wait(clockNow(), nextDue());
-    feed(events, clockNow());
+  bool goesOn = true;
+  while (goesOn) {
+    const bool whole = barrier("serving a link", [&] { goesOn = serve(); });
+    // What the session knows is no longer sure: the link is made anew, as after any other fault.
+    if (!whole) {
+      barrier("closing a link", [this] { session_.closed(CloseReason::Ended, clockNow()); });
+      std::this_thread::sleep_for(kPauseAfterFault);
+    }
   }
   // Here and not in a destructor: the server was started by this thread.
-  keeper_.dismiss();
+  barrier("ending a server", [this] { keeper_.dismiss(); });
+}
+
+/// One turn; answers false when the worker is to end.
+bool RigctldWorker::serve() {
+  if (!readMail(clockNow())) return false;
+  keepServer(clockNow());
+  keepConnection(clockNow());
+  if (const auto output = session_.takeOutput(); !output.empty()) client_.send(output);
+  if (auto reports = session_.takeReports(); !reports.empty()) deliver_(std::move(reports), order_);
+  const auto events = client_.wait(clockNow(), nextDue());
+  feed(events, clockNow());
+  return true;
 }
 
 Instant RigctldWorker::nextDue() const {
@@ -102,6 +118,7 @@ bool RigctldWorker::readMail(Instant now) {
     const std::lock_guard lock(mutex_);
     std::swap(mail, mail_);
     mail_.order = mail.order;
+    mail_.stop = mail.stop;  // also when what follows fails
   }
   order_ = mail.order;
   if (mail.shown) session_.show(*mail.shown);

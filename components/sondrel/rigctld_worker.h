@@ -57,6 +57,7 @@ class RigctldWorker {
   template <class Change>
   std::uint32_t post(Change change);
   void run();
+  bool serve();
   bool readMail(Instant now);
   void keepServer(Instant now);
   void keepConnection(Instant now);

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/barrier.h"
 #include "components/sondrel/channelized.h"
 #include "components/sondrel/s_meter.h"
 #include "components/sondrel/sondrel_core.h"
@@ -63,6 +64,8 @@ Outcome SondrelCore::SetRxOwner(Long window) {
   windows_.setOwner(window);
   return Outcome::Done;
 }
+
+Answer<Text> SondrelCore::GetRxFaults() { return notedFaults(); }
 
 Outcome SondrelCore::ShowRxSettings(Index rx) {
   if (!at(rx)) return Outcome::Failed;

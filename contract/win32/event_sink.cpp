@@ -3,6 +3,7 @@
 #include <tuple>
 #include <utility>
 
+#include "base/barrier.h"
 #include "contract/Ambrel.h"
 #include "contract/Sondrel.h"
 #include "contract/win32/com_ptr.h"
@@ -108,6 +109,7 @@ STDMETHODIMP EventSink::Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arg
   try {
     return deliver(event, *arguments);
   } catch (...) {
+    noteFault("hearing an event", thrownWords());
     return E_UNEXPECTED;
   }
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <set>
 
+#include "base/barrier.h"
 #include "base/safe_file.h"
 #include "base/text.h"
 #include "contract/link_state.h"
@@ -15,7 +16,7 @@ namespace kelvane {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::size_t kLargestConfiguration = 1 << 20;
+constexpr std::size_t kLargestConfiguration = 4 << 20;
 
 constexpr auto kHarmless = std::to_array<std::string_view>(
     {"version",     "name",       "kind",        "memories",    "type",       "minimum",
@@ -98,6 +99,17 @@ std::string DiagnosticReport::events() const {
   return text.empty() ? row("None since the start.") : text;
 }
 
+/// Each part of the program notes its own.
+std::string DiagnosticReport::faults() const {
+  std::string noted = notedFaults() + receivers_.GetRxFaults().value();
+  if (frequencies_) noted += frequencies_->GetFrqFaults().value();
+  std::string text;
+  for (const std::string_view line : split(noted, '\n')) {
+    if (!line.empty()) text += row(line);
+  }
+  return text.empty() ? row("None since the start.") : text;
+}
+
 std::string DiagnosticReport::text(const SystemFacts& facts, WallTime now) const {
   std::array<char, 160> made;
   const std::string time(writeEvent({now, "", 0, 0}, made).substr(0, 23));
@@ -108,6 +120,7 @@ std::string DiagnosticReport::text(const SystemFacts& facts, WallTime now) const
          section("Receivers and their links now", states()) + section("Options", options()) +
          section("Configuration of the receivers, without addresses and commands",
                  configuration()) +
+         section("Faults that were met, after which the program went on", faults()) +
          section("Events of the links, the oldest first", events());
 }
 
@@ -124,12 +137,16 @@ void pruneCrashReports(const std::filesystem::path& folder, std::size_t keep) {
   std::error_code error;
   // The names begin with the time, so that their order is that of their age.
   std::set<std::filesystem::path> stems;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-    if (entry.path().filename().string().starts_with("crash-")) stems.insert(entry.path().stem());
+  std::filesystem::directory_iterator entries(folder, error);
+  for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
+    const std::filesystem::path name = entries->path().filename();
+    if (pathText(name).starts_with("crash-")) stems.insert(name.stem());
   }
   for (; stems.size() > keep; stems.erase(stems.begin())) {
-    for (const char* kind : {".dmp", ".txt"})
-      std::filesystem::remove(folder / (stems.begin()->string() + kind), error);
+    for (const char* kind : {".dmp", ".txt"}) {
+      std::filesystem::path file = folder / *stems.begin();
+      std::filesystem::remove(file += kind, error);
+    }
   }
 }
 

@@ -25,9 +25,15 @@ std::string withoutSecrets(std::string_view configuration);
 class DiagnosticReport {
  public:
   /// `folder` is the instance's own, in which its configuration lies and the report is saved.
+  /// `frequencies` is asked for the faults it met; it may be null.
   DiagnosticReport(ReceiverComponent& receivers, const SettingsStore& settings,
-                   const LinkHistory& history, std::filesystem::path folder)
-      : receivers_(receivers), settings_(settings), history_(history), folder_(std::move(folder)) {}
+                   const LinkHistory& history, std::filesystem::path folder,
+                   FrequencyComponent* frequencies = nullptr)
+      : receivers_(receivers),
+        frequencies_(frequencies),
+        settings_(settings),
+        history_(history),
+        folder_(std::move(folder)) {}
 
   std::string text(const SystemFacts& facts, WallTime now) const;
   /// Saves the text as `report.txt`; answers for the operator where it is, or why it is not.
@@ -38,8 +44,10 @@ class DiagnosticReport {
   std::string options() const;
   std::string configuration() const;
   std::string events() const;
+  std::string faults() const;
 
   ReceiverComponent& receivers_;
+  FrequencyComponent* frequencies_;
   const SettingsStore& settings_;
   const LinkHistory& history_;
   std::filesystem::path folder_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/barrier.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -57,7 +58,9 @@ void DdeConversation::stop() {
 DWORD WINAPI DdeConversation::threadMain(void* parameter) {
   const std::unique_ptr<std::shared_ptr<DdeConversation>> self(
       static_cast<std::shared_ptr<DdeConversation>*>(parameter));
-  (*self)->run();
+  barrier(
+      "a conversation with a server of digits", [&] { (*self)->run(); },
+      [&](const std::string&) { (*self)->state_ = DigitLink::Failed; });
   return 0;
 }
 
@@ -128,7 +131,7 @@ void DdeConversation::fetch() {
     const HDDEDATA data = DdeClientTransaction(nullptr, 0, conversation_, item_, CF_TEXT,
                                                XTYP_REQUEST, kAnswerLimit, nullptr);
     if (data) {
-      take(data);
+      barrier("taking a digit", [&] { take(data); });
       DdeFreeDataHandle(data);
     } else if (conversation_ && !goesOnWithout(DdeGetLastError(instance_))) {
       return;
@@ -202,7 +205,7 @@ HDDEDATA CALLBACK DdeConversation::callback(UINT type, UINT, HCONV conversation,
     self->announced();
   } else if (self->asked_ > 0) {  // the late answer to a request
     --self->asked_;
-    self->take(data);
+    barrier("taking a late digit", [&] { self->take(data); });
   }
   return reinterpret_cast<HDDEDATA>(static_cast<UINT_PTR>(DDE_FACK));
 }

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "base/win32/window_barrier.h"
+
 namespace kelvane::win32 {
 
 namespace {
@@ -69,8 +71,8 @@ void DdeServers::deliver() {
     return;
   }
   delivering_ = true;
-  for (const auto& [rx, text] : mail_->collect()) {
-    if (take_) take_(rx, text);
+  for (const auto& letter : mail_->collect()) {
+    if (take_) barrier("taking a digit", [&] { take_(letter.first, letter.second); });
   }
   delivering_ = false;
   if (std::exchange(again_, false)) mail_->wake();
@@ -79,7 +81,7 @@ void DdeServers::deliver() {
 LRESULT CALLBACK DdeServers::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   auto* const self = reinterpret_cast<DdeServers*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (message != WM_APP || !self) return DefWindowProcW(window, message, wParam, lParam);
-  self->deliver();
+  windowBarrier(window, message, [self] { self->deliver(); });
   return 0;
 }
 

@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "base/win32/window_barrier.h"
 #include "win32/accessible.h"
 #include "win32/text.h"
 
@@ -130,7 +131,11 @@ void Face::place(UINT dpi, const Fonts& fonts, bool contrast) {
 LRESULT CALLBACK Face::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   auto* const face = reinterpret_cast<Face*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   LRESULT result = 0;
-  if (face->handle(message, wParam, lParam, result)) return result;
+  bool handled = false;
+  const bool whole = windowBarrier(
+      window, message, [&] { handled = face->handle(message, wParam, lParam, result); });
+  if (!whole) return 0;
+  if (handled) return result;
   return CallWindowProcW(face->original_, window, message, wParam, lParam);
 }
 

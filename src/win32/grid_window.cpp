@@ -8,6 +8,8 @@
 #include <exception>
 #include <utility>
 
+#include "base/win32/common_controls.h"
+#include "base/win32/window_barrier.h"
 #include "win32/accessible.h"
 #include "win32/face.h"
 #include "win32/text.h"
@@ -57,7 +59,7 @@ HWND GridWindow::makePart(Part part, const wchar_t* windowClass, DWORD style) {
   const HWND made =
       CreateWindowExW(0, windowClass, L"", WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 0, 0, window_,
                       reinterpret_cast<HMENU>(INT_PTR{part}), instance, nullptr);
-  SetWindowSubclass(made, partProcedure, part, reinterpret_cast<DWORD_PTR>(this));
+  common_controls::setSubclass(made, partProcedure, part, reinterpret_cast<DWORD_PTR>(this));
   return made;
 }
 
@@ -73,13 +75,11 @@ bool GridWindow::hasFocus() const {
 LRESULT CALLBACK GridWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   auto* self = reinterpret_cast<GridWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   LRESULT result = 0;
-  try {
-    if (self && self->handle(message, wParam, lParam, result)) return result;
-  } catch (const std::exception&) {
-    // No exception passes through the system's code; what was asked for did not happen.
-    return 0;
-  }
-  return DefWindowProcW(window, message, wParam, lParam);
+  bool handled = false;
+  const bool whole = windowBarrier(
+      window, message, [&] { handled = self && self->handle(message, wParam, lParam, result); });
+  if (!whole) return 0;
+  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
 }
 
 bool GridWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
@@ -275,19 +275,20 @@ bool GridWindow::notified(const NMHDR& notice, LRESULT& result) {
 LRESULT CALLBACK GridWindow::partProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                            UINT_PTR, DWORD_PTR self) {
   LRESULT result = 0;
-  try {
-    if (reinterpret_cast<GridWindow*>(self)->partMessage(window, message, wParam, lParam, result))
-      return result;
-  } catch (const std::exception&) {
-    return 0;
-  }
-  return DefSubclassProc(window, message, wParam, lParam);
+  bool handled = false;
+  const bool whole = windowBarrier(window, message, [&] {
+    handled =
+        reinterpret_cast<GridWindow*>(self)->partMessage(window, message, wParam, lParam, result);
+  });
+  if (!whole) return 0;
+  return handled ? result : common_controls::defSubclass(window, message, wParam, lParam);
 }
 
 bool GridWindow::partMessage(HWND part, UINT message, WPARAM wParam, LPARAM lParam,
                              LRESULT& result) {
   if (message == WM_NCDESTROY)
-    return RemoveWindowSubclass(part, partProcedure, static_cast<UINT_PTR>(GetDlgCtrlID(part))),
+    return common_controls::removeSubclass(part, partProcedure,
+                                           static_cast<UINT_PTR>(GetDlgCtrlID(part))),
            false;
   if (message == WM_MOUSEWHEEL && part != list_)
     return SendMessageW(window_, message, wParam, lParam), true;

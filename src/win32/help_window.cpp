@@ -7,7 +7,9 @@
 #include <array>
 #include <utility>
 
+#include "base/win32/common_controls.h"
 #include "base/win32/text_size.h"
+#include "base/win32/window_barrier.h"
 #include "ui/control_ids.h"
 #include "win32/accessible.h"
 #include "win32/message_boxes.h"
@@ -99,7 +101,7 @@ void HelpWindow::make() {
                           0, 0, 0, 0, window_,
                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::HelpCard)), module(),
                           nullptr);
-  SetWindowSubclass(card_, cardProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+  common_controls::setSubclass(card_, cardProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
   speakAs(card_, "Card of keyboard commands");
   if (help_.hasReport()) makeButton();
   fill();
@@ -111,7 +113,7 @@ void HelpWindow::makeButton() {
                             WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON, 0, 0, 0, 0, window_,
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::HelpReport)), module(),
                             nullptr);
-  SetWindowSubclass(button_, buttonProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+  common_controls::setSubclass(button_, buttonProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
 }
 
 void HelpWindow::saveReport() {
@@ -185,7 +187,7 @@ LRESULT CALLBACK HelpWindow::cardProcedure(HWND card, UINT message, WPARAM wPara
     return help->saveReport(), 0;
   // It would take the whole text as selected when the tab key or a dialog gives it the focus.
   if (message == WM_GETDLGCODE) return DLGC_WANTALLKEYS;
-  return DefSubclassProc(card, message, wParam, lParam);
+  return common_controls::defSubclass(card, message, wParam, lParam);
 }
 
 LRESULT CALLBACK HelpWindow::buttonProcedure(HWND button, UINT message, WPARAM wParam,
@@ -196,7 +198,7 @@ LRESULT CALLBACK HelpWindow::buttonProcedure(HWND button, UINT message, WPARAM w
   const bool pressed = (message == WM_KEYDOWN && wParam == VK_RETURN) ||
                        (message == WM_SYSCHAR && (wParam == 's' || wParam == 'S'));
   if (pressed) return help->saveReport(), 0;
-  return DefSubclassProc(button, message, wParam, lParam);
+  return common_controls::defSubclass(button, message, wParam, lParam);
 }
 
 LRESULT CALLBACK HelpWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -205,7 +207,10 @@ LRESULT CALLBACK HelpWindow::procedure(HWND window, UINT message, WPARAM wParam,
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
   }
   auto* self = reinterpret_cast<HelpWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (self && self->handle(message, wParam, lParam)) return 0;
+  bool handled = false;
+  const bool whole = windowBarrier(
+      window, message, [&] { handled = self && self->handle(message, wParam, lParam); });
+  if (handled || !whole) return 0;
   return DefWindowProcW(window, message, wParam, lParam);
 }
 

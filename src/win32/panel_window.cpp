@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/win32/text_size.h"
+#include "base/win32/window_barrier.h"
 #include "shell/global.h"
 #include "ui/main_controls.h"
 #include "win32/colours.h"
@@ -106,11 +107,13 @@ int PanelWindow::run() {
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
     tips_->relay(message);
-    if (!preview(message)) {
+    bool taken = false;
+    const bool whole = windowBarrier(window_, message.message, [&] { taken = preview(message); });
+    if (whole && !taken) {
       TranslateMessage(&message);
       DispatchMessageW(&message);
     }
-    changed();
+    windowBarrier(window_, WM_NULL, [this] { changed(); });
   }
   return static_cast<int>(message.wParam);
 }
@@ -151,10 +154,13 @@ LRESULT CALLBACK PanelWindow::procedure(HWND window, UINT message, WPARAM wParam
   auto* self = reinterpret_cast<PanelWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (message == WM_DESTROY) PostQuitMessage(0);
   LRESULT result = 0;
-  if (!self || !self->panel_ || !self->command(message, wParam, lParam, result))
-    return DefWindowProcW(window, message, wParam, lParam);
-  self->changed();
-  return result;
+  bool handled = false;
+  const bool whole = windowBarrier(window, message, [&] {
+    handled = self && self->panel_ && self->command(message, wParam, lParam, result);
+    if (handled) self->changed();
+  });
+  if (!whole) return 0;
+  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
 }
 
 bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {

@@ -34,7 +34,8 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   SystemMessageBoxes fileBoxes(window.window());
   FileFlows files(fileDialogs, fileBoxes);
   const SystemCalendar calendar;
-  const DiagnosticReport report(startUp.receiver(), settings, history, folder);
+  const DiagnosticReport report(startUp.receiver(), settings, history, folder,
+                                &startUp.frequency());
   std::error_code gone;
   MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs, clipboard, digits,
               [] { return std::chrono::steady_clock::now(); }, name, files, calendar,

@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/barrier.h"
 #include "base/encoding.h"
 #include "base/number.h"
 #include "base/text.h"
@@ -316,13 +317,14 @@ void DataLog::close() {
 // Reading and writing.
 
 void DataLog::start(const std::string& words, Work work, milliseconds grace) {
-  PadGrd_.lock(true);
-  view_.Notice = words;
+  // First, since it may fail: then nothing is under way.
   work_ = std::async(std::launch::async, [work = std::move(work), before = keeping_] {
     // A change that is on its way to the disk is to be there before the file has it.
     if (before.valid()) before.wait();
     return work();
   });
+  PadGrd_.lock(true);
+  view_.Notice = words;
   refresh();
   if (work_.wait_for(grace) == std::future_status::ready) tick();
 }
@@ -338,8 +340,10 @@ void DataLog::tick() {
   try {
     work_.get()();
     if (!busy() && read_) serveActivation();
-  } catch (const std::exception& failure) {
-    view_.Notice = std::string("It did not succeed: ") + failure.what();
+  } catch (...) {
+    const std::string why = thrownWords();
+    noteFault("working on the station log", why);
+    view_.Notice = "It did not succeed: " + why + ".";
   }
   tellNews();
 }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -66,9 +68,7 @@ class Wakes {
   int count_ = 0;
 };
 
-inline std::filesystem::path shippedData() {
-  return KELVANE_DATA_FOLDER;
-}
+inline std::filesystem::path shippedData() { return KELVANE_DATA_FOLDER; }
 
 /// A frequency component with folders of its own and a clock that the test sets.
 class AmbrelPlay {
@@ -81,7 +81,11 @@ class AmbrelPlay {
     core.reset();
     core = std::make_unique<AmbrelCore>(
         shipped_ ? shippedData() : dataFolder(), userFolder(), [this] { return now; },
-        [this] { wakes.wake(); }, windows);
+        [this] {
+          if (wakeThrows.exchange(false)) throw std::bad_alloc();
+          wakes.wake();
+        },
+        windows);
     core->addListener(events);
     core->OpenFrqConfig("Shack");
     core->InitFrqPlan(0);
@@ -144,6 +148,7 @@ class AmbrelPlay {
       std::chrono::sys_days(std::chrono::year(2022) / 7 / 13);
   OpenedWindows windows;
   HeardEvents events;
+  std::atomic<bool> wakeThrows = false;  ///< the next wake does
   Wakes wakes;
 
  private:

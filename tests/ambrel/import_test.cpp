@@ -227,6 +227,14 @@ TEST(Import, ALineKnownBeforeStaysFound) {
   EXPECT_EQ(play.core->GetRxKnownFrequency(), 6'070'000);
 }
 
+TEST(Import, AFaultOnItsThreadIsSaidInWordsAndTheNextOneGoesOn) {
+  AmbrelPlay play;
+  play.wakeThrows = true;
+  EXPECT_THAT(play.importText(kGood), HasSubstr("Nothing was read: there is not enough memory"));
+  EXPECT_THAT(play.core->GetFrqFaults().value(), HasSubstr("reading lists: there is not enough"));
+  EXPECT_THAT(play.importText(kGood), HasSubstr("was loaded"));
+}
+
 TEST(Sources, TellWhatTheDataIsMadeOf) {
   AmbrelPlay play;
   play.write(play.dataFolder() / "known-a.txt", "[One]\n5000 ; X\n[Two]\n6000 ; Y\nbad\n");

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <semaphore>
+#include <stdexcept>
 
+#include "base/barrier.h"
 #include "tests/fakes/temp_folder.h"
 
 namespace kelvane {
@@ -63,6 +65,32 @@ TEST(FileSaver, SaysWhatCouldNotBeWritten) {
   saver.finish();
   EXPECT_FALSE(heard);
   EXPECT_NE(heard.reason, "");
+}
+
+/// A disk at which something throws, once.
+struct ThrowingSteps : FileSteps {
+  FileResult makeFolders(const std::filesystem::path& folder) override {
+    if (std::exchange(throws, false)) throw std::bad_alloc();
+    return FileSteps::makeFolders(folder);
+  }
+  bool throws = true;
+};
+
+TEST(FileSaver, GoesOnAfterAFaultAndSaysIt) {
+  TempFolder folder;
+  std::string words;
+  FileSaver saver(std::make_shared<ThrowingSteps>());
+  saver.save(folder.path() / "a", "x", [&](const FileResult& r) {
+    words = r.reason;
+    throw std::runtime_error("the listener falls too");
+  });
+  saver.finish();
+  EXPECT_NE(words.find("there is not enough memory"), words.npos) << words;
+  saver.save(folder.path() / "b", "x");
+  saver.finish();
+  EXPECT_EQ(readFile(folder.path() / "b", 9), "x");
+  for (const char* noted : {"writing a file: there is not", "the listener falls too"})
+    EXPECT_NE(notedFaults().find(noted), std::string::npos) << notedFaults();
 }
 
 }  // namespace

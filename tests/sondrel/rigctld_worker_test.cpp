@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <future>
+#include <new>
+
 #include "tests/fakes/fake_rig.h"
 #include "tests/fakes/stand_in_server.h"
 #include "tests/fakes/worker_watch.h"
@@ -172,6 +176,26 @@ TEST(RigctldWorker, CarriesOutNothingThatWasAskedBeforeItWasClosed) {
   EXPECT_TRUE(watch.hears([](const ValueReport& value) { return value.ticket == 10; }));
   const std::lock_guard lock(mutex);
   EXPECT_EQ(sets, std::vector<std::string>{"F 6000000"});
+}
+
+TEST(RigctldWorker, AFaultOnItsThreadEndsTheLinkAndNotTheProgram) {
+  StandInServer server(answering(FakeRig::Manner::Rigctld));
+  std::promise<void> thrown, up;
+  std::atomic<bool> first = true;
+  RigctldWorker worker(addressOf(server), {}, [&](const std::vector<RigReport>& reports, auto) {
+    const auto isUp = [](const RigReport& report) {
+      const auto* link = std::get_if<LinkReport>(&report);
+      return link && link->state == LinkState::Up;
+    };
+    if (std::ranges::none_of(reports, isUp)) return;
+    if (!first.exchange(false)) return up.set_value();
+    thrown.set_value();
+    throw std::bad_alloc();
+  });
+  worker.open(false);
+  thrown.get_future().wait();
+  worker.open(true);
+  EXPECT_EQ(up.get_future().wait_for(std::chrono::seconds(30)), std::future_status::ready);
 }
 
 }  // namespace

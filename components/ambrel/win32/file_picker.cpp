@@ -14,11 +14,6 @@ namespace {
 /// Longest path that Windows takes.
 constexpr DWORD kLongest = 32768;
 
-BOOL CALLBACK closeWindow(HWND window, LPARAM) {
-  PostMessageW(window, WM_CLOSE, 0, 0);
-  return TRUE;
-}
-
 std::filesystem::path chosenFile(const FilePicker::Request& request) {
   std::vector<wchar_t> name(kLongest, L'\0');
   OPENFILENAMEW ask{};
@@ -35,32 +30,16 @@ std::filesystem::path chosenFile(const FilePicker::Request& request) {
 
 }  // namespace
 
-FilePicker::~FilePicker() { end(); }
-
-void FilePicker::end() {
-  // The dialog tells its owner on this thread that it goes: that has to be let in meanwhile. Its
-  // window may not be there yet; it is asked until it has gone.
-  while (open_) {
-    EnumThreadWindows(threadId_, closeWindow, 0);
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_SENDMESSAGE);
-    MSG message;
-    PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
-  }
-  if (thread_.joinable()) thread_.join();
-}
-
-bool FilePicker::ask(Request request, Chosen chosen) {
-  if (open_) return false;
-  end();
-  open_ = true;
-  thread_ = std::thread([this, request = std::move(request), chosen = std::move(chosen)] {
-    threadId_ = GetCurrentThreadId();
-    const HRESULT com = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    const std::filesystem::path file = chosenFile(request);
-    if (!file.empty()) chosen(file);
-    if (SUCCEEDED(com)) CoUninitialize();
-    open_ = false;
-  });
+bool FilePicker::ask(Request request, Chosen chosen, Failed failed) {
+  if (thread_.running()) return false;
+  thread_.start(
+      [request = std::move(request), chosen = std::move(chosen)] {
+        const HRESULT com = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        const std::filesystem::path file = chosenFile(request);
+        if (!file.empty()) chosen(file);
+        if (SUCCEEDED(com)) CoUninitialize();
+      },
+      std::move(failed));
   return true;
 }
 

@@ -2,24 +2,18 @@
 
 #include <windows.h>
 
-#include <atomic>
 #include <filesystem>
 #include <functional>
 #include <string>
-#include <thread>
+
+#include "base/win32/dialog_thread.h"
 
 namespace kelvane::ambrel {
 
 /// The system's dialog for choosing a file to open, on a thread of its own: its message loop would
-/// keep the panel's from seeing keys.
+/// keep the panel's from seeing keys. With its owner a dialog that is open is closed.
 class FilePicker {
  public:
-  FilePicker() = default;
-  /// Closes a dialog that is open.
-  ~FilePicker();
-  FilePicker(const FilePicker&) = delete;
-  FilePicker& operator=(const FilePicker&) = delete;
-
   struct Request {
     HWND owner;  ///< takes no input meanwhile
     std::wstring title;
@@ -29,15 +23,11 @@ class FilePicker {
   using Chosen = std::function<void(const std::filesystem::path& file)>;
 
   /// Opens the dialog; false while one is open. `chosen` is called on the dialog's thread when the
-  /// operator chose a file.
-  bool ask(Request request, Chosen chosen);
+  /// operator chose a file; `failed` where that could not be done.
+  bool ask(Request request, Chosen chosen, Failed failed);
 
  private:
-  void end();
-
-  std::thread thread_;
-  std::atomic<DWORD> threadId_{0};
-  std::atomic<bool> open_{false};
+  DialogThread thread_;
 };
 
 }  // namespace kelvane::ambrel

@@ -187,26 +187,35 @@ void SourceWindow::begin(bool begun) {
 }
 
 void SourceWindow::chooseSchedule() {
-  picker_.ask({window(), L"Load a schedule", std::wstring(kFilter, std::size(kFilter))},
-              [&core = core_, refusal = refusal_](const std::filesystem::path& file) {
-                core.post([&core, refusal, file] {
-                  *refusal = core.importSchedule(file)
-                                 ? ""
-                                 : "Files are being read already; try again when that is done.";
-                });
-              });
+  picker_.ask(
+      {window(), L"Load a schedule", std::wstring(kFilter, std::size(kFilter))},
+      [&core = core_, refusal = refusal_](const std::filesystem::path& file) {
+        core.post([&core, refusal, file] {
+          *refusal = core.importSchedule(file)
+                         ? ""
+                         : "Files are being read already; try again when that is done.";
+        });
+      },
+      refused("No file was chosen"));
+}
+
+Failed SourceWindow::refused(const std::string& what) {
+  return [&core = core_, refusal = refusal_, what](const std::string& why) {
+    core.post([refusal, words = what + ": " + why + "."] { *refusal = words; });
+  };
 }
 
 void SourceWindow::edit(MakeFile make) {
   if (!core_.files()) return;
-  background_.run(
-      [&core = core_, refusal = refusal_, make = std::move(make), files = *core_.files()] {
-        const OwnFile own = make(files);
-        core.post([refusal, own] {
-          *refusal = own.reason.empty() ? openInEditor(own.file)
-                                        : pathText(own.file) + " was not made. " + own.reason;
-        });
-      });
+  const auto job = [&core = core_, refusal = refusal_, make = std::move(make),
+                    files = *core_.files()] {
+    const OwnFile own = make(files);
+    core.post([refusal, own] {
+      *refusal = own.reason.empty() ? openInEditor(own.file)
+                                    : pathText(own.file) + " was not made. " + own.reason;
+    });
+  };
+  background_.run("making a file of the operator's own", job, refused("The file was not made"));
 }
 
 }  // namespace kelvane::ambrel

@@ -35,6 +35,8 @@ class SourceWindow final : public win32::DialogWindow {
   void begin(bool begun);
   void chooseSchedule();
   void edit(MakeFile make);
+  /// Says in the window that something failed; to be called from any thread.
+  Failed refused(const std::string& what);
 
   AmbrelCore& core_;
   std::vector<SourceRow> sources_;

@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/barrier.h"
 #include "contract/win32/server/type_library.h"
 
 namespace kelvane::com {
@@ -63,12 +64,11 @@ LRESULT CALLBACK ComponentHost::procedure(HWND window, UINT message, WPARAM wpar
     return DefWindowProcW(window, message, wparam, lparam);
   }
   const ComPtr<IUnknown> alive(&host->component_.identity());
-  try {
+  // What is left of a turn that failed is for the next one.
+  barrier("a turn of the component", [&] {
     if (message == WM_TIMER) host->timerDue_ = kFired;
     host->takeTurn();
-  } catch (...) {
-    // Nothing may pass through the system's frames; what is left is for the next turn.
-  }
+  });
   return 0;
 }
 

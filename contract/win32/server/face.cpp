@@ -1,5 +1,6 @@
 #include "contract/win32/server/face.h"
 
+#include "base/barrier.h"
 #include "base/win32/utf16.h"
 #include "contract/win32/com.h"
 #include "contract/win32/com_ptr.h"
@@ -41,10 +42,13 @@ HRESULT finishedBy(const char* operation, std::exception_ptr thrown) noexcept {
   try {
     std::rethrow_exception(thrown);
   } catch (const std::bad_alloc&) {
+    noteFault(operation, thrownWords());
     return E_OUTOFMEMORY;
   } catch (const std::exception& error) {
+    noteFault(operation, thrownWords());
     return explained(E_UNEXPECTED, operation, error.what());
   } catch (...) {
+    noteFault(operation, thrownWords());
     return explained(E_UNEXPECTED, operation, "an error of an unknown kind");
   }
 }

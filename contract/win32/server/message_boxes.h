@@ -2,10 +2,9 @@
 
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "contract/win32/com.h"
+#include "base/win32/dialog_thread.h"
 
 namespace kelvane::com {
 
@@ -13,7 +12,7 @@ namespace kelvane::com {
 /// nor the program that uses it stands still behind one; with their owner they are taken away.
 class MessageBoxes {
  public:
-  MessageBoxes();
+  MessageBoxes() = default;
   MessageBoxes(const MessageBoxes&) = delete;
   MessageBoxes& operator=(const MessageBoxes&) = delete;
   ~MessageBoxes();
@@ -22,9 +21,7 @@ class MessageBoxes {
   void show(const std::string& title, const std::string& words);
 
  private:
-  struct Box;
-
-  std::vector<std::unique_ptr<Box>> boxes_;
+  std::vector<std::unique_ptr<DialogThread>> boxes_;
 };
 
 }  // namespace kelvane::com
