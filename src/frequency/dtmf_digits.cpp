@@ -1,6 +1,8 @@
 #include "frequency/dtmf_digits.h"
 
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <utility>
 
 #include "base/number.h"
@@ -47,7 +49,9 @@ bool DtmfDigits::tune(Index rx, std::string& buffer) {
 bool DtmfDigits::step(Index rx, Hz hertz) {
   const Hz now = component_.GetRxFrequency(rx, kTuned);
   if (now < 0) return false;
-  component_.SetRxFrequency(rx, false, now + hertz);
+  const std::int64_t next = std::int64_t{now} + hertz;
+  if (next < 0 || next > std::numeric_limits<Hz>::max()) return false;
+  component_.SetRxFrequency(rx, false, static_cast<Hz>(next));
   return true;
 }
 

@@ -1,6 +1,7 @@
 #include "win32/dde_conversation.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/barrier.h"
 #include "win32/text.h"
@@ -64,13 +65,8 @@ DWORD WINAPI DdeConversation::threadMain(void* parameter) {
 }
 
 void DdeConversation::run() {
-  if (DdeInitializeW(&instance_, callback, APPCLASS_STANDARD | APPCMD_CLIENTONLY, 0) !=
-      DMLERR_NO_ERROR) {
-    state_ = DigitLink::Failed;
-    return;
-  }
-  item_ = DdeCreateStringHandleW(instance_, kItem, CP_WINUNICODE);
-  while (!stop_) {
+  bool begun = begin();
+  while (begun && !stop_) {
     const bool again = refresh_.exchange(false);
     if (!conversation_ && again) connect();
     // What a hung server owed is asked for again when the links are refreshed.
@@ -80,8 +76,29 @@ void DdeConversation::run() {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
     if (conversation_ && !alive()) drop(DigitLink::Waiting);
+    if (!std::exchange(lost_, false)) continue;
+    // A system was seen whose DDE never finds a server again that took its leave of it.
+    finish();
+    begun = begin();
   }
+  if (!begun) return;
   drop(DigitLink::Closed);
+  finish();
+}
+
+/// Makes the thread known to DDE.
+bool DdeConversation::begin() {
+  instance_ = 0;
+  if (DdeInitializeW(&instance_, callback, APPCLASS_STANDARD | APPCMD_CLIENTONLY, 0) !=
+      DMLERR_NO_ERROR) {
+    state_ = DigitLink::Failed;
+    return false;
+  }
+  item_ = DdeCreateStringHandleW(instance_, kItem, CP_WINUNICODE);
+  return true;
+}
+
+void DdeConversation::finish() {
   DdeFreeStringHandle(instance_, item_);
   DdeUninitialize(instance_);
 }
@@ -157,7 +174,10 @@ bool DdeConversation::alive() const {
 }
 
 void DdeConversation::drop(DigitLink state) {
-  if (const HCONV gone = std::exchange(conversation_, nullptr)) DdeDisconnect(gone);
+  if (const HCONV gone = std::exchange(conversation_, nullptr)) {
+    DdeDisconnect(gone);
+    lost_ = true;
+  }
   owed_ = asked_ = 0;
   state_ = state;
 }
@@ -176,6 +196,7 @@ HDDEDATA CALLBACK DdeConversation::callback(UINT type, UINT, HCONV conversation,
   if (!self || self->conversation_ != conversation) return nullptr;
   if (type == XTYP_DISCONNECT) {
     self->conversation_ = nullptr;
+    self->lost_ = true;
     self->owed_ = self->asked_ = 0;
     self->state_ = DigitLink::Waiting;
     return nullptr;

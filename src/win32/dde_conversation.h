@@ -41,6 +41,8 @@ class DdeConversation {
   static DdeConversation* ownerOf(HCONV conversation);
 
   void run();
+  bool begin();
+  void finish();
   void connect();
   bool askToBeTold();
   void fetch();
@@ -63,8 +65,9 @@ class DdeConversation {
   DWORD instance_ = 0;
   HSZ item_ = nullptr;
   HCONV conversation_ = nullptr;
-  int owed_ = 0;   ///< announced and not delivered
-  int asked_ = 0;  ///< of those: asked for, and the answer is still to come
+  bool lost_ = false;  ///< a conversation has ended
+  int owed_ = 0;       ///< announced and not delivered
+  int asked_ = 0;      ///< of those: asked for, and the answer is still to come
 };
 
 }  // namespace kelvane::win32

@@ -4,9 +4,11 @@
 
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 
+#include "base/win32/posted_wake.h"
 #include "contract/types.h"
 
 namespace kelvane::win32 {
@@ -18,14 +20,20 @@ class DdeMail {
   using Letter = std::pair<Index, std::string>;
 
   /// `window` gets WM_APP when there is something to collect.
-  explicit DdeMail(HWND window) : window_(window) {}
+  explicit DdeMail(HWND window) : wake_(std::in_place, window, WM_APP) {}
 
   /// From any thread. What nobody collects is kept up to a limit, the first texts.
   void post(Index rx, std::string text) {
     const std::lock_guard lock(mutex_);
-    if (!window_ || letters_.size() >= kMost) return;
-    if (letters_.empty()) PostMessageW(window_, WM_APP, 0, 0);
+    if (!wake_ || letters_.size() >= kMost) return;
+    if (letters_.empty()) wake_->post();
     letters_.emplace_back(rx, std::move(text));
+  }
+
+  /// Asks for another collection.
+  void wake() {
+    const std::lock_guard lock(mutex_);
+    if (wake_) wake_->post();
   }
 
   std::deque<Letter> collect() {
@@ -36,7 +44,7 @@ class DdeMail {
   /// Nobody collects any more.
   void close() {
     const std::lock_guard lock(mutex_);
-    window_ = nullptr;
+    wake_.reset();
     letters_.clear();
   }
 
@@ -44,7 +52,7 @@ class DdeMail {
   static constexpr std::size_t kMost = 4096;
 
   std::mutex mutex_;
-  HWND window_;
+  std::optional<PostedWake> wake_;
   std::deque<Letter> letters_;
 };
 

@@ -75,7 +75,7 @@ void DdeServers::deliver() {
     if (take_) barrier("taking a digit", [&] { take_(letter.first, letter.second); });
   }
   delivering_ = false;
-  if (std::exchange(again_, false)) PostMessageW(window_, WM_APP, 0, 0);
+  if (std::exchange(again_, false)) mail_->wake();
 }
 
 LRESULT CALLBACK DdeServers::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -59,6 +59,24 @@ TEST(LinkHistory, WritesEachEventAsALineThatAPersonCanRead) {
   }
 }
 
+TEST(LinkHistory, CountsWhatRepeatsInOneLine) {
+  LinkHistory history;
+  for (int i = 0; i < 3; ++i) {
+    history.note({kMorning + i * 1000, "RxConnState", 0, 1004});
+    history.note({kMorning + i * 1000, "RxConnState", 1, 1022});
+  }
+  history.note({kMorning + 9000, "RxConnState", 1, 1000});
+  history.note({kMorning + 9000, "RxConnState", 1, 1022});
+  history.note({kMorning + 9500, "DrvUpdated", 2, 0});
+  history.note({kMorning + 9900, "RxConnState", 1, 1022});
+  ASSERT_EQ(history.size(), 6u) << "another receiver's events between do not matter";
+  EXPECT_EQ(lineOf(history.at(0)),
+            "2026-03-01 17:20:05.250 UTC  receiver 1: RxConnState 1004 Link: Bad address, 3 times "
+            "until 2026-03-01 17:20:07.250 UTC");
+  EXPECT_EQ(history.at(1).times, 3u);
+  EXPECT_EQ(history.at(3).times, 1u);
+}
+
 TEST(LinkHistory, NotesLinksAloneAndHandsEverythingOn) {
   NotedPanel panel("[Receiver]\nFault=1003\nFaultHeals=1\n[Receiver]\n");
   panel.rig.run(milliseconds(20000));

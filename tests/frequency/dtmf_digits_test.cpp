@@ -1,8 +1,10 @@
+#include <limits>
 #include <random>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/fakes/noting_receivers.h"
 #include "tests/fakes/panel_rig.h"
 
 namespace kelvane {
@@ -108,6 +110,30 @@ TEST_F(DdeDigits, LinksFollowTheOptionAndTheReceiversAndAreSaidInColourAndWords)
   const int closed = digitServers.refreshes;
   run(milliseconds(5000));
   EXPECT_EQ(digitServers.refreshes, closed);
+}
+
+TEST_F(DdeDigits, StepNoFurtherThanAFrequencyCanBe) {
+  /// A radio whose server claims nonsense.
+  class TooHigh : public fakes::PassingReceivers {
+   public:
+    using PassingReceivers::PassingReceivers;
+    Answer<Hz> GetRxFrequency(Index, Long) override { return frequency; }
+    Outcome SetRxFrequency(Index, Flag, Hz hertz) override {
+      asked.push_back(hertz);
+      return Outcome::Done;
+    }
+    Hz frequency = std::numeric_limits<Hz>::max();
+    std::vector<Hz> asked;
+  };
+  TooHigh radio(receiver());
+  DtmfDigits digits(radio);
+  digits.Digits_Change(0, "#|100");
+  EXPECT_TRUE(radio.asked.empty());
+  digits.Digits_Change(0, "*|100");
+  radio.frequency = 50;
+  digits.Digits_Change(0, "*|100");
+  ASSERT_EQ(radio.asked.size(), 1u);
+  EXPECT_EQ(radio.asked[0], std::numeric_limits<Hz>::max() - 100);
 }
 
 TEST_F(DdeDigits, AnyTextsLeaveAShortEntryAndAFrequencyInRange) {

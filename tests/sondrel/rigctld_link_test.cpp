@@ -221,13 +221,19 @@ TEST_F(RigctldSlowRadio, IsKnownAgainWhenItsServerIsConnectedAnew) {
 TEST_F(RigctldSlowRadio, ThatWasSilentForAWhileIsNotAskedForAllOfItAgain) {
   play.open();
   run(6 * 60'000);
-  const auto errors = std::exchange(play.rig.errors, {});
-  play.rig.trouble = 5;
-  run(35'000);
+  // In the middle of reading a setting that it told before.
+  play.instead = [this](const std::string& line) {
+    if (line == "+l PREAMP") play.rig.trouble = 5;
+    return play.rig.answer(line);
+  };
+  play.takes = [this](const std::string& line) {
+    return play.rig.trouble ? milliseconds(8000) : time(line);
+  };
+  run(40'000);
   EXPECT_EQ(play.links.back(), LinkState::NotResponding);
+  play.instead = nullptr;
   play.rig.trouble.reset();
-  play.rig.errors = errors;
-  run(3000);
+  run(12'000);
   play.links.clear();
   play.lines.clear();
   play.times.clear();

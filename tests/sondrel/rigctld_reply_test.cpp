@@ -69,7 +69,8 @@ TEST(RigctldReply, IsTheSameHoweverItIsCut) {
 
 TEST(RigctldReply, SkipsWhatBelongsToAnOlderCommand) {
   const auto rule = kExtended.get(RigItem::Frequency).rule;
-  for (const std::string stray : {"RPRT 0\n", "12\n", "get_level: ATT\n10\n", "get_frequency\n"}) {
+  for (const std::string stray : {"RPRT 0\n", "12\n", "get_level: ATT\n10\n",
+                                  "get_level: ATT\nRPRT -5\n", "get_frequency\n"}) {
     ReplyReader reader;
     reader.begin(rule);
     EXPECT_EQ(reader.feed(stray + "get_freq:\nFrequency: 5\nRPRT 0\n"), Progress::Complete)

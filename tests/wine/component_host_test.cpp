@@ -1,6 +1,7 @@
 // The turns that a component's host gives it.
 #include "contract/win32/server/component_host.h"
 
+#include <atomic>
 #include <thread>
 
 #include "contract/win32/server/face.h"
@@ -71,6 +72,24 @@ TEST_F(Host, DeliversOnceForManyWakeUpsFromAnyThread) {
   hosted.host->wake();
   pump();
   EXPECT_EQ(hosted.deliveries, 2);
+}
+
+/// A message queue that is full at first.
+std::atomic<int> refusals;
+BOOL WINAPI postLater(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (refusals-- <= 0) return PostMessageW(window, message, wparam, lparam);
+  SetLastError(ERROR_NOT_ENOUGH_QUOTA);
+  return FALSE;
+}
+
+TEST_F(Host, WakesAreRepeatedUntilTheQueueTakesThem) {
+  refusals = 3;
+  const HWND window = CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                      nullptr, nullptr);
+  win32::PostedWake wake(window, WM_APP + 7, postLater);
+  wake.post();
+  EXPECT_TRUE(pumpUntil([] { return refusals < 0; })) << "posted again and again, and taken";
+  DestroyWindow(window);
 }
 
 TEST_F(Host, DeliversAgainWhatArrivesDuringADelivery) {

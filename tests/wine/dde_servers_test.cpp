@@ -36,5 +36,30 @@ TEST(DdeServersTest, KeysKeepTheirOrderThoughTakingOneLetsEventsRun) {
   EXPECT_EQ(taken, "123456789#");
 }
 
+TEST(DdeServersTest, AServerThatEndedInOrderIsFoundAgain) {
+  DdeServers servers;
+  servers.link({"KelvaneAgain_A"});
+  const auto becomes = [&](DigitLink state) {
+    return wine::eventually([&] {
+      letEventsRun();
+      servers.refresh();
+      return servers.state(0) == state;
+    });
+  };
+  std::string taken;
+  servers.whenReceived([&](Index, const std::string& text) { taken += text.substr(0, 1); });
+  for (const char key : {'1', '2', '3'}) {
+    wine::DigitServer server(L"KelvaneAgain_A");
+    ASSERT_TRUE(becomes(DigitLink::Linked)) << key;
+    server.say(std::string(1, key));
+    EXPECT_TRUE(wine::eventually([&] {
+      letEventsRun();
+      return taken.ends_with(key);
+    })) << taken;
+    EXPECT_TRUE(server.end());
+    EXPECT_TRUE(becomes(DigitLink::Waiting)) << key;
+  }
+}
+
 }  // namespace
 }  // namespace kelvane::win32

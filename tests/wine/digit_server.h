@@ -29,7 +29,7 @@ class DigitServer {
   }
   ~DigitServer() {
     kill();
-    CloseHandle(lines_);
+    if (lines_) CloseHandle(lines_);
   }
   DigitServer(const DigitServer&) = delete;
   DigitServer& operator=(const DigitServer&) = delete;
@@ -38,6 +38,13 @@ class DigitServer {
   void say(const std::string& line) {
     DWORD written = 0;
     WriteFile(lines_, (line + "\n").data(), static_cast<DWORD>(line.size() + 1), &written, nullptr);
+  }
+  /// Ends it in order: it takes its leave of everybody. Answers whether it did.
+  bool end() {
+    CloseHandle(std::exchange(lines_, nullptr));
+    const bool ended = WaitForSingleObject(process_.hProcess, 5000) == WAIT_OBJECT_0;
+    kill();
+    return ended;
   }
   void kill() {
     if (!std::exchange(running_, FALSE)) return;

@@ -33,9 +33,11 @@ ComponentHost::ComponentHost(HostedComponent& component) : component_(component)
                             "host window");
   }
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  wake_.emplace(window_, kWake);
 }
 
 ComponentHost::~ComponentHost() {
+  wake_.reset();
   SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
   DestroyWindow(window_);
   // The class would outlive the library that holds its procedure. While a sibling's window still
@@ -44,9 +46,7 @@ ComponentHost::~ComponentHost() {
 }
 
 void ComponentHost::wake() noexcept {
-  if (awake_.exchange(true)) return;
-  // A full message queue takes no wake-up; the next event tries again.
-  if (!PostMessageW(window_, kWake, 0, 0)) awake_ = false;
+  if (!awake_.exchange(true)) wake_->post();
 }
 
 void ComponentHost::callEnds() {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <atomic>
+#include <optional>
 
 #include "base/time.h"
+#include "base/win32/posted_wake.h"
 #include "contract/win32/com.h"
 #include "contract/win32/com_ptr.h"
 #include "contract/win32/server/face.h"
@@ -34,7 +36,7 @@ class ComponentHost final : public CallWatch {
   ComponentHost& operator=(const ComponentHost&) = delete;
   ~ComponentHost() override;
 
-  /// Asks for a turn; from any thread. Many wake-ups before a turn are one.
+  /// Asks for a turn; from any thread. Many wake-ups before a turn are one, and none is lost.
   void wake() noexcept;
 
   void callBegins() override { ++calls_; }
@@ -47,6 +49,7 @@ class ComponentHost final : public CallWatch {
 
   HostedComponent& component_;
   HWND window_ = nullptr;
+  std::optional<win32::PostedWake> wake_;
   std::atomic<bool> awake_{false};
   bool held_ = false;  ///< a delivery fell due while a caller was inside
   int calls_ = 0;      ///< how deep callers are inside the component
