@@ -237,12 +237,14 @@ bool DialogWindow::takes(MSG& message) {
 
 // A program's own message loop knows nothing of a component's dialog and its keys.
 LRESULT CALLBACK DialogWindow::previewKeys(int code, WPARAM wParam, LPARAM lParam) {
+  // First, so that whoever else listens hears the key as it came.
+  const LRESULT next = CallNextHookEx(nullptr, code, wParam, lParam);
   auto* message = reinterpret_cast<MSG*>(lParam);
   if (code == HC_ACTION && wParam == PM_REMOVE && isKey(message->message)) {
     DialogWindow* dialog = dialogOf(GetAncestor(message->hwnd, GA_ROOT));
     if (dialog && dialog->hook_ && dialog->takes(*message)) message->message = WM_NULL;
   }
-  return CallNextHookEx(nullptr, code, wParam, lParam);
+  return next;
 }
 
 LRESULT CALLBACK DialogWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -275,6 +277,9 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       return activated(LOWORD(wParam) != WA_INACTIVE), true;
     case WM_SETFOCUS:
       return activated(true), true;
+    case WM_ENABLE:
+      if (wParam && !IsWindowVisible(window_)) ShowWindow(window_, SW_SHOWNA);
+      return false;
     case WM_NEXTDLGCTL:
       return goTo(wParam, LOWORD(lParam) != 0), true;
     case DM_GETDEFID:
@@ -320,6 +325,8 @@ void DialogWindow::activated(bool active) {
   if (!active) {
     const HWND focus = GetFocus();
     if (IsChild(window_, focus)) focus_ = focus;
+    // Now, not sooner: the system would give the keyboard of a hidden window to any other one.
+    if (!IsWindowEnabled(window_) && makesRoom()) ShowWindow(window_, SW_HIDE);
     return;
   }
   const bool usable = focus_ && IsWindowEnabled(focus_) && IsWindowVisible(focus_);

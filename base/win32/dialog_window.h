@@ -101,6 +101,8 @@ class DialogWindow {
   virtual void resized() {}
   /// The button that Enter presses now.
   virtual int defaultButton() const { return IDOK; }
+  /// A dialog over this one stands in its place: this one is not seen meanwhile.
+  virtual bool makesRoom() const { return false; }
   /// Something takes long: the pointer says so.
   virtual bool waiting() const { return false; }
   /// waiting() answers otherwise now: the pointer is to show it also while it rests.

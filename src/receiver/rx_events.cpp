@@ -9,10 +9,10 @@ void RxEvents::RxConnState(Index rx, Long code) {
   const bool up = code == static_cast<Long>(LinkState::Up);
   units_.status.reported(rx, code);
   retry_.reported(rx, code, now_());
-  if (up && tabs_.hasTabs()) tabs_.requestShow(rx);
+  tabs_.linkReported(rx, up, now_());
   tabs_.highlight(rx, component_.GetRxRemote(rx));
-  if (rx != shown_.index()) return;
   if (up && options_.OptSendTime) component_.SetRxTime(rx, {});
+  if (rx != shown_.index()) return;
   refresh_.run();
 }
 
@@ -29,7 +29,7 @@ void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long) {
     if (shown_.online()) refresh_.frequency(frequency, Apply::Automatic);
     return;
   }
-  if (options_.OptMonitorChanges && component_.GetRxGlobalFlag()) tabs_.requestShow(rx);
+  if (options_.OptMonitorChanges && component_.GetRxGlobalFlag()) tabs_.tunedByHand(rx, now_());
 }
 
 void RxEvents::RxChnUpdated(Index rx, Channel channel) {

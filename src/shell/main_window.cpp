@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include "base/text.h"
+#include "ui/alt_letters.h"
 #include "ui/control_ids.h"
 #include "ui/key_codes.h"
 #include "ui/main_controls.h"
-#include "ui/mnemonic.h"
 #include "windows/channel_editor.h"
 #include "windows/data_log.h"
 
@@ -67,8 +68,8 @@ MAin::MAin(const PanelServices& services)
       utc_(view_.UtcTime, services.calendar),
       announcer_(view_.Announced),
       refresh_(view_, units(), services.receiver, shown_),
-      tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_,
-            keyboard_),
+      tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_, keyboard_,
+            options_),
       saver_(services.disk),
       channelEditor_(std::make_unique<ChannelEditor>(
           services.receiver,
@@ -139,7 +140,6 @@ void MAin::lostFocus(int control) {
 void MAin::keyDown(int control, int keyCode, int shift) {
   if (within(control, id::FrqDigit, view_.FrqDigit.size()))
     entry_.FrqDigit_KeyDown(control - id::FrqDigit, keyCode, shift);
-  tabs_.serveRequest();
 }
 
 void MAin::keyPress(int control, int character) {
@@ -147,10 +147,10 @@ void MAin::keyPress(int control, int character) {
     entry_.FrqDigit_KeyPress(control - id::FrqDigit, character);
   else if (control == id::FrqFocus)
     entry_.FrqFocus_KeyPress(character);
-  tabs_.serveRequest();
 }
 
 void MAin::clicked(int control, MouseButton button) {
+  handMoved();
   // What the screen still shows may be gone or locked by now, or lie under a dialog.
   const Control* clicked = controlOf(view_, control);
   if (!clicked || !clicked->visible || !clicked->enabled || services_.window.modalOpen()) return;
@@ -227,13 +227,14 @@ void MAin::Config_Click() {
 bool MAin::accelerator(char32_t character) {
   // Alt was let go alone; a caption that marks no letter must not answer to that.
   if (character == 0) return false;
+  handMoved();
   if (tabs_.accelerator(character)) return true;
-  if (character >= 'A' && character <= 'Z') character += 'a' - 'A';
   for (const ControlRow& row : mainControls()) {
-    if (row.kind != Kind::Button && row.kind != Kind::Toggle) continue;
+    if (!marksLetters(row)) continue;
     for (int i = 0; i < row.count; ++i) {
       const Control& button = row.of(view_, i);
-      if (!button.visible || !button.enabled || mnemonic(button.text) != character) continue;
+      if (!button.visible || !button.enabled) continue;
+      if (markedLetter(button.text) != lowerCase(character)) continue;
       // The focus stays where it is: the next key may press the same button again.
       act(row.id + i, MouseButton::Left);
       return true;
@@ -250,23 +251,20 @@ bool MAin::pressFocused(int character, int focused) {
 }
 
 bool MAin::previewKeyDown(int keyCode, int shift, int focused) {
+  handMoved();
   groups_.at(focused);
-  const bool taken =
-      keys_.keyDown(keyCode, shift, within(focused, id::FrqDigit, view_.FrqDigit.size()));
-  tabs_.serveRequest();
-  return taken;
+  return keys_.keyDown(keyCode, shift, within(focused, id::FrqDigit, view_.FrqDigit.size()));
 }
 
 bool MAin::previewKeyPress(int character, int focused) {
+  handMoved();
   groups_.at(focused);
-  const bool taken =
-      pressFocused(character, focused) ||
-      keys_.keyPress(character, within(focused, id::FrqDigit, view_.FrqDigit.size()));
-  tabs_.serveRequest();
-  return taken;
+  return pressFocused(character, focused) ||
+         keys_.keyPress(character, within(focused, id::FrqDigit, view_.FrqDigit.size()));
 }
 
 void MAin::wheel(int delta) {
+  handMoved();
   const int step = wheel_.turned(delta);
   if (step == 0 || shown_.locked()) return;
   keys_.endPair();
@@ -278,6 +276,7 @@ void MAin::wheel(int delta) {
 }
 
 void MAin::tabClicked(int tab) {
+  handMoved();
   keys_.endPair();
   tabs_.click(tab);
 }
@@ -287,7 +286,7 @@ void MAin::announce() {
   if (tabs.selected < 0 || row_.EntryInProgress()) return;
   const bool online = shown_.online();
   const Hz hertz = online ? services_.receiver.GetRxFrequency(shown_.index(), kTuned).value() : -1;
-  announcer_.look({tabs.tabs[tabs.selected].caption.substr(1),
+  announcer_.look({spokenCaption(tabs.tabs[tabs.selected].caption),
                    online ? std::string() : view_.RxMask.text, spokenFrequency(hertz)});
 }
 
@@ -301,11 +300,12 @@ void MAin::tick(Instant now) {
     announce();
   }
   channelEditor_->tick(now);
-  tabs_.serveRequest();
+  tabs_.serveRequest(now);
 }
 
 Instant MAin::nextDue() const {
-  return std::min({retry_.timer().due(), TimBlk_.due(), channelEditor_->nextDue()});
+  return std::min(
+      {retry_.timer().due(), TimBlk_.due(), channelEditor_->nextDue(), tabs_.nextDue()});
 }
 
 void MAin::unload(const Placement& place) {

@@ -106,6 +106,9 @@ class MAin : public ControlEvents {
   Companions& companions() { return companions_; }
   const std::string& CommandPrefix() const { return keys_.CommandPrefix(); }
   void tabClicked(int tab);
+  /// The operator pressed a key or a button of the mouse, or turned the wheel, in any of the
+  /// program's windows: for a while nothing but his hand changes what is shown.
+  void handMoved() { tabs_.handMoved(services_.now()); }
   /// Alt and a character. Answers whether a tab or a button took it.
   bool accelerator(char32_t character);
   /// The window became the active one.

@@ -16,6 +16,7 @@ struct Options {
   bool OptOnTop;           ///< keep the windows above others
   bool OptBeep;            ///< refused commands give a beep
   bool OptMonitorChanges;  ///< a hand at another receiver moves the display there
+  bool OptShowNew;         ///< a link that comes up moves the display to its receiver
   bool OptFollowCarrier;
   bool OptAutoMode;
   bool OptAutoFilter;
@@ -34,7 +35,7 @@ struct OptionRow {
 };
 
 /// The flags, in the order in which they are saved.
-inline constexpr std::array<OptionRow, 8> kOptionRows{{
+inline constexpr std::array<OptionRow, 9> kOptionRows{{
     {&Options::OptOnTop, "WindowsOnTop", true},
     {&Options::OptBeep, "WindowsBeep", true},
     {&Options::OptMonitorChanges, "MonitorChanges", true},
@@ -43,6 +44,7 @@ inline constexpr std::array<OptionRow, 8> kOptionRows{{
     {&Options::OptAutoFilter, "AutoFilter", true},
     {&Options::OptSendTime, "SendTime", true},
     {&Options::OptDDELink, "DDELink", false},
+    {&Options::OptShowNew, "ShowNewReceivers", true},
 }};
 
 /// The options as they are stored; a missing one is at its default.

@@ -2,34 +2,36 @@
 
 #include <algorithm>
 
+#include "ui/alt_letters.h"
 #include "ui/control_ids.h"
+#include "ui/main_controls.h"
 
 namespace kelvane {
 
 namespace {
 
-/// The first character of a UTF-8 text, letters of ASCII in lower case; 0 for an empty text.
-char32_t firstCharacter(const std::string& text) {
-  if (text.empty()) return 0;
-  const auto lead = static_cast<unsigned char>(text[0]);
-  if (lead < 0x80) return static_cast<char32_t>(lead >= 'A' && lead <= 'Z' ? lead + 32 : lead);
-  const int more = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-  char32_t character = lead & (0x3F >> more);
-  for (int i = 1; i <= more && i < static_cast<int>(text.size()); ++i)
-    character = character << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
-  return character;
+/// The letters that the panel's own buttons mark. The captions of the receiver's settings are words
+/// of the receiver's, and mark nothing.
+std::u32string lettersOfButtons(MainView& view) {
+  std::u32string letters;
+  for (const ControlRow& row : mainControls()) {
+    if (!marksLetters(row)) continue;
+    for (int i = 0; i < row.count; ++i) letters += markedLetter(row.of(view, i).text);
+  }
+  return letters;
 }
 
 }  // namespace
 
 void ReceiverTabs::build() {
   const Count receivers = std::min<Count>(component_.GetRxCount(), kMostReceivers);
-  waiting_.reset();
+  requests_.receiversChanged();
+  std::vector<std::string> names;
+  for (Index rx = 0; rx < receivers; ++rx) names.push_back(component_.GetRxName(rx));
   view_.TabStrip.tabs.clear();
-  for (Index rx = 0; rx < receivers; ++rx) {
-    view_.TabStrip.tabs.push_back(
-        {"&" + component_.GetRxName(rx).value(), "Select receiver", component_.GetRxRemote(rx)});
-  }
+  for (const std::string& caption : markedCaptions(names, lettersOfButtons(view_)))
+    view_.TabStrip.tabs.push_back({caption, "Select receiver", false});
+  highlightAll();
   forwarding_.receivers(receivers);
   if (receivers == 0) return showNone();
   select(shown_.index() < receivers ? shown_.index() : Index{0});
@@ -51,7 +53,7 @@ void ReceiverTabs::select(Index rx) {
 
 void ReceiverTabs::click(int tab) {
   if (tab < 0 || tab >= static_cast<int>(view_.TabStrip.tabs.size())) return;
-  waiting_.reset();
+  requests_.chosen();
   window_.focus(id::FrqFocus);
   select(static_cast<Index>(tab));
 }
@@ -62,29 +64,30 @@ void ReceiverTabs::next() {
 }
 
 bool ReceiverTabs::accelerator(char32_t character) {
-  if (character >= 'A' && character <= 'Z') character += 32;
-  const auto tabs = static_cast<int>(view_.TabStrip.tabs.size());
-  for (int step = 1; step <= tabs; ++step) {
-    const int tab = (view_.TabStrip.selected + step) % tabs;
-    if (firstCharacter(component_.GetRxName(static_cast<Index>(tab)).value()) != character)
-      continue;
-    click(tab);
-    return true;
-  }
-  return false;
+  const auto& tabs = view_.TabStrip.tabs;
+  const auto found = std::ranges::find(tabs, lowerCase(character),
+                                       [](const Tab& tab) { return markedLetter(tab.caption); });
+  if (found == tabs.end()) return false;
+  click(static_cast<int>(found - tabs.begin()));
+  return true;
 }
 
-void ReceiverTabs::requestShow(Index rx) {
-  waiting_ = rx;
-  serveRequest();
+void ReceiverTabs::linkReported(Index rx, bool up, Instant now) {
+  const std::string name = component_.GetRxName(rx);
+  if (!up) return requests_.linkDown(name, now);
+  requests_.linkUp(name, rx, options_.OptShowNew && hasTabs(), now);
+  serveRequest(now);
 }
 
-void ReceiverTabs::serveRequest() {
-  if (!waiting_ || window_.modalOpen() || entry_.busy()) return;
-  const Index rx = *waiting_;
-  waiting_.reset();
-  if (rx < 0 || rx >= static_cast<Index>(view_.TabStrip.tabs.size())) return;
-  if (rx != shown_.index()) select(rx);
+void ReceiverTabs::tunedByHand(Index rx, Instant now) {
+  requests_.tunedByHand(rx, now);
+  serveRequest(now);
+}
+
+void ReceiverTabs::serveRequest(Instant now) {
+  const auto rx = requests_.due(window_.modalOpen() || entry_.busy(), now);
+  if (!rx || *rx < 0 || *rx >= static_cast<Index>(view_.TabStrip.tabs.size())) return;
+  if (*rx != shown_.index()) select(*rx);
 }
 
 void ReceiverTabs::highlight(Index rx, bool remote) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <optional>
-
+#include "shell/display_requests.h"
+#include "shell/options.h"
 #include "shell/receiver_refresh.h"
 
 namespace kelvane {
@@ -12,7 +12,7 @@ class ReceiverTabs {
  public:
   ReceiverTabs(MainView& view, ReceiverComponent& component, ShownReceiver& shown,
                ReceiverRefresh& refresh, Forwarding& forwarding, FrqEntry& entry,
-               Indicators& indicators, WindowCommands& window)
+               Indicators& indicators, WindowCommands& window, const Options& options)
       : view_(view),
         component_(component),
         shown_(shown),
@@ -20,7 +20,8 @@ class ReceiverTabs {
         forwarding_(forwarding),
         entry_(entry),
         indicators_(indicators),
-        window_(window) {}
+        window_(window),
+        options_(options) {}
 
   /// One tab for each receiver that the component serves. A selected receiver that is still there
   /// stays selected; else the first one is.
@@ -29,13 +30,17 @@ class ReceiverTabs {
   void click(int tab);
   /// Selects the next receiver's tab, after the last the first.
   void next();
-  /// Alt and a character: selects the next tab whose name begins with it. Answers whether one does.
+  /// Alt and a character: selects the tab that marks it. Answers whether one does.
   bool accelerator(char32_t character);
-  /// A receiver asks to be shown. It waits while the operator is in the middle of an entry or a
-  /// dialog; of several that wait the newest is served.
-  void requestShow(Index rx);
-  /// Serves a waiting request when nothing stands in its way any more.
-  void serveRequest();
+  /// A receiver's link came up, or is not: it may take the display.
+  void linkReported(Index rx, bool up, Instant now);
+  /// A hand tuned another receiver than the one shown: it may take the display.
+  void tunedByHand(Index rx, Instant now);
+  /// The operator pressed a key or a button of the mouse, or turned the wheel.
+  void handMoved(Instant now) { requests_.handMoved(now); }
+  /// Shows the receiver that waits for the display, when nothing stands in its way any more.
+  void serveRequest(Instant now);
+  Instant nextDue() const { return requests_.nextDue(); }
   void highlight(Index rx, bool remote);
   /// Puts every tab's highlight right.
   void highlightAll();
@@ -53,7 +58,8 @@ class ReceiverTabs {
   FrqEntry& entry_;
   Indicators& indicators_;
   WindowCommands& window_;
-  std::optional<Index> waiting_;
+  const Options& options_;
+  DisplayRequests requests_;
 };
 
 }  // namespace kelvane

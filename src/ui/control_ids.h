@@ -59,6 +59,7 @@ enum ControlId : int {
   DDESrvNam = 1208,
   DDEServer = 1209,     // the label before it
   Panel = 1210,         // 0..2
+  WndNewR = 1215,
   ConfigFrames = 1220,  // "Windows", "when Manually tuned", "Other"
 
   // Channel

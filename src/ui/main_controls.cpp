@@ -387,6 +387,11 @@ std::string spokenWords(const ControlRow& row, int element, const Control& contr
   return text.empty() || text == " " ? name : name + ": " + text;
 }
 
+bool marksLetters(const ControlRow& row) {
+  const bool button = row.kind == Kind::Button || row.kind == Kind::Toggle;
+  return button && row.id != id::ModEvent;
+}
+
 std::span<const Place> groupPoints() { return kPoints; }
 
 std::span<const ControlRow> mainControls() { return kRows; }

@@ -60,6 +60,10 @@ std::span<const Place> groupPoints();
 /// What a screen reader says of a control: what it is, and what it shows.
 std::string spokenWords(const ControlRow& row, int element, const Control& control);
 
+/// Whether a row's captions mark letters for Alt: those of the panel's own buttons do. The words on
+/// the receiver's settings are the receiver's.
+bool marksLetters(const ControlRow& row);
+
 /// The main window's controls, in tab order. Elements of an array that differ in kind have rows of
 /// their own.
 std::span<const ControlRow> mainControls();

@@ -3,9 +3,9 @@
 #include <uxtheme.h>
 
 #include <array>
-#include <cwctype>
 #include <utility>
 
+#include "ui/alt_letters.h"
 #include "ui/control_ids.h"
 #include "win32/colours.h"
 #include "win32/text.h"
@@ -14,7 +14,7 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr int kStripTop = 8, kStripHeight = 280, kOkHeight = 26;
+constexpr int kStripTop = 8, kStripHeight = 301, kOkHeight = 26;
 /// Around and between strip and buttons, without the window's own frame.
 constexpr int kAround = 34;
 constexpr int kConfigWidth = 420;
@@ -28,17 +28,8 @@ struct PlacedFrame {
 
 constexpr std::array kFrames{PlacedFrame{&ConfigView::Windows, {20, 42, 380, 66}, 2},
                              PlacedFrame{&ConfigView::Tuned, {20, 114, 380, 66}, 2},
-                             PlacedFrame{&ConfigView::Other, {20, 186, 380, 90}, 3}};
+                             PlacedFrame{&ConfigView::Other, {20, 186, 380, 111}, 4}};
 constexpr int kFirstBox = 20, kBoxStep = 21;
-
-/// The character that a caption marks as its key; 0 where it marks none.
-wchar_t keyOf(const std::string& caption) {
-  const std::wstring text = wide(caption);
-  for (std::size_t i = 0; i + 1 < text.size(); ++i) {
-    if (text[i] == L'&' && text[++i] != L'&') return static_cast<wchar_t>(std::towlower(text[i]));
-  }
-  return 0;
-}
 
 }  // namespace
 
@@ -72,12 +63,12 @@ void ConfigDialog::makeGeneral() {
            (view.*box->box).tip});
     }
   }
-  add({id::DDEServer, WC_STATICW, SS_RIGHT, "Server:", {164, 249, 60, 18}});
+  add({id::DDEServer, WC_STATICW, SS_RIGHT, "Server:", {164, 270, 60, 18}});
   add({id::DDESrvNam,
        WC_EDITW,
        ES_AUTOHSCROLL | WS_TABSTOP,
        view.DDESrvNam.text,
-       {230, 246, 158, 23},
+       {230, 267, 158, 23},
        view.DDESrvNam.tip});
 }
 
@@ -177,15 +168,17 @@ bool ConfigDialog::keyDown(int keyCode, int shift) {
 }
 
 bool ConfigDialog::accelerator(wchar_t character) {
-  const auto wanted = static_cast<wchar_t>(std::towlower(character));
   for (int tab = 0; tab < static_cast<int>(shown_.tabs.size()); ++tab) {
-    if (keyOf(shown_.tabs[tab].caption) != wanted) continue;
+    if (markedLetter(shown_.tabs[tab].caption) != lowerCase(character)) continue;
     config_.All_Click(tab);
     show();
     return true;
   }
   return false;
 }
+
+/// The list of receivers is a large window of its own, and this one has no more to say beneath it.
+bool ConfigDialog::makesRoom() const { return config_.view().All.selected == Config::Drivers; }
 
 HBRUSH ConfigDialog::ground(int control) const {
   // Under a visual style the pages of a tab strip are lighter than the dialog.

@@ -23,6 +23,7 @@ class ConfigDialog : public DialogWindow {
   bool keyDown(int keyCode, int shift) override;
   bool accelerator(wchar_t character) override;
   HBRUSH ground(int control) const override;
+  bool makesRoom() const override;
 
   Config& config_;
   TabRow shown_;

@@ -17,6 +17,8 @@ namespace kelvane::win32 {
 namespace {
 
 constexpr wchar_t kPanelClass[] = L"KelvaneMAin";
+/// The property by which the panel is found from a window of its own.
+constexpr wchar_t kSelf[] = L"KelvanePanel";
 constexpr DWORD kPanelStyle =
     WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 /// A private message of wheel drivers: typing gets the keyboard, where the panel has it at all.
@@ -43,6 +45,20 @@ bool takeNoInput(MSG& message) {
   });
 }
 
+/// Whether a message is the operator's hand at keys, a button of the mouse or the wheel.
+bool byHand(UINT message) {
+  switch (message) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+    case WM_MOUSEWHEEL:
+    case WM_MOUSEHWHEEL:
+      return true;
+    default:
+      return (message > WM_MOUSEMOVE && message <= WM_XBUTTONDBLCLK) ||
+             (message > WM_NCMOUSEMOVE && message <= WM_NCXBUTTONDBLCLK);
+  }
+}
+
 /// Whether Alt was down when a key's message was made.
 bool heldWithAlt(LPARAM lParam) { return (HIWORD(lParam) & KF_ALTDOWN) != 0; }
 
@@ -64,6 +80,8 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   RegisterClassW(&own);
   window_ = CreateWindowExW(0, kPanelClass, L"Kelvane", kPanelStyle, CW_USEDEFAULT, CW_USEDEFAULT,
                             0, 0, nullptr, nullptr, instance, this);
+  SetPropW(window_, kSelf, this);
+  hands_ = SetWindowsHookExW(WH_GETMESSAGE, noteHand, nullptr, GetCurrentThreadId());
   tabs_ = std::make_unique<TabStrip>(window_);
   tips_ = std::make_unique<ToolTips>(window_, ToolTips::Hears::ByRelay);
   ControlEvents& events = *this;
@@ -77,6 +95,7 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
 
 PanelWindow::~PanelWindow() {
   panel_ = nullptr;
+  UnhookWindowsHookEx(hands_);
   if (IsWindow(window_)) DestroyWindow(window_);
 }
 
@@ -143,6 +162,17 @@ bool PanelWindow::wheelPresent() {
   return GetSystemMetrics(SM_MOUSEWHEELPRESENT) || FindWindowW(L"MouseZ", L"Magellan MSWHEEL");
 }
 
+LRESULT CALLBACK PanelWindow::noteHand(int code, WPARAM wParam, LPARAM lParam) {
+  const auto& message = *reinterpret_cast<const MSG*>(lParam);
+  if (code == HC_ACTION && wParam == PM_REMOVE && byHand(message.message)) {
+    // Each of the program's windows belongs to the panel.
+    const HWND owner = GetAncestor(message.hwnd, GA_ROOTOWNER);
+    const auto* self = reinterpret_cast<const PanelWindow*>(GetPropW(owner, kSelf));
+    if (self && self->panel_) self->panel_->handMoved();
+  }
+  return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
 LRESULT CALLBACK PanelWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCCREATE) {
     const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
@@ -165,8 +195,7 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (wParam == kFrame) show();
       return true;
     case WM_NOTIFY:
-      if (notice->code == TCN_SELCHANGE) panel_->tabClicked(tabs_->selected());
-      return notice->code == TCN_SELCHANGE;
+      return tabNotified(*notice);
     case WM_COMMAND:
       if (HIWORD(wParam) == BN_CLICKED) clicked(LOWORD(wParam), MouseButton::Left);
       return true;
@@ -179,6 +208,8 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case kFocusTyping:
       if (wheelPresent_ && active()) focus(id::FrqFocus);
       return false;
+    case WM_WINDOWPOSCHANGED:
+      return noteMove(), false;
     case WM_DPICHANGED:
       return dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam)), true;
     case WM_SETTINGCHANGE:
@@ -196,6 +227,13 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     default:
       return false;
   }
+}
+
+bool PanelWindow::tabNotified(const NMHDR& notice) {
+  if (notice.code != TCN_SELCHANGE) return tabs_->explains(notice);
+  panel_->tabClicked(tabs_->selected());
+  tabs_->select(panel_->view().TabStrip.selected);
+  return true;
 }
 
 bool PanelWindow::systemCommand(WPARAM command, LPARAM lParam) {
@@ -288,16 +326,18 @@ void PanelWindow::moveToStart() {
   SetWindowPos(window_, nullptr, at.left, at.top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+/// The place that Windows remembers of a minimised window is counted from the screen's part without
+/// the taskbar, and would drift by its thickness.
+void PanelWindow::noteMove() {
+  if (!IsIconic(window_)) GetWindowRect(window_, &place_);
+}
+
 Placement PanelWindow::placement() const {
-  WINDOWPLACEMENT at{};
-  at.length = sizeof at;
-  GetWindowPlacement(window_, &at);
-  const RECT& normal = at.rcNormalPosition;
   const auto twips = [dpi = static_cast<int>(GetDpiForSystem())](LONG pixels) {
     return Global::twipsFromPixels(pixels, dpi);
   };
-  return {twips(normal.left), twips(normal.top), twips(normal.right - normal.left),
-          twips(normal.bottom - normal.top)};
+  return {twips(place_.left), twips(place_.top), twips(place_.right - place_.left),
+          twips(place_.bottom - place_.top)};
 }
 
 void PanelWindow::focus(int control) {

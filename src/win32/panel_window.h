@@ -41,6 +41,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
  private:
   enum TimerId : UINT_PTR { kTick = 1, kFrame = 2 };
 
+  /// Hears each message that the thread takes, whichever loop and window it is for.
+  static LRESULT CALLBACK noteHand(int code, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   bool command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
@@ -57,6 +59,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void schedule();
   void layOut(UINT dpi);
   void moveToStart();
+  void noteMove();
+  bool tabNotified(const NMHDR& notice);
   Placement placement() const;
   UINT resolution() const;
   void settingsChanged();
@@ -65,6 +69,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void unload();
 
   HWND window_;
+  HHOOK hands_ = nullptr;
+  RECT place_{};  ///< on the screen, minimised or not
   std::unique_ptr<Fonts> fonts_;
   std::unique_ptr<TabStrip> tabs_;
   std::vector<std::unique_ptr<Face>> faces_;

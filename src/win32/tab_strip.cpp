@@ -16,16 +16,6 @@ namespace {
 
 constexpr int kTabHeight = 23;
 
-/// A caption for the tab control: its first "&" marks the accelerator, any other is a character.
-std::wstring tabText(const std::string& caption) {
-  std::string text;
-  for (std::size_t i = 0; i < caption.size(); ++i) {
-    text += caption[i];
-    if (caption[i] == '&' && i > 0) text += '&';
-  }
-  return wide(text);
-}
-
 }  // namespace
 
 TabStrip::TabStrip(HWND parent)
@@ -38,7 +28,7 @@ TabStrip::TabStrip(HWND parent)
 void TabStrip::speak() const { speakAs(window_, "Receivers"); }
 
 void TabStrip::show(const TabRow& row) {
-  if (row == shown_) return;
+  if (row == shown_) return select(row.selected);
   const TabRow before = std::exchange(shown_, row);
   const bool sameTabs =
       before.tabs.size() == row.tabs.size() &&
@@ -47,13 +37,29 @@ void TabStrip::show(const TabRow& row) {
   if (!sameTabs) rebuild();
   for (int i = 0; i < static_cast<int>(row.tabs.size()); ++i)
     SendMessageW(window_, TCM_HIGHLIGHTITEM, i, MAKELPARAM(row.tabs[i].highlighted, 0));
-  SendMessageW(window_, TCM_SETCURSEL, row.selected, 0);
+  select(row.selected);
+}
+
+void TabStrip::select(int tab) {
+  shown_.selected = tab;
+  if (selected() != tab) SendMessageW(window_, TCM_SETCURSEL, static_cast<WPARAM>(tab), 0);
+}
+
+bool TabStrip::explains(const NMHDR& notice) {
+  if (notice.code != TTN_GETDISPINFOW || notice.idFrom >= shown_.tabs.size()) return false;
+  const auto tips = reinterpret_cast<HWND>(SendMessageW(window_, TCM_GETTOOLTIPS, 0, 0));
+  if (notice.hwndFrom != tips) return false;
+  tip_ = wide(shown_.tabs[notice.idFrom].tip);
+  // Windows says by the header which of its records this is the beginning of.
+  auto& info = const_cast<NMTTDISPINFOW&>(reinterpret_cast<const NMTTDISPINFOW&>(notice));
+  info.lpszText = tip_.data();
+  return true;
 }
 
 void TabStrip::rebuild() {
   SendMessageW(window_, TCM_DELETEALLITEMS, 0, 0);
   for (int i = 0; i < static_cast<int>(shown_.tabs.size()); ++i) {
-    std::wstring text = tabText(shown_.tabs[i].caption);
+    std::wstring text = wide(shown_.tabs[i].caption);
     TCITEMW item{};
     item.mask = TCIF_TEXT;
     item.pszText = text.data();

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include <vector>
+#include <string>
 
 #include "ui/control.h"
 #include "win32/fonts.h"
@@ -19,6 +19,10 @@ class TabStrip {
   /// Tabs are one ninth of the window's width each.
   void place(UINT dpi, const Fonts& fonts);
   int selected() const;
+  /// Selects this tab: the control selects by itself what is clicked.
+  void select(int tab);
+  /// A notice of the control's or its tool tips'; answers whether it was asked for a tip.
+  bool explains(const NMHDR& notice);
   /// Tells screen readers its name.
   void speak() const;
 
@@ -27,6 +31,7 @@ class TabStrip {
 
   HWND window_;
   TabRow shown_;
+  std::wstring tip_;  ///< for as long as the system reads it
 };
 
 }  // namespace kelvane::win32

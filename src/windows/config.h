@@ -18,7 +18,7 @@ struct ConfigView {
   bool open = false;  ///< the dialog is on the screen
   TabRow All;         ///< the panel of the selected tab is in view, the others are not
   Control Windows, Tuned, Other;
-  Control WndOTop, WndBeep, WndMonR, FrqSetM, FrqSetF, SndTimR, DDEOAct, DDESrvNam;
+  Control WndOTop, WndBeep, WndMonR, WndNewR, FrqSetM, FrqSetF, SndTimR, DDEOAct, DDESrvNam;
   Control cmdOK, cmdCancel;
 
   bool operator==(const ConfigView&) const = default;
@@ -33,7 +33,7 @@ struct OptionBox {
   std::string_view tip;
 };
 
-inline constexpr std::array<OptionBox, 7> kOptionBoxes{{
+inline constexpr std::array<OptionBox, 8> kOptionBoxes{{
     {id::WndOTop, &ConfigView::WndOTop, &Options::OptOnTop, "Dialog always on &top",
      "If selected, dialog will alway be on top"},
     {id::WndBeep, &ConfigView::WndBeep, &Options::OptBeep, "Beep on &Errors",
@@ -44,6 +44,8 @@ inline constexpr std::array<OptionBox, 7> kOptionBoxes{{
      "If selected, keep the same carrier on mode change"},
     {id::WndMonR, &ConfigView::WndMonR, &Options::OptMonitorChanges, "&Monitor Rx Events",
      "If selected, any receiver change will set focus to the source event receiver"},
+    {id::WndNewR, &ConfigView::WndNewR, &Options::OptShowNew, "Show receivers that come &up",
+     "If selected, a receiver whose link comes up is shown, unless you are at work"},
     {id::SndTimR, &ConfigView::SndTimR, &Options::OptSendTime, "Send time to receivers",
      "If selected, dialog will alway be on top"},
     {id::DDEOAct, &ConfigView::DDEOAct, &Options::OptDDELink, "Enable DDE link ",

@@ -95,7 +95,7 @@ TEST(Links, AReceiverThatComesUpIsShownButNotInTheMiddleOfAnEntry) {
   rig.type("50\r");
   EXPECT_EQ(rig.view().TabStrip.selected, 0) << "a dialog is open";
   rig.window.modal = false;
-  rig.run(milliseconds(1000));
+  rig.run(milliseconds(4000));
   EXPECT_EQ(rig.view().TabStrip.selected, 1);
   EXPECT_EQ(rig.sondrel.core.GetRxFrequency(0, kTuned), 7050000);
 }
@@ -106,6 +106,7 @@ TEST(Links, AHandAtAnotherReceiverPullsTheDisplayThereWhereTheOptionWantsIt) {
     rig.settings.writeFlag("MonitorChanges", monitor);
     rig.start();
     rig.panel->tabClicked(0);
+    rig.run(milliseconds(3000));
     rig.sondrel.core.SetRxFrequency(1, false, 5000000);
     rig.run(milliseconds(100));
     EXPECT_EQ(rig.view().TabStrip.selected, 0) << "not a hand's change";

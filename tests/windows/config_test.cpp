@@ -113,6 +113,7 @@ TEST(Config, OptionsActAtOnce) {
   });
   EXPECT_FALSE(rig.view().onTop);
   const int shown = rig.view().TabStrip.selected;
+  rig.run(DisplayRequests::kHandRests);
   rig.turnKnob(shown == 1 ? 2 : 1, 10'000'000);
   rig.run(milliseconds(200));
   EXPECT_EQ(rig.view().TabStrip.selected, shown) << "no hand at another receiver pulls the display";

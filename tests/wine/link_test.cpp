@@ -69,7 +69,10 @@ TEST(Radio, ThatFallsSilentIsSaidToAndThePanelIsNeverHeld) {
   panel.type("7050\r");
   EXPECT_TRUE(eventually([&] { return panel.digits().find("7050000") != std::string::npos; }));
   server.signal("CONT");
-  EXPECT_TRUE(panel.settledOn(0)) << "the link heals by itself and shows itself";
+  EXPECT_FALSE(eventually([&] { return panel.selectedTab() != 1; }, 4500))
+      << "a link that was up a moment ago takes no display";
+  panel.clickTab(0);
+  EXPECT_TRUE(panel.settledOn(0)) << "the link heals by itself";
   panel.close();
   EXPECT_EQ(panel.ended(), 0);
 }

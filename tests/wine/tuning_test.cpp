@@ -51,6 +51,10 @@ TEST_F(Tuning, SelectsReceiversByTabAndByAccelerator) {
   panel_.clickTab(2);
   EXPECT_TRUE(eventually([&] { return panel_.selectedTab() == 2; }));
   EXPECT_TRUE(eventually([&] { return panel_.caption() != first; }));
+  panel_.key('H', 4);
+  EXPECT_TRUE(eventually([&] { return panel_.caption() == first; })) << panel_.caption();
+  panel_.key('T', 4);
+  EXPECT_TRUE(eventually([&] { return panel_.selectedTab() == 2; }));
   panel_.type("600\r");
   EXPECT_TRUE(eventually([&] { return panel_.digits().find("600000") != std::string::npos; }))
       << panel_.digits();

@@ -237,7 +237,8 @@ void DriversDialog::addReceiver() {
   receiver_ = static_cast<int>(model_.receivers().size()) - 1;
   showReceivers();
   showReceiver();
-  SetFocus(item(id::Name));
+  // With the proposed name selected: what is typed replaces it.
+  SendMessageW(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(item(id::Name)), TRUE);
 }
 
 void DriversDialog::removeReceiver() {
