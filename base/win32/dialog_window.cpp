@@ -274,6 +274,7 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_CLOSE:
       return command(IDCANCEL, 0), true;
     case WM_ACTIVATE:
+      if (LOWORD(wParam) == WA_CLICKACTIVE) leftUntil_ = 0;  // the operator's own wish
       return activated(LOWORD(wParam) != WA_INACTIVE), true;
     case WM_SETFOCUS:
       return activated(true), true;
