@@ -232,7 +232,8 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
 bool PanelWindow::tabNotified(const NMHDR& notice) {
   if (notice.code != TCN_SELCHANGE) return tabs_->explains(notice);
   panel_->tabClicked(tabs_->selected());
-  tabs_->select(panel_->view().TabStrip.selected);
+  // Not with the next frame: another receiver is what he looks for now.
+  show();
   return true;
 }
 
