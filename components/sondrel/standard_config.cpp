@@ -6,7 +6,7 @@ namespace {
 
 using Settings = std::vector<std::pair<std::string, std::string>>;
 
-/// A full HF receiver, the first whose link comes up at a start.
+/// A full HF receiver. Its link is slow, so that it is the last one to come up at a start.
 Settings harrow() {
   return {{"Type", "HF 30"},        {"Minimum", "1"},
           {"Maximum", "29999999"},  {"FinestStep", "1"},
@@ -14,7 +14,8 @@ Settings harrow() {
           {"Bfo", "-9900 9900"},    {"Agc", "slow medium fast"},
           {"Blanker", "2"},         {"Attenuator", "0 10 20 30"},
           {"HfFilter", "yes"},      {"Lines", "4"},
-          {"Channels", "0-99"},     {"ChannelSkip", "yes"}};
+          {"Channels", "0-99"},     {"ChannelSkip", "yes"},
+          {"LinkTime", "1000"}};
 }
 
 /// A wide-band scanner: no BFO, no preselector, many channels from 1.

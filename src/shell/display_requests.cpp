@@ -17,16 +17,24 @@ void DisplayRequests::chosen() {
   togetherUntil_ = {};
 }
 
-void DisplayRequests::linkUp(const std::string& name, Index rx, bool wanted, Instant now) {
+bool DisplayRequests::isNews(const std::string& name, Instant now) {
   Link& link = links_[name];
-  const bool news = !link.up && (!link.wentDown || now - *link.wentDown >= kNews);
-  link.up = true;
-  if (!news || !wanted) return;
+  return !std::exchange(link.up, true) && (!link.wentDown || now - *link.wentDown >= kNews);
+}
+
+void DisplayRequests::linkUp(const std::string& name, Index rx, bool wanted, Instant now) {
+  if (!isNews(name, now) || !wanted) return;
   if (!waiting_ && now < togetherUntil_) {
     togetherUntil_ = now + kTogether;
     return;
   }
   waiting_ = Request{rx, now, true};
+}
+
+void DisplayRequests::shownLinkUp(const std::string& name, Instant now) {
+  if (!isNews(name, now)) return;
+  waiting_.reset();
+  togetherUntil_ = now + kTogether;
 }
 
 void DisplayRequests::linkDown(const std::string& name, Instant now) {

@@ -16,7 +16,8 @@ namespace kelvane {
 /// counts; a tab that he presses drops it.
 ///
 /// A link shows its receiver when it was down for a minute or never up: one that comes and goes is
-/// no news. Of links that come up together, as at the start, the first shows its receiver.
+/// no news. Of links that come up together the first shows its receiver, and none does together
+/// with the one of the receiver that is shown already: at the start, the first.
 class DisplayRequests {
  public:
   static constexpr milliseconds kHandRests{3000};   ///< from the last act to the next change
@@ -33,6 +34,8 @@ class DisplayRequests {
 
   /// The link of a receiver of this name came up. `wanted` where the options let it show itself.
   void linkUp(const std::string& name, Index rx, bool wanted, Instant now);
+  /// The same for the receiver that is shown already: it stays.
+  void shownLinkUp(const std::string& name, Instant now);
   /// The link of a receiver of this name reported that it is not up.
   void linkDown(const std::string& name, Instant now);
   /// A hand tuned this receiver, which is not the one shown.
@@ -53,6 +56,9 @@ class DisplayRequests {
     Instant notBefore;
     bool byLink;
   };
+
+  /// Notes a link that is up now; answers whether it was down for long enough.
+  bool isNews(const std::string& name, Instant now);
 
   std::optional<Request> waiting_;
   Instant handRests_{};

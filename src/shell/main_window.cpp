@@ -93,6 +93,8 @@ MAin::MAin(const PanelServices& services)
   row_.Value(-1);
   tabs_.build();
   const Instant now = services.now();
+  // Who starts the program wants to see the first receiver, where its link is not long in coming.
+  tabs_.handMoved(now);
   dde_.apply();
   retry_.start(services.receiver.GetRxCount(), now);
   TimBlk_.start(kBlink, now);

@@ -75,6 +75,7 @@ bool ReceiverTabs::accelerator(char32_t character) {
 void ReceiverTabs::linkReported(Index rx, bool up, Instant now) {
   const std::string name = component_.GetRxName(rx);
   if (!up) return requests_.linkDown(name, now);
+  if (rx == shown_.index()) return requests_.shownLinkUp(name, now);
   requests_.linkUp(name, rx, options_.OptShowNew && hasTabs(), now);
   serveRequest(now);
 }

@@ -6,21 +6,21 @@ namespace kelvane {
 
 namespace {
 
-bool within(char32_t character, char32_t first, char32_t last) {
+bool inRange(char32_t character, char32_t first, char32_t last) {
   return character >= first && character <= last;
 }
 
 /// Capital and small letters that follow each other, the capital one first.
 bool isPaired(char32_t c) {
-  if (within(c, 0x139, 0x148) || within(c, 0x179, 0x17E)) return c % 2 == 1;
-  return c % 2 == 0 && (within(c, 0x100, 0x177) || within(c, 0x460, 0x481) ||
-                        within(c, 0x48A, 0x4BF) || within(c, 0x4D0, 0x52F));
+  if (inRange(c, 0x139, 0x148) || inRange(c, 0x179, 0x17E)) return c % 2 == 1;
+  return c % 2 == 0 && (inRange(c, 0x100, 0x177) || inRange(c, 0x460, 0x481) ||
+                        inRange(c, 0x48A, 0x4BF) || inRange(c, 0x4D0, 0x52F));
 }
 
 bool isLetter(char32_t c) {
-  if (c < 0x80) return within(c | 0x20, 'a', 'z');
-  const bool sign = c == 0xD7 || c == 0xF7 || within(c, 0x2000, 0x2BFF) ||
-                    within(c, 0x3000, 0x303F) || within(c, 0xD800, 0xF8FF) || c >= 0xFE00;
+  if (c < 0x80) return inRange(c | 0x20, 'a', 'z');
+  const bool sign = c == 0xD7 || c == 0xF7 || inRange(c, 0x2000, 0x2BFF) ||
+                    inRange(c, 0x3000, 0x303F) || inRange(c, 0xD800, 0xF8FF) || c >= 0xFE00;
   return c >= 0xC0 && !sign;
 }
 
@@ -33,7 +33,7 @@ std::size_t placeToMark(const std::u32string& name, const std::u32string& taken)
     if (isLetter(name[i]) && isFree(taken, name[i])) return i;
   }
   for (std::size_t i = 0; i < name.size(); ++i) {
-    if (within(name[i], '0', '9') && isFree(taken, name[i])) return i;
+    if (inRange(name[i], '0', '9') && isFree(taken, name[i])) return i;
   }
   return name.size();
 }
@@ -41,10 +41,10 @@ std::size_t placeToMark(const std::u32string& name, const std::u32string& taken)
 }  // namespace
 
 char32_t lowerCase(char32_t c) {
-  if (within(c, 'A', 'Z') || (within(c, 0xC0, 0xDE) && c != 0xD7)) return c + 0x20;
-  if (within(c, 0x391, 0x3AB) || within(c, 0x410, 0x42F)) return c + 0x20;
-  if (within(c, 0x388, 0x38A)) return c + 0x25;
-  if (within(c, 0x400, 0x40F)) return c + 0x50;
+  if (inRange(c, 'A', 'Z') || (inRange(c, 0xC0, 0xDE) && c != 0xD7)) return c + 0x20;
+  if (inRange(c, 0x391, 0x3AB) || inRange(c, 0x410, 0x42F)) return c + 0x20;
+  if (inRange(c, 0x388, 0x38A)) return c + 0x25;
+  if (inRange(c, 0x400, 0x40F)) return c + 0x50;
   switch (c) {
     case 0x178:
       return 0xFF;

@@ -68,11 +68,15 @@ TEST_F(DisplayRequestsTest, OfLinksThatComeUpTogetherTheFirstIsShown) {
   }
   up(4, 9);
   EXPECT_EQ(shows(9), 4) << "three seconds later is not together";
-  requests.tunedByHand(1, start + seconds(20));
-  EXPECT_EQ(shows(20), 1);
-  requests.tunedByHand(2, start + seconds(20));
-  EXPECT_EQ(shows(20), std::nullopt) << "two knobs turned at once do not make the display flicker";
-  EXPECT_EQ(shows(21), 2);
+  up(5, 30);
+  requests.shownLinkUp(name(6), start + seconds(31));
+  up(7, 33);
+  EXPECT_EQ(shows(40), std::nullopt) << "the shown receiver is among them";
+  requests.tunedByHand(1, start + seconds(60));
+  EXPECT_EQ(shows(60), 1);
+  requests.tunedByHand(2, start + seconds(60));
+  EXPECT_EQ(shows(60), std::nullopt) << "two knobs turned at once do not make the display flicker";
+  EXPECT_EQ(shows(61), 2);
 }
 
 TEST(Display, StaysWhereTheOperatorIsAtWorkThoughEightLinksComeUpAndOneFlaps) {

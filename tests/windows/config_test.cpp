@@ -206,6 +206,7 @@ TEST(Config, ATabPullWaitsUntilTheDialogIsClosed) {
     EXPECT_EQ(rig.view().TabStrip.selected, 0);
     config.cmdCancel_Click();
   });
+  rig.run(DisplayRequests::kHandRests);
   EXPECT_EQ(rig.view().TabStrip.selected, 1);
 }
 
