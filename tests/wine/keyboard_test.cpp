@@ -68,10 +68,11 @@ TEST_F(KeyboardTest, StaysInTheLogWhileALinkComesUpAndMovesTheDisplay) {
     panel_->keyHere(static_cast<WORD>('A' + (typed.size() - 1) % 26));
   };
   for (int i = 0; i < 10; ++i) letter();
+  const auto arrived = [&] { return textOf(GetDlgItem(grid, kEntry)) == typed; };
+  ASSERT_TRUE(eventually(arrived)) << textOf(GetDlgItem(grid, kEntry));
   EXPECT_TRUE(eventually([&] { return panel_->selectedTab() == 1; }, 20000)) << "the display moves";
   for (int i = 0; i < 10; ++i) letter();
-  EXPECT_TRUE(eventually([&] { return textOf(GetDlgItem(grid, kEntry)) == typed; }))
-      << textOf(GetDlgItem(grid, kEntry));
+  EXPECT_TRUE(eventually(arrived)) << textOf(GetDlgItem(grid, kEntry));
 }
 
 TEST_F(KeyboardTest, GoesToTheTypedEntryFromAButtonWhoseReceiverFallsSilent) {
