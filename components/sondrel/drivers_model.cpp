@@ -39,16 +39,19 @@ std::string freeName(const std::vector<ReceiverEntry>& receivers) {
 
 }  // namespace
 
+DriversModel::DriversModel(ReceiverConfig config) : config_(std::move(config)) {
+  for (const auto* list : {&config_.receivers, &config_.beyond}) {
+    for (const ReceiverEntry& entry : *list) memories_.push_back(entry.memories);
+  }
+}
+
 std::string DriversModel::add(std::string_view kind) {
   if (!receiverKind(kind)) return "There is no kind of receiver called " + std::string(kind) + ".";
   auto& receivers = config_.receivers;
   if (receivers.size() >= kMostReceivers) return "There can be eight receivers at most.";
   ReceiverEntry entry{freeName(receivers), std::string(receiverKind(kind)->name), {}, {}};
-  std::vector<std::string> taken;
-  for (const auto* list : {&config_.receivers, &config_.beyond}) {
-    for (const ReceiverEntry& other : *list) taken.push_back(other.memories);
-  }
-  entry.memories = newMemoriesName(entry, taken);
+  entry.memories = newMemoriesName(entry, memories_);
+  memories_.push_back(entry.memories);
   receivers.push_back(std::move(entry));
   return {};
 }

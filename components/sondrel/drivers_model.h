@@ -14,7 +14,7 @@ namespace kelvane::sondrel {
 /// not is refused too.
 class DriversModel {
  public:
-  explicit DriversModel(ReceiverConfig config) : config_(std::move(config)) {}
+  explicit DriversModel(ReceiverConfig config);
 
   const std::vector<ReceiverEntry>& receivers() const { return config_.receivers; }
   const ReceiverConfig& config() const { return config_; }
@@ -37,6 +37,9 @@ class DriversModel {
 
  private:
   ReceiverConfig config_;
+  /// Names of files that there have been since the editing began: a receiver that is added is not
+  /// to be taken for one that was removed.
+  std::vector<std::string> memories_;
 };
 
 }  // namespace kelvane::sondrel

@@ -38,6 +38,7 @@ constexpr std::int32_t unknownValue(Item item) {
     case Item::Agc:
     case Item::Blanker:
     case Item::Attenuator:
+    case Item::HfFilter:
       return -1;
     default:
       return 0;

@@ -37,7 +37,7 @@ void explain(std::string& text) {
            "#   Name: shown on the tab",
            "#   Kind: what stands behind it, see below (simulated)",
            "#   Memories: file in the folder Memories that keeps the channels; it stays the same",
-           "#     when the receiver is renamed (the name)",
+           "#     when the receiver is renamed, which is how programs know it again (the name)",
        }) {
     line(text, row);
   }

@@ -18,7 +18,9 @@ class ReceiverHost;
 struct ReceiverEntry {
   std::string name;
   std::string kind;
-  std::string memories;  ///< name of the file that keeps its channels; stays through a renaming
+  /// Name of the file that keeps its channels. It stays through a renaming and is no other
+  /// receiver's, so that it is what the receiver is known by.
+  std::string memories;
   std::vector<std::pair<std::string, std::string>> settings;
 
   bool operator==(const ReceiverEntry&) const = default;

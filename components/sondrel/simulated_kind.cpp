@@ -40,6 +40,11 @@ std::string refuseProblem(std::string_view text) {
                                   "must be words of frequency mode filter agc blanker attenuator "
                                   "bfo hffilter remote, or none");
 }
+std::string untoldProblem(std::string_view text) {
+  return listProblem<untoldList>(text,
+                                 "must be words of frequency mode filter agc blanker attenuator "
+                                 "bfo hffilter meter squelch, or none");
+}
 std::string readProblem(std::string_view text) {
   return listProblem<channelReadingNamed>(text, "must be normal, stalls or never");
 }
@@ -84,6 +89,8 @@ constexpr std::array kSimulatedParameters{
               wholeProblem<0, 1'000'000>},
     Parameter{"Refuse", "none", "requests that are refused: frequency, mode, filter and so on",
               refuseProblem},
+    Parameter{"Untold", "none", "what it has and never tells: frequency, meter and so on",
+              untoldProblem},
     Parameter{"ChannelRead", "normal", "how reading the channels goes: normal, stalls or never",
               readProblem},
 };

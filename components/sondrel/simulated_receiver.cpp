@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "components/sondrel/hf_spectrum.h"
-
 namespace kelvane::sondrel {
 
 namespace {
@@ -20,11 +18,13 @@ SimulatedReceiver::SimulatedReceiver(ReceiverHost& host, std::string name, Simul
       simulation_(std::move(simulation)),
       faults_(simulation_.faults) {
   setCapabilities(simulation_.can);
-  const auto start = [this](Item item, std::int32_t value) {
-    changed(item, value, Cause::Learned);
+  const auto told = [this](Item item) { return !simulation_.untold.has(item); };
+  const auto start = [this, told](Item item, std::int32_t value) {
+    if (told(item)) changed(item, value, Cause::Learned);
   };
   start(Item::Frequency, simulation_.frequency);
-  changedMode(simulation_.mode, can().mode(simulation_.mode)->usual, Cause::Learned);
+  const Hz filter = told(Item::Filter) ? can().mode(simulation_.mode)->usual : 0;
+  if (told(Item::Mode)) changedMode(simulation_.mode, filter, Cause::Learned);
   if (!can().agc.empty()) start(Item::Agc, can().agc.front().value);
   if (!can().blanker.empty()) start(Item::Blanker, can().blanker.front().value);
   if (!can().attenuator.empty()) start(Item::Attenuator, can().attenuator.front().value);
@@ -117,13 +117,22 @@ Instant SimulatedReceiver::nextDue() const {
   return std::min({attemptEnds_, measureDue_, line_.nextDue()});
 }
 
+/// What the antenna sees, also where the receiver does not tell it.
+Passband SimulatedReceiver::heard() const {
+  const auto is = [this](Item item, std::int32_t otherwise) {
+    return newest(item) >= 0 ? newest(item) : otherwise;
+  };
+  return passband(is(Item::Frequency, simulation_.frequency), is(Item::Mode, simulation_.mode),
+                  newest(Item::Filter));
+}
+
 void SimulatedReceiver::measure(Instant now) {
   // On the raster of twenty a second; after a pause one reading, not all that were missed.
   measureDue_ += kMeasurePeriod;
   if (measureDue_ <= now) measureDue_ = now + kMeasurePeriod;
   const auto is = [this](Item item) { return newest(item); };
   const Choice* attenuator = choiceOf(can().attenuator, is(Item::Attenuator));
-  double level = levelIn(passband(is(Item::Frequency), is(Item::Mode), is(Item::Filter)), now);
+  double level = levelIn(heard(), now);
   constexpr double kSpark = 14;
   if (crackles(now) && is(Item::Blanker) <= 0) level += kSpark;
   // Without the preselector strong transmitters far away fill the receiver with their mixtures.
@@ -131,7 +140,8 @@ void SimulatedReceiver::measure(Instant now) {
   if (can().hfFilter && is(Item::HfFilter) == 0) level += kMixtures;
   if (attenuator) level -= attenuator->aux;
   const Long dBm = static_cast<Long>(std::lround(level));
-  levelIs(dBm);
+  if (!simulation_.untold.meter) levelIs(dBm);
+  if (simulation_.untold.squelch) return;
   // Closes a little lower than it opens, else it would chatter on a signal at the threshold.
   constexpr Long kHysteresis = 3;
   const Long threshold = simulation_.squelch - (squelchOpen() ? kHysteresis : 0);

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "components/sondrel/hf_spectrum.h"
 #include "components/sondrel/receiver.h"
 #include "components/sondrel/request_line.h"
 #include "components/sondrel/simulation.h"
@@ -43,6 +44,7 @@ class SimulatedReceiver : public Receiver {
   void endAttempt(Instant now);
   void answer(const Request& request);
   void answerArrived(Instant now);
+  Passband heard() const;
   void measure(Instant now);
 
   Simulation simulation_;

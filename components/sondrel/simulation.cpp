@@ -86,6 +86,8 @@ bool SimulatedFaults::refuses(Item item) const {
   return std::ranges::find(refused, item) != refused.end();
 }
 
+bool UntoldList::has(Item item) const { return std::ranges::find(items, item) != items.end(); }
+
 Simulation readSimulation(const ReceiverEntry& entry, std::vector<std::string>& notes) {
   const ParameterReader keys(simulatedKind(), entry, notes);
   Simulation simulation;
@@ -97,6 +99,7 @@ Simulation readSimulation(const ReceiverEntry& entry, std::vector<std::string>& 
   simulation.step = keys.whole("Step");
   simulation.squelch = keys.whole("Squelch");
   simulation.remote = keys.yes("Remote");
+  simulation.untold = untoldList(keys.text("Untold")).value_or(UntoldList{});
   return simulation;
 }
 

@@ -29,6 +29,15 @@ struct SimulatedFaults {
   bool operator==(const SimulatedFaults&) const = default;
 };
 
+/// Values that a simulated receiver has and never tells, as some radios do.
+struct UntoldList {
+  std::vector<Item> items;
+  bool meter = false;
+  bool squelch = false;
+
+  bool has(Item item) const;
+};
+
 /// A simulated receiver as its section of the configuration describes it.
 struct Simulation {
   Capabilities can;
@@ -38,6 +47,7 @@ struct Simulation {
   Hz step = 0;
   Long squelch = -120;  ///< threshold, dBm
   bool remote = true;   ///< comes up under remote control
+  UntoldList untold;    ///< what it has and never tells
 };
 
 /// Reads a section; what is wrong is said in `notes` and replaced.

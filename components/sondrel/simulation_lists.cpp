@@ -12,6 +12,10 @@ namespace kelvane::sondrel {
 
 namespace {
 
+/// What can be set, in the order of Item.
+constexpr std::array<std::string_view, 8> kItemNames{
+    "frequency", "mode", "filter", "agc", "blanker", "attenuator", "bfo", "hffilter"};
+
 /// The words between commas and blanks; empty for "none".
 std::vector<std::string_view> listWords(std::string_view text) {
   std::vector<std::string_view> result;
@@ -126,12 +130,24 @@ std::string channelsProblem(std::string_view text) {
   return channelRange(text) ? std::string() : kForm;
 }
 
+std::optional<UntoldList> untoldList(std::string_view text) {
+  UntoldList untold;
+  for (const std::string_view word : listWords(text)) {
+    const auto place = placeOf(word, kItemNames);
+    const bool meter = equalIgnoringCase(word, "meter");
+    const bool squelch = equalIgnoringCase(word, "squelch");
+    if (!place && !meter && !squelch) return std::nullopt;
+    untold.meter = untold.meter || meter;
+    untold.squelch = untold.squelch || squelch;
+    if (place) untold.items.push_back(static_cast<Item>(*place));
+  }
+  return untold;
+}
+
 std::optional<RefusedList> refusedList(std::string_view text) {
-  constexpr std::array<std::string_view, 8> names{"frequency", "mode",       "filter", "agc",
-                                                  "blanker",   "attenuator", "bfo",    "hffilter"};
   RefusedList refused;
   for (const std::string_view word : listWords(text)) {
-    const auto place = placeOf(word, names);
+    const auto place = placeOf(word, kItemNames);
     const bool remote = equalIgnoringCase(word, "remote");
     if (!place && !remote) return std::nullopt;
     refused.remote = refused.remote || remote;

@@ -47,6 +47,9 @@ struct RefusedList {
 /// Words of frequency, mode, filter, agc, blanker, attenuator, bfo, hffilter, remote.
 std::optional<RefusedList> refusedList(std::string_view text);
 
+/// Words of frequency, mode, filter, agc, blanker, attenuator, bfo, hffilter, meter, squelch.
+std::optional<UntoldList> untoldList(std::string_view text);
+
 /// normal, stalls, never.
 std::optional<SimulatedFaults::Reading> channelReadingNamed(std::string_view text);
 

@@ -75,6 +75,10 @@ Outcome SondrelCore::ShowRxSettings(Index rx) {
 Answer<Text> SondrelCore::GetRxName(Index rx) {
   return ask(rx, Text(), [](const Receiver& r) { return r.name(); });
 }
+Answer<Text> SondrelCore::GetRxId(Index rx) {
+  const HostedReceiver* hosted = at(rx);
+  return hosted ? Answer<Text>(hosted->entry.memories) : Answer<Text>::failed({});
+}
 Answer<Text> SondrelCore::GetRxType(Index rx) {
   return ask(rx, Text(), [](const Receiver& r) { return r.can().type; });
 }

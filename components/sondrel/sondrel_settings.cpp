@@ -116,7 +116,7 @@ Outcome SondrelCore::SetRxFilter(Index rx, Setting filter) {
 }
 Outcome SondrelCore::NextRxFilter(Index rx) { return requestNext(rx, Item::Filter, nextFilter); }
 Answer<Long> SondrelCore::GetRxHFFilter(Index rx) {
-  return ask(rx, Long{0}, [](const Receiver& r) { return r.newest(Item::HfFilter); });
+  return ask(rx, Long{-1}, [](const Receiver& r) { return r.newest(Item::HfFilter); });
 }
 Outcome SondrelCore::SetRxHFFilter(Index rx, Long state) {
   return request(rx, Item::HfFilter, state);

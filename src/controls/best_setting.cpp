@@ -72,6 +72,7 @@ void BestSetting::nothingKnown() {
   view_.FDif.visible = view_.BMod.visible = view_.BFlt.visible = false;
   bestMode_ = -1;
   bestFilter_ = 0;
+  stepping_.refresh();
 }
 
 void BestSetting::lookUp(Hz tuned) {

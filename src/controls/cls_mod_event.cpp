@@ -10,6 +10,8 @@ constexpr Setting kUnknown = -1;
 constexpr Setting kAny = -1;
 constexpr const char* kNothing = "----";
 
+constexpr std::array<const char*, clsModEvent::kButtons> kUnknownCaptions = {
+    kNothing, kNothing, "AGC:--", "Att:--", "NB:--"};
 constexpr std::array<const char*, clsModEvent::kButtons> kTips = {
     "Cycle through Modes settings", "Cycle through Filters settings", "Cycle through AGC settings",
     "Cycle through Attenuator settings", "Cycle through Noise Blanker settings"};
@@ -19,10 +21,16 @@ constexpr std::array<const char*, clsModEvent::kButtons> kTips = {
 clsModEvent::clsModEvent(std::array<Control, kButtons>& buttons, ReceiverComponent& oReceiver)
     : buttons_(buttons), oReceiver_(oReceiver) {
   for (int i = 0; i < kButtons; ++i) buttons_[i].tip = kTips[i];
+  otherReceiver();
 }
 
 void clsModEvent::LockAll(bool lock) {
   for (Control& button : buttons_) button.enabled = !lock;
+}
+
+void clsModEvent::otherReceiver() {
+  for (int i = 0; i < kButtons; ++i) buttons_[i].text = kUnknownCaptions[i];
+  buttons_[Mode].back = kOtherMode;
 }
 
 void clsModEvent::Update(Index rx) {
@@ -41,11 +49,13 @@ void clsModEvent::Update(Index rx) {
     oReceiver_.GetRxNBlAux(rx, blanker);
     NBlUpdated(rx, blanker);
   }
-  buttons_[Filter].enabled = oReceiver_.GetRxFilterCount(rx) != 1 && buttons_[Mode].enabled;
-  // Where it is not known, the one of the receiver shown before must not stay.
-  buttons_[Mode].text = buttons_[Filter].text = kNothing;
+  filterChoice(rx);
   ModUpdated(rx, oReceiver_.GetRxMode(rx));
   if (const auto filter = oReceiver_.GetRxFilter(rx); filter.ok()) FilterUpdated(rx, filter);
+}
+
+void clsModEvent::filterChoice(Index rx) {
+  buttons_[Filter].enabled = oReceiver_.GetRxFilterCount(rx) != 1 && buttons_[Mode].enabled;
 }
 
 Outcome clsModEvent::Click(Index rx, int button) {

@@ -20,8 +20,12 @@ class clsModEvent {
   /// Width of each button when `total` is shared out, to the nearest whole unit; button i starts at
   /// i times the width.
   static constexpr int Width(int total) { return (total + kButtons / 2) / kButtons; }
+  /// The captions were another receiver's: until something is known they say so.
+  void otherReceiver();
   /// Brings all five up to date for a receiver. What the component fails to answer is passed over.
   void Update(Index rx);
+  /// Whether there is a filter to choose, which goes by the mode.
+  void filterChoice(Index rx);
   /// Asks the receiver to step a setting on; the caption follows with the component's event.
   Outcome Click(Index rx, int button);
 

@@ -1,5 +1,7 @@
 #include "controls/forwarding.h"
 
+#include <algorithm>
+
 namespace kelvane {
 
 namespace {
@@ -63,6 +65,18 @@ void Forwarding::off() {
   component_.SetRxForward(kForwardNone);
   release(GenEvent_[Master]);
   release(GenEvent_[All]);
+}
+
+void Forwarding::receiversChanged(const ReceiverMoves& moves) {
+  moves.carry(master_, false);
+  const auto master = std::ranges::find(master_, true);
+  if (GenEvent_[All].pressed) {
+    component_.SetRxForward(kForwardAll);
+  } else if (master != master_.end()) {
+    component_.SetRxForward(static_cast<Long>(master - master_.begin()));
+  } else {
+    off();
+  }
 }
 
 void Forwarding::receivers(Count count) {

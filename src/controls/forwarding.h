@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "receiver/receiver_set.h"
 #include "receiver/shown_receiver.h"
 #include "ui/control.h"
 
@@ -25,6 +26,9 @@ class Forwarding {
   void off();
   /// Forwarding needs somebody to forward to.
   void receivers(Count count);
+  /// Receivers came, went or moved. The master stays master, wherever it is now; without it there
+  /// is no forwarding.
+  void receiversChanged(const ReceiverMoves& moves);
 
  private:
   void pressMaster();

@@ -7,6 +7,7 @@ namespace kelvane {
 namespace {
 
 constexpr Hz kBfoStep = 100;
+constexpr Long kNotKnown = -1;
 
 }  // namespace
 
@@ -22,14 +23,14 @@ void HfFilter::receiverSelected() {
 }
 
 void HfFilter::updated(Long state) {
-  HFF_.text = state != 0 ? "HF on" : "HF off";
-  HFF_.fore = state != 0 ? kGreen : kRed;
+  HFF_.text = state == kNotKnown ? "HF ?" : state != 0 ? "HF on" : "HF off";
+  HFF_.fore = state == kNotKnown ? kQuietText : state != 0 ? kGreen : kRed;
 }
 
 void HfFilter::click() {
-  const Long state = component_.GetRxHFFilter(shown_.index()) != 0 ? 0 : 1;
-  component_.SetRxHFFilter(shown_.index(), state);
-  updated(state);
+  // One that is not known to be on is switched on.
+  const Long state = component_.GetRxHFFilter(shown_.index()) > 0 ? 0 : 1;
+  if (component_.SetRxHFFilter(shown_.index(), state) == Outcome::Done) updated(state);
 }
 
 void BfoLabel::receiverSelected() {

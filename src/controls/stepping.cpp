@@ -41,8 +41,11 @@ void Stepping::refresh() {
   Hz& own = own_[shown_.index()];
   own = std::min(own, most);
   VStep_[0].text = caption(own);
-  VStep_[1].text = caption(std::min<Hz>(most, frequency_.GetFrqBandStep()));
+  const bool known = component_.GetRxFrequency(shown_.index(), kTuned) >= 0;
+  VStep_[1].text = known ? caption(std::min<Hz>(most, frequency_.GetFrqBandStep())) : "";
 }
+
+void Stepping::receiversChanged(const ReceiverMoves& moves) { moves.carry(own_, kFirstStep); }
 
 void Stepping::click(int index, MouseButton button) {
   if (index != 0) return;

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "receiver/receiver_set.h"
 #include "receiver/shown_receiver.h"
 #include "ui/control.h"
 #include "ui/control_events.h"
@@ -14,8 +15,11 @@ class Stepping {
   Stepping(std::array<Control, 2>& VStep, std::array<Control, 2>& IStep,
            ReceiverComponent& component, FrequencyComponent& frequency, ShownReceiver& shown);
 
-  /// Shows both steps, neither above what the receiver can do.
+  /// Shows both steps, neither above what the receiver can do; no band plan's step where the
+  /// receiver's frequency is not known.
   void refresh();
+  /// Receivers came, went or moved; each keeps its own step.
+  void receiversChanged(const ReceiverMoves& moves);
   /// A click on a step: the operator's own moves by 100 Hz, up with the left button.
   void click(int index, MouseButton button);
   /// The operator's step of the shown receiver, Hz; one of 0 or less is none, and changes nothing.

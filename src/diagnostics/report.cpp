@@ -18,13 +18,13 @@ constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kLargestConfiguration = 1 << 20;
 
 constexpr auto kHarmless = std::to_array<std::string_view>(
-    {"version",     "name",       "kind",        "memories",    "type",       "minimum",
-     "maximum",     "fineststep", "largeststep", "step",        "frequency",  "modes",
-     "mode",        "filters",    "bfo",         "agc",         "blanker",    "attenuator",
-     "hffilter",    "lines",      "channels",    "channelskip", "squelch",    "remote",
-     "linktime",    "answertime", "channeltime", "fault",       "faultheals", "refuse",
-     "channelread", "port",       "model",       "pollrate",    "lineshare",  "smeteroffset",
-     "bfolimit",    "preamp"});
+    {"version",      "name",        "kind",        "memories",    "type",       "minimum",
+     "maximum",      "fineststep",  "largeststep", "step",        "frequency",  "modes",
+     "mode",         "filters",     "bfo",         "agc",         "blanker",    "attenuator",
+     "hffilter",     "lines",       "channels",    "channelskip", "squelch",    "remote",
+     "linktime",     "answertime",  "channeltime", "fault",       "faultheals", "refuse",
+     "untold",       "channelread", "port",        "model",       "pollrate",   "lineshare",
+     "smeteroffset", "bfolimit",    "preamp"});
 
 std::string lowered(std::string_view text) {
   std::string lower(text);
@@ -66,7 +66,7 @@ std::string withoutSecrets(std::string_view configuration) {
 
 std::string DiagnosticReport::states() const {
   std::string text;
-  const Count count = receivers_.GetRxCount();
+  const Count count = receiverCount(receivers_);
   for (Index rx = 0; rx < count; ++rx) {
     const Long code = receivers_.GetRxLinkState(rx);
     const bool up = code == static_cast<Long>(LinkState::Up);

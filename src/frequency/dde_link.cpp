@@ -1,6 +1,5 @@
 #include "frequency/dde_link.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace kelvane {
@@ -51,11 +50,15 @@ std::string DdeLink::serverOf(Index rx) const {
 
 void DdeLink::apply() {
   std::vector<std::string> servers;
-  const Count receivers = options_.OptDDELink ? component_.GetRxCount().value() : 0;
-  for (Index rx = 0; rx < std::min<Count>(receivers, kMostReceivers); ++rx)
-    servers.push_back(serverOf(rx));
+  const Count receivers = options_.OptDDELink ? receiverCount(component_) : 0;
+  for (Index rx = 0; rx < receivers; ++rx) servers.push_back(serverOf(rx));
   servers_.link(servers);
   show();
+}
+
+void DdeLink::receiversChanged(const ReceiverMoves& moves) {
+  digits_.receiversChanged(moves);
+  apply();
 }
 
 void DdeLink::receiverSelected() {

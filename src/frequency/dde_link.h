@@ -18,9 +18,10 @@ class DdeLink {
   DdeLink(Control& DDESts, DigitServers& servers, ReceiverComponent& component,
           ShownReceiver& shown, const Options& options, WindowCommands& window);
 
-  /// Opens or closes the links as the options now say; also when receivers came, went or were
-  /// renamed.
+  /// Opens or closes the links as the options now say.
   void apply();
+  /// Receivers came, went, moved or were renamed.
+  void receiversChanged(const ReceiverMoves& moves);
   /// Another receiver is shown.
   void receiverSelected();
   /// One tick of the blink timer; every second one refreshes the links.

@@ -23,7 +23,7 @@ double gapOf(std::string_view text) {
 }  // namespace
 
 bool DtmfDigits::Digits_Change(Index rx, std::string_view text) {
-  if (rx < 0 || rx >= kMostReceivers || rx >= component_.GetRxCount()) return false;
+  if (rx < 0 || rx >= receiverCount(component_)) return false;
   if (text.empty()) return false;
   const char key = text.front();
   if (key <= ' ' || key > '~' || key == '|') return false;

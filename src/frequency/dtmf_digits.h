@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "contract/components.h"
+#include "receiver/receiver_set.h"
 
 namespace kelvane {
 
@@ -20,6 +20,9 @@ class DtmfDigits {
   /// another form and receivers that there are none of are ignored. Answers whether the receiver
   /// was asked for a frequency.
   bool Digits_Change(Index rx, std::string_view text);
+
+  /// Receivers came, went or moved, each with what was typed for it.
+  void receiversChanged(const ReceiverMoves& moves) { moves.carry(DtmfBuffer_, std::string()); }
 
   /// What is typed so far, in kHz.
   const std::string& DtmfBuffer(Index rx) const { return DtmfBuffer_.at(static_cast<size_t>(rx)); }

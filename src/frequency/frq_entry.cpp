@@ -13,9 +13,8 @@ FrqEntry::Limits FrqEntry::limits() const {
 
 void FrqEntry::receiverSelected() {
   const Limits now = limits();
-  if (takenFor_ == shown_.index() && now == taken_) return;
+  if (taken_ == now) return;
   taken_ = now;
-  takenFor_ = shown_.index();
   row_.Boundary(now.max, now.min, now.resolution);
   row_.clearFlags();
   lockKnown_ = false;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "frequency/cls_frq_digit.h"
 #include "receiver/shown_receiver.h"
 
@@ -12,8 +14,9 @@ class FrqEntry {
   FrqEntry(clsFrqDigit& row, ReceiverComponent& component, ShownReceiver& shown)
       : row_(row), component_(component), shown_(shown) {}
 
-  /// Another receiver is shown, or its limits may have changed: takes them over, and gives up what
-  /// was typed for another.
+  /// Another receiver is shown from now on; what was typed was meant for the former one.
+  void otherReceiver() { taken_.reset(); }
+  /// Takes over the limits of the shown receiver. What was typed is given up with other limits.
   void receiverSelected();
   /// Locks or unlocks the row; what is typed is lost only when the lock really changes.
   void lock(bool locked);
@@ -51,8 +54,7 @@ class FrqEntry {
   clsFrqDigit& row_;
   ReceiverComponent& component_;
   ShownReceiver& shown_;
-  Limits taken_;
-  Index takenFor_ = -1;
+  std::optional<Limits> taken_;  ///< none while they are another receiver's
   bool locked_ = true;
   bool lockKnown_ = false;
 };

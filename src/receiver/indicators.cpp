@@ -41,6 +41,15 @@ void Indicators::blank() {
   SQ_.visible = false;
 }
 
+void Indicators::live() {
+  if (const auto state = component_.GetRxSql(shown_.index()); state.ok()) squelch(state);
+}
+
+void Indicators::otherReceiver() {
+  blank();
+  for (Control& line : IO_) line.visible = false;
+}
+
 void Indicators::lines() {
   // 64 bits: the magnitude of the most negative 32-bit count has no place in 32.
   const long long count =

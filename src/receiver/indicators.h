@@ -19,8 +19,12 @@ class Indicators {
   void squelch(Long state) { SQ_.visible = state == 1; }
   /// Shows the IO lines that the receiver has, in their colours.
   void lines();
+  /// The shown receiver answers: shows its squelch, which reports only changes.
+  void live();
   /// What is not live is not shown.
   void blank();
+  /// Another receiver is shown from now on; nothing of the former one's stays.
+  void otherReceiver();
 
   /// Changes between the reading in S units and the numeric level.
   void toggleMeter();

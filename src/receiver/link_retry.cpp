@@ -20,12 +20,12 @@ void LinkRetry::reported(Index rx, Long code, Instant now) {
   failed_[rx] = code != static_cast<Long>(LinkState::Up) &&
                 code != static_cast<Long>(LinkState::NotResponding);
   const auto failures = static_cast<Count>(std::count(failed_.begin(), failed_.end(), true));
-  if (failures >= 1 && failures <= component_.GetRxCount()) pace(failures, now);
+  if (failures >= 1 && failures <= receiverCount(component_)) pace(failures, now);
 }
 
-void LinkRetry::receiversChanged(Count receivers, Instant now) {
-  failed_.fill(false);
-  start(receivers, now);
+void LinkRetry::receiversChanged(const ReceiverMoves& moves, Instant now) {
+  moves.carry(failed_, false);
+  start(receiverCount(component_), now);
 }
 
 bool LinkRetry::tick(Instant now) {
@@ -33,7 +33,7 @@ bool LinkRetry::tick(Instant now) {
   const Index turn = next_;
   next_ = static_cast<Index>((next_ + 1) & (kMostReceivers - 1));
   // Strictly greater: one slot a round belongs to no receiver.
-  if (next_ > component_.GetRxCount()) next_ = 0;
+  if (next_ > receiverCount(component_)) next_ = 0;
   if (!failed_[turn]) return false;
   failed_[turn] = false;
   component_.SetRxConnect(turn, true);

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "contract/components.h"
+#include "receiver/receiver_set.h"
 #include "ui/timer.h"
 
 namespace kelvane {
@@ -16,8 +16,8 @@ class LinkRetry {
   void start(Count receivers, Instant now);
   /// A link reported a code: marks or clears the receiver's failed flag and sets the timer's pace.
   void reported(Index rx, Long code, Instant now);
-  /// The set of receivers changed: the flags meant others.
-  void receiversChanged(Count receivers, Instant now);
+  /// Receivers came, went or moved; one that failed and is still there has failed.
+  void receiversChanged(const ReceiverMoves& moves, Instant now);
 
   /// One period of the timer when it has ended: asks the receiver whose turn it is for a new link.
   /// Answers whether a link was asked for, so that the caller lets pending events run.

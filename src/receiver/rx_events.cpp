@@ -2,6 +2,7 @@
 
 #include "contract/link_state.h"
 #include "windows/channel_editor.h"
+#include "windows/data_log.h"
 
 namespace kelvane {
 
@@ -17,11 +18,15 @@ void RxEvents::RxConnState(Index rx, Long code) {
 }
 
 void RxEvents::DrvUpdated(Count) {
-  units_.status.forget();
-  retry_.receiversChanged(component_.GetRxCount(), now_());
-  tabs_.build();
-  units_.dde.apply();
-  channelEditor_.receiversChanged();
+  const ReceiverMoves moves = receivers_.renew();
+  units_.status.receiversChanged(moves);
+  retry_.receiversChanged(moves, now_());
+  stepping_.receiversChanged(moves);
+  units_.forwarding.receiversChanged(moves);
+  tabs_.receiversChanged(moves);
+  units_.dde.receiversChanged(moves);
+  channelEditor_.receiversChanged(moves);
+  log_.receiversChanged(moves);
 }
 
 void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long) {
@@ -45,6 +50,7 @@ void RxEvents::RxChnStatus(Index rx, Channel channel, Hz frequency, Hz bfo, Sett
 void RxEvents::RxModUpdated(Index rx, Setting mode, Setting) {
   if (!shown_.shows(rx)) return;
   units_.buttons.ModUpdated(rx, mode);
+  units_.buttons.filterChoice(rx);
   units_.bfo.modeChanged();
   units_.best.compare();
 }

@@ -9,13 +9,15 @@
 namespace kelvane {
 
 class ChannelEditor;
+class DataLog;
 
 /// What the panel does with each event of the receiver component.
 class RxEvents : public ReceiverListener {
  public:
   RxEvents(ReceiverComponent& component, ShownReceiver& shown, const Options& options,
            ReceiverTabs& tabs, ReceiverRefresh& refresh, LinkRetry& retry, Stepping& stepping,
-           const ReceiverUnits& units, ChannelEditor& channelEditor, std::function<Instant()> now)
+           const ReceiverUnits& units, ChannelEditor& channelEditor, DataLog& log,
+           std::function<Instant()> now)
       : component_(component),
         shown_(shown),
         options_(options),
@@ -25,6 +27,8 @@ class RxEvents : public ReceiverListener {
         stepping_(stepping),
         units_(units),
         channelEditor_(channelEditor),
+        log_(log),
+        receivers_(component),
         now_(std::move(now)) {}
 
   void RxDataError(Index, Long) override {}
@@ -57,6 +61,8 @@ class RxEvents : public ReceiverListener {
   Stepping& stepping_;
   ReceiverUnits units_;
   ChannelEditor& channelEditor_;
+  DataLog& log_;
+  ReceiverSet receivers_;
   std::function<Instant()> now_;
 };
 

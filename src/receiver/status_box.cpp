@@ -34,14 +34,16 @@ void StatusBox::reported(Index rx, Long code) {
   if (rx >= 0 && rx < kMostReceivers) lastCode_[rx] = code;
 }
 
-void StatusBox::forget() { lastCode_.fill(kNothingYet); }
+void StatusBox::receiversChanged(const ReceiverMoves& moves) {
+  moves.carry(lastCode_, std::optional<Long>());
+}
 
 void StatusBox::show(Index rx, bool online) {
   RxMask_.visible = !online;
-  const Long code = rx >= 0 && rx < kMostReceivers ? lastCode_[rx] : kNothingYet;
+  const auto code = rx >= 0 && rx < kMostReceivers ? lastCode_[rx] : std::nullopt;
   // A link that was up and is not asked for any more has no words of its own.
-  const bool nothing = code == kNothingYet || code == static_cast<Long>(LinkState::Up);
-  const LinkWords words = nothing ? LinkWords{kNotConnected, kOrange} : linkWords(code);
+  const bool nothing = !code || *code == static_cast<Long>(LinkState::Up);
+  const LinkWords words = nothing ? LinkWords{kNotConnected, kOrange} : linkWords(*code);
   RxMask_.text = words.text;
   RxMask_.fore = words.colour;
 }

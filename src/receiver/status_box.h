@@ -1,9 +1,10 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string_view>
 
-#include "contract/types.h"
+#include "receiver/receiver_set.h"
 #include "ui/control.h"
 
 namespace kelvane {
@@ -23,18 +24,16 @@ class StatusBox {
 
   /// A link reported a code.
   void reported(Index rx, Long code);
-  /// The receivers were made anew: what was reported belongs to no one any more.
-  void forget();
+  /// Receivers came, went or moved; what each reported stays its own.
+  void receiversChanged(const ReceiverMoves& moves);
   /// Shows the box exactly while the receiver does not answer, in its own words.
   void show(Index rx, bool online);
   /// One tick of the blink timer.
   void blink(bool online);
 
  private:
-  static constexpr Long kNothingYet = 0;
-
   Control& RxMask_;
-  std::array<Long, kMostReceivers> lastCode_{};
+  std::array<std::optional<Long>, kMostReceivers> lastCode_;
 };
 
 }  // namespace kelvane

@@ -68,8 +68,7 @@ MAin::MAin(const PanelServices& services)
       utc_(view_.UtcTime, services.calendar),
       announcer_(view_.Announced),
       refresh_(view_, units(), services.receiver, shown_),
-      tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, indicators_,
-            keyboard_),
+      tabs_(view_, services.receiver, shown_, refresh_, forwarding_, entry_, keyboard_),
       saver_(services.disk),
       channelEditor_(std::make_unique<ChannelEditor>(
           services.receiver,
@@ -77,34 +76,35 @@ MAin::MAin(const PanelServices& services)
           saver_,
           ChannelEditor::Owner{view_.LChn, services.now,
                                [this] { services_.dialogs.showChannel(*channelEditor_); }})),
-      events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
-              *channelEditor_, services.now),
-      frqEvents_(services.receiver, shown_, navigation_, best_, refusal_),
-      keys_(services.receiver, services.frequency, shown_, entry_, row_, stepping_, navigation_,
-            channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
-      config_(options_, services.settings, services.receiver, shown_, services.instance),
-      help_(services.settings, services.saveReport),
       log_(std::make_unique<DataLog>(DataLogServices{
           services.receiver, services.clipboard, services.files, services.calendar, services.folder,
           [&frequency = services.frequency](const std::vector<Hz>& frequencies) {
             return knownStations(frequency, frequencies);
-          }})) {
+          }})),
+      events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
+              *channelEditor_, *log_, services.now),
+      frqEvents_(services.receiver, shown_, navigation_, best_, refusal_),
+      keys_(services.receiver, services.frequency, shown_, entry_, row_, stepping_, navigation_,
+            channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
+      config_(options_, services.settings, services.receiver, shown_, services.instance),
+      help_(services.settings, services.saveReport) {
   provideCompanions();
   view_.onTop = options_.OptOnTop;
   row_.Boundary(999'999'999, 0, 1);
+  row_.Unselect(true);
   row_.Value(-1);
   tabs_.build();
   const Instant now = services.now();
   dde_.apply();
-  retry_.start(services.receiver.GetRxCount(), now);
+  retry_.start(receiverCount(services.receiver), now);
   TimBlk_.start(kBlink, now);
 }
 
 MAin::~MAin() = default;
 
 ReceiverUnits MAin::units() {
-  return {entry_,    remote_,   status_, forwarding_,  buttons_,    bfo_,
-          hfFilter_, channels_, best_,   channelized_, indicators_, dde_};
+  return {entry_,    remote_, status_,     forwarding_,  buttons_,    bfo_, hfFilter_,
+          channels_, best_,   navigation_, channelized_, indicators_, dde_};
 }
 
 void MAin::provideCompanions() {
@@ -315,7 +315,7 @@ void MAin::unload(const Placement& place) {
   const std::string lost = log_->end();
   if (!lost.empty()) services_.dialogs.tell(lost);
   channelEditor_->close();
-  const Count receivers = services_.receiver.GetRxCount();
+  const Count receivers = receiverCount(services_.receiver);
   for (Index rx = 0; rx < receivers; ++rx) {
     services_.receiver.SetRxConnect(rx, false);
     keyboard_.runPending();

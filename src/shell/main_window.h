@@ -171,13 +171,13 @@ class MAin : public ControlEvents {
   ReceiverTabs tabs_;
   FileSaver saver_;
   std::unique_ptr<ChannelEditor> channelEditor_;
+  std::unique_ptr<DataLog> log_;
   RxEvents events_;
   FrqEvents frqEvents_;
   KeyCommands keys_;
   WMouse wheel_;
   Config config_;
   MiniHelp help_;
-  std::unique_ptr<DataLog> log_;
   Timer TimBlk_;
 };
 

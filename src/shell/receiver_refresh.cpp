@@ -4,20 +4,30 @@
 
 namespace kelvane {
 
+void ReceiverRefresh::otherReceiver() {
+  units_.entry.otherReceiver();
+  units_.indicators.otherReceiver();
+  units_.buttons.otherReceiver();
+  units_.navigation.clearBank();
+}
+
 void ReceiverRefresh::run() {
   units_.dde.receiverSelected();
   units_.entry.receiverSelected();
+  settings(shown_.online());
+  frequency(component_.GetRxFrequency(shown_.index(), kTuned), Apply::No);
+  caption();
+}
+
+void ReceiverRefresh::settings(bool online) {
   units_.remote.apply();
-  const bool online = shown_.online();
   units_.status.show(shown_.index(), online);
-  if (!online) units_.indicators.blank();
+  online ? units_.indicators.live() : units_.indicators.blank();
   units_.forwarding.receiverSelected();
   units_.buttons.Update(shown_.index());
   units_.bfo.receiverSelected();
-  caption();
   units_.hfFilter.receiverSelected();
   units_.channels.receiverSelected();
-  frequency(component_.GetRxFrequency(shown_.index(), kTuned), Apply::No);
 }
 
 void ReceiverRefresh::frequency(Hz frequency, Apply apply) {
@@ -33,10 +43,9 @@ void ReceiverRefresh::caption() {
 }
 
 void ReceiverRefresh::none() {
-  units_.remote.apply();
-  units_.entry.arrived(-1);
-  units_.status.show(0, false);
-  units_.indicators.blank();
+  otherReceiver();
+  settings(false);
+  frequency(-1, Apply::No);
   view_.caption = programTitle() + " NONE";
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "controls/best_setting.h"
 #include "controls/channel_step.h"
 #include "controls/channelized.h"
 #include "controls/forwarding.h"
+#include "controls/navigation.h"
 #include "controls/receiver_labels.h"
 #include "frequency/dde_link.h"
 #include "receiver/remote_state.h"
@@ -22,6 +22,7 @@ struct ReceiverUnits {
   HfFilter& hfFilter;
   ChannelStep& channels;
   BestSetting& best;
+  Navigation& navigation;
   Channelized& channelized;
   Indicators& indicators;
   DdeLink& dde;
@@ -34,6 +35,9 @@ class ReceiverRefresh {
                   ShownReceiver& shown)
       : view_(view), units_(units), component_(component), shown_(shown) {}
 
+  /// The shown receiver is another one than before: nothing of the former one's stays. Before
+  /// run().
+  void otherReceiver();
   /// Another receiver is shown, or its link or its abilities changed.
   void run();
   /// There is no receiver to show.
@@ -42,6 +46,7 @@ class ReceiverRefresh {
   void frequency(Hz frequency, Apply apply);
 
  private:
+  void settings(bool online);
   void caption();
 
   MainView& view_;

@@ -23,16 +23,36 @@ char32_t firstCharacter(const std::string& text) {
 }  // namespace
 
 void ReceiverTabs::build() {
-  const Count receivers = std::min<Count>(component_.GetRxCount(), kMostReceivers);
-  waiting_.reset();
+  makeTabs();
+  hasTabs() ? showOther(0) : showNone();
+}
+
+void ReceiverTabs::receiversChanged(const ReceiverMoves& moves) {
+  const Index former = shown_.index();
+  const Index now = moves(former);
+  if (waiting_) waiting_ = moves(*waiting_);
+  makeTabs();
+  if (!hasTabs()) return showNone();
+  const auto last = static_cast<Index>(view_.TabStrip.tabs.size() - 1);
+  if (now == -1) return showOther(std::min(former, last));
+  shown_.show(now);
+  select(now);
+}
+
+void ReceiverTabs::makeTabs() {
+  const Count receivers = receiverCount(component_);
   view_.TabStrip.tabs.clear();
   for (Index rx = 0; rx < receivers; ++rx) {
     view_.TabStrip.tabs.push_back(
         {"&" + component_.GetRxName(rx).value(), "Select receiver", component_.GetRxRemote(rx)});
   }
   forwarding_.receivers(receivers);
-  if (receivers == 0) return showNone();
-  select(shown_.index() < receivers ? shown_.index() : Index{0});
+}
+
+void ReceiverTabs::showOther(Index rx) {
+  refresh_.otherReceiver();
+  shown_.show(rx);
+  select(rx);
 }
 
 void ReceiverTabs::showNone() {
@@ -42,7 +62,7 @@ void ReceiverTabs::showNone() {
 }
 
 void ReceiverTabs::select(Index rx) {
-  if (rx != shown_.index()) indicators_.blank();
+  if (rx != shown_.index()) refresh_.otherReceiver();
   shown_.show(rx);
   view_.TabStrip.selected = rx;
   component_.SetRxShown(rx);

@@ -12,19 +12,20 @@ class ReceiverTabs {
  public:
   ReceiverTabs(MainView& view, ReceiverComponent& component, ShownReceiver& shown,
                ReceiverRefresh& refresh, Forwarding& forwarding, FrqEntry& entry,
-               Indicators& indicators, WindowCommands& window)
+               WindowCommands& window)
       : view_(view),
         component_(component),
         shown_(shown),
         refresh_(refresh),
         forwarding_(forwarding),
         entry_(entry),
-        indicators_(indicators),
         window_(window) {}
 
-  /// One tab for each receiver that the component serves. A selected receiver that is still there
-  /// stays selected; else the first one is.
+  /// One tab for each receiver that the component serves; the first one is selected.
   void build();
+  /// Receivers came, went or moved. The one that is shown stays shown, wherever it is now; where it
+  /// is gone, the one that has its place is, else the last one.
+  void receiversChanged(const ReceiverMoves& moves);
   /// The operator chose a tab, counted from 0.
   void click(int tab);
   /// Selects the next receiver's tab, after the last the first.
@@ -42,7 +43,9 @@ class ReceiverTabs {
   bool hasTabs() const { return !view_.TabStrip.tabs.empty(); }
 
  private:
+  void makeTabs();
   void select(Index rx);
+  void showOther(Index rx);
   void showNone();
 
   MainView& view_;
@@ -51,7 +54,6 @@ class ReceiverTabs {
   ReceiverRefresh& refresh_;
   Forwarding& forwarding_;
   FrqEntry& entry_;
-  Indicators& indicators_;
   WindowCommands& window_;
   std::optional<Index> waiting_;
 };

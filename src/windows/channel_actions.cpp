@@ -46,7 +46,7 @@ void ChannelEditor::select(Channel channel) {
 }
 
 void ChannelEditor::Save_Click() {
-  start(std::make_unique<SaveTask>(component_, nReceiver_, table_));
+  start(std::make_unique<SaveTask>(component_, table_));
 }
 
 /// The operator is not asked: what the receiver holds is read anew and kept in a file first.
@@ -54,7 +54,7 @@ void ChannelEditor::Clear_Click() { startReading(Purpose::Backup); }
 
 void ChannelEditor::clearChannels(const std::string& kept) {
   if (component_.GetRxChannel(nReceiver_) != -1) leaveChannel();
-  start(std::make_unique<ClearTask>(component_, nReceiver_, table_, kept));
+  start(std::make_unique<ClearTask>(component_, table_, kept));
 }
 
 /// Tunes the receiver off its memory channel and back to where it was.

@@ -141,17 +141,24 @@ void ChannelEditor::rescued(const std::string& why, const ChannelTask& written) 
       " They are still here: Export keeps them elsewhere.");
 }
 
-void ChannelEditor::receiversChanged() {
+void ChannelEditor::receiversChanged(const ReceiverMoves& moves) {
   if (!view_.open || gone_) return;
-  const bool same = nReceiver_ < component_.GetRxCount() &&
-                    component_.GetRxName(nReceiver_).value() == name_ &&
-                    component_.GetRxChnFirst(nReceiver_) == table_.first() &&
-                    component_.GetRxChnCount(nReceiver_) == table_.count();
-  if (same) return;
+  const Index now = moves(nReceiver_);
+  const bool same = now != -1 && component_.GetRxChnFirst(now) == table_.first() &&
+                    component_.GetRxChnCount(now) == table_.count();
+  if (same) return moved(now);
   reading_.stop();
   task_.reset();
   gone_ = true;
   say(name_ + " is no longer among the receivers as it was. Export keeps the edits.");
+}
+
+/// The receiver has another place and perhaps another name. What goes on goes on.
+void ChannelEditor::moved(Index rx) {
+  nReceiver_ = rx;
+  name_ = component_.GetRxName(rx);
+  table_.moved(rx);
+  reading_.moved(rx);
 }
 
 void ChannelEditor::clicked(int control) {

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "receiver/receiver_set.h"
 #include "shell/file_services.h"
 #include "shell/global.h"
 #include "windows/channel_reading.h"
@@ -61,8 +62,8 @@ class ChannelEditor : private ChannelKeys {
   /// The component reported a channel of the window's receiver; -1 ends the row.
   void Update(Channel channel, Hz frequency, Hz bfo, Setting mode, Setting filter, Setting agc,
               Long skip);
-  /// The set of receivers is another one.
-  void receiversChanged();
+  /// Receivers came, went or moved.
+  void receiversChanged(const ReceiverMoves& moves);
 
   /// A button was pressed; by ui/control_ids.h.
   void clicked(int control);
@@ -87,6 +88,7 @@ class ChannelEditor : private ChannelKeys {
   void select(Channel channel) override;
   void edited() override { changed(); }
 
+  void moved(Index rx);
   void startReading(Purpose purpose);
   void readingEnded();
   void readingFailed(const std::string& why);

@@ -18,6 +18,8 @@ class ChannelReading {
 
   /// Answers whether the reading started.
   bool start(Index rx, Instant now);
+  /// The receiver has another place among the receivers.
+  void moved(Index rx) { rx_ = rx; }
   /// The component reported a channel.
   void arrived(Channel channel, Instant now);
   /// The component reported the end of the row. Answers whether it was the end of this one.

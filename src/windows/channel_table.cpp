@@ -53,6 +53,12 @@ void ChannelTable::open(Index rx) {
   empty();
 }
 
+void ChannelTable::moved(Index rx) {
+  rx_ = rx;
+  modes_.open(rx);
+  agc_.open(rx);
+}
+
 void ChannelTable::empty() {
   edits_.clear();
   for (auto* table : {&working_, &reference_, &sent_})

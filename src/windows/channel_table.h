@@ -38,6 +38,9 @@ class ChannelTable : public GridTable {
 
   /// Serves this receiver from now on, with its limits and names; both tables are empty.
   void open(Index rx);
+  /// The receiver has another place among the receivers.
+  void moved(Index rx);
+  Index receiver() const { return rx_; }
   /// Forgets everything that was reported or edited.
   void empty();
 

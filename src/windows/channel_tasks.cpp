@@ -80,8 +80,8 @@ std::string channelFile(const ChannelRows& rows, SettingNames& modes, SettingNam
   return text;
 }
 
-SaveTask::SaveTask(ReceiverComponent& component, Index rx, ChannelTable& table)
-    : component_(component), rx_(rx), table_(table) {
+SaveTask::SaveTask(ReceiverComponent& component, ChannelTable& table)
+    : component_(component), table_(table) {
   for (Channel channel = table.first(); channel < table.count(); ++channel) {
     if (table.modified(channel)) channels_.push_back(channel);
     if (!table.reported(channel) && !table.working(channel).free()) ++unreported_;
@@ -107,7 +107,7 @@ bool SaveTask::step() {
 
 bool SaveTask::send(Channel channel) {
   const ChannelRow& row = table_.working(channel);
-  return component_.SetRxChannel(rx_, channel, row.sent(Frequency), row.sent(Bfo), row.sent(Mode),
+  return component_.SetRxChannel(table_.receiver(), channel, row.sent(Frequency), row.sent(Bfo), row.sent(Mode),
                                  row.sent(Filter), row.sent(Agc), row.sent(Skip)) == Outcome::Done;
 }
 
@@ -123,24 +123,20 @@ void SaveTask::finish() {
   }
 }
 
-ClearTask::ClearTask(ReceiverComponent& component, Index rx, const ChannelTable& table,
-                     std::string kept)
-    : component_(component),
-      rx_(rx),
-      first_(table.first()),
-      count_(table.count()),
-      kept_(std::move(kept)) {}
+ClearTask::ClearTask(ReceiverComponent& component, const ChannelTable& table, std::string kept)
+    : component_(component), table_(table), kept_(std::move(kept)) {}
 
 bool ClearTask::step() {
-  for (int i = 0; i < kAtOnce && next_ < count_; ++i, ++next_) {
-    words_ = "Clearing channel " + channelText(next_, count_) + " ...";
-    const bool cleared = component_.ClearRxChannel(rx_, next_) == Outcome::Done;
-    if (!cleared && next_ >= first_) refused_.push_back(next_);
+  const Count count = table_.count();
+  for (int i = 0; i < kAtOnce && next_ < count; ++i, ++next_) {
+    words_ = "Clearing channel " + channelText(next_, count) + " ...";
+    const bool cleared = component_.ClearRxChannel(table_.receiver(), next_) == Outcome::Done;
+    if (!cleared && next_ >= table_.first()) refused_.push_back(next_);
   }
-  if (next_ < count_) return true;
+  if (next_ < count) return true;
   words_ = refused_.empty() ? "The receiver's channels are cleared. "
                             : "Not all channels are cleared: the receiver refused " +
-                                  refusedWords(refused_, count_) + ". ";
+                                  refusedWords(refused_, count) + ". ";
   words_ += kept_;
   return false;
 }

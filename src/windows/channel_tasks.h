@@ -37,7 +37,7 @@ class ChannelTask {
 /// Sends the modified channels to the receiver.
 class SaveTask : public ChannelTask {
  public:
-  SaveTask(ReceiverComponent& component, Index rx, ChannelTable& table);
+  SaveTask(ReceiverComponent& component, ChannelTable& table);
   bool step() override;
 
  private:
@@ -45,7 +45,6 @@ class SaveTask : public ChannelTask {
   void finish();
 
   ReceiverComponent& component_;
-  Index rx_;
   ChannelTable& table_;
   std::vector<Channel> channels_;
   std::size_t done_ = 0;
@@ -57,14 +56,12 @@ class SaveTask : public ChannelTask {
 class ClearTask : public ChannelTask {
  public:
   /// `kept` says where the channels are kept, in words.
-  ClearTask(ReceiverComponent& component, Index rx, const ChannelTable& table, std::string kept);
+  ClearTask(ReceiverComponent& component, const ChannelTable& table, std::string kept);
   bool step() override;
 
  private:
   ReceiverComponent& component_;
-  Index rx_;
-  Channel first_;
-  Count count_;
+  const ChannelTable& table_;
   std::string kept_;
   Channel next_ = 0;
   std::vector<Channel> refused_;

@@ -13,6 +13,7 @@
 #include "grid/undo_stack.h"
 #include "log/log_export.h"
 #include "log/log_file.h"
+#include "receiver/receiver_set.h"
 #include "shell/file_flows.h"
 #include "ui/calendar.h"
 #include "ui/clipboard.h"
@@ -56,6 +57,9 @@ class DataLog : private GridTable {
 
   /// The receiver that the window serves: its settings are recorded, and records are sent to it.
   void Receiver(Index rx);
+  /// Receivers came, went or moved. Where its own is gone, the log can be read and edited, but
+  /// neither records nor recalls.
+  void receiversChanged(const ReceiverMoves& moves) { Receiver(moves(nReceiver_)); }
   /// True opens the log to look at and to edit; false makes each activation add a record.
   void UpdateOnly(bool only) { adding_ = !only; }
   /// A command shows the window. Coming back to it from another window is no activation.

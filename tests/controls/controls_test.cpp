@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
+#include "tests/fakes/noting_receivers.h"
 #include "tests/fakes/panel_rig.h"
+#include "tests/fakes/unlike_receivers.h"
 #include "ui/key_codes.h"
 
 namespace kelvane {
 namespace {
 
 using fakes::PanelRig;
+namespace unlike = fakes::unlike;
 
 constexpr Colour kYellow = Colour::rgb(255, 255, 0);
 
@@ -43,25 +46,106 @@ TEST(ModeButtons, HideWhatTheReceiverLacksAndLockASingleFilter) {
   EXPECT_EQ(clsModEvent::Width(703), 141);
 }
 
-TEST(ModeButtons, ShowNothingOfAnotherReceiverWhereNothingIsKnownYet) {
-  PanelRig rig(
-      "[Receiver 1]\r\nName=Hill\r\nKind=simulated\r\n"
-      "[Receiver 2]\r\nName=Far\r\nKind=rigctld\r\nPort=1\r\n");
+/// The captions of the receiver's row, those that are visible.
+std::string row(const MainView& view) {
+  std::string text;
+  for (const Control& button : view.ModEvent) {
+    if (button.visible) text += button.text + "|";
+  }
+  return text;
+}
+
+std::string linesShown(const MainView& view) {
+  std::string text;
+  for (const Control& line : view.IO) text += line.visible ? 'o' : ' ';
+  return text;
+}
+
+TEST(AnotherReceiver, ShowsNothingOfTheFormerOneWhereItTellsNothing) {
+  PanelRig rig(unlike::receivers());
   rig.start();
-  rig.type("14200\r");
   MainView& view = rig.view();
-  ASSERT_EQ(view.ModEvent[0].text, "AM");
+  rig.panel->tabClicked(unlike::kFull);
+  rig.press(key::PadPlus, key::CtrlHeld);
+  rig.click(id::ModEvent);
+  rig.click(id::VStep);
+  const std::string known = view.Band.text, full = row(view);
+  ASSERT_EQ(full.find("--"), std::string::npos) << full;
+  ASSERT_TRUE(view.SQ.visible);
   ASSERT_TRUE(view.BMod.visible);
-  const std::string known = view.Band.text;
-  rig.panel->tabClicked(1);
-  EXPECT_EQ(view.ModEvent[0].text, "----");
-  EXPECT_EQ(view.ModEvent[1].text, "----");
+  ASSERT_NE(view.VBank.text, "");
+
+  rig.panel->tabClicked(unlike::kSecretive);
+  EXPECT_EQ(row(view), "----|----|AGC:--|Att:--|NB:--|");
+  EXPECT_EQ(view.HFF.text, "HF ?");
+  EXPECT_EQ(view.HFF.fore, kQuietText);
+  EXPECT_EQ(view.SM.text, "");
+  EXPECT_FALSE(view.SQ.visible);
+  EXPECT_EQ(view.IBank.text + view.VBank.text, "");
+
+  rig.panel->tabClicked(unlike::kFull);
+  EXPECT_EQ(row(view), full);
+  EXPECT_TRUE(view.SQ.visible) << "an open squelch reports no change";
+
+  rig.panel->tabClicked(unlike::kLost);
+  EXPECT_EQ(row(view), "----|----|Att:--|NB:--|") << "it has no AGC";
+  EXPECT_EQ(view.VStep[0].text, "500Hz");
+  EXPECT_EQ(view.VStep[1].text, "");
   EXPECT_EQ(view.Band.text, "Bandplan");
   EXPECT_FALSE(view.BMod.visible || view.BFlt.visible || view.FDif.visible);
-  rig.panel->tabClicked(0);
-  EXPECT_EQ(view.ModEvent[0].text, "AM");
+  EXPECT_EQ(rig.digits(), " xxxxxxxx");
+
+  rig.panel->tabClicked(unlike::kFull);
   EXPECT_EQ(view.Band.text, known);
-  EXPECT_TRUE(view.BMod.visible);
+  EXPECT_EQ(linesShown(view), "oooo");
+  rig.panel->tabClicked(unlike::kScanner);
+  EXPECT_EQ(linesShown(view), "oo  ");
+  rig.panel->tabClicked(unlike::kPlain);
+  EXPECT_EQ(row(view), "USB|2700|");
+}
+
+TEST(AnotherReceiver, LearnsWhatWasNotKnownFromItsOwnAnswer) {
+  PanelRig rig(unlike::receivers());
+  rig.start();
+  rig.panel->tabClicked(unlike::kSecretive);
+  rig.click(id::HFF);
+  EXPECT_EQ(rig.view().HFF.text, "HF on") << "asked to be on, and the radio took it";
+  rig.click(id::ModEvent + 3);
+  EXPECT_EQ(row(rig.view()), "----|----|AGC:--|Att:Off|NB:--|");
+  rig.panel->tabClicked(unlike::kStubborn);
+  const std::string before = row(rig.view());
+  rig.click(id::HFF);
+  for (int button = 0; button < 5; ++button) rig.click(id::ModEvent + button);
+  EXPECT_EQ(row(rig.view()), before) << "it refuses all";
+  EXPECT_EQ(rig.view().HFF.text, "HF on");
+}
+
+/// A receiver that has one filter only in one of its modes.
+class OneFilterInDrm final : public fakes::PassingReceivers {
+ public:
+  using PassingReceivers::PassingReceivers;
+  Answer<Count> GetRxFilterCount(Index rx) override {
+    return GetRxModeName(rx, GetRxMode(rx)).value() == "DRM"
+               ? Answer<Count>(1)
+               : PassingReceivers::GetRxFilterCount(rx);
+  }
+};
+
+TEST(ModeButtons, OfferTheFilterByTheModeThatTheReceiverIsIn) {
+  PanelRig rig("[Receiver]\nName=A\nModes=AM DRM\nMode=AM\n");
+  rig.wrapped = std::make_unique<OneFilterInDrm>(rig.sondrel.core);
+  rig.start();
+  const Control& filter = rig.view().ModEvent[1];
+  EXPECT_TRUE(filter.enabled);
+  rig.click(id::ModEvent);
+  EXPECT_FALSE(filter.enabled);
+  rig.click(id::ModEvent);
+  EXPECT_TRUE(filter.enabled);
+  rig.click(id::LockImg);
+  rig.sondrel.core.turnKnob(0, sondrel::Item::Mode, 8);
+  rig.sondrel.core.turnKnob(0, sondrel::Item::Mode, 0);
+  rig.run(milliseconds(50));
+  EXPECT_FALSE(filter.enabled) << "locked";
 }
 
 TEST(Forwarding, MasterAndAllExcludeEachOtherAndTheMasterIsRemembered) {
