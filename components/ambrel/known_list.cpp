@@ -38,7 +38,8 @@ struct Search {
 
 bool Search::takes(Hz frequency, const Record& record, const AirTime& time,
                    const std::vector<std::string>& words, std::string& key) const {
-  if (query.onAirOnly && !(time.isScheduled(record) && time.onAir(record))) return false;
+  // What has no times is there at any time: time signals, weather, calling frequencies.
+  if (query.onAirOnly && time.isScheduled(record) && !time.onAir(record)) return false;
   const bool byFrequency = query.sort == ListColumn::Frequency;
   if (words.empty() && byFrequency) return true;
   const StationDetails details = detailsOf(*table, frequency, record, time, *codes);

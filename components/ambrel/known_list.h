@@ -16,7 +16,7 @@ namespace kelvane::ambrel {
 /// What the operator asks of the list.
 struct ListQuery {
   std::string text{};      ///< words that a row must have, in any column; empty: every row
-  bool onAirOnly = false;  ///< only scheduled stations that are on the air now
+  bool onAirOnly = false;  ///< without scheduled stations that are not on the air now
   ListColumn sort = ListColumn::Frequency;
   bool descending = false;
 };

@@ -30,7 +30,8 @@ Setting usualFilter(Setting mode) {
   }
 }
 
-constexpr std::size_t kOthersNamed = 3;
+/// More than the panel has room for: the rest is read in the tool tip.
+constexpr std::size_t kOthersNamed = 12;
 
 bool isSchedule(const StationTable& table, const Record& record) {
   return table.listOf(record).form == StationList::Form::Eibi;
@@ -58,6 +59,8 @@ StationDetails scheduleDetails(const StationTable& table, Hz frequency, const Re
   if (codes.target(line.target) != codes.country(line.country))
     details.target = codes.target(line.target);
   const auto rule = readDays(line.days);
+  // A mode in their place says nothing about days.
+  if (rule && rule->mode) details.days.clear();
   const auto mode =
       rule && rule->mode ? rule->mode : modeByWords(line.language, line.station, frequency);
   if (mode) details.mode = static_cast<Setting>(*mode);

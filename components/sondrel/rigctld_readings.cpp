@@ -22,7 +22,7 @@ bool isNear(std::int32_t a, std::int32_t b) { return std::abs(std::int64_t{a} - 
 }  // namespace
 
 void RigctldReadings::restart() {
-  known_ = {};
+  known_ = told_ = {};
   awaited_ = {};
   ours_ = {};
   retune_.reset();
@@ -64,9 +64,14 @@ bool RigctldReadings::take(RigItem item, const Reply& reply, Instant now) {
 void RigctldReadings::unreadable(RigItem item) {
   for (auto& awaited : awaited_) {
     if (!awaited || awaited->order.reads != item) continue;
-    value(item == RigItem::Mode ? RigItem::Filter : item) = read_[at(item)];
-    if (item == RigItem::Mode) mode_ = modeRead_;
-    report(awaited->order.request.item, Cause::Request, awaited->order.request.ticket, true);
+    const bool told = told_.has(item);
+    if (told) {
+      value(item == RigItem::Mode ? RigItem::Filter : item) = read_[at(item)];
+      if (item == RigItem::Mode) mode_ = modeRead_;
+    }
+    // What has never been read stands as the radio accepted it.
+    report(awaited->order.request.item, Cause::Request, awaited->order.request.ticket,
+           told || awaited->refused);
     awaited.reset();
   }
 }
@@ -173,6 +178,7 @@ void RigctldReadings::takeNumber(RigItem item, std::int32_t number, Instant now)
   const auto cause = first ? Cause::Learned : causeOf(item, number, now);
   value(item) = number;
   known_.add(item);
+  told_.add(item);
   if (answers) {
     settle(requested);
   } else if (bfo) {
@@ -206,6 +212,7 @@ void RigctldReadings::takeMode(const ModeAndWidth& read, Instant now) {
   const auto shown = number(RigItem::Frequency);
   mode_ = read.mode;
   known_.add(RigItem::Mode);
+  told_.add(RigItem::Mode);
   if (!stale && (modeNews || widthNews)) value(RigItem::Filter) = read.width;
   if (mode) {
     settle(RigItem::Mode);
@@ -249,8 +256,14 @@ Cause RigctldReadings::causeOf(RigItem item, std::int32_t number, Instant now) c
 
 void RigctldReadings::report(RigItem item, Cause cause, std::uint32_t ticket, bool refused) {
   const bool mode = item == RigItem::Mode;
-  reports_.push_back({item, number(item), mode ? mode_ : std::string(), cause, ticket, refused});
+  reports_.push_back(
+      {item, number(item), mode ? mode_ : std::string(), cause, ticket, refused, hasValue(item)});
   if (item == RigItem::Bfo) reportedBfo_ = number(item);
+}
+
+bool RigctldReadings::hasValue(RigItem item) const {
+  if (item == RigItem::Bfo || item == RigItem::Clock) return true;
+  return known(item == RigItem::Filter ? RigItem::Mode : item);
 }
 
 void RigctldReadings::reportBfo(Cause cause) {

@@ -65,6 +65,7 @@ class RigctldReadings {
   Cause causeOf(RigItem item, std::int32_t number, Instant now) const;
   void modeChanged(Cause cause, std::int32_t shownBefore);
   void report(RigItem item, Cause cause, std::uint32_t ticket = 0, bool refused = false);
+  bool hasValue(RigItem item) const;
   void deriveSquelch(Cause cause);
   void reportBfo(Cause cause);
   std::int32_t number(RigItem item) const;
@@ -83,6 +84,7 @@ class RigctldReadings {
   std::string modeRead_;
   std::int32_t offset_ = 0;
   RigItems known_;
+  RigItems told_;  ///< of those: read, and not only accepted
   std::array<std::optional<Awaited>, kRigItems> awaited_;  ///< by the item of the request
   std::array<Instant, kRigItems> ours_{};  ///< until when a change is the request's doing
   std::int32_t tuned_ = 0;                 ///< what the radio was last told to tune to

@@ -191,7 +191,9 @@ void RigctldReceiver::takeNews(const ValueReport& report, Item item, std::int32_
     const auto request = *std::exchange(waiting, std::nullopt);
     return done(request, value, item == Item::Mode ? report.number : 0);
   }
-  if (item == Item::Mode) {
+  if (!report.known) {
+    // Without a value there is nothing to go back to.
+  } else if (item == Item::Mode) {
     changedMode(value, report.number, report.cause);
   } else {
     changed(item, value, report.cause);

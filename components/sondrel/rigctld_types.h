@@ -79,6 +79,7 @@ struct ValueReport {
   Cause cause = Cause::Learned;
   std::uint32_t ticket = 0;  ///< the request that this answers; 0 for a value found by polling
   bool refused = false;      ///< the request was not carried out
+  bool known = true;         ///< false where the radio has never told it: `number` says nothing
 };
 
 /// What the radio can do has been found out, or has grown.

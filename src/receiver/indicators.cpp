@@ -65,7 +65,9 @@ void Indicators::lines() {
     IO_[i].back = kDarkGrey;
     IO_[i].text.clear();
     if (!remote) continue;
-    const bool on = component_.GetRxOut(shown_.index(), i) != 0;
+    const Answer<Long> state = component_.GetRxOut(shown_.index(), i);
+    if (!state.ok()) continue;
+    const bool on = state != 0;
     IO_[i].back = on ? kGreen : kRed;
     IO_[i].text = on ? kLampLit : "off";
   }

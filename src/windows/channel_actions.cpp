@@ -26,12 +26,13 @@ void ChannelEditor::getIt() {
   ChannelRow row = table_.working(channel);
   row[Frequency] = frequency;
   if (const Hz bfo = component_.GetRxBfo(rx); bfo != 0) row[Bfo] = bfo;
-  const auto take = [&row](ChannelValue value, Setting setting) {
-    if (setting >= 0) row[value] = setting;
+  // What the receiver does not say is not what the channel held before.
+  const auto take = [&row](ChannelValue value, Setting setting, Setting least) {
+    row[value] = setting >= least ? std::optional<Long>(setting) : std::nullopt;
   };
-  take(Mode, component_.GetRxMode(rx));
-  take(Filter, component_.GetRxFilter(rx));
-  take(Agc, component_.GetRxAgc(rx));
+  take(Mode, component_.GetRxMode(rx), 0);
+  take(Filter, component_.GetRxFilter(rx), 1);
+  take(Agc, component_.GetRxAgc(rx), 0);
   table_.edit({{channel, row}});
 }
 

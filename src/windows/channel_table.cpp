@@ -105,6 +105,8 @@ std::string ChannelTable::cell(GridRow row, int column) const {
   if (value == Mode) return modes_.name(*held);
   if (value == Agc) return agc_.name(*held);
   if (value == Skip) return kSkipWords[*held == 0 ? 0 : 1];
+  // A channel that is in use has some filter: 0 says that it is not known.
+  if (value == Filter && *held == 0 && !working_[row].free()) return {};
   return std::to_string(*held);
 }
 

@@ -5,6 +5,7 @@
 
 #include "components/modes.h"
 #include "tests/fakes/panel_rig.h"
+#include "tests/fakes/recording_receiver.h"
 #include "ui/key_codes.h"
 
 namespace kelvane {
@@ -71,21 +72,54 @@ TEST(StationList, OtherDataRefreshesTheLabelsAndLeavesWhatIsTyped) {
   EXPECT_EQ(rig.view().Band.tip, "Click  to change current band plan");
 }
 
+/// Gives the panel known frequencies of a test's own, and no others.
+void ownStations(PanelRig& rig, std::string_view stations) {
+  const auto own = rig.sondrel.folder.path() / "frequency" / "Kelvane";
+  std::filesystem::create_directories(own);
+  for (const auto& entry : std::filesystem::directory_iterator(KELVANE_DATA_FOLDER)) {
+    if (entry.path().filename().string().starts_with("known-"))
+      std::ofstream(own / entry.path().filename()) << "[Empty]\n60000 ; beyond every receiver\n";
+  }
+  std::ofstream(own / "known-own.txt") << stations;
+  rig.ambrel.OpenFrqConfig("Kelvane");
+  rig.ambrel.InitFrqPlan(0);
+}
+
+TEST(AutomaticSetting, GoesByItsOptionsAndSetsDataModesAsUpperSideband) {
+  for (const bool wanted : {true, false}) {
+    PanelRig rig;
+    ownStations(rig,
+                "[One]\n5000 ; A ;;; AM ; 9000\n6000 ; R ;;; RTTY ; 500\n7000 ; F ;;; FAX ; 2400\n"
+                "8000 ; S ;;; SAM ; 6000\n");
+    auto recording = std::make_unique<fakes::RecordingReceiver>(rig.sondrel.core);
+    fakes::RecordingReceiver& component = *recording;
+    rig.wrapped = std::move(recording);
+    rig.settings.writeFlag("AutoMode", wanted);
+    rig.settings.writeFlag("AutoFilter", !wanted);
+    rig.start();
+    rig.click(id::LockImg);
+    const auto asked = [&](Hz frequency, const std::string& operation) {
+      rig.turnKnob(0, frequency - 5000);
+      component.told("");
+      rig.turnKnob(0, frequency);
+      std::string all;
+      for (const std::string& line : component.told(operation)) all += line + ";";
+      return all;
+    };
+    EXPECT_EQ(asked(6'000'000, "SetRxMode"), wanted ? "SetRxMode 0 2;" : "");
+    EXPECT_EQ(asked(7'000'000, "SetRxMode"), wanted ? "SetRxMode 0 2;" : "");
+    EXPECT_EQ(asked(8'000'000, "SetRxMode"), "") << "a mode that is never set as such";
+    EXPECT_EQ(asked(6'000'000, "SetRxFilter"), wanted ? "" : "SetRxFilter 0 500;");
+  }
+}
+
 /// A panel whose only known frequencies are a test's own.
 class Walks : public testing::Test {
  protected:
   Walks() {
-    const auto own = rig.sondrel.folder.path() / "frequency" / "Kelvane";
-    std::filesystem::create_directories(own);
-    for (const auto& entry : std::filesystem::directory_iterator(KELVANE_DATA_FOLDER)) {
-      if (entry.path().filename().string().starts_with("known-"))
-        std::ofstream(own / entry.path().filename()) << "[Empty]\n60000 ; beyond every receiver\n";
-    }
-    std::ofstream(own / "known-own.txt")
-        << "[One]\n7000 ; A ;;; USB ; 2400\n7000 ; A again\n8000 ; B\n"
-           "[Two]\n7500 ; C ;;; CW ; 500\n8000 ; B of two\n";
-    rig.ambrel.OpenFrqConfig("Kelvane");
-    rig.ambrel.InitFrqPlan(0);
+    ownStations(rig,
+                "[One]\n7000 ; A ;;; USB ; 2400\n7000 ; A again\n8000 ; B\n"
+                "[Two]\n7500 ; C ;;; CW ; 500\n8000 ; B of two\n");
     rig.start();
     rig.type("7250\r");
   }
@@ -125,6 +159,8 @@ TEST_F(Walks, StayInTheSetAndGoFromSetToSet) {
 
 TEST_F(Walks, BandsStopAtTheEndOfTheReceiversRange) {
   const Hz least = rig.receiver().GetRxFrqMin(0);
+  after(key::PadPlus, kCtrl);
+  ASSERT_EQ(rig.view().IBank.text, "Kf");
   std::string last;
   for (int i = 0; i < 300 && rig.window.beeps == 0; ++i) last = after(key::PadMinus, 0);
   EXPECT_EQ(rig.receiver().GetRxFrequency(0, kTuned), least) << last;

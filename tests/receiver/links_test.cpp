@@ -60,6 +60,16 @@ TEST(Links, SayWhatIsWrongLockThePanelAndBlinkUntilTheLinkHeals) {
   EXPECT_TRUE(rig.view().FrqDigit[5].enabled);
 }
 
+TEST(Links, SayNotConnectedOnlyOfAReceiverThatNeverReported) {
+  PanelRig rig(receivers("LinkTime=60000\r\n"));
+  rig.start(milliseconds(100));
+  EXPECT_EQ(rig.view().RxMask.text, "Not connected");
+  for (const Long code : {0, 77}) {
+    rig.panel->receiverEvents().RxConnState(0, code);
+    EXPECT_EQ(rig.view().RxMask.text, "Rx: Not responding") << code;
+  }
+}
+
 TEST(LinkRetry, TurnsFasterWithMoreReceiversAndKeepsOneIdleSlotARound) {
   PanelRig rig(receivers("Fault=1003\r\n", 1));
   LinkRetry retry(rig.sondrel.core);

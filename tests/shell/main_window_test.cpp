@@ -80,6 +80,12 @@ TEST(MainWindow, SelectingAReceiverShowsItsOwnLimitsAndNothingOfWhatWasTypedForA
   EXPECT_EQ(rig.view().caption, "Kelvane 1.0.0 - Receiver Quill");
 }
 
+TEST(MainWindow, WaitsForATypedEntryFromTheStart) {
+  PanelRig rig;
+  rig.start();
+  EXPECT_EQ(rig.view().FrqDotit.fore, kRed);
+}
+
 TEST(MainWindow, AcceleratorsGoRoundTheTabsThatBeginWithTheCharacter) {
   PanelRig rig(
       "[Receiver]\r\nName=Alpha\r\n[Receiver]\r\nName=Beta\r\n[Receiver]\r\nName=anna\r\n");

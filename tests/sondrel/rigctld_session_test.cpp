@@ -319,6 +319,18 @@ TEST_F(RigctldTuning, ReportsWhatStandsAfterARefusal) {
   EXPECT_TRUE(play.up());
 }
 
+TEST_F(RigctldTuning, HasNothingToGoBackToWhereTheRadioNeverToldAValue) {
+  SessionPlay mute(Manner::Rigctld);
+  mute.rig.errors = {{"l AGC", 11}, {"L AGC", 11}};
+  mute.open();
+  mute.request(RigItem::Agc, 2, 7);
+  mute.run(milliseconds(2000));
+  const ValueReport answer = mute.last(RigItem::Agc);
+  EXPECT_EQ(answer.ticket, 7U);
+  EXPECT_TRUE(answer.refused);
+  EXPECT_FALSE(answer.known) << "0 would be shown as Off";
+}
+
 TEST_F(RigctldTuning, TakesTheRequestAtItsWordWhereTheRadioCannotBeRead) {
   SessionPlay mute(Manner::Rigctld);
   mute.rig.errors = {{"f ", 11}, {"l ATT", 11}};

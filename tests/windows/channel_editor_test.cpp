@@ -167,6 +167,32 @@ TEST_F(ChannelWindow, SpaceAndGetTakeTheReceiversSettingDeleteEmptiesAndCtrlZTak
   EXPECT_EQ(rig_.cell(2, kFrequency), "0");
 }
 
+TEST(ChannelWindowOf, AReceiverThatDoesNotTellItsSettingsShowsAndKeepsNone) {
+  ChannelRig rig(
+      "[Receiver 1]\nName=A\nChannels=0-9\nChannelTime=1\nFrequency=7000000\n"
+      "Untold=mode filter agc\n");
+  rig.start();
+  rig.sondrel.core.SetRxChannel(0, 2, 6'070'000, -50, 2, 2400, 2, 1);
+  rig.open(0);
+  rig.grid().select({2, kFrequency});
+  rig.pressButton(id::ChnGetIt);
+  EXPECT_EQ(rig.row(2), "02 7000000 -50    Skip") << "not those that the channel held before";
+}
+
+TEST_F(ChannelWindow, GoesOnWithItsReceiverWhereverThatIsNow) {
+  rig_.enter(5, kFrequency, "5000000");
+  sondrel::DriversModel drivers = rig_.sondrel.core.drivers();
+  drivers.rename(0, "Renamed");
+  drivers.move(0, 2);
+  ASSERT_TRUE(rig_.sondrel.core.applyDrivers(drivers));
+  rig_.run(milliseconds(50));
+  EXPECT_EQ(sent(), Lines{"SetRxChannel 2 5 5000000 0 0 0 0 0"});
+  rig_.pressButton(id::ChnReload);
+  rig_.run(milliseconds(1000));
+  EXPECT_EQ(rig_.words(), "10 channels of Renamed read.");
+  EXPECT_EQ(rig_.cell(5, kFrequency), "5000000");
+}
+
 TEST_F(ChannelWindow, ShiftWithAnArrowRecallsTheChannel) {
   rig_.grid().select({1, kFrequency});
   rig_.gridKey(key::Down);
