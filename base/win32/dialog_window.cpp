@@ -38,6 +38,16 @@ HFONT messageFont(UINT dpi) {
   return CreateFontIndirectW(&metrics.lfMessageFont);
 }
 
+int lineHeight(HFONT font) {
+  const HDC screen = GetDC(nullptr);
+  const HGDIOBJ before = SelectObject(screen, font);
+  TEXTMETRICW metrics{};
+  GetTextMetricsW(screen, &metrics);
+  SelectObject(screen, before);
+  ReleaseDC(nullptr, screen);
+  return metrics.tmHeight;
+}
+
 int heldKeys() {
   const auto down = [](int key) { return GetKeyState(key) < 0; };
   return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
@@ -110,7 +120,9 @@ HWND DialogWindow::add(const DialogItem& item) {
       CreateWindowExW(extended(item), item.windowClass, wide(item.text).c_str(),
                       WS_CHILD | WS_VISIBLE | item.style, 0, 0, 0, 0, window_,
                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(item.id)), module(), nullptr);
-  controls_.push_back({control, item.area, item.follow, item.announced});
+  const bool oneLine =
+      std::wstring_view(item.windowClass) == WC_EDITW && !(item.style & ES_MULTILINE);
+  controls_.push_back({control, item.area, item.follow, item.announced, oneLine});
   if (std::wstring_view(item.windowClass) == WC_BUTTONW)
     SetWindowSubclass(control, buttonProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
   name(control, item);
@@ -406,14 +418,19 @@ void DialogWindow::placeControls() {
   GetClientRect(window_, &inside);
   const int wider = std::max(0, static_cast<int>(inside.right) - scaled(width_));
   const int higher = std::max(0, static_cast<int>(inside.bottom) - scaled(height_));
+  const int field = lineHeight(font_) + 2 * GetSystemMetricsForDpi(SM_CYEDGE, dpi_) + scaled(4);
   for (const Placed& control : controls_) {
     const DialogArea& at = control.area;
     const auto extra = [&control](Follow follow, int length) {
       return control.follow & follow ? length : 0;
     };
+    // A field writes at its upper edge: it is as high as its line, in the middle of its place.
+    const int height = scaled(at.height) + extra(Heighten, higher);
+    const int spare = control.oneLine ? std::max(0, height - field) / 2 : 0;
     SetWindowPos(control.window, nullptr, scaled(at.left) + extra(MoveRight, wider),
-                 scaled(at.top) + extra(MoveDown, higher), scaled(at.width) + extra(Widen, wider),
-                 scaled(at.height) + extra(Heighten, higher), SWP_NOZORDER | SWP_NOACTIVATE);
+                 scaled(at.top) + extra(MoveDown, higher) + spare,
+                 scaled(at.width) + extra(Widen, wider), height - 2 * spare,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
   }
 }
 
@@ -425,16 +442,20 @@ void DialogWindow::placeOverOwner() {
   const RECT& work = screen.rcWork;
   const SIZE least = outerSize(width_, height_), wanted = outerSize(openWidth_, openHeight_);
   const LONG width = std::max(least.cx, std::min(wanted.cx, work.right - work.left));
-  const LONG height = std::max(least.cy, std::min(wanted.cy, work.bottom - work.top));
+  LONG height = std::max(least.cy, std::min(wanted.cy, work.bottom - work.top));
   if (owner_)
     GetWindowRect(owner_, &over);
   else
     over = {work.left, work.top, work.right, work.bottom};
   const LONG middle = over.left + (over.right - over.left - width) / 2;
   const LONG left = std::max(work.left, std::min(middle, work.right - width));
-  // One that stays open leaves the owner in sight, where there is room below it.
-  const bool below = resizable_ && owner_ && over.bottom + height <= work.bottom;
-  const LONG wished = below ? over.bottom : over.top + scaled(40);
+  // One that stays open leaves the owner in sight, where there is room below it; it opens smaller
+  // for that, and else covers the owner's lower part.
+  const LONG room = work.bottom - over.bottom;
+  const bool below = resizable_ && owner_ && room >= least.cy;
+  if (below) height = std::min(height, room);
+  const LONG beside = resizable_ && owner_ ? work.bottom - height : over.top + scaled(40);
+  const LONG wished = below ? over.bottom : beside;
   const LONG top = std::max(work.top, std::min(wished, work.bottom - height));
   const POINT at = place({width, height}, {left, top});
   SetWindowPos(window_, nullptr, at.x, at.y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);

@@ -116,6 +116,7 @@ class DialogWindow {
     DialogArea area;
     int follow;
     bool announced;
+    bool oneLine;  ///< a field for one line of text
   };
 
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

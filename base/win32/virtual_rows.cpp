@@ -24,6 +24,9 @@ void VirtualRows::setColumns(std::vector<RowColumn> columns, UINT dpi) {
   while (SendMessageW(list_, LVM_DELETECOLUMN, 0, 0)) {
   }
   columns_ = std::move(columns);
+  // The first column that is put in is aligned to the left whatever is asked: one that goes again.
+  LVCOLUMNW first{};
+  SendMessageW(list_, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&first));
   for (int index = 0; index < this->columns(); ++index) {
     const RowColumn& row = columns_[static_cast<std::size_t>(index)];
     std::wstring heading = wide(row.heading);
@@ -31,10 +34,11 @@ void VirtualRows::setColumns(std::vector<RowColumn> columns, UINT dpi) {
     column.mask = LVCF_TEXT | LVCF_SUBITEM | LVCF_FMT;
     column.fmt = row.number ? LVCFMT_RIGHT : LVCFMT_LEFT;
     column.pszText = heading.data();
-    column.iSubItem = index;
-    SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index),
+    column.iSubItem = index + 1;
+    SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index + 1),
                  reinterpret_cast<LPARAM>(&column));
   }
+  SendMessageW(list_, LVM_DELETECOLUMN, 0, 0);
   place(dpi);
 }
 
@@ -104,8 +108,26 @@ void VirtualRows::showAmongOthers(std::size_t row) const {
     SendMessageW(list_, LVM_ENSUREVISIBLE, edge, FALSE);
 }
 
-bool VirtualRows::answer(const NMHDR& notice) {
-  if (notice.hwndFrom != list_ || notice.code != LVN_GETDISPINFOW) return false;
+/// The selected row in its colours also while the keyboard is elsewhere: what the system gives it
+/// then can hardly be told from the others.
+LRESULT VirtualRows::colours(NMLVCUSTOMDRAW& row) const {
+  if (row.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  if (row.nmcd.dwDrawStage != CDDS_ITEMPREPAINT) return CDRF_DODEFAULT;
+  if (ListView_GetItemState(list_, static_cast<int>(row.nmcd.dwItemSpec), LVIS_SELECTED) == 0)
+    return CDRF_DODEFAULT;
+  row.nmcd.uItemState &= ~static_cast<UINT>(CDIS_SELECTED);
+  row.clrText = GetSysColor(COLOR_HIGHLIGHTTEXT);
+  row.clrTextBk = GetSysColor(COLOR_HIGHLIGHT);
+  return CDRF_NEWFONT;
+}
+
+bool VirtualRows::answer(const NMHDR& notice, LRESULT& result) {
+  if (notice.hwndFrom != list_) return false;
+  if (notice.code == NM_CUSTOMDRAW) {
+    result = colours(const_cast<NMLVCUSTOMDRAW&>(reinterpret_cast<const NMLVCUSTOMDRAW&>(notice)));
+    return true;
+  }
+  if (notice.code != LVN_GETDISPINFOW) return false;
   // Windows says by the header which of its records this is the beginning of.
   auto& item = const_cast<NMLVDISPINFOW&>(reinterpret_cast<const NMLVDISPINFOW&>(notice)).item;
   if (!(item.mask & LVIF_TEXT) || item.iItem < 0) return true;

@@ -44,10 +44,11 @@ class VirtualRows {
   /// Selects a row; one that was out of view is shown in the middle, with its neighbours.
   void select(std::size_t row) const;
 
-  /// Answers the list's question for a text, if the notice is one.
-  bool answer(const NMHDR& notice);
+  /// Answers the list's question for a text or for a row's colours, if the notice is one.
+  bool answer(const NMHDR& notice, LRESULT& result);
 
  private:
+  LRESULT colours(NMLVCUSTOMDRAW& row) const;
   bool isInView(std::size_t row) const;
   void showAmongOthers(std::size_t row) const;
   int columns() const { return static_cast<int>(columns_.size()); }

@@ -3,6 +3,8 @@
 #include <cstdlib>
 
 #include "base/number.h"
+#include "ui/control_ids.h"
+#include "ui/main_controls.h"
 
 namespace kelvane {
 
@@ -72,6 +74,7 @@ void BestSetting::nothingKnown() {
   view_.FDif.visible = view_.BMod.visible = view_.BFlt.visible = false;
   bestMode_ = -1;
   bestFilter_ = 0;
+  useRoom();
   stepping_.refresh();
 }
 
@@ -122,7 +125,11 @@ void BestSetting::compare() {
   if (view_.BMod.visible) view_.BMod.text = frequency_.GetFrqModeName(bestMode_);
   view_.BFlt.visible = bestFilter_ > 0 && component_.GetRxFilter(rx) != bestFilter_;
   if (view_.BFlt.visible) view_.BFlt.text = std::to_string(bestFilter_);
+  useRoom();
 }
+
+/// What is recommended is shown in the same line, where it differs from what is set.
+void BestSetting::useRoom() { view_.Band.width = widthToTheRight(view_, id::Band); }
 
 void BestSetting::applyMode() {
   if (bestMode_ >= 0) component_.SetRxMode(shown_.index(), bestMode_);

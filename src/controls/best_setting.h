@@ -37,6 +37,7 @@ class BestSetting {
   void showKnown(Hz tuned);
   void caption(const Text& text);
   void applyAutomatically();
+  void useRoom();
 
   MainView& view_;
   Stepping& stepping_;

@@ -21,6 +21,7 @@ struct Control {
   bool enabled = true;
   bool pressed = false;   ///< a check box drawn as a button is down
   bool selected = false;  ///< a digit box: its one character is marked
+  int width = 0;          ///< 96ths of an inch; 0: as the table of controls has it
   std::string tip;
   std::string spoken;  ///< accessible name where it says more than the table of controls
 

@@ -1,5 +1,6 @@
 #include "ui/main_controls.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -377,6 +378,22 @@ std::string nameOf(const ControlRow& row, int element) {
 }
 
 }  // namespace
+
+int widthToTheRight(MainView& view, int control) {
+  constexpr int kGap = 4;
+  const auto rows = mainControls();
+  const auto own = std::ranges::find(rows, control, &ControlRow::id);
+  if (own == rows.end()) return 0;
+  int end = own->place.left + own->place.width;
+  for (const ControlRow& row : rows) {
+    if (row.place.top == own->place.top) end = std::max(end, row.place.left + row.place.width);
+  }
+  for (const ControlRow& row : rows) {
+    const bool beside = row.place.top == own->place.top && row.place.left > own->place.left;
+    if (beside && row.of(view, 0).visible) end = std::min(end, row.place.left - kGap);
+  }
+  return end - own->place.left;
+}
 
 std::string spokenWords(const ControlRow& row, int element, const Control& control) {
   if (!control.spoken.empty()) return control.spoken;

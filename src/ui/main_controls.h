@@ -57,6 +57,9 @@ std::span<const Engraving> engravings();
 /// The points that part the digits into groups of three, in the panel's own coordinates.
 std::span<const Place> groupPoints();
 
+/// Width of a control that takes the room of the hidden ones to its right, 96ths of an inch.
+int widthToTheRight(MainView& view, int control);
+
 /// What a screen reader says of a control: what it is, and what it shows.
 std::string spokenWords(const ControlRow& row, int element, const Control& control);
 

@@ -83,7 +83,8 @@ RECT Face::area() const {
   const Place& at = row_.place;
   const int gap = row_.kind == Kind::Digit ? element_ / 3 * kDigitGroupGap : 0;
   const int left = at.left + element_ * row_.step + gap;
-  return {scaled(left, dpi_), scaled(at.top, dpi_), scaled(left + at.width, dpi_),
+  const int width = shown_.width > 0 ? shown_.width : at.width;
+  return {scaled(left, dpi_), scaled(at.top, dpi_), scaled(left + width, dpi_),
           scaled(at.top, dpi_) + scaled(at.height, dpi_)};
 }
 
@@ -105,6 +106,7 @@ void Face::show(const Control& control) {
   if (control == shown_) return;
   const Control before = std::exchange(shown_, control);
   if (control.text != before.text) SetWindowTextW(window_, wide(control.text).c_str());
+  if (control.width != before.width) takePlace();
   if (control.enabled != before.enabled) EnableWindow(window_, control.enabled);
   if (row_.kind == Kind::Toggle && control.pressed != before.pressed)
     SendMessageW(window_, BM_SETCHECK, control.pressed ? BST_CHECKED : BST_UNCHECKED, 0);
@@ -119,12 +121,14 @@ void Face::place(UINT dpi, const Fonts& fonts, bool contrast) {
   contrast_ = contrast;
   font_ = fonts[row_.font];
   SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
-  if (std::exchange(dpi_, dpi) != dpi) {
-    const RECT at = area();
-    SetWindowPos(window_, nullptr, at.left, at.top, at.right - at.left, at.bottom - at.top,
-                 SWP_NOACTIVATE | SWP_NOZORDER);
-  }
+  if (std::exchange(dpi_, dpi) != dpi) takePlace();
   repaint();
+}
+
+void Face::takePlace() const {
+  const RECT at = area();
+  SetWindowPos(window_, nullptr, at.left, at.top, at.right - at.left, at.bottom - at.top,
+               SWP_NOACTIVATE | SWP_NOZORDER);
 }
 
 LRESULT CALLBACK Face::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

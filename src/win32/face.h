@@ -47,6 +47,7 @@ class Face {
   void released(MouseButton button, bool over);
   void paint() const;
   void repaint() const;
+  void takePlace() const;
   RECT area() const;
 
   const ControlRow& row_;

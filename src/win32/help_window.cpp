@@ -22,7 +22,7 @@ namespace {
 constexpr wchar_t kHelpClass[] = L"KelvaneMiniHelp";
 constexpr DWORD kHelpStyle =
     WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN;
-constexpr int kHelpWidth = 470, kHelpHeight = 520;
+constexpr int kHelpWidth = 540, kHelpHeight = 520;
 
 HINSTANCE module() { return GetModuleHandleW(nullptr); }
 

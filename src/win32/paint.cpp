@@ -2,7 +2,33 @@
 
 namespace kelvane::win32 {
 
-void paintLine(HWND window, const std::wstring& text, HFONT font, COLORREF colour, COLORREF ground,
+namespace {
+
+constexpr wchar_t kGoesOn[] = L" \u2026";
+
+int widthOf(HDC screen, const std::wstring& text) {
+  SIZE size{};
+  GetTextExtentPoint32W(screen, text.data(), static_cast<int>(text.size()), &size);
+  return static_cast<int>(size.cx);
+}
+
+/// As many of a text's names, which stand between commas or semicolons, as fit into a width; the
+/// whole text where not even the first one does.
+std::wstring namesThatFit(HDC screen, const std::wstring& text, int width) {
+  for (std::size_t end = text.size(); end > 0;) {
+    end = text.find_last_of(L",;", end - 1);
+    if (end == text.npos) break;
+    // A comma within a number parts no names.
+    if (end + 1 >= text.size() || text[end + 1] != L' ') continue;
+    std::wstring names = text.substr(0, end + 1) + kGoesOn;
+    if (widthOf(screen, names) <= width) return names;
+  }
+  return text;
+}
+
+}  // namespace
+
+void paintLine(HWND window, const std::wstring& whole, HFONT font, COLORREF colour, COLORREF ground,
                UINT align) {
   PAINTSTRUCT paint;
   const HDC screen = BeginPaint(window, &paint);
@@ -13,7 +39,13 @@ void paintLine(HWND window, const std::wstring& text, HFONT font, COLORREF colou
   SetTextColor(screen, colour);
   SetBkColor(screen, ground);
   SIZE size{};
-  GetTextExtentPoint32W(screen, text.data(), static_cast<int>(text.size()), &size);
+  GetTextExtentPoint32W(screen, whole.data(), static_cast<int>(whole.size()), &size);
+  std::wstring shorter;
+  if (size.cx > area.right) {
+    shorter = namesThatFit(screen, whole, static_cast<int>(area.right));
+    GetTextExtentPoint32W(screen, shorter.data(), static_cast<int>(shorter.size()), &size);
+  }
+  const std::wstring& text = shorter.empty() ? whole : shorter;
   const LONG spare = area.right - size.cx;
   const LONG left = align == DT_LEFT ? 0 : align == DT_RIGHT ? spare : spare / 2;
   const LONG top = (area.bottom - size.cy) / 2;

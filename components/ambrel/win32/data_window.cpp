@@ -85,10 +85,10 @@ void DataWindow::command(int control, int notice) {
   if (control == id::FollowReceiver && notice == BN_CLICKED) gone_ = -1;
 }
 
-bool DataWindow::notified(const NMHDR& notice, LRESULT&) {
+bool DataWindow::notified(const NMHDR& notice, LRESULT& result) {
   if (notice.idFrom != id::Rows) return false;
   if (notice.code == NM_DBLCLK) return tune(), true;
-  return rows_.answer(notice);
+  return rows_.answer(notice, result);
 }
 
 void DataWindow::tick() {

@@ -50,7 +50,7 @@ void KnownListWindow::makeControls() {
        kCheck,
        "On the &air now",
        {256, 14, 112, 18},
-       "Only the stations of the schedule that are on the air at this minute",
+       "Leaves out the stations of the schedule that are not on the air at this minute",
        MoveRight});
   add({id::Label, WC_STATICW, 0, "S&ort by:", {374, 15, 54, 18}, "", MoveRight});
   add({id::Sort,
@@ -102,7 +102,7 @@ void KnownListWindow::command(int control, int notice) {
   if ((control == id::OnAir || control == id::Descending) && notice == BN_CLICKED) ask();
 }
 
-bool KnownListWindow::notified(const NMHDR& notice, LRESULT&) {
+bool KnownListWindow::notified(const NMHDR& notice, LRESULT& result) {
   if (notice.idFrom != id::Stations) return false;
   const auto& change = reinterpret_cast<const NMLISTVIEW&>(notice);
   switch (notice.code) {
@@ -118,7 +118,7 @@ bool KnownListWindow::notified(const NMHDR& notice, LRESULT&) {
     case NM_DBLCLK:
       return tune(), true;
     default:
-      return rows_.answer(notice);
+      return rows_.answer(notice, result);
   }
 }
 

@@ -154,10 +154,10 @@ void SourceWindow::command(int control, int notice) {
   }
 }
 
-bool SourceWindow::notified(const NMHDR& notice, LRESULT&) {
+bool SourceWindow::notified(const NMHDR& notice, LRESULT& result) {
   if (notice.idFrom != id::Lists) return false;
   if (notice.code == LVN_ITEMCHANGED) return showDetails(), true;
-  return rows_.answer(notice);
+  return rows_.answer(notice, result);
 }
 
 void SourceWindow::laidOut() { rows_.place(static_cast<UINT>(scaled(96))); }
