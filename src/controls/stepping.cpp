@@ -37,6 +37,7 @@ Stepping::Stepping(std::array<Control, 2>& VStep, std::array<Control, 2>& IStep,
 }
 
 void Stepping::refresh() {
+  if (!shown_.exists()) return;
   const Hz most = component_.GetRxMaxStep(shown_.index());
   Hz& own = own_[shown_.index()];
   own = std::min(own, most);

@@ -91,6 +91,14 @@ void DataLog::Receiver(Index rx) {
   agcs_ = agcNames(services_.receiver, rx);
 }
 
+void DataLog::receiversChanged(const ReceiverMoves& moves) {
+  const Index now = moves(nReceiver_);
+  if (now != -1) return Receiver(now);
+  nReceiver_ = -1;
+  modes_.clear();
+  agcs_.clear();
+}
+
 void DataLog::activate() {
   if (!view_.open) view_.Notice.clear();
   view_.open = true;
@@ -489,6 +497,7 @@ bool DataLog::keyDown(int keyCode, int shift) {
 }
 
 void DataLog::recall(GridRow row) {
+  if (nReceiver_ < 0) return;
   ReceiverComponent& component = services_.receiver;
   component.SetRxFrequency(nReceiver_, false, nearestLong(num(cell(row, LogFrequency))));
   const Setting mode = component.GetRxModeValue(nReceiver_, cell(row, LogMode));
