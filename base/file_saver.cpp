@@ -16,14 +16,23 @@ FileSaver::~FileSaver() {
 }
 
 void FileSaver::save(const std::filesystem::path& path, std::string content, Ended ended) {
+  change(
+      path,
+      [path, content = std::move(content)](FileSteps& steps) {
+        return writeFileSafely(path, content, steps);
+      },
+      std::move(ended));
+}
+
+void FileSaver::change(const std::filesystem::path& path, Work work, Ended ended) {
   {
     const std::lock_guard lock(mutex_);
     const auto same = std::ranges::find(waiting_, path, &Job::path);
     if (same != waiting_.end()) {
-      same->content = std::move(content);
+      same->work = std::move(work);
       same->ended = std::move(ended);
     } else {
-      waiting_.push_back({path, std::move(content), std::move(ended)});
+      waiting_.push_back({path, std::move(work), std::move(ended)});
     }
     if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
   }
@@ -44,7 +53,7 @@ void FileSaver::run() {
     waiting_.pop_front();
     writing_ = true;
     lock.unlock();
-    const FileResult result = writeFileSafely(job.path, job.content, *steps_);
+    const FileResult result = job.work(*steps_);
     if (job.ended) job.ended(result);
     lock.lock();
     writing_ = false;

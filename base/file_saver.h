@@ -25,15 +25,20 @@ class FileSaver {
   FileSaver(const FileSaver&) = delete;
   FileSaver& operator=(const FileSaver&) = delete;
 
-  /// Content that waits for the same file is not written any more: this one takes its place.
+  /// What is to be done with a file, on the saver's thread.
+  using Work = std::function<FileResult(FileSteps&)>;
+  /// Work that waits for the same file is not done any more: this one takes its place.
+  void change(const std::filesystem::path& path, Work work, Ended ended = {});
+  /// Writes this content safely.
   void save(const std::filesystem::path& path, std::string content, Ended ended = {});
+  FileSteps& steps() { return *steps_; }
   /// Returns when everything that was given has been written, or could not be.
   void finish();
 
  private:
   struct Job {
     std::filesystem::path path;
-    std::string content;
+    Work work;
     Ended ended;
   };
 

@@ -14,6 +14,10 @@ class FailingSteps : public FileSteps {
   enum class How { Fail, Stop, Hold };
 
   FailingSteps(int step, How how, int tries = 1) : left_(step), how_(how), tries_(tries) {}
+  /// Nothing goes wrong before arm() is called.
+  explicit FailingSteps(How how, int tries = 1) : FailingSteps(1 << 30, how, tries) {}
+  /// The n-th step from now on goes wrong.
+  void arm(int step) { left_ = step; }
 
   /// Whether the write came as far as the step that goes wrong.
   bool struck() const { return left_ <= 0; }
