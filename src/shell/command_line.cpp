@@ -37,4 +37,14 @@ std::string cleaningNotice(std::string_view instance) {
   return "Cleaning " + std::string(instance) + " registry context\r\nPlease restart application";
 }
 
+std::string runningNotice(std::string_view instance) {
+  return std::string(instance) +
+         " is running, so nothing was cleaned. Close its window first, and then clean it.";
+}
+
+std::string silentNotice(std::string_view instance) {
+  return std::string(instance) +
+         " is running already, and does not answer. Close it, or wait for it, and start it again.";
+}
+
 }  // namespace kelvane

@@ -28,4 +28,10 @@ std::string usageText();
 /// The text that announces the deletion of an instance's settings.
 std::string cleaningNotice(std::string_view instance);
 
+/// Why the settings of an instance that runs are not deleted.
+std::string runningNotice(std::string_view instance);
+
+/// Why the panel is not started once more, when the running one cannot be brought to the front.
+std::string silentNotice(std::string_view instance);
+
 }  // namespace kelvane

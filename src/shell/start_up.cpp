@@ -27,6 +27,8 @@ bool StartUp::openReceiver(const std::string& instance, std::int32_t ownerWindow
   receiver_->SetRxOwner(ownerWindow);
   const auto configured = receiver_->OpenRxConfig(instance, kOpen);
   if (!configured.ok()) return refuse(kNoReceiverControl);
+  // The operator knows why already.
+  if (configured == kGivenUp) return false;
   if (configured > 0) return true;
   refuse(kNoReceiver);
   return receiver_->OpenRxConfig(instance, kConfigureDrivers) > 0;
@@ -41,17 +43,26 @@ bool StartUp::openFrequency(const std::string& instance, std::int32_t ownerWindo
   return open || refuse(kNoFrequencyControl);
 }
 
-bool handleWithoutPanel(const CommandLine& line, SettingsStore& settings, MessageBoxes& boxes) {
+bool handleWithoutPanel(const CommandLine& line, SettingsStore& settings, MessageBoxes& boxes,
+                        PanelClaim& panel) {
   switch (line.action) {
     case CommandLine::Action::Usage:
       boxes.show(usageText(), {}, Buttons::Ok);
       return true;
     case CommandLine::Action::Clean:
+      if (!panel.claim()) {
+        boxes.show(runningNotice(line.instance), {}, Buttons::Ok);
+        return true;
+      }
       boxes.show(cleaningNotice(line.instance), {}, Buttons::Ok);
       settings.erase();
       return true;
-    default:
-      return false;
+    default: {
+      const PanelClaim::Result result = panel.claimOrShow();
+      if (result == PanelClaim::Result::Silent)
+        boxes.show(silentNotice(line.instance), {}, Buttons::Ok);
+      return result != PanelClaim::Result::Ours;
+    }
   }
 }
 

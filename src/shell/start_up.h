@@ -43,8 +43,27 @@ class StartUp {
   std::unique_ptr<FrequencyComponent> frequency_;
 };
 
-/// Carries out a command line that does not start the panel: shows the usage, or announces and
-/// deletes the instance's settings. False for one that does start it.
-bool handleWithoutPanel(const CommandLine& line, SettingsStore& settings, MessageBoxes& boxes);
+/// An instance's one panel, among all processes of the user's session.
+class PanelClaim {
+ public:
+  virtual ~PanelClaim() = default;
+  /// Claims the instance for this process, until it ends; false while another has it.
+  virtual bool claim() = 0;
+
+  enum class Result {
+    Ours,    ///< the instance is claimed for this process
+    Shown,   ///< another process has it, and its window is in front now
+    Silent,  ///< another process has it and does not answer
+  };
+  /// As claim(), but what another process shows is brought to the front. One that is just ending is
+  /// waited for.
+  virtual Result claimOrShow() = 0;
+};
+
+/// Carries out a command line that does not start the panel: shows the usage, announces and deletes
+/// the instance's settings unless its panel runs, or brings the running panel to the front. False
+/// for one that does start it; the instance is claimed then.
+bool handleWithoutPanel(const CommandLine& line, SettingsStore& settings, MessageBoxes& boxes,
+                        PanelClaim& panel);
 
 }  // namespace kelvane

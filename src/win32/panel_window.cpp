@@ -10,6 +10,7 @@
 #include "ui/main_controls.h"
 #include "win32/colours.h"
 #include "win32/screens.h"
+#include "win32/sole_panel.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -159,6 +160,7 @@ LRESULT CALLBACK PanelWindow::procedure(HWND window, UINT message, WPARAM wParam
 
 bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   const auto* notice = reinterpret_cast<const NMHDR*>(lParam);
+  if (message == SolePanel::showMessage()) return comeForward(), result = SolePanel::kAnswer, true;
   switch (message) {
     case WM_TIMER:
       if (wParam == kTick) panel_->tick(std::chrono::steady_clock::now());
@@ -286,6 +288,18 @@ void PanelWindow::moveToStart() {
       {Global::pixelsFromTwips(start.left, dpi), Global::pixelsFromTwips(start.top, dpi)},
       {size.cx, size.cy}, GetSystemMetrics(SM_CYCAPTION), screens());
   SetWindowPos(window_, nullptr, at.left, at.top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+/// The program was started again: whoever did that wants to see this window.
+void PanelWindow::comeForward() {
+  if (IsIconic(window_)) ShowWindow(window_, SW_RESTORE);
+  RECT now{};
+  GetWindowRect(window_, &now);
+  const Global::Point at =
+      Global::placeOnScreen({now.left, now.top}, {now.right - now.left, now.bottom - now.top},
+                            GetSystemMetrics(SM_CYCAPTION), screens());
+  SetWindowPos(window_, nullptr, at.left, at.top, 0, 0, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOSIZE);
+  SetForegroundWindow(GetLastActivePopup(window_));
 }
 
 Placement PanelWindow::placement() const {

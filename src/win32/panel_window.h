@@ -63,6 +63,7 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void dpiChanged(UINT dpi, const RECT& suggested);
   bool systemCommand(WPARAM command, LPARAM lParam);
   void unload();
+  void comeForward();
 
   HWND window_;
   std::unique_ptr<Fonts> fonts_;

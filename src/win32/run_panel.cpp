@@ -18,7 +18,7 @@
 namespace kelvane::win32 {
 
 int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& settings,
-             MessageBoxes& boxes) {
+             MessageBoxes& boxes, SolePanel& sole) {
   LinkHistory history;
   const std::filesystem::path folder = userDataFolder() / pathFromText(safeFileName(name));
   const CrashReporter reporter(folder / "crash", programTitle() + "\r\n" + systemVersion(),
@@ -45,6 +45,7 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   const auto receiverEvents = components.listen(noted);
   const auto frequencyEvents = components.listen(static_cast<FrequencyListener&>(events));
   window.present(panel);
+  sole.shownBy(window.window());
   SetCursor(LoadCursorW(nullptr, IDC_ARROW));
   return window.run();
 }

@@ -6,12 +6,13 @@
 
 #include "shell/settings.h"
 #include "ui/message_boxes.h"
+#include "win32/sole_panel.h"
 
 namespace kelvane::win32 {
 
 /// Opens the instance's components and runs the panel until its window is closed; answers the
-/// program's exit code. COM has been started on the thread.
+/// program's exit code. COM has been started on the thread, and the instance claimed.
 int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& settings,
-             MessageBoxes& boxes);
+             MessageBoxes& boxes, SolePanel& sole);
 
 }  // namespace kelvane::win32

@@ -7,6 +7,7 @@
 #include "win32/message_boxes.h"
 #include "win32/registry_store.h"
 #include "win32/run_panel.h"
+#include "win32/sole_panel.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -33,6 +34,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int) {
   const CommandLine line = parseCommandLine(narrow(commandLine));
   RegistryStore settings(line.instance);
   SystemMessageBoxes boxes(nullptr);
-  if (handleWithoutPanel(line, settings, boxes)) return 0;
-  return runPanel(instance, line.instance, settings, boxes);
+  SolePanel sole(line.instance);
+  if (handleWithoutPanel(line, settings, boxes, sole)) return 0;
+  return runPanel(instance, line.instance, settings, boxes, sole);
 }

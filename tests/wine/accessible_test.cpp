@@ -264,7 +264,9 @@ TEST_F(Accessible, EveryControlOfEveryWindowHasANameAndARole) {
   std::filesystem::current_path(instance.folder());  // the log lies there
   SystemMessageBoxes boxes(nullptr);
   std::thread operating([this] { lookAround(); });
-  EXPECT_EQ(runPanel(GetModuleHandleW(nullptr), "TestAccessible", settings, boxes), 0);
+  SolePanel sole("TestAccessible");
+  ASSERT_TRUE(sole.claim());
+  EXPECT_EQ(runPanel(GetModuleHandleW(nullptr), "TestAccessible", settings, boxes, sole), 0);
   operating.join();
   std::filesystem::current_path(wine::programFolder());
 }

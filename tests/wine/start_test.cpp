@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/instance_name.h"
+#include "base/win32/utf16.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 #include "ui/control_ids.h"
@@ -171,14 +173,76 @@ TEST(Start, SaysWhichComponentIsMissingAndWritesNothing) {
   EXPECT_FALSE(instance.hasSettings());
 }
 
-TEST(Start, SurvivesNamesThatNoKeyOrFileCanHave) {
-  for (const std::wstring& name :
-       {std::wstring(L"two words"), std::wstring(L"a\\b/c:d"), std::wstring(300, L'n')}) {
-    RunningPanel panel(name);
-    EXPECT_TRUE(panel.settledOn(0));
+TEST(Start, KeepsInstancesApartWhoseNamesNoKeyOrFileCanHave) {
+  const std::string longName(300, 'n');
+  for (const std::string& name :
+       {std::string("two words"), std::string("a\\b/c:d"), longName + "1", longName + "2"}) {
+    const Instance settings(wide(safeInstanceName(name))), files(wide(safeFileName(name)));
+    RunningPanel panel(wide(name));
+    ASSERT_TRUE(panel.settledOn(0)) << name;
     panel.close();
     EXPECT_EQ(panel.ended(), 0);
+    EXPECT_TRUE(settings.hasSettings()) << name;
+    EXPECT_TRUE(std::filesystem::exists(files.folder() / L"receivers.txt")) << name;
   }
+}
+
+TEST(Start, AgainBringsTheRunningWindowToTheFrontAndEnds) {
+  const Instance instance(L"TestOnce"), other(L"TestOnceMore");
+  RunningPanel panel(instance.name());
+  ASSERT_TRUE(panel.settledOn(0));
+  RunningPanel beside(other.name());
+  ASSERT_TRUE(beside.settledOn(0)) << "another instance has a panel of its own";
+  SetWindowPos(panel.window(), nullptr, -3000, -3000, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+  ShowWindow(panel.window(), SW_MINIMIZE);
+  // Names of keys and files do not tell capital letters from small ones.
+  for (const wchar_t* name : {L"TestOnce", L"TESTONCE"}) {
+    RunningPanel again(name);
+    EXPECT_EQ(again.ended(), 0);
+    EXPECT_EQ(again.findWindow(L"KelvaneMAin"), nullptr);
+    EXPECT_TRUE(eventually([&] { return GetForegroundWindow() == panel.window(); }));
+    EXPECT_FALSE(IsIconic(panel.window()));
+    RECT area;
+    GetWindowRect(panel.window(), &area);
+    EXPECT_NE(MonitorFromRect(&area, MONITOR_DEFAULTTONULL), nullptr);
+  }
+  EXPECT_EQ(beside.selectedTab(), 0) << "it goes on as it was";
+}
+
+TEST(Start, DoesNotCleanAnInstanceThatRunsAndStartsItAnewWhenItHasEnded) {
+  const Instance instance(L"TestCleanLater");
+  instance.write(L"MainLeft", 1234);
+  RunningPanel panel(instance.name());
+  ASSERT_TRUE(panel.settledOn(0));
+  RunningPanel clean(instance.name() + L" -clean");
+  EXPECT_EQ(clean.messageBox().rfind("TestCleanLater is running, so nothing was cleaned.", 0), 0u);
+  clean.answer(IDOK);
+  EXPECT_EQ(clean.ended(), 0);
+  EXPECT_EQ(instance.number(L"MainLeft"), 1234);
+  panel.close();
+  // Not waited for: a panel that is just ending does not count as one that runs.
+  RunningPanel again(instance.name());
+  EXPECT_TRUE(again.settledOn(0));
+  EXPECT_EQ(panel.ended(), 0);
+}
+
+TEST(Start, AsksAgainForAListOfReceiversThatAnotherProgramHoldsAndReplacesNothing) {
+  const Instance instance(L"TestHeldList");
+  instance.writeReceivers("Version=1\r\n[Receiver 1]\r\nName=Attic\r\n");
+  const auto list = instance.folder() / L"receivers.txt";
+  const HANDLE held =
+      CreateFileW(list.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(held, INVALID_HANDLE_VALUE);
+  RunningPanel panel(instance.name());
+  EXPECT_EQ(panel.messageBox().rfind("Cannot read ", 0), 0u);
+  panel.answer(IDRETRY);
+  EXPECT_EQ(panel.messageBox().rfind("Cannot read ", 0), 0u) << "it is still held";
+  CloseHandle(held);
+  panel.answer(IDRETRY);
+  ASSERT_TRUE(panel.settledOn(0));
+  EXPECT_EQ(panel.tabs(), 1);
+  EXPECT_NE(panel.caption().find("Attic"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(instance.folder() / L"receivers.damaged-1.txt"));
 }
 
 }  // namespace
