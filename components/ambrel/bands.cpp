@@ -28,13 +28,13 @@ std::string planFileName(Long region) { return "bandplan-r" + std::to_string(reg
 BandPlan Bands::load(const DataFiles& files, Long region, std::vector<std::string>& notes) {
   const std::string name = planFileName(region);
   for (const auto& file : files.named(name)) {
-    std::string reason;
-    const auto text = readFile(file, kLargestPlan, &reason);
+    FileSteps disk;
+    const FileReading content = readPatiently(file, kLargestPlan, disk);
     BandPlanReading reading;
-    if (text)
-      reading = readBandPlan(*text);
+    if (content.how == FileReading::Whole)
+      reading = readBandPlan(content.content);
     else
-      reading.problems.push_back(reason);
+      reading.problems.push_back(content.reason);
     tell(file, reading.problems, notes);
     const bool used = reading.plan.has_value();
     files_.push_back({region, file, !files.isShipped(file), used, used ? reading.plan->size() : 0,

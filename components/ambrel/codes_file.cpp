@@ -12,11 +12,12 @@ constexpr std::size_t kLargestCodes = 4u << 20;
 
 std::shared_ptr<const Codes> loadCodes(const DataFiles& files, std::vector<std::string>& notes) {
   for (const auto& file : files.named("codes.txt")) {
-    std::string reason;
-    const auto text = readFile(file, kLargestCodes, &reason);
+    FileSteps disk;
+    const FileReading reading = readPatiently(file, kLargestCodes, disk);
     std::vector<std::string> problems;
-    if (!text) problems.push_back(reason);
-    auto codes = text ? std::make_shared<const Codes>(*text, problems) : nullptr;
+    const bool whole = reading.how == FileReading::Whole;
+    if (!whole) problems.push_back(reading.reason);
+    auto codes = whole ? std::make_shared<const Codes>(reading.content, problems) : nullptr;
     if (!problems.empty()) notes.push_back("Codes " + pathText(file) + ": " + problems.front());
     if (codes) return codes;
   }

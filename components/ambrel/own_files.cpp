@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "base/safe_file.h"
+#include "base/file_lock.h"
 #include "components/ambrel/bands.h"
 
 namespace kelvane::ambrel {
@@ -33,7 +33,12 @@ bool isThere(const fs::path& file) {
 }
 
 OwnFile made(const fs::path& file, std::string_view text) {
-  return {file, writeFileSafely(file, text).reason};
+  FileSteps disk;
+  // Another program of the instance may have made it, and the operator may have written in it.
+  const auto unlessThere = [text](const FileReading& now) {
+    return FileChange{now.how == FileReading::Missing, std::string(text)};
+  };
+  return {file, changeFile(file, kLargest, disk, unlessThere).reason};
 }
 
 }  // namespace

@@ -15,13 +15,14 @@ constexpr const char* kName = "region.txt";
 }  // namespace
 
 Long keptRegion(const DataFiles& files) {
-  const auto text = readFile(files.ownFolder() / kName, 100);
-  const auto region = text ? wholeNumber(*text) : std::nullopt;
+  FileSteps disk;
+  const FileReading kept = readPatiently(files.ownFolder() / kName, 100, disk);
+  const auto region = wholeNumber(kept.content);
   return region && *region >= 1 && *region <= kRegions ? static_cast<Long>(*region) - 1 : 0;
 }
 
-void keepRegion(const DataFiles& files, Long region) {
-  writeFileSafely(files.ownFolder() / kName, std::to_string(region + 1) + "\r\n");
+std::string keepRegion(const DataFiles& files, Long region) {
+  return writeFileSafely(files.ownFolder() / kName, std::to_string(region + 1) + "\r\n").reason;
 }
 
 }  // namespace kelvane::ambrel

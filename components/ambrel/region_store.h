@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "components/ambrel/data_files.h"
 #include "contract/types.h"
 
@@ -8,7 +10,7 @@ namespace kelvane::ambrel {
 /// The region (from 0) that the instance was left in; 0 where that is not known.
 Long keptRegion(const DataFiles& files);
 
-/// Keeps the region for the next start; where that fails, the next start begins with the old one.
-void keepRegion(const DataFiles& files, Long region);
+/// Keeps the region for the next start. Answers why it could not, in words; empty when it is kept.
+std::string keepRegion(const DataFiles& files, Long region);
 
 }  // namespace kelvane::ambrel

@@ -69,16 +69,22 @@ bool readHead(std::string_view text, std::optional<Season>& season, std::string&
 }  // namespace
 
 StationList readScheduleFile(const fs::path& file) {
-  std::string reason;
-  auto text = readFile(file, kLargestSchedule, &reason);
-  if (!text) return refused(file, reason.empty() ? "There is no such file." : reason);
+  FileSteps disk;
+  FileReading reading = readPatiently(file, kLargestSchedule, disk);
+  if (reading.how != FileReading::Whole) {
+    const bool missing = reading.how == FileReading::Missing;
+    StationList none = refused(file, missing ? "There is no such file." : reading.reason);
+    none.unreadable = reading.how == FileReading::Unreadable;
+    return none;
+  }
+  std::string& text = reading.content;
   std::optional<Season> season;
   std::string origin;
   // Somebody may point at another instance's kept copy.
-  if (!readHead(*text, season, origin)) origin = pathText(file.filename());
+  if (!readHead(text, season, origin)) origin = pathText(file.filename());
   if (!season) season = seasonOfFileName(origin);
-  if (!season) season = seasonOfLastHeard(*text);
-  StationList list = listOf(std::move(*text), season.value_or(seasonOfFileDate(file)), origin);
+  if (!season) season = seasonOfLastHeard(text);
+  StationList list = listOf(std::move(text), season.value_or(seasonOfFileDate(file)), origin);
   list.file = file;
   return list;
 }
@@ -97,7 +103,8 @@ std::optional<StationList> keptSchedule(const DataFiles& files) {
   std::error_code error;
   if (!fs::exists(file, error)) return std::nullopt;
   StationList list = readScheduleFile(file);
-  if (!list.refusal.empty()) {
+  // What is only held by another program is as good as it was.
+  if (!list.refusal.empty() && !list.unreadable) {
     const fs::path aside = keepAside(file);
     if (!aside.empty()) list.refusal += " It was put aside as " + pathText(aside) + ".";
   }

@@ -16,15 +16,15 @@ namespace {
 constexpr std::string_view kStart = "known-", kEnd = ".txt";
 
 StationList readKnownFile(const fs::path& file, const DataFiles& files) {
-  std::string reason;
-  auto text = readFile(file, kLargestKnownText, &reason);
+  FileSteps disk;
+  FileReading reading = readPatiently(file, kLargestKnownText, disk);
   std::string title = pathText(file.stem());
   if (title.starts_with(kStart)) title.erase(0, kStart.size());
   StationList list;
-  if (text)
-    list = readKnownSets(std::move(*text), title);
+  if (reading.how == FileReading::Whole)
+    list = readKnownSets(std::move(reading.content), title);
   else
-    list.refusal = reason.empty() ? "it is no longer there" : reason;
+    list.refusal = reading.reason.empty() ? "it is no longer there" : reading.reason;
   list.file = file;
   list.usersOwn = !files.isShipped(file);
   return list;

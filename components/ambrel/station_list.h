@@ -30,6 +30,7 @@ struct StationList {
   LineProblems problems;
   /// Why nothing of it is used, in words; empty when it is used.
   std::string refusal;
+  bool unreadable = false;  ///< it could not be read, which says nothing about what it holds
 };
 
 }  // namespace kelvane::ambrel

@@ -166,6 +166,15 @@ TEST(Import, IsKeptForTheNextStartWithItsSeason) {
   EXPECT_EQ(play.name(7'000'000), "New station");
 }
 
+TEST(Import, AKeptScheduleThatCannotBeReadNowIsNotPutAside) {
+  AmbrelPlay play;
+  const auto kept = play.ownFolder() / "schedule-eibi.csv";
+  std::filesystem::create_directories(kept / "in the way");
+  play.start();
+  EXPECT_THAT(play.core->notes(), HasSubstr("schedule-eibi.csv is not a file"));
+  EXPECT_TRUE(std::filesystem::exists(kept / "in the way"));
+}
+
 TEST(Import, ADamagedKeptScheduleIsPutAsideAndSaid) {
   AmbrelPlay play;
   play.importText(kGood);
