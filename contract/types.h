@@ -48,4 +48,8 @@ inline constexpr Long kChannelBoundary = 3;    ///< channelized tuning applies b
 inline constexpr Long kForwardNone = -1;
 inline constexpr Long kForwardAll = -2;
 
+/// What `OpenRxConfig` answers when the list of receivers cannot be read now and the operator, who
+/// was asked, gave up.
+inline constexpr Count kGivenUp = -1;
+
 }  // namespace kelvane

@@ -61,6 +61,8 @@ struct NoSondrelWindows : sondrel::ComponentWindows {
   void editDrivers(sondrel::DriversModel&, const std::function<FileResult()>&) override {}
   void showSettings(Index) override {}
   void tell(const std::string&) override {}
+  void askAgain(const std::string&, std::function<void()>) override {}
+  bool retry(const std::string&) override { return false; }
 };
 
 struct NoAmbrelWindows : ambrel::ComponentWindows {

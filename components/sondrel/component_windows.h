@@ -24,6 +24,12 @@ class ComponentWindows {
   /// Shows a message of the component's own (a file that cannot be read or written) and returns at
   /// once, before the operator has read it.
   virtual void tell(const std::string& words) = 0;
+  /// Shows a message with Retry and Cancel and returns at once; `again` is called for Retry, on any
+  /// thread.
+  virtual void askAgain(const std::string& words, std::function<void()> again) = 0;
+  /// The same for what nothing can go on without: returns when the operator has answered, false for
+  /// Cancel. Asked only where there is an owner: before a script nobody may sit.
+  virtual bool retry(const std::string& words) = 0;
 };
 
 }  // namespace kelvane::sondrel

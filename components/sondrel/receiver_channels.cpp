@@ -18,9 +18,8 @@ void ReceiverChannels::setCurrent(Channel channel) {
 
 Outcome ReceiverChannels::store(Channel channel, Instant now) {
   const Hz frequency = receiver_.newest(Item::Frequency);
-  if (!receiver_.online() || !receiver_.can().hasChannel(channel) || frequency <= 0) {
+  if (!reachable() || !receiver_.can().hasChannel(channel) || frequency <= 0)
     return Outcome::Failed;
-  }
   const auto newest = [this](Item item) { return std::max(receiver_.newest(item), 0); };
   keeper_->put(channel,
                {frequency, receiver_.newest(Item::Bfo), newest(Item::Mode), newest(Item::Filter),
@@ -32,8 +31,12 @@ Outcome ReceiverChannels::store(Channel channel, Instant now) {
   return Outcome::Done;
 }
 
+/// Both the receiver and what its channels hold.
+bool ReceiverChannels::reachable() const { return receiver_.online() && keeper_->known(); }
+
 Outcome ReceiverChannels::select(Channel channel, Instant now) {
-  if (!receiver_.online() || !receiver_.can().hasChannel(channel)) return Outcome::Failed;
+  keeper_->refresh();
+  if (!reachable() || !receiver_.can().hasChannel(channel)) return Outcome::Failed;
   const ChannelRecord record = keeper_->at(channel);
   // Before anything is asked of the receiver: it may answer at once.
   tunedTo_ = record.empty() ? receiver_.newest(Item::Frequency)
@@ -77,7 +80,7 @@ std::optional<ChannelRecord> ReceiverChannels::limited(const ChannelRecord& reco
 }
 
 Outcome ReceiverChannels::set(Channel channel, const ChannelRecord& record, Instant now) {
-  if (!receiver_.online() || !receiver_.can().hasChannel(channel)) return Outcome::Failed;
+  if (!reachable() || !receiver_.can().hasChannel(channel)) return Outcome::Failed;
   if (record.frequency <= 0) return clear(channel, now);
   const auto accepted = limited(record);
   if (!accepted) return Outcome::Failed;
@@ -87,7 +90,7 @@ Outcome ReceiverChannels::set(Channel channel, const ChannelRecord& record, Inst
 
 Outcome ReceiverChannels::clear(Channel channel, Instant now) {
   const Capabilities& can = receiver_.can();
-  if (!receiver_.online() || can.channelCount == 0) return Outcome::Failed;
+  if (!reachable() || can.channelCount == 0) return Outcome::Failed;
   if (channel == 0 && can.firstChannel == 1) return Outcome::Done;
   if (!can.hasChannel(channel)) return Outcome::Failed;
   keeper_->put(channel, {}, now);
@@ -96,7 +99,8 @@ Outcome ReceiverChannels::clear(Channel channel, Instant now) {
 
 bool ReceiverChannels::startReading(Instant now) {
   const ChannelReading how = receiver_.channelReading();
-  if (!receiver_.online() || receiver_.can().channelCount == 0 || !how.starts) return false;
+  keeper_->refresh();
+  if (!reachable() || receiver_.can().channelCount == 0 || !how.starts) return false;
   reading_ = receiver_.can().firstChannel;
   readingDue_ = now + how.each;
   return true;

@@ -39,6 +39,7 @@ class ReceiverChannels {
   Instant nextDue() const;
 
  private:
+  bool reachable() const;
   void setCurrent(Channel channel);
   void recall(const ChannelRecord& record, Instant now);
   std::optional<ChannelRecord> limited(const ChannelRecord& record) const;

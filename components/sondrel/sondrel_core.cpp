@@ -115,13 +115,30 @@ std::filesystem::path SondrelCore::instanceFolder() const {
   return dataFolder_ / pathFromText(safeFileName(name));
 }
 
-void SondrelCore::open(const std::string& instance) {
+bool SondrelCore::open(const std::string& instance) {
   receivers_.clear();
   saver_.finish();
   instance_ = instance;
-  config_ = loadConfig(instanceFolder() / "receivers.txt", *steps_);
+  config_ = {};
+  if (!takeInConfig()) {
+    instance_.reset();
+    return false;
+  }
   host(config_.config.receivers);
   if (!config_.note.empty()) windows_.tell(config_.note);
+  return true;
+}
+
+/// Reads the configuration; false where it cannot be read and the operator gives up.
+bool SondrelCore::takeInConfig() {
+  LoadedConfig loaded = loadConfig(configFile(), *steps_);
+  while (!loaded.unreadable.empty()) {
+    if (!owned_) windows_.tell(loaded.unreadable);
+    if (!owned_ || !windows_.retry(loaded.unreadable)) return false;
+    loaded = loadConfig(configFile(), *steps_);
+  }
+  config_ = std::move(loaded);
+  return true;
 }
 
 void SondrelCore::note(const std::string& words) {
@@ -130,14 +147,17 @@ void SondrelCore::note(const std::string& words) {
 
 std::unique_ptr<HostedReceiver> SondrelCore::make(const ReceiverEntry& entry) {
   const ReceiverKind* kind = receiverKind(entry.kind);
-  std::vector<std::string> notes;
+  std::vector<std::string> problems;
   auto hosted = std::make_unique<HostedReceiver>();
   hosted->entry = entry;
-  hosted->receiver = (kind ? *kind : receiverKinds().front()).make(*this, entry, notes);
-  for (const std::string& words : notes) note(words);
+  hosted->receiver = (kind ? *kind : receiverKinds().front()).make(*this, entry, problems);
+  for (const std::string& words : problems) note(words);
   const auto file = instanceFolder() / "Memories" / pathFromText(entry.memories + ".txt");
-  auto keeper = std::make_unique<ChannelKeeper>(
-      file, saver_, Mailbox(inbox_), [this](const std::string& words) { windows_.tell(words); });
+  ChannelKeeper::Notes notes{[this](const std::string& words) { windows_.tell(words); },
+                             [this](const std::string& words, std::function<void()> again) {
+                               windows_.askAgain(words, std::move(again));
+                             }};
+  auto keeper = std::make_unique<ChannelKeeper>(file, saver_, Mailbox(inbox_), std::move(notes));
   ReceiverHost& self = *this;
   hosted->channels = std::make_unique<ReceiverChannels>(*hosted->receiver, self, std::move(keeper));
   return hosted;
@@ -165,13 +185,8 @@ void SondrelCore::host(const std::vector<ReceiverEntry>& entries) {
 
 FileResult SondrelCore::applyDrivers(const DriversModel& model) {
   if (!instance_) return {false, "No configuration is open."};
-  LoadedConfig changed = config_;
-  changed.config = model.config();
-  const FileResult written = saveConfig(instanceFolder() / "receivers.txt", changed, *steps_);
+  const FileResult written = saveConfig(configFile(), model.config(), config_, *steps_);
   if (!written) return written;
-  changed.inTheWay = false;
-  changed.note.clear();
-  config_ = std::move(changed);
   host(config_.config.receivers);
   const auto count = static_cast<Count>(receivers_.size());
   events_.raise(false, [count](ReceiverListener& l) { l.DrvUpdated(count); });
@@ -180,7 +195,8 @@ FileResult SondrelCore::applyDrivers(const DriversModel& model) {
 }
 
 void SondrelCore::editDrivers() {
-  if (editing_) return;
+  // Another process may have changed the list: what is edited is what the file holds now.
+  if (editing_ || !takeInConfig()) return;
   editing_ = true;
   DriversModel model = drivers();
   windows_.editDrivers(model, [&] { return applyDrivers(model); });
@@ -190,6 +206,12 @@ void SondrelCore::editDrivers() {
 const Receiver* SondrelCore::receiver(Index rx) const {
   const HostedReceiver* hosted = at(rx);
   return hosted ? hosted->receiver.get() : nullptr;
+}
+
+const Receiver* SondrelCore::receiverOf(const std::string& memories) const {
+  const auto kept = [&](const Hosted& hosted) { return hosted->entry.memories == memories; };
+  const auto hosted = std::ranges::find_if(receivers_, kept);
+  return hosted == receivers_.end() ? nullptr : (*hosted)->receiver.get();
 }
 
 std::string SondrelCore::found(const ReceiverEntry& entry) const {

@@ -61,8 +61,9 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   const std::string& configurationNote() const { return config_.note; }
 
   /// The list of receivers for editing, and its taking effect: written, receivers made, moved and
-  /// taken away (one whose entry did not change keeps its link), DrvUpdated raised. On failure
-  /// nothing has changed. Forwarding is off afterwards.
+  /// taken away (one whose entry did not change keeps its link), DrvUpdated raised. What another
+  /// process changed in the list meanwhile stays; it fails where both changed the same receiver. On
+  /// failure nothing has changed. Forwarding is off afterwards.
   DriversModel drivers() const { return DriversModel(config_.config); }
   FileResult applyDrivers(const DriversModel& model);
 
@@ -70,6 +71,8 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
 
   /// Null for an index that there is not.
   const Receiver* receiver(Index rx) const;
+  /// The receiver that keeps its channels in these memories; null where there is none.
+  const Receiver* receiverOf(const std::string& memories) const;
   /// What the link of the receiver of this very entry has found, in words, a line each; empty
   /// where there is no such receiver or its link is not up.
   std::string found(const ReceiverEntry& entry) const;
@@ -94,11 +97,13 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   Outcome request(Index rx, Item item, std::int32_t value);
   Outcome requestNext(Index rx, Item item, std::optional<std::int32_t> (*next)(const Receiver&));
 
-  void open(const std::string& instance);
+  bool open(const std::string& instance);
+  bool takeInConfig();
   void editDrivers();
   void host(const std::vector<ReceiverEntry>& entries);
   std::unique_ptr<HostedReceiver> make(const ReceiverEntry& entry);
   std::filesystem::path instanceFolder() const;
+  std::filesystem::path configFile() const { return instanceFolder() / "receivers.txt"; }
   void note(const std::string& words);
   std::vector<HostedReceiver*> inOrderOfDue();
   void afterwards();
@@ -119,6 +124,7 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   std::vector<std::unique_ptr<HostedReceiver>> receivers_;
   Index shown_ = -1;
   bool editing_ = false;
+  bool owned_ = false;  ///< somebody sits before the windows
   Instant announced_ = kNever;  ///< what nextDue() last answered
 };
 

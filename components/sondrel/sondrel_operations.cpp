@@ -33,7 +33,10 @@ Answer<Count> SondrelCore::OpenRxConfig(Text instance, Long mode) {
   // Under the dialog the list that it edits must stay the one that is open.
   const bool edited = editing_ && (mode == 0 || instance_ != instance);
   if (wrong || edited) return Answer<Count>::failed(0);
-  if (mode == 0 || instance_ != instance) open(instance);
+  if ((mode == 0 || instance_ != instance) && !open(instance)) {
+    afterwards();
+    return owned_ ? Answer<Count>(kGivenUp) : Answer<Count>::failed(0);
+  }
   if (mode == 1) editDrivers();
   afterwards();
   return static_cast<Count>(receivers_.size());
@@ -60,6 +63,7 @@ Outcome SondrelCore::SetRxShown(Index rx) {
 }
 
 Outcome SondrelCore::SetRxOwner(Long window) {
+  owned_ = window != 0;
   windows_.setOwner(window);
   return Outcome::Done;
 }

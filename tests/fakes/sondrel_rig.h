@@ -21,12 +21,23 @@ class FakeSondrelWindows : public sondrel::ComponentWindows {
   }
   void showSettings(Index rx) override { shown.push_back(rx); }
   void tell(const std::string& words) override { told.push_back(words); }
+  void askAgain(const std::string& words, std::function<void()> again) override {
+    asked.push_back(words);
+    chooseRetry.push_back(std::move(again));
+  }
+  bool retry(const std::string& words) override {
+    asked.push_back(words);
+    return retries-- > 0;
+  }
 
   Long owner = 0;
   int edits = 0;
   std::function<void(sondrel::DriversModel&, const std::function<FileResult()>&)> edit;
   std::vector<Index> shown;
   std::vector<std::string> told;
+  std::vector<std::string> asked;                  ///< with Retry and Cancel
+  std::vector<std::function<void()>> chooseRetry;  ///< of those that are asked beside the window
+  int retries = 0;  ///< how often the operator chooses Retry before he gives up
 };
 
 /// The receiver component's real core on a hand-driven clock, in a folder of its own, with a
@@ -34,15 +45,20 @@ class FakeSondrelWindows : public sondrel::ComponentWindows {
 class SondrelRig {
  public:
   explicit SondrelRig(std::shared_ptr<FileSteps> steps = std::make_shared<FileSteps>())
-      : core(
-            folder.path(), [this] { return clock.now; }, [this] { ++wakes; }, windows,
+      : SondrelRig({}, std::move(steps)) {}
+  /// On the files of another rig, as another process is.
+  explicit SondrelRig(const std::filesystem::path& shared,
+                      std::shared_ptr<FileSteps> steps = std::make_shared<FileSteps>())
+      : dataFolder(shared.empty() ? folder.path() : shared),
+        core(
+            dataFolder, [this] { return clock.now; }, [this] { ++wakes; }, windows,
             std::move(steps)),
         listener(&core) {
     core.addListener(listener);
   }
 
   std::filesystem::path instanceFolder(const std::string& instance = "Kelvane") const {
-    return folder.path() / pathFromText(instance);
+    return dataFolder / pathFromText(instance);
   }
   std::filesystem::path configPath() const { return instanceFolder() / "receivers.txt"; }
   /// What the configuration file holds when the instance is opened: sections without the head.
@@ -71,6 +87,7 @@ class SondrelRig {
   }
 
   TempFolder folder;
+  std::filesystem::path dataFolder;
   HandClock clock;
   int wakes = 0;
   FakeSondrelWindows windows;

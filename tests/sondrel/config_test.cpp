@@ -4,12 +4,14 @@
 
 #include <fstream>
 
+#include "tests/fakes/failing_steps.h"
 #include "tests/fakes/sondrel_rig.h"
 
 namespace kelvane::sondrel {
 namespace {
 
 namespace fs = std::filesystem;
+using fakes::FailingSteps;
 using fakes::SondrelRig;
 
 bool contains(const std::string& text, std::string_view part) {
@@ -186,12 +188,32 @@ TEST(Config, InstancesHaveFoldersOfTheirOwnWhateverTheirNames) {
   EXPECT_TRUE(fs::exists(rig.folder.path() / "a_b" / "receivers.txt"));
 }
 
-TEST(Config, AFileThatCannotBeReadIsNotWrittenOver) {
+TEST(Config, AFileThatCannotBeReadIsNeitherReplacedNorEdited) {
   SondrelRig rig;
   fs::create_directories(rig.configPath() / "in the way");
-  EXPECT_EQ(rig.open(), 4);
-  EXPECT_NE(rig.core.configurationNote(), "");
-  EXPECT_TRUE(fs::exists(rig.instanceFolder() / "receivers.damaged-1.txt" / "in the way"));
+  EXPECT_FALSE(rig.core.OpenRxConfig("Kelvane", 0).ok());
+  EXPECT_FALSE(rig.core.OpenRxConfig("Kelvane", 1).ok());
+  EXPECT_EQ(rig.windows.edits, 0) << "its OK would write over the file";
+  EXPECT_EQ(rig.core.GetRxCount(), 0) << "no simulated receivers in the place of the real ones";
+  EXPECT_EQ(rig.windows.told.size(), 2u) << "a script's user is told, and not waited for";
+  EXPECT_EQ(rig.windows.asked, Names{});
+  EXPECT_TRUE(fs::exists(rig.configPath() / "in the way"));
+}
+
+TEST(Config, AFileThatAnotherProgramHoldsIsTriedAgainAndThenAskedFor) {
+  const auto steps = std::make_shared<FailingSteps>(FailingSteps::How::Hold, 10);
+  SondrelRig rig(steps);
+  rig.configure("[Receiver 1]\nName=A\n");
+  steps->arm(1);
+  EXPECT_EQ(rig.open(), 1);
+  EXPECT_EQ(rig.windows.asked, Names{});
+  const auto lasting = std::make_shared<FailingSteps>(1, FailingSteps::How::Hold, 60);
+  SondrelRig patient(rig.folder.path(), lasting);
+  patient.core.SetRxOwner(4711);
+  patient.windows.retries = 2;
+  EXPECT_EQ(patient.open(), 1) << "the operator chose Retry until it could be read";
+  EXPECT_GE(patient.windows.asked.size(), 1u);
+  EXPECT_FALSE(fs::exists(rig.instanceFolder() / "receivers.damaged-1.txt"));
 }
 
 TEST(Config, WithoutADiskTheReceiversRunAllTheSame) {

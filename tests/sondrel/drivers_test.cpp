@@ -190,23 +190,49 @@ TEST(DriversDialog, OpensTheInstanceItIsAskedFor) {
 
 TEST(DriversDialog, ADiskThatFailsOrStopsLeavesTheOldListWhole) {
   for (const auto how : {FailingSteps::How::Fail, FailingSteps::How::Stop}) {
-    for (int step = 1; step <= 4; ++step) {
-      // The first write, with its four steps, is that of the new instance.
-      const auto steps = std::make_shared<FailingSteps>(4 + step, how);
+    int reached = 0;
+    for (int step = 1;; ++step) {
+      const auto steps = std::make_shared<FailingSteps>(how);
       SondrelRig rig(steps);
       ASSERT_EQ(rig.open(), 4);
       const auto before = readFile(rig.configPath(), 1 << 20);
       DriversModel model = rig.core.drivers();
       model.remove(0);
+      steps->arm(step);
       const FileResult result = rig.core.applyDrivers(model);
-      ASSERT_TRUE(steps->struck());
-      EXPECT_FALSE(result);
-      EXPECT_NE(result.reason.find("receivers.txt"), std::string::npos) << result.reason;
+      if (!steps->struck() || result) break;
+      reached = step;
+      EXPECT_NE(result.reason, "");
       EXPECT_EQ(readFile(rig.configPath(), 1 << 20), before);
       EXPECT_EQ(rig.core.GetRxCount(), 4) << "nothing was applied";
       EXPECT_EQ(rig.core.drivers().receivers().size(), 4u);
     }
+    EXPECT_EQ(reached, 5) << "reading, folder, content, flush and swap";
   }
+}
+
+TEST_F(Drivers, ListsThatTwoProcessesEditAreJoinedAndNoReceiverIsLost) {
+  SondrelRig other(rig.folder.path());
+  other.open();
+  DriversModel mine = core.drivers(), theirs = other.core.drivers();
+  mine.add("simulated");
+  mine.remove(2);
+  theirs.add("simulated");
+  theirs.setParameter(3, "Lines", "1");
+  theirs.rename(0, "Attic");
+  ASSERT_TRUE(other.core.applyDrivers(theirs));
+  ASSERT_TRUE(core.applyDrivers(mine));
+  EXPECT_EQ(names(), "Attic,B,Receiver 4 (2),Receiver 4") << "C removed; each added one";
+  theirs = other.core.drivers();
+  theirs.setParameter(1, "Lines", "3");
+  EXPECT_TRUE(other.core.applyDrivers(theirs));
+  mine = core.drivers();
+  mine.setParameter(1, "Lines", "5");
+  const FileResult refused = core.applyDrivers(mine);
+  EXPECT_FALSE(refused);
+  EXPECT_EQ(refused.reason.substr(0, 36), "Another program changed B meanwhile.");
+  EXPECT_EQ(other.open(), 4);
+  EXPECT_EQ(other.core.GetRxOutCount(1), 3);
 }
 
 }  // namespace

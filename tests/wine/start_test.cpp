@@ -202,9 +202,11 @@ TEST(Start, AgainBringsTheRunningWindowToTheFrontAndEnds) {
     EXPECT_EQ(again.findWindow(L"KelvaneMAin"), nullptr);
     EXPECT_TRUE(eventually([&] { return GetForegroundWindow() == panel.window(); }));
     EXPECT_FALSE(IsIconic(panel.window()));
-    RECT area;
-    GetWindowRect(panel.window(), &area);
-    EXPECT_NE(MonitorFromRect(&area, MONITOR_DEFAULTTONULL), nullptr);
+    EXPECT_TRUE(eventually([&] {
+      RECT area;
+      GetWindowRect(panel.window(), &area);
+      return MonitorFromRect(&area, MONITOR_DEFAULTTONULL) != nullptr;
+    }));
   }
   EXPECT_EQ(beside.selectedTab(), 0) << "it goes on as it was";
 }

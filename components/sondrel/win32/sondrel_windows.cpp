@@ -1,7 +1,6 @@
 #include "components/sondrel/win32/sondrel_windows.h"
 
-#include <map>
-
+#include "base/win32/utf16.h"
 #include "components/sondrel/win32/drivers_dialog.h"
 
 namespace kelvane::sondrel {
@@ -12,13 +11,11 @@ HWND SondrelWindows::owner() const {
 }
 
 void SondrelWindows::editDrivers(DriversModel& model, const std::function<FileResult()>& apply) {
-  // A receiver is known by its memories: they stay when it is renamed or moved.
-  std::map<std::string, Index> places;
-  for (const ReceiverEntry& entry : model.receivers())
-    places.emplace(entry.memories, static_cast<Index>(places.size()));
+  // A receiver is known by its memories: they stay when it is renamed or moved. The list may hold
+  // one that another program added and that is not served here yet.
   const auto linkOf = [&](const std::string& memories) {
-    const auto place = places.find(memories);
-    return place == places.end() ? std::string() : linkWords(core_().receiver(place->second));
+    const Receiver* receiver = core_().receiverOf(memories);
+    return receiver ? linkWords(receiver) : std::string();
   };
   const auto foundOf = [this](const ReceiverEntry& entry) { return core_().found(entry); };
   const auto applied = [&] {
@@ -31,6 +28,12 @@ void SondrelWindows::editDrivers(DriversModel& model, const std::function<FileRe
   const HWND over = owner() ? GetLastActivePopup(owner()) : nullptr;
   const std::function<FileResult()> confirm = applied;
   DriversDialog(over, model, linkOf, foundOf, confirm).runModal();
+}
+
+bool SondrelWindows::retry(const std::string& words) {
+  const HWND over = IsWindowVisible(owner()) ? GetLastActivePopup(owner()) : nullptr;
+  return MessageBoxW(over, wide(words).c_str(), L"Sondrel",
+                     MB_RETRYCANCEL | MB_ICONWARNING | MB_SETFOREGROUND) == IDRETRY;
 }
 
 void SondrelWindows::showSettings(Index rx) {

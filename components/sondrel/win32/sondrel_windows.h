@@ -21,6 +21,10 @@ class SondrelWindows final : public ComponentWindows {
   void editDrivers(DriversModel& model, const std::function<FileResult()>& apply) override;
   void showSettings(Index rx) override;
   void tell(const std::string& words) override { messages_.show("Sondrel", words); }
+  void askAgain(const std::string& words, std::function<void()> again) override {
+    messages_.ask("Sondrel", words, std::move(again));
+  }
+  bool retry(const std::string& words) override;
   void closeAll();
 
  private:

@@ -32,15 +32,27 @@ MessageBoxes::~MessageBoxes() {
 }
 
 void MessageBoxes::show(const std::string& title, const std::string& words) {
+  open(title, words, MB_OK, {});
+}
+
+void MessageBoxes::ask(const std::string& title, const std::string& words,
+                       std::function<void()> retry) {
+  open(title, words, MB_RETRYCANCEL, std::move(retry));
+}
+
+void MessageBoxes::open(const std::string& title, const std::string& words, UINT buttons,
+                        std::function<void()> retry) {
   boxes_.push_back(std::make_unique<Box>());
   Box& box = *boxes_.back();
-  box.thread = std::thread([&box, title = wide(title), words = wide(words)] {
-    box.threadId = GetCurrentThreadId();
-    // Without an owner: one of another thread would be disabled, and waited for at the end.
-    MessageBoxW(nullptr, words.c_str(), title.c_str(),
-                MB_OK | MB_ICONWARNING | MB_TOPMOST | MB_SETFOREGROUND);
-    box.closed = true;
-  });
+  box.thread = std::thread(
+      [&box, buttons, retry = std::move(retry), title = wide(title), words = wide(words)] {
+        box.threadId = GetCurrentThreadId();
+        // Without an owner: one of another thread would be disabled, and waited for at the end.
+        const int answer = MessageBoxW(nullptr, words.c_str(), title.c_str(),
+                                       buttons | MB_ICONWARNING | MB_TOPMOST | MB_SETFOREGROUND);
+        if (answer == IDRETRY) retry();
+        box.closed = true;
+      });
 }
 
 }  // namespace kelvane::com

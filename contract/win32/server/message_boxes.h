@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -20,9 +21,14 @@ class MessageBoxes {
 
   /// Shows the words, in UTF-8, and returns at once.
   void show(const std::string& title, const std::string& words);
+  /// The same with Retry and Cancel; `retry` is called on the box's thread when Retry was chosen.
+  void ask(const std::string& title, const std::string& words, std::function<void()> retry);
 
  private:
   struct Box;
+
+  void open(const std::string& title, const std::string& words, UINT buttons,
+            std::function<void()> retry);
 
   std::vector<std::unique_ptr<Box>> boxes_;
 };
