@@ -27,6 +27,12 @@ class OddReceivers : public fakes::RecordingReceiver {
     return silentDial ? Answer<Hz>(-1) : RecordingReceiver::GetRxFrequency(rx, selector);
   }
 
+  Answer<Flag> RxKeyPress(Index rx, Text key) override {
+    typed += key;
+    return RecordingReceiver::RxKeyPress(rx, key);
+  }
+
+  std::string typed;
   bool none = false;
   bool alwaysRemote = false;
   bool silentDial = false;
@@ -118,6 +124,21 @@ TEST(BandPlan, WithoutAFurtherBandTunesNowhere) {
   for (const int sign : {key::PadPlus, key::PadMinus}) rig.press(sign);
   EXPECT_EQ(rig.digits(), "  7050000");
   EXPECT_EQ(rig.window.beeps, 2);
+}
+
+TEST_F(Commands, OfferTheReceiverEachLetterInUpperCase) {
+  rig.type("mUd\x1b");
+  EXPECT_EQ(receivers->typed, "MUD\x1b");
+}
+
+TEST_F(Commands, HeedNoClickUnderADialogNorOnWhatIsLockedByNow) {
+  receivers->told();
+  rig.window.modal = true;
+  rig.panel->clicked(id::ModEvent, MouseButton::Left);
+  rig.window.modal = false;
+  rig.view().ModEvent[0].enabled = false;
+  rig.panel->clicked(id::ModEvent, MouseButton::Left);
+  EXPECT_EQ(receivers->told(), Lines());
 }
 
 TEST_F(Commands, AreOneForEachClickHoweverQuick) {
