@@ -107,9 +107,6 @@ bool hasContent(const std::filesystem::path& path, std::string_view content);
 /// it could not be moved.
 std::filesystem::path keepAside(const std::filesystem::path& path);
 
-/// Says that a file holds more than the limit, bytes.
-std::string tooLargeWords(const std::filesystem::path& path, std::size_t limit);
-
 /// What the system says about an error, UTF-8.
 std::string systemWords(const std::error_code& error);
 

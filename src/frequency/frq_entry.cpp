@@ -21,7 +21,9 @@ void FrqEntry::receiverSelected() {
 }
 
 void FrqEntry::lock(bool locked) {
-  if (lockKnown_ && locked == locked_) return;
+  // What was typed ahead of remote control that did not come is given up.
+  const bool leftOver = locked && row_.EntryInProgress();
+  if (lockKnown_ && locked == locked_ && !leftOver) return;
   lockKnown_ = true;
   locked_ = locked;
   row_.LockAll(locked);

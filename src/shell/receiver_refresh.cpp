@@ -44,8 +44,13 @@ void ReceiverRefresh::caption() {
 
 void ReceiverRefresh::none() {
   otherReceiver();
-  settings(false);
-  frequency(-1, Apply::No);
+  units_.remote.apply();
+  units_.entry.arrived(-1);
+  units_.status.show(0, false);
+  units_.best.refresh(-1, Apply::No);
+  view_.FAlt.text.clear();
+  view_.FrqBfo.text.clear();
+  for (Control* own : {&view_.HFF, &view_.IChn, &view_.VChn}) own->visible = false;
   view_.caption = programTitle() + " NONE";
 }
 

@@ -59,7 +59,7 @@ class DataLog : private GridTable {
   void Receiver(Index rx);
   /// Receivers came, went or moved. Where its own is gone, the log can be read and edited, but
   /// neither records nor recalls.
-  void receiversChanged(const ReceiverMoves& moves) { Receiver(moves(nReceiver_)); }
+  void receiversChanged(const ReceiverMoves& moves);
   /// True opens the log to look at and to edit; false makes each activation add a record.
   void UpdateOnly(bool only) { adding_ = !only; }
   /// A command shows the window. Coming back to it from another window is no activation.

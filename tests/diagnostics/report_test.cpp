@@ -120,7 +120,7 @@ TEST(Report, TellsVersionsStatesOptionsConfigurationAndEventsInOneFile) {
   for (const char* part :
        {"Kelvane 1.0.0", "2026-03-01 17:20:05", "Windows 10.0.19045", "  Kelvane.exe 1.0.0\r\n",
         "  1: Broken: 1003 Link: Timeout\r\n", "  2: Sound: 1000 up\r\n", "AutoMode=no",
-        "AutoFilter=yes", "Secret=(left out)", "receiver 1: RxConnState 1003 Link: Timeout\r\n"})
+        "AutoFilter=yes", "Secret=(left out)", "receiver 1: RxConnState 1003 Link: Timeout, "})
     EXPECT_NE(saved->find(part), std::string::npos) << part << "\n" << *saved;
   EXPECT_EQ(saved->find("x9"), std::string::npos);
 }

@@ -154,6 +154,8 @@ void PanelModel::operatorActs(const std::string& what) {
   by_ = By::Hand;
   said_ = what;
   lastHand_ = clock_.now;
+  // As the window tells it of each key and button that goes down anywhere in the program.
+  panel_->handMoved();
 }
 
 void PanelModel::hand() {
@@ -212,7 +214,7 @@ void PanelModel::press(int control, MouseButton button, int times) {
     if (control >= row.id && control < row.id + row.count) face = &row.of(view(), control - row.id);
   }
   if (!face || !face->visible || !face->enabled) return;
-  if (mode) expectedSteps_ = times;
+  if (mode) expectedSteps_ = wasLocked_ ? 0 : times;
   for (int i = 0; i < times; ++i) panel_->clicked(control, button);
 }
 
@@ -258,7 +260,7 @@ std::string PanelModel::complaint() {
 /// The display goes to another radio only when the operator chose it, or left the panel alone.
 std::string PanelModel::wrongDisplay() const {
   if (shown().has_value() != !radios_.set().empty()) return "there are radios and none is shown";
-  if (shown() == before_ || mayShowAnother_ || getenv("NODISPLAY")) return {};
+  if (shown() == before_ || mayShowAnother_) return {};
   if (!before_ || !exists(*before_)) return {};
   if (by_ == By::Set) return "another radio is shown although the one before is still there";
   if (by_ == By::Hand) return "the hand did not ask for another radio, and another is shown";
@@ -268,7 +270,6 @@ std::string PanelModel::wrongDisplay() const {
 
 /// Nothing on the panel is another radio's.
 std::string PanelModel::wrongValues() const {
-  if (getenv("NOVALUES")) return {};
   if (!shown()) return {};
   const int mark = *shown();
   const MarkedRadio& radio = const_cast<PanelModel*>(this)->radios_.radio(mark);
@@ -330,7 +331,7 @@ std::string PanelModel::wrongSettled() {
   settle();
   if (!shown()) return {};
   const MarkedRadio& radio = radios_.radio(*shown());
-  steps_.push_back("the panel comes to rest on " + radio.kind.name);
+  steps_.back() += "; the panel comes to rest on " + radio.kind.name;
   if (view().RxMask.visible && radio.online) return "the status box hides a radio that answers";
   if (!radio.online) return {};
   std::string digits;
