@@ -125,7 +125,7 @@ HWND DialogWindow::add(const DialogItem& item) {
   const bool oneLine = kind == WC_EDITW && !(item.style & ES_MULTILINE);
   controls_.push_back({control, item.area, item.follow, item.announced, oneLine});
   if (kind == WC_BUTTONW)
-    SetWindowSubclass(control, buttonProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
+    common_controls::setSubclass(control, buttonProcedure, 0, reinterpret_cast<DWORD_PTR>(this));
   name(control, item);
   if (!item.tip.empty()) tips_->set(control, item.tip);
   return control;
@@ -353,11 +353,12 @@ LRESULT CALLBACK DialogWindow::buttonProcedure(HWND button, UINT message, WPARAM
                                                LPARAM lParam, UINT_PTR, DWORD_PTR self) {
   auto* dialog = reinterpret_cast<DialogWindow*>(self);
   const bool press = message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK;
-  if (press) dialog->buttonPressed(button);
-  if (message == WM_NCDESTROY) RemoveWindowSubclass(button, buttonProcedure, 0);
-  const LRESULT result = DefSubclassProc(button, message, wParam, lParam);
+  if (press) win32::windowBarrier(button, message, [=] { dialog->buttonPressed(button); });
+  if (message == WM_NCDESTROY) common_controls::removeSubclass(button, buttonProcedure, 0);
+  const LRESULT result = common_controls::defSubclass(button, message, wParam, lParam);
   // Released beside the button, which tells nobody of it. The dialog may be gone after a click.
-  if (message == WM_LBUTTONUP && IsWindow(button)) dialog->giveKeyboardBack();
+  if (message == WM_LBUTTONUP && IsWindow(button))
+    win32::windowBarrier(button, message, [=] { dialog->giveKeyboardBack(); });
   return result;
 }
 

@@ -244,7 +244,10 @@ void PanelModel::settle() {
     if (!panel_->previewKeyPress(key::Escape, window_.focused))
       panel_->keyPress(window_.focused, key::Escape);
   }
-  run(milliseconds(600));
+  // An answer may bring about another request.
+  do {
+    run(milliseconds(600));
+  } while (shown() && radios_.answerWaits(*shown()));
 }
 
 std::string PanelModel::complaint() {
