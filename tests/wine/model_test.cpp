@@ -81,6 +81,7 @@ class Model : public testing::Test {
     if (what < 5) {
       const SHORT code = VkKeyScanW(static_cast<wchar_t>(typed[any(typed.size())]));
       said_ << "key " << LOBYTE(code) << "; ";
+      if (LOBYTE(code) == 'L' || LOBYTE(code) == 'U') lockChanges();
       panel_.keyHere(LOBYTE(code), HIBYTE(code));
     } else if (what < 7) {
       const int key = any(keys.size()), shift = any(4);
@@ -111,17 +112,24 @@ class Model : public testing::Test {
     pointInto(released);
     mouse(MOUSEEVENTF_LEFTUP);
     const bool button = pressed >= id::ModEvent && pressed < id::ModEvent + 5;
-    if (button) wanted_ = released == pressed && panel_.enabled(pressed) ? 1 : 0;
+    if (button && GetTickCount64() > lockedUntil_)
+      wanted_ = released == pressed && panel_.enabled(pressed) ? 1 : 0;
   }
 
   /// Something at a radio that is not shown, or its link; never what would take the display.
   void radio() {
     const int mark = any(kRadios);
-    if (any(4) == 0)
+    const int number = any(1 << 12) * 16 + 2 + any(14);
+    const bool link = any(4) == 0;
+    if (mark == panel_.selectedTab() && (link || number % 16 == 7)) lockChanges();
+    if (link)
       order(any(2) ? test::ModelBoard::LinkUp : test::ModelBoard::LinkDown, mark, 0);
     else
-      order(test::ModelBoard::Happens, mark, any(1 << 12) * 16 + 2 + any(14));
+      order(test::ModelBoard::Happens, mark, number);
   }
+
+  /// The shown radio is about to be locked or unlocked, and a slow one tells it later.
+  void lockChanges() { lockedUntil_ = GetTickCount64() + 600; }
 
   std::string wrongRequests(LONG from, int shown) const {
     std::set<std::string> kinds;
@@ -132,7 +140,9 @@ class Model : public testing::Test {
       std::string name;
       int rx = -1;
       words >> name >> rx;
-      if (name == "SetRxShown" || name == "SetRxConnect" || name == "SetRxTime") continue;
+      if (name == "SetRxShown" || name == "SetRxConnect" || name == "SetRxTime" ||
+          name == "EndRxKeys")
+        continue;
       if (rx != shown) return request + " while " + std::to_string(shown) + " is shown";
       if (!kinds.insert(name).second) return "twice " + request;
       steps += name.starts_with("NextRx");
@@ -171,6 +181,7 @@ class Model : public testing::Test {
   const Instance instance_{L"TestModel"};
   RunningPanel panel_{instance_.name(), copy_.folder()};
   std::ostringstream said_;
+  ULONGLONG lockedUntil_ = 0;
   int wanted_ = -1;  ///< steps that the hand's press on a button is; -1 for any other input
 };
 

@@ -111,7 +111,7 @@ TEST(Start, GrowsWithTheUsersTextSizeAsFarAsTheScreenHasRoom) {
     RunningPanel panel(instance.name());
     ASSERT_TRUE(panel.settledOn(0));
     EXPECT_EQ(insideWidth(panel.window()), scaled(kMainWidth, 150));
-    EXPECT_EQ(insideWidth(panel.control(id::Band)), scaled(442, 150) - scaled(22, 150));
+    EXPECT_EQ(insideWidth(panel.control(id::RxMask)), scaled(56 + 456, 150) - scaled(56, 150));
     PostMessageW(panel.control(id::ConfigButton), BM_CLICK, 0, 0);
     HWND options = nullptr;
     ASSERT_TRUE(
