@@ -16,15 +16,11 @@
 
 namespace kelvane::ambrel {
 
-/// What the component would have opened.
-struct OpenedWindows : ComponentWindows {
-  void setOwner(Long window) override { owner = window; }
-  void showKnownList(AmbrelCore&) override { opened.push_back("list"); }
-  void showSource(AmbrelCore&) override { opened.push_back("source"); }
-  void showData(AmbrelCore&) override { opened.push_back("data"); }
-
-  Long owner = 0;
-  std::vector<std::string> opened;
+struct NoWindows : ComponentWindows {
+  void setOwner(Long) override {}
+  void showKnownList(AmbrelCore&) override {}
+  void showSource(AmbrelCore&) override {}
+  void showData(AmbrelCore&) override {}
 };
 
 struct HeardEvents : FrequencyListener {
@@ -146,7 +142,7 @@ class AmbrelPlay {
       "Stop:60;\r\n";
   std::chrono::system_clock::time_point now =
       std::chrono::sys_days(std::chrono::year(2022) / 7 / 13);
-  OpenedWindows windows;
+  NoWindows windows;
   HeardEvents events;
   std::atomic<bool> wakeThrows = false;  ///< the next wake does
   Wakes wakes;

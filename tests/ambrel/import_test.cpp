@@ -143,13 +143,6 @@ TEST(Import, AFileThatIsNoScheduleReplacesNothing) {
   EXPECT_EQ(play.name(6'070'000), "Good station") << "also at the next start";
 }
 
-TEST(Import, LongLinesBesideGoodOnesAreOnlyCounted) {
-  AmbrelPlay play;
-  const std::string long1(10'000'000, 'x'), long2(10'000'000, ';');
-  EXPECT_THAT(play.importText(std::string(kGood) + long1 + "\r\n" + kGood + long2 + "\r\n" + kGood),
-              AllOf(HasSubstr("3 broadcasts"), HasSubstr("2 lines could not be read")));
-}
-
 TEST(Import, IsKeptForTheNextStartWithItsSeason) {
   AmbrelPlay play;
   play.importText("6070;1800-1900;;G;Good station;E;Eu;w;2;;\r\n", "sked-b22.csv");

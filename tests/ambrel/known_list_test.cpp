@@ -183,15 +183,5 @@ TEST(Listeners, MayGoWhileTheyAreTold) {
   play.core->removeListener(remover);
 }
 
-TEST(Windows, AreOpenedByTheirOperations) {
-  AmbrelPlay play;
-  play.core->SetFrqOwner(1234);
-  play.core->ShowFrqKnownList();
-  play.core->EditFrqDatabase();
-  play.core->DataView();
-  EXPECT_EQ(play.windows.owner, 1234);
-  EXPECT_THAT(play.windows.opened, ElementsAre("list", "source", "data"));
-}
-
 }  // namespace
 }  // namespace kelvane::ambrel

@@ -85,17 +85,6 @@ TEST_F(OnAir, ByTheDaysInEveryForm) {
   }
 }
 
-TEST_F(OnAir, OnTheNthWeekdayOfEveryMonth) {
-  load(line("1200-1300", "1.Sa"));
-  std::string days;
-  for (unsigned month = 7; month <= 9; ++month) {
-    for (unsigned day = 1; day <= 30; ++day) {
-      if (at(month, day, 12, 0)) days += std::to_string(day) + "." + std::to_string(month) + " ";
-    }
-  }
-  EXPECT_EQ(days, "2.7 6.8 3.9 ");
-}
-
 TEST_F(OnAir, InRamadan) {
   load(line("1200-1300", "Ram"));
   EXPECT_TRUE(at(4, 15, 12, 0));

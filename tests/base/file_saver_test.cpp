@@ -57,16 +57,6 @@ TEST(FileSaver, LeavesNothingUnwrittenWhenItGoes) {
   for (int i = 0; i < 20; ++i) EXPECT_EQ(readFile(folder.path() / std::to_string(i), 9), "x");
 }
 
-TEST(FileSaver, SaysWhatCouldNotBeWritten) {
-  TempFolder folder;
-  FileResult heard;
-  FileSaver saver;
-  saver.save(folder.path(), "a folder has this name", [&](const FileResult& r) { heard = r; });
-  saver.finish();
-  EXPECT_FALSE(heard);
-  EXPECT_NE(heard.reason, "");
-}
-
 /// A disk at which something throws, once.
 struct ThrowingSteps : FileSteps {
   FileResult makeFolders(const std::filesystem::path& folder) override {

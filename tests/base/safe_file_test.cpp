@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "base/backup_file.h"
 #include "tests/fakes/failing_steps.h"
 #include "tests/fakes/temp_folder.h"
 
@@ -134,6 +135,44 @@ TEST(PathFromText, TakesAnyBytes) {
   EXPECT_EQ(pathText(pathFromText("\xE2\x82\xAC\xF0\x9F\x93\xBB")), "\xE2\x82\xAC\xF0\x9F\x93\xBB");
   EXPECT_EQ(pathText(pathFromText("a\xFF\xC3z")), "a__z");
   EXPECT_EQ(pathText(pathFromText("\xC0\xAF\xED\xA0\x80\xF4\x90\x80\x80\xE0\x80")), "___________");
+}
+
+struct Backups : testing::Test {
+  void write(const std::string& content) { std::ofstream(file) << content; }
+  std::string read(const std::string& ending) const {
+    std::string content = "none";
+    std::ifstream(file.string() + ending) >> content;
+    return content;
+  }
+
+  TempFolder folder;
+  fs::path file = folder.path() / "log.txt";
+};
+
+TEST_F(Backups, KeepTheLastGenerationsInOrder) {
+  for (const char* content : {"1", "2", "3", "4"}) {
+    write(content);
+    EXPECT_TRUE(moveToBackup(file, 3));
+  }
+  EXPECT_EQ(read(""), "none");
+  EXPECT_EQ(read(".bak") + read(".bak2") + read(".bak3"), "432");
+  EXPECT_EQ(read(".bak4"), "none");
+}
+
+TEST_F(Backups, AreNotTurnedOverForAFileThatIsNotThere) {
+  write("1");
+  moveToBackup(file);
+  EXPECT_TRUE(moveToBackup(file));
+  EXPECT_EQ(read(".bak"), "1");
+}
+
+TEST_F(Backups, LeaveTheFileWhereItWasWhenTheyFail) {
+  write("1");
+  fs::create_directories(file.string() + ".bak/taken");
+  const FileResult moved = moveToBackup(file, 1);
+  EXPECT_FALSE(moved);
+  EXPECT_NE(moved.reason, "");
+  EXPECT_EQ(read(""), "1");
 }
 
 }  // namespace

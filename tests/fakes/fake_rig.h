@@ -75,16 +75,9 @@ class FakeRig {
   bool headless() const { return manner_ == Manner::Headless; }
 
   std::string checkVfo() const {
-    switch (manner_) {
-      case Manner::RigctldVfo:
-        return "1\n";
-      case Manner::SilentSdr:
-        return "CHKVFO 0\n";
-      case Manner::SmallSdr:
-        return "RPRT 4\nRPRT 4\n";
-      default:
-        return "0\n";
-    }
+    if (manner_ == Manner::RigctldVfo) return "1\n";
+    if (manner_ == Manner::SilentSdr) return "CHKVFO 0\n";
+    return manner_ == Manner::SmallSdr ? "RPRT 4\nRPRT 4\n" : "0\n";
   }
 
   std::string describe() const {

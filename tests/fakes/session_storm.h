@@ -22,6 +22,7 @@ class SessionStorm {
     session_.open(false, now_);
     while (!bytes_.empty() && wrong_.empty()) {
       act();
+      session_.tick(now_);
       check();
     }
     return wrong_;
@@ -55,52 +56,42 @@ class SessionStorm {
     const auto choice = next();
     switch (choice % 16) {
       case 0:
-        session_.closed(static_cast<sondrel::CloseReason>(next() % 6), now_);
-        break;
+        return session_.closed(static_cast<sondrel::CloseReason>(next() % 6), now_);
       case 1:
-        session_.connected(now_);
-        break;
+        return session_.connected(now_);
       case 2:
-        session_.open(next() % 2 == 0, now_);
-        break;
+        return session_.open(next() % 2 == 0, now_);
       case 3:
-        feed(some(next()));
-        break;
+        return feed(some(next()));
       case 4:
-        feed(kPieces[next() % std::size(kPieces)]);
-        break;
+        return feed(kPieces[next() % std::size(kPieces)]);
       case 5:
         session_.request({static_cast<sondrel::RigItem>(next() % sondrel::kRigItems), anyNumber(),
                           next() % 2 == 0 ? "AM" : some(5), next()},
                          now_);
-        break;
+        return;
       case 6:
-        pass(next() * (choice < 128 ? 20 : 400));
-        break;
+        return pass(next() * (choice < 128 ? 20 : 400));
       case 7:
         if (choice == 7) session_.close();
-        break;
+        return;
       case 8:
         rig_.frequency = anyNumber();
-        break;
+        return;
       case 9:
         rig_.trouble = next() % 25;
-        break;
+        return;
       case 10:
-        rig_.trouble.reset();
-        break;
+        return rig_.trouble.reset();
       case 11:
         rig_.powered = choice < 128;
-        break;
+        return;
       case 12:
-        feed(garbled(std::exchange(answer_, {})));
-        break;
+        return feed(garbled(std::exchange(answer_, {})));
       default:
         feed(std::exchange(answer_, {}));
-        pass(choice / 4);
-        break;
+        return pass(choice / 4);
     }
-    session_.tick(now_);
   }
 
   /// An answer whose beginning is gone, or with something else in the place of a piece.

@@ -143,6 +143,7 @@ TEST_F(Drivers, AllCanBeTakenAway) {
   EXPECT_EQ(rig.listener.lines().back(), "DrvUpdated 0");
   EXPECT_EQ(core.GetRxCount(), 0);
   EXPECT_EQ(rig.open(), 0);
+  EXPECT_EQ(core.configurationNote(), "");
 }
 
 TEST_F(Drivers, TheDialogEditsAndAppliesWhileEventsGoOn) {

@@ -27,37 +27,21 @@ class Keys : public testing::Test {
 };
 
 TEST_F(Keys, EveryDocumentedPairActsOnItsSecondKey) {
-  const auto mode = [&](const char* keys) {
+  const auto expect = [&](const char* keys, auto get, Setting value) {
     EXPECT_EQ(press(keys), "01") << keys;
-    return core.GetRxMode(0).value();
+    EXPECT_EQ((core.*get)(0), value) << keys;
   };
-  EXPECT_EQ(mode("MF"), 1);
-  EXPECT_EQ(mode("MA"), 0);
-  EXPECT_EQ(mode("mu"), 2);
-  EXPECT_EQ(mode("Ml"), 3);
-  EXPECT_EQ(mode("mR"), 5);
-  EXPECT_EQ(mode("MX"), 6);
-  EXPECT_EQ(mode("MC"), 4);
-  const auto filter = [&](const char* keys) {
-    EXPECT_EQ(press(keys), "01") << keys;
-    return core.GetRxFilter(0).value();
-  };
-  EXPECT_EQ(filter("FN"), 150);
-  EXPECT_EQ(filter("FI"), 300);
-  EXPECT_EQ(filter("FM"), 500);
-  EXPECT_EQ(filter("FW"), 1000);
-  EXPECT_EQ(filter("FR"), 2400);
-  const auto agc = [&](const char* keys) {
-    EXPECT_EQ(press(keys), "01") << keys;
-    return core.GetRxAgc(0).value();
-  };
-  EXPECT_EQ(agc("AF"), 2);
-  EXPECT_EQ(agc("AM"), 1);
-  EXPECT_EQ(agc("AS"), 0);
-  EXPECT_EQ(press("P0"), "01");
-  EXPECT_EQ(core.GetRxHFFilter(0), 0);
-  EXPECT_EQ(press("P1"), "01");
-  EXPECT_EQ(core.GetRxHFFilter(0), 1);
+  using Pair = std::pair<const char*, Setting>;
+  for (const auto& [keys, mode] :
+       {Pair{"MF", 1}, {"MA", 0}, {"mu", 2}, {"Ml", 3}, {"mR", 5}, {"MX", 6}, {"MC", 4}})
+    expect(keys, &SondrelCore::GetRxMode, mode);
+  for (const auto& [keys, filter] :
+       {Pair{"FN", 150}, {"FI", 300}, {"FM", 500}, {"FW", 1000}, {"FR", 2400}})
+    expect(keys, &SondrelCore::GetRxFilter, filter);
+  for (const auto& [keys, agc] : {Pair{"AF", 2}, {"AM", 1}, {"AS", 0}})
+    expect(keys, &SondrelCore::GetRxAgc, agc);
+  for (const auto& [keys, on] : {Pair{"P0", 0}, {"P1", 1}})
+    expect(keys, &SondrelCore::GetRxHFFilter, on);
 }
 
 TEST_F(Keys, APairIsTakenAlsoWhereTheReceiverLacksTheSetting) {

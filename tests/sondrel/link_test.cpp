@@ -36,6 +36,16 @@ TEST(Link, ComesUpWithRemoteControlAlreadyTaken) {
   EXPECT_TRUE(remoteWhenUp);
 }
 
+TEST(Link, ComeUpAfterALateTickInTheOrderOfTheirOwnTimes) {
+  SondrelRig rig;
+  rig.core.OpenRxConfig("Kelvane", 0);
+  rig.clock.advance(milliseconds(5000));
+  rig.pump();
+  const auto links = rig.listener.lines("RxConnState");
+  ASSERT_EQ(links.size(), 4u);
+  EXPECT_EQ(links.back(), "RxConnState 0 1000") << "the first receiver's link is the slow one";
+}
+
 TEST(Link, EveryStateCodeIsReportedOnceForEachAttempt) {
   for (const int code : {999, 1001, 1002, 1003, 1004, 1005, 1006, 1010, 1022, 1024, 1025}) {
     SondrelRig rig;
@@ -164,16 +174,6 @@ TEST(Core, WakesOnlyFromOutsideTheLoopAndWhenSomethingIsDueEarlier) {
   rig.core.SetRxConnect(0, true);
   EXPECT_EQ(rig.wakes, wakes + 1) << "an attempt ends in a second";
   EXPECT_EQ(rig.core.nextDue(), rig.clock.now + milliseconds(1000));
-}
-
-TEST(Core, OwnerAndSettingsGoToTheComponentsWindows) {
-  SondrelRig rig;
-  rig.open();
-  rig.core.SetRxOwner(4711);
-  EXPECT_EQ(rig.windows.owner, 4711);
-  EXPECT_EQ(rig.core.ShowRxSettings(2), Outcome::Done);
-  EXPECT_EQ(rig.core.ShowRxSettings(4), Outcome::Failed);
-  EXPECT_EQ(rig.windows.shown, std::vector<Index>{2});
 }
 
 }  // namespace

@@ -148,16 +148,10 @@ TEST(RigctldReply, ReadsAModeOnOneLineOrTwo) {
 }
 
 TEST(RigctldCommands, AreOneShortLineEach) {
-  EXPECT_EQ(kExtended.setFrequency(7050000).line, "+F 7050000\n");
-  EXPECT_EQ(kPlain.setFrequency(7050000).line, "F 7050000\n");
-  EXPECT_EQ(kExtended.setMode("CW", 500).line, "+M CW 500\n");
-  EXPECT_EQ(kExtended.setMode("CW", 0).line, "+M CW 0\n");
   EXPECT_EQ(RigctldCommands(Dialect::Minimal, false, 1).setMode("CW", 0).line, "M CW -1\n");
   const RigctldCommands vfo(Dialect::Extended, true, 2);
-  EXPECT_EQ(vfo.get(RigItem::Attenuator).line, "+l currVFO ATT\n");
   EXPECT_EQ(vfo.setFrequency(1).line, "+F currVFO 1\n");
   EXPECT_EQ(vfo.set(RigItem::Clock, 60).line, "+P TIME 60\n") << "a parameter has no VFO";
-  EXPECT_EQ(vfo.askLongDescription().line, "+\\dump_caps\n");
 }
 
 TEST(RigctldDescription, TellsWhatARadioCanDo) {
