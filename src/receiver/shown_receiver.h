@@ -4,6 +4,11 @@
 
 namespace kelvane {
 
+/// Commands need a link that is up and remote control.
+inline bool takesCommands(ReceiverComponent& component, Index rx) {
+  return component.IsRxOnline(rx) && component.GetRxRemote(rx);
+}
+
 /// The receiver that the panel shows (`nReceiver`), and the questions that every unit asks of it.
 class ShownReceiver {
  public:
@@ -19,8 +24,8 @@ class ShownReceiver {
   bool online() const { return exists_ && component_.IsRxOnline(nReceiver_); }
   /// The remote-state test: the receiver is under remote control.
   bool remote() const { return exists_ && component_.GetRxRemote(nReceiver_); }
-  /// The operator's commands are kept from it: they need a link that is up and remote control.
-  bool locked() const { return !online() || !remote(); }
+  /// The operator's commands are kept from it.
+  bool locked() const { return !exists_ || !takesCommands(component_, nReceiver_); }
   /// An event for receiver rx belongs on the display.
   bool shows(Index rx) const { return rx == nReceiver_ && online(); }
 

@@ -2,6 +2,7 @@
 
 #include "base/code_page.h"
 #include "base/instance_name.h"
+#include "receiver/shown_receiver.h"
 #include "ui/control_ids.h"
 #include "windows/channel_editor.h"
 
@@ -42,8 +43,10 @@ void ChannelEditor::emptyChannel() {
 }
 
 void ChannelEditor::select(Channel channel) {
-  if (gone_ || component_.SelectRxChannel(nReceiver_, channel) == Outcome::Done) return;
-  say("The receiver did not take the channel.");
+  if (gone_) return;
+  if (!takesCommands(component_, nReceiver_)) return say("The receiver takes no commands now.");
+  if (component_.SelectRxChannel(nReceiver_, channel) != Outcome::Done)
+    say("The receiver did not take the channel.");
 }
 
 void ChannelEditor::Save_Click() {

@@ -11,6 +11,7 @@
 #include "base/text.h"
 #include "base/time.h"
 #include "log/log_line.h"
+#include "receiver/shown_receiver.h"
 #include "ui/key_codes.h"
 
 namespace kelvane {
@@ -497,8 +498,11 @@ bool DataLog::keyDown(int keyCode, int shift) {
 }
 
 void DataLog::recall(GridRow row) {
-  if (nReceiver_ < 0) return;
   ReceiverComponent& component = services_.receiver;
+  if (nReceiver_ < 0 || !takesCommands(component, nReceiver_)) {
+    view_.Notice = "The receiver takes no commands now: the record was not sent.";
+    return refresh();
+  }
   component.SetRxFrequency(nReceiver_, false, nearestLong(num(cell(row, LogFrequency))));
   const Setting mode = component.GetRxModeValue(nReceiver_, cell(row, LogMode));
   if (mode >= 0) component.SetRxMode(nReceiver_, mode);

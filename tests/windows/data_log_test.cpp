@@ -446,6 +446,12 @@ TEST_F(Log, WhatTheReceiverDoesNotTellIsLeftEmptyAndLeftAloneByARecall) {
   EXPECT_EQ(receiver.told("SetRxFrequency").size(), 1u);
   key(key::Up, key::ShiftHeld);
   EXPECT_EQ(receiver.told("SetRxFilter"), std::vector<std::string>{});
+  sondrel.core.SetRxRemote(0, false);
+  sondrel.run(milliseconds(200));
+  receiver.told("");
+  key(key::Up, key::ShiftHeld);
+  EXPECT_TRUE(receiver.told("SetRxFrequency").empty()) << "a locked receiver takes no command";
+  EXPECT_NE(log->view().Notice.find("was not sent"), std::string::npos) << log->view().Notice;
 }
 
 TEST(LogKeys, SpaceRecordsAndGShowsTheLogOfTheShownReceiver) {
