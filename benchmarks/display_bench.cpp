@@ -23,11 +23,11 @@ struct Seen {
   int flaps = 0;
 };
 
-/// Ten minutes; where he works he steps the frequency every second.
-Seen watch(bool works) {
+/// Ten minutes, in which he steps the frequency every second.
+Seen watch() {
   fakes::PanelRig rig(eightReceivers());
   rig.start(milliseconds(0));
-  if (works) rig.panel->tabClicked(kHis);
+  rig.panel->tabClicked(kHis);
   sondrel::SimulatedFaults flap;
   flap.code = 1006;
   flap.healsAfter = 2;
@@ -35,7 +35,7 @@ Seen watch(bool works) {
   int shown = rig.view().TabStrip.selected;
   bool up = false;
   for (int second = 0; second < kSeconds; ++second) {
-    if (works) rig.press(second % 2 ? key::Left : key::Right);
+    rig.press(second % 2 ? key::Left : key::Right);
     if (second % 5 == 4) rig.sondrel.core.setFaults(kFlapping, flap);
     for (int look = 0; look < 10; ++look) {
       rig.run(milliseconds(100));
@@ -47,12 +47,11 @@ Seen watch(bool works) {
 }
 
 void run() {
-  const Seen quiet = watch(false);
-  const Seen atWork = watch(true);
-  must(quiet.moved > 0 && atWork.flaps > kSeconds / 10, "links that came up");
+  const Seen seen = watch();
+  must(seen.flaps > kSeconds / 10, "links that came up");
   print({"eight links come up, one flaps every 5 s: changes of the display while he works",
-         static_cast<double>(atWork.moved), "", "while nobody works",
-         static_cast<double>(quiet.moved), 0.0001});
+         static_cast<double>(seen.moved), "", "links that came up meanwhile",
+         static_cast<double>(seen.flaps), 0.0001});
 }
 
 }  // namespace
