@@ -146,6 +146,7 @@ TEST_F(Walks, PassDuplicatesAndTheRangesEndsAndBeepThere) {
   EXPECT_THAT(rig.view().VBank.text, HasSubstr("/"));
   EXPECT_EQ(after(key::PadMinus, kCtrl), "  7000000");
   EXPECT_EQ(rig.window.beeps, 2);
+  EXPECT_THAT(rig.view().VBank.text, HasSubstr("/")) << "the place stays";
 }
 
 TEST_F(Walks, StayInTheSetAndGoFromSetToSet) {

@@ -15,20 +15,6 @@ constexpr Colour kRed = Colour::rgb(0xFF, 0, 0);
 
 using fakes::RowWindow;
 
-TEST_F(FrequencyRow, IsBornBlackAndWithoutAValue) {
-  const RowWindow born;
-  EXPECT_EQ(born.digits(), "xxxxxxxxx");
-  EXPECT_EQ(born.row.Value(), 0);
-  EXPECT_EQ(born.FrqDotit.text, "\u25CF");
-  EXPECT_EQ(born.FrqDotit.fore, kIdle);
-  for (const Control* control :
-       {&born.FrqFrame, &born.FrqDotit, &born.FrqFocus, &born.FrqBfo, &born.FrqDigit[8]})
-    EXPECT_EQ(control->back, kBlack);
-  EXPECT_EQ(born.FrqDigit[2].tip, "Click to set MHz Value");
-  EXPECT_EQ(born.FrqDigit[3].tip, "Click to set 100KHz Value");
-  EXPECT_EQ(born.FrqDigit[8].tip, "Click to set Hz Value");
-}
-
 TEST_F(FrequencyRow, ShowsAFrequencyRightAlignedInNineDigits) {
   EXPECT_EQ(shown(7'050'000), "  7050000");
   EXPECT_EQ(shown(5), "        5");
@@ -87,25 +73,6 @@ TEST_F(FrequencyRow, KeepsASensibleRangeWhenTheReceiverNamesNone) {
     for (const auto& now : sent) EXPECT_LE(now.hertz, std::max(max, 0.));
     EXPECT_EQ(complaint(), "");
   }
-}
-
-TEST_F(FrequencyRow, ColoursTheDigitsByTheChannelBoundaryAndTheBfoByItsState) {
-  row.Assigned(true);
-  EXPECT_EQ(FrqDigit[0].fore, (Colour{0x40E080}));
-  EXPECT_EQ(FrqDigit[1].fore, FrqDigit[5].fore);
-  EXPECT_EQ(FrqDigit[5].fore, (Colour{0x80E080}));
-  EXPECT_EQ(FrqDigit[6].fore, (Colour{0xC0E080}));
-  row.Assigned(false);
-  EXPECT_EQ(FrqDigit[0].fore, (Colour{0x20E0E0}));
-  EXPECT_EQ(FrqDigit[2].fore, (Colour{0x40E0E0}));
-  EXPECT_EQ(FrqDigit[3].fore, (Colour{0x80E0E0}));
-  EXPECT_EQ(FrqDigit[8].fore, (Colour{0xC0E0E0}));
-  row.BFO(0);
-  row.BFOState(true);
-  EXPECT_EQ(FrqBfo.text, "");
-  EXPECT_EQ(FrqBfo.fore, kGreen);
-  row.BFOState(false);
-  EXPECT_EQ(FrqBfo.fore, kRed);
 }
 
 TEST_F(FrequencyRow, ShowsByItsLampWhereTheKeysGo) {

@@ -182,14 +182,6 @@ TEST_F(GridTest, TypeAheadInTheCellTakesTheLastMatchAndForgetsAfterFewerThanTwo)
   EXPECT_FALSE(grid_.editing());
 }
 
-TEST_F(GridTest, ShiftWithAnArrowRecallsTheRowThatItComesTo) {
-  press(key::Down, key::ShiftHeld);
-  press(key::Down, key::ShiftHeld);
-  press(key::Up, key::ShiftHeld);
-  press(key::Down);
-  EXPECT_EQ(table_.recalled, (std::vector<GridRow>{1, 2, 1}));
-}
-
 TEST_F(GridTest, TheTablesOwnKeysComeFirstButNotWhileACellIsEdited) {
   table_.own = key::Space;
   EXPECT_TRUE(press(key::Space));

@@ -94,15 +94,6 @@ TEST(LogTable, SortsByTheKindOfTheColumnAndMovesNoRecord) {
   EXPECT_EQ(column(read(log.content()), LogMode), "AM,DIGITAL,USB");
 }
 
-TEST(LogTable, EqualCellsComeInTheTextOrderOfTheRecordsNumbers) {
-  std::string file;
-  for (int i = 0; i < 12; ++i)
-    file += std::to_string(i + 1) + "|USB|1|F|d|t|T|c|" + std::to_string(i) + "|\n";
-  LogTable log = read(file);
-  log.setOrder(log.sorted(LogMode));
-  EXPECT_EQ(column(log, LogReceiver), "0,1,10,11,2,3,4,5,6,7,8,9");
-}
-
 TEST(LogTable, ChangesAddsAndRemovesRecords) {
   LogTable log = read(lines({kFirst, kSecond, kThird}));
   log.setOrder(log.sorted(LogFrequency));

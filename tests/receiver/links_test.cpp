@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "receiver/link_retry.h"
-#include "receiver/status_box.h"
 #include "tests/fakes/panel_rig.h"
 
 namespace kelvane {
@@ -13,51 +12,6 @@ std::string receivers(const std::string& first, int more = 0) {
   std::string text = "[Receiver]\r\nName=First\r\n" + first;
   for (int i = 0; i < more; ++i) text += "[Receiver]\r\nName=More" + std::to_string(i) + "\r\n";
   return text;
-}
-
-TEST(StatusBox, HasWordsAndAColourForEveryCode) {
-  const Colour orange = Colour::rgb(255, 192, 128);
-  const Colour red = Colour::rgb(255, 0, 0);
-  const struct {
-    Long code;
-    const char* words;
-    Colour colour;
-  } rows[] = {{1002, "Link: No loop", orange},
-              {1003, "Link: Timeout", orange},
-              {1004, "Link: Bad address", red},
-              {1005, "Link: Configuration", red},
-              {1006, "Link: Cannot open", orange},
-              {1010, "Link: Error", orange},
-              {1022, "Rx: Bad ID", red},
-              {1024, "Rx: Bad Address", red},
-              {1025, "Rx: BITE Error", red},
-              {999, "Rx: Not responding", orange},
-              {1001, "Rx: Not responding", orange},
-              {-5, "Rx: Not responding", orange},
-              {1026, "Rx: Not responding", orange}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(linkWords(row.code).text, row.words) << row.code;
-    EXPECT_EQ(linkWords(row.code).colour, row.colour) << row.code;
-  }
-}
-
-TEST(Links, SayWhatIsWrongLockThePanelAndBlinkUntilTheLinkHeals) {
-  PanelRig rig(receivers("Fault=1003\r\nFaultHeals=3\r\n"));
-  rig.start(milliseconds(100));
-  EXPECT_EQ(rig.view().RxMask.text, "Link: Timeout");
-  EXPECT_FALSE(rig.view().FrqDigit[5].enabled);
-  rig.type("7050\r");
-  EXPECT_EQ(rig.digits().find("7050"), std::string::npos);
-  bool seen[2] = {};
-  for (int i = 0; i < 40 && !rig.sondrel.core.IsRxOnline(0); ++i) {
-    seen[rig.view().RxMask.visible] = true;
-    rig.run(milliseconds(100));
-  }
-  EXPECT_TRUE(seen[0] && seen[1]) << "the status box blinks";
-  rig.run(milliseconds(5000));
-  EXPECT_TRUE(rig.sondrel.core.IsRxOnline(0));
-  EXPECT_FALSE(rig.view().RxMask.visible);
-  EXPECT_TRUE(rig.view().FrqDigit[5].enabled);
 }
 
 TEST(Links, SayNotConnectedOnlyOfAReceiverThatNeverReported) {
@@ -125,26 +79,6 @@ TEST(Links, AHandAtAnotherReceiverPullsTheDisplayThereWhereTheOptionWantsIt) {
   }
 }
 
-TEST(RemoteControl, GivenBackLocksThePanelAndTakenUnlocksIt) {
-  PanelRig rig;
-  rig.start();
-  rig.window.focus(id::FrqDigit + 5);
-  rig.click(id::LockImg);
-  EXPECT_FALSE(rig.view().LockImg[0].visible);
-  EXPECT_TRUE(rig.view().LockImg[1].visible);
-  EXPECT_EQ(rig.window.focused, id::FrqFocus) << "the keyboard lives on";
-  for (const Control* locked : {&rig.view().FrqDigit[5], &rig.view().ModEvent[0], &rig.view().BMod,
-                                &rig.view().VChn, &rig.view().HFF})
-    EXPECT_FALSE(locked->enabled);
-  rig.type("7050\r");
-  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(0, kTuned), 6070000);
-  EXPECT_TRUE(rig.sondrel.core.IsRxOnline(0));
-  EXPECT_FALSE(rig.view().TabStrip.tabs[0].highlighted);
-  rig.click(id::LockImg + 1);
-  EXPECT_TRUE(rig.view().FrqDigit[5].enabled);
-  EXPECT_TRUE(rig.view().TabStrip.tabs[0].highlighted);
-}
-
 TEST(Links, ThatFailedAreAskedForOnAfterTheDriversWereEdited) {
   PanelRig rig(receivers("", 1) + "Fault=1006\r\nFaultHeals=12\r\n");
   rig.start();
@@ -157,24 +91,6 @@ TEST(Links, ThatFailedAreAskedForOnAfterTheDriversWereEdited) {
   EXPECT_TRUE(rig.sondrel.core.IsRxOnline(1)) << "a link that is up stays";
   rig.run(milliseconds(15000));
   EXPECT_TRUE(rig.sondrel.core.IsRxOnline(0)) << "by the panel's retries";
-}
-
-TEST(Receivers, ChangedUnderARunningPanelRebuildTheTabs) {
-  PanelRig rig;
-  rig.start();
-  rig.panel->tabClicked(3);
-  auto drivers = rig.sondrel.core.drivers();
-  while (drivers.receivers().size() > 1) drivers.remove(1);
-  ASSERT_TRUE(rig.sondrel.core.applyDrivers(drivers));
-  rig.run(milliseconds(2000));
-  EXPECT_EQ(rig.view().TabStrip.tabs.size(), 1u);
-  EXPECT_EQ(rig.view().TabStrip.selected, 0);
-  EXPECT_FALSE(rig.view().GenEvent[0].enabled);
-  drivers.remove(0);
-  ASSERT_TRUE(rig.sondrel.core.applyDrivers(drivers));
-  rig.run(milliseconds(2000));
-  EXPECT_EQ(rig.view().caption, "Kelvane 1.0.0 - Receiver NONE");
-  EXPECT_EQ(rig.digits(), " xxxxxxxx");
 }
 
 }  // namespace

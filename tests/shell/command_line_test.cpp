@@ -32,13 +32,5 @@ TEST(CommandLine, ShowsItsUsageRatherThanGuess) {
     EXPECT_EQ(parseCommandLine(odd), kUsage) << odd;
 }
 
-TEST(CommandLine, SpeaksToTheOperator) {
-  EXPECT_EQ(usageText(),
-            "Usage:\tKelvane.exe (NAME) (-clean)\r\n     with\r\n\tNAME = Instance name\r\n"
-            "\t-clean  = Registry clean option");
-  EXPECT_EQ(cleaningNotice("Shack"),
-            "Cleaning Shack registry context\r\nPlease restart application");
-}
-
 }  // namespace
 }  // namespace kelvane

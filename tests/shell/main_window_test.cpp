@@ -26,20 +26,6 @@ TEST(MainWindow, StaysOnTheFirstReceiverThoughItsLinkIsTheLastToComeUpAtTheStart
   for (const Tab& tab : rig.view().TabStrip.tabs) EXPECT_TRUE(tab.highlighted);
 }
 
-TEST(MainWindow, TunesTheShownReceiverByTypedKilohertz) {
-  PanelRig rig;
-  rig.start();
-  rig.type("7050\r");
-  EXPECT_EQ(rig.digits(), "  7050000");
-  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(0, kTuned), 7050000);
-  rig.type(":6085\r");
-  EXPECT_EQ(rig.digits(), "  6085000");
-  rig.type("d1440\r");
-  EXPECT_EQ(rig.digits(), "  1445000");
-  rig.type("10+");
-  EXPECT_EQ(rig.digits(), "  1455000");
-}
-
 TEST(MainWindow, HoldsArrivingFrequenciesBackWhileAnEntryIsInProgress) {
   PanelRig rig;
   rig.start();
@@ -80,12 +66,6 @@ TEST(MainWindow, SelectingAReceiverShowsItsOwnLimitsAndNothingOfWhatWasTypedForA
   rig.type("\r");
   EXPECT_EQ(rig.digits(), " 14200000");
   EXPECT_EQ(rig.view().caption, "Kelvane 1.0.0 - Receiver Quill");
-}
-
-TEST(MainWindow, WaitsForATypedEntryFromTheStart) {
-  PanelRig rig;
-  rig.start();
-  EXPECT_EQ(rig.view().FrqDotit.fore, kRed);
 }
 
 TEST(MainWindow, ClosingEndsEveryLinkInOrderBeforeThePlaceIsWritten) {

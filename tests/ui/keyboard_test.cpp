@@ -43,21 +43,11 @@ TEST(Keyboard, LeavesAControlThatIsLockedForTheTypedEntry) {
     rig.sondrel.core.SetRxRemote(0, false);
     rig.run(milliseconds(100));
     EXPECT_EQ(rig.window.focused, id::FrqFocus) << control;
+    EXPECT_FALSE(rig.view().TabStrip.tabs[0].highlighted);
     rig.type("u");
     rig.type("7050\r");
     EXPECT_EQ(rig.digits(), "  7050000") << control;
   }
-}
-
-TEST(Keyboard, LeavesAButtonThatAnotherReceiverDoesNotHave) {
-  PanelRig rig("[Receiver]\r\nName=Attic\r\n[Receiver]\r\nName=Barn\r\nAttenuator=none\r\n");
-  rig.start();
-  rig.panel->tabClicked(0);
-  rig.window.focus(id::ModEvent + 3);
-  rig.turnKnob(1, 6000000);
-  rig.run(milliseconds(10000));
-  ASSERT_EQ(rig.view().TabStrip.selected, 1);
-  EXPECT_EQ(rig.window.focused, id::FrqFocus);
 }
 
 }  // namespace

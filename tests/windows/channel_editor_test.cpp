@@ -36,17 +36,6 @@ class ChannelWindow : public testing::Test {
   ChannelRig rig_;
 };
 
-TEST_F(ChannelWindow, ShowsEveryChannelAsTheReceiverReportsIt) {
-  EXPECT_EQ(rig_.channelView().caption, "Channels");
-  EXPECT_EQ(rig_.grid().table().rows(), 10u);
-  EXPECT_EQ(rig_.row(2), "02 6070000 -50 USB 2400 Fast Skip");
-  EXPECT_EQ(rig_.row(9), "09 0 0 AM 0 Slow Keep");
-  EXPECT_TRUE(rig_.grid().columns()[kSkip].visible);
-  EXPECT_EQ(rig_.words(), "10 channels of A read.");
-  EXPECT_TRUE(buttonsEnabled());
-  EXPECT_EQ(rig_.dialogs.channelsShown, 1);
-}
-
 TEST_F(ChannelWindow, SaveSendsOnlyWhatDiffersAndAgainTheSame) {
   EXPECT_EQ(sent(), Lines{});
   rig_.enter(3, kFrequency, "7350000");
@@ -191,15 +180,6 @@ TEST_F(ChannelWindow, GoesOnWithItsReceiverWhereverThatIsNow) {
   rig_.run(milliseconds(1000));
   EXPECT_EQ(rig_.words(), "10 channels of Renamed read.");
   EXPECT_EQ(rig_.cell(5, kFrequency), "5000000");
-}
-
-TEST_F(ChannelWindow, ShiftWithAnArrowRecallsTheChannel) {
-  rig_.grid().select({1, kFrequency});
-  rig_.gridKey(key::Down);
-  EXPECT_EQ(rig_.component->told("SelectRxChannel"), Lines{});
-  rig_.gridKey(key::Down, key::ShiftHeld);
-  EXPECT_EQ(rig_.component->told("SelectRxChannel"), Lines{"SelectRxChannel 0 3"});
-  EXPECT_EQ(rig_.digits(), "  7300000");
 }
 
 TEST_F(ChannelWindow, ASecondOpeningKeepsUnsavedEditsAndSaysWhose) {

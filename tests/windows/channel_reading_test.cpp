@@ -88,17 +88,6 @@ TEST_F(ChannelReadingTest, AReadingThatIsSlowButGoesOnIsNoStall) {
   EXPECT_EQ(rig_.words(), "10 channels of A read.");
 }
 
-TEST_F(ChannelReadingTest, OneThatNeverStartsRestoresTheWindow) {
-  faults(Reading::NeverStarts);
-  rig_.type("s");
-  EXPECT_EQ(label(), "Err");
-  EXPECT_FALSE(rig_.channelView().hourglass);
-  EXPECT_TRUE(anyEnabled());
-  EXPECT_TRUE(rig_.channelView().open);
-  rig_.run(milliseconds(5000));
-  EXPECT_EQ(label(), "Err") << "no watchdog runs";
-}
-
 TEST_F(ChannelReadingTest, AReloadThatFailsClosesTheWindowAndKeepsUnsavedEditsInAFile) {
   for (const Reading fault : {Reading::NeverStarts, Reading::Stalls}) {
     faults(Reading::Normal);
