@@ -62,8 +62,8 @@ std::string sizeText(std::size_t bytes) {
 FileReading readOnce(const fs::path& path, std::size_t limit, FileSteps& steps) try {
   return steps.read(path, limit);
 } catch (const std::bad_alloc&) {
-  return {FileReading::Unreadable, {},
-          pathText(path) + " does not fit into the memory that is left"};
+  return {
+      FileReading::Unreadable, {}, pathText(path) + " does not fit into the memory that is left"};
 }
 
 /// A name beside the file that no other write, of this or another process, uses at this time.
@@ -166,8 +166,8 @@ FileResult writeFileSafely(const fs::path& path, std::string_view content, FileS
 }
 
 FileReading tooLargeToRead(const fs::path& path, std::size_t limit) {
-  return {FileReading::TooLarge, {},
-          pathText(path) + " is too large; the most is " + sizeText(limit)};
+  return {
+      FileReading::TooLarge, {}, pathText(path) + " is too large; the most is " + sizeText(limit)};
 }
 
 FileReading readPatiently(const fs::path& path, std::size_t limit, FileSteps& steps) {

@@ -58,13 +58,13 @@ Answer<Long> AmbrelCore::NextFrqRegion() {
   if (!bands_) return Answer<Long>::failed(0);
   const Long region = (bands_->region() + 1) % kRegions;
   bands_->selectRegion(region);
-  background_.run(
-      "keeping the region",
-      [this, files = *files_, region] {
-        const std::string lost = keepRegion(files, region);
-        if (!lost.empty()) queue_.post([this, lost] { openNotes_.push_back(lost + "."); });
-      },
-      {});
+  background_.run("keeping the region",
+                  [this, files = *files_, region] {
+                    const std::string lost = keepRegion(files, region);
+                    if (!lost.empty())
+                      queue_.post([this, lost] { openNotes_.push_back(lost + "."); });
+                  },
+                  {});
   return region;
 }
 

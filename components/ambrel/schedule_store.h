@@ -11,16 +11,16 @@
 namespace kelvane::ambrel {
 
 /// Reads a schedule that the user points at. Its season is told by the file's name, else by its
-/// newest "last heard" mark, else by the file's own date. A list with a refusal is no schedule. Waits
-/// for another program that holds the file.
+/// newest "last heard" mark, else by the file's own date. A list with a refusal is no schedule.
+/// Waits for another program that holds the file.
 StationList readScheduleFile(const std::filesystem::path& file);
 
 /// Keeps a schedule for the next starts, in the place of the one kept before. Answers why it could
 /// not, in words; empty when it is kept.
 std::string keepSchedule(const StationList& schedule, const DataFiles& files);
 
-/// The kept schedule; none when none was ever kept. A damaged one is put aside and comes back with a
-/// refusal, one that cannot be read now with a refusal alone.
+/// The kept schedule; none when none was ever kept. A damaged one is put aside and comes back with
+/// a refusal, one that cannot be read now with a refusal alone.
 std::optional<StationList> keptSchedule(const DataFiles& files);
 
 /// Puts the kept schedule aside under another name, and answers that name; empty when there is none

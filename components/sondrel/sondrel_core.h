@@ -124,7 +124,7 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   std::vector<std::unique_ptr<HostedReceiver>> receivers_;
   Index shown_ = -1;
   bool editing_ = false;
-  bool owned_ = false;  ///< somebody sits before the windows
+  bool owned_ = false;          ///< somebody sits before the windows
   Instant announced_ = kNever;  ///< what nextDue() last answered
 };
 

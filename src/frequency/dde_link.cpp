@@ -23,7 +23,8 @@ LinkLook lookOf(DigitLink state, const std::string& server) {
     case DigitLink::Linked:
       return {kLinked, "DDE +", "Linked with the DDE server " + server};
     case DigitLink::Failed:
-      return {kFailed, "DDE !", "The DDE server " + server + " does not answer, or has no item Digit"};
+      return {kFailed, "DDE !",
+              "The DDE server " + server + " does not answer, or has no item Digit"};
     default:
       return {kButtonFace, "DDE", "The DDE link is closed"};
   }

@@ -49,9 +49,7 @@ void ChannelEditor::select(Channel channel) {
     say("The receiver did not take the channel.");
 }
 
-void ChannelEditor::Save_Click() {
-  start(std::make_unique<SaveTask>(component_, table_));
-}
+void ChannelEditor::Save_Click() { start(std::make_unique<SaveTask>(component_, table_)); }
 
 /// The operator is not asked: what the receiver holds is read anew and kept in a file first.
 void ChannelEditor::Clear_Click() { startReading(Purpose::Backup); }

@@ -107,8 +107,9 @@ bool SaveTask::step() {
 
 bool SaveTask::send(Channel channel) {
   const ChannelRow& row = table_.working(channel);
-  return component_.SetRxChannel(table_.receiver(), channel, row.sent(Frequency), row.sent(Bfo), row.sent(Mode),
-                                 row.sent(Filter), row.sent(Agc), row.sent(Skip)) == Outcome::Done;
+  return component_.SetRxChannel(table_.receiver(), channel, row.sent(Frequency), row.sent(Bfo),
+                                 row.sent(Mode), row.sent(Filter), row.sent(Agc),
+                                 row.sent(Skip)) == Outcome::Done;
 }
 
 void SaveTask::finish() {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "receiver/link_retry.h"
+#include "receiver/status_box.h"
 #include "tests/fakes/panel_rig.h"
 
 namespace kelvane {
@@ -12,6 +13,32 @@ std::string receivers(const std::string& first, int more = 0) {
   std::string text = "[Receiver]\r\nName=First\r\n" + first;
   for (int i = 0; i < more; ++i) text += "[Receiver]\r\nName=More" + std::to_string(i) + "\r\n";
   return text;
+}
+
+TEST(StatusBox, HasWordsAndAColourForEveryCode) {
+  const Colour orange = Colour::rgb(255, 192, 128);
+  const Colour red = Colour::rgb(255, 0, 0);
+  const struct {
+    Long code;
+    const char* words;
+    Colour colour;
+  } rows[] = {{1002, "Link: No loop", orange},
+              {1003, "Link: Timeout", orange},
+              {1004, "Link: Bad address", red},
+              {1005, "Link: Configuration", red},
+              {1006, "Link: Cannot open", orange},
+              {1010, "Link: Error", orange},
+              {1022, "Rx: Bad ID", red},
+              {1024, "Rx: Bad Address", red},
+              {1025, "Rx: BITE Error", red},
+              {999, "Rx: Not responding", orange},
+              {1001, "Rx: Not responding", orange},
+              {-5, "Rx: Not responding", orange},
+              {1026, "Rx: Not responding", orange}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(linkWords(row.code).text, row.words) << row.code;
+    EXPECT_EQ(linkWords(row.code).colour, row.colour) << row.code;
+  }
 }
 
 TEST(Links, SayNotConnectedOnlyOfAReceiverThatNeverReported) {
