@@ -82,7 +82,7 @@ std::string DiagnosticReport::options() const {
   std::string text;
   for (const OptionRow& option : kOptionRows)
     text += row(std::string(option.setting) + "=" + (options.*option.member ? "yes" : "no"));
-  return text;
+  return text + row("Colours=" + std::string(coloursName(options.OptColours)));
 }
 
 std::string DiagnosticReport::configuration() const {

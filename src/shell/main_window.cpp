@@ -90,7 +90,7 @@ MAin::MAin(const PanelServices& services)
       config_(options_, services.settings, services.receiver, shown_, services.instance),
       help_(services.settings, services.saveReport) {
   provideCompanions();
-  view_.onTop = options_.OptOnTop;
+  showOptions();
   row_.Boundary(999'999'999, 0, 1);
   row_.Unselect(true);
   row_.Value(-1);
@@ -104,6 +104,11 @@ MAin::MAin(const PanelServices& services)
 }
 
 MAin::~MAin() = default;
+
+void MAin::showOptions() {
+  view_.onTop = options_.OptOnTop;
+  view_.colours = options_.OptColours;
+}
 
 ReceiverUnits MAin::units() {
   return {entry_,    remote_, status_,     forwarding_,  buttons_,    bfo_, hfFilter_,
@@ -224,7 +229,7 @@ void MAin::Config_Click() {
   config_.shown();
   services_.dialogs.showConfig(config_);
   view_.Config.pressed = false;
-  view_.onTop = options_.OptOnTop;
+  showOptions();
   tabs_.hasTabs() ? refresh_.run() : refresh_.none();
   dde_.apply();
 }

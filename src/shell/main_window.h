@@ -140,6 +140,7 @@ class MAin : public ControlEvents {
   bool pressFocused(int character, int focused);
   void clickedArray(int control, MouseButton button);
   void Config_Click();
+  void showOptions();
 
   static constexpr milliseconds kBlink{800};
 

@@ -5,6 +5,7 @@ namespace kelvane {
 namespace {
 
 constexpr std::string_view kDdeNameSetting = "DDEName";
+constexpr std::string_view kColoursSetting = "Colours";
 
 }  // namespace
 
@@ -17,6 +18,7 @@ Options loadOptions(const SettingsStore& settings) {
   for (const OptionRow& row : kOptionRows)
     options.*row.member = settings.flag(row.setting, row.fallback);
   options.OptDDEName = settings.text(kDdeNameSetting, options.OptDDEName);
+  options.OptColours = colourChoice(settings.number(kColoursSetting, 0));
   return options;
 }
 
@@ -24,7 +26,9 @@ bool saveOptions(const Options& options, SettingsStore& settings) {
   bool written = true;
   for (const OptionRow& row : kOptionRows)
     written = settings.writeFlag(row.setting, options.*row.member) && written;
-  return settings.writeText(kDdeNameSetting, options.OptDDEName) && written;
+  written = settings.writeText(kDdeNameSetting, options.OptDDEName) && written;
+  const auto colours = static_cast<std::int32_t>(options.OptColours);
+  return settings.writeNumber(kColoursSetting, colours) && written;
 }
 
 }  // namespace kelvane

@@ -60,6 +60,8 @@ enum ControlId : int {
   DDEServer = 1209,     // the label before it
   Panel = 1210,         // 0..2
   WndNewR = 1215,
+  Colours = 1216,
+  ColoursLabel = 1217,
   ConfigFrames = 1220,  // "Windows", "when Manually tuned", "Other"
 
   // Channel

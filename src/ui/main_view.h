@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+#include "ui/colours.h"
 #include "ui/control.h"
 
 namespace kelvane {
@@ -12,6 +13,7 @@ struct MainView {
   std::string caption;
   bool hourglass = false;
   bool onTop = false;
+  ColourChoice colours = ColourChoice::AsSystem;
 
   TabRow TabStrip;
   Control FrqFrame, FrqDotit, FrqFocus, FrqBfo, RxMask;

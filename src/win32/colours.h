@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "ui/colour.h"
+#include "ui/colours.h"
 
 namespace kelvane::win32 {
 
@@ -17,6 +17,22 @@ inline bool highContrast() {
   chosen.cbSize = sizeof chosen;
   return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof chosen, &chosen, 0) &&
          (chosen.dwFlags & HCF_HIGHCONTRASTON) != 0;
+}
+
+/// Whether the user wants programs dark; no for a Windows that does not ask.
+inline bool darkPrograms() {
+  constexpr wchar_t kPersonalize[] =
+      L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
+  DWORD light = 1, size = sizeof light;
+  const LSTATUS asked = RegGetValueW(HKEY_CURRENT_USER, kPersonalize, L"AppsUseLightTheme",
+                                     RRF_RT_REG_DWORD, nullptr, &light, &size);
+  return asked == ERROR_SUCCESS && light == 0;
+}
+
+/// What windows draw themselves with now. Ask again when the choice changed, and on
+/// WM_SETTINGCHANGE and WM_SYSCOLORCHANGE.
+inline const Palette& paletteNow(ColourChoice choice) {
+  return paletteFor(choice, {.contrast = highContrast(), .dark = darkPrograms()});
 }
 
 /// A colour moved towards another by a share of 0 to 255.

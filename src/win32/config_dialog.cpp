@@ -15,7 +15,7 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr int kStripTop = 8, kStripHeight = 301, kOkHeight = 26;
+constexpr int kStripTop = 8, kStripHeight = 327, kOkHeight = 26;
 /// Around and between strip and buttons, without the window's own frame.
 constexpr int kAround = 34;
 constexpr int kConfigWidth = 420;
@@ -27,9 +27,9 @@ struct PlacedFrame {
   int boxes;  ///< of the table of options that lie in the frame
 };
 
-constexpr std::array kFrames{PlacedFrame{&ConfigView::Windows, {20, 42, 380, 66}, 2},
-                             PlacedFrame{&ConfigView::Tuned, {20, 114, 380, 66}, 2},
-                             PlacedFrame{&ConfigView::Other, {20, 186, 380, 111}, 4}};
+constexpr std::array kFrames{PlacedFrame{&ConfigView::Windows, {20, 42, 380, 92}, 2},
+                             PlacedFrame{&ConfigView::Tuned, {20, 140, 380, 66}, 2},
+                             PlacedFrame{&ConfigView::Other, {20, 212, 380, 111}, 4}};
 constexpr int kFirstBox = 20, kBoxStep = 21;
 
 }  // namespace
@@ -63,14 +63,28 @@ void ConfigDialog::makeGeneral() {
            {32, top, width, 18},
            (view.*box->box).tip});
     }
+    if (frame.frame == &ConfigView::Windows) makeColours();
   }
-  add({id::DDEServer, WC_STATICW, SS_RIGHT, "Server:", {164, 270, 60, 18}});
+  add({id::DDEServer, WC_STATICW, SS_RIGHT, "Server:", {164, 296, 60, 18}});
   add({id::DDESrvNam,
        WC_EDITW,
        ES_AUTOHSCROLL | WS_TABSTOP,
        view.DDESrvNam.text,
-       {230, 267, 158, 23},
+       {230, 293, 158, 23},
        view.DDESrvNam.tip});
+}
+
+/// In the frame "Windows", below its boxes.
+void ConfigDialog::makeColours() {
+  add({id::ColoursLabel, WC_STATICW, 0, "Co&lours:", {32, 107, 62, 18}});
+  const HWND box = add({id::Colours,
+                        WC_COMBOBOXW,
+                        CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL,
+                        "",
+                        {98, 103, 150, 140},
+                        "What the panel and the tables are drawn with"});
+  for (const std::string_view name : kColourChoices)
+    SendMessageW(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(std::string(name)).c_str()));
 }
 
 void ConfigDialog::makeButtons() {
@@ -109,8 +123,9 @@ void ConfigDialog::show() {
   for (const OptionBox& row : kOptionBoxes) visible(row.id, general);
   for (int frame = 0; frame < static_cast<int>(kFrames.size()); ++frame)
     visible(id::ConfigFrames + frame, general);
-  visible(id::DDEServer, general);
-  visible(id::DDESrvNam, general);
+  for (const int rest : {id::DDEServer, id::DDESrvNam, id::ColoursLabel, id::Colours})
+    visible(rest, general);
+  SendMessageW(item(id::Colours), CB_SETCURSEL, static_cast<WPARAM>(view.colours), 0);
   for (int panel = 0; panel <= Config::General; ++panel)
     visible(id::Panel + panel, panel == view.All.selected);
 }
@@ -139,6 +154,8 @@ void ConfigDialog::command(int control, int notice) {
     return close();
   }
   if (control == id::DDESrvNam && notice == EN_CHANGE) config_.typed(text(control));
+  if (control == id::Colours && notice == CBN_SELCHANGE)
+    config_.coloursChosen(static_cast<int>(SendMessageW(item(control), CB_GETCURSEL, 0, 0)));
   if (notice == BN_CLICKED) config_.ticked(control, checked(control));
 }
 

@@ -13,6 +13,7 @@ class ConfigDialog : public DialogWindow {
 
  private:
   void makeGeneral();
+  void makeColours();
   void makeButtons();
   void show();
   void showTabs();

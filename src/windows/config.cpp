@@ -43,6 +43,7 @@ void Config::shown() {
   for (const OptionBox& row : kOptionBoxes) (view_.*row.box).pressed = options_.*row.option;
   view_.DDESrvNam.text = options_.OptDDEName;
   view_.onTop = options_.OptOnTop;
+  view_.colours = options_.OptColours;
   view_.All.selected = General;
   view_.open = true;
   nameReceiver(shown_.index());
@@ -89,6 +90,7 @@ bool Config::keyDown(int keyCode, int shift) {
 std::string Config::cmdOK_Click() {
   for (const OptionBox& row : kOptionBoxes) options_.*row.option = (view_.*row.box).pressed;
   options_.OptDDEName = trimmed(view_.DDESrvNam.text);
+  options_.OptColours = view_.colours;
   view_.open = false;
   if (instance_.empty() || saveOptions(options_, settings_)) return {};
   return "The options could not be saved. They hold until the program ends.";

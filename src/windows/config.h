@@ -16,7 +16,8 @@ struct ConfigView {
   std::string caption = "Options";
   bool onTop = false;
   bool open = false;  ///< the dialog is on the screen
-  TabRow All;         ///< the panel of the selected tab is in view, the others are not
+  ColourChoice colours = ColourChoice::AsSystem;
+  TabRow All;  ///< the panel of the selected tab is in view, the others are not
   Control Windows, Tuned, Other;
   Control WndOTop, WndBeep, WndMonR, WndNewR, FrqSetM, FrqSetF, SndTimR, DDEOAct, DDESrvNam;
   Control cmdOK, cmdCancel;
@@ -73,6 +74,8 @@ class Config {
   void ticked(int control, bool on);
   /// The text of the field DDESrvNam is now this one.
   void typed(std::string text) { view_.DDESrvNam.text = std::move(text); }
+  /// A set of colours was chosen, by its place in `kColourChoices`.
+  void coloursChosen(int choice) { view_.colours = colourChoice(choice); }
   /// A tab was chosen. May open a dialog of the component's, and return when that is closed.
   void All_Click(int tab);
   /// Answers whether the key was one of the dialog's own.

@@ -44,12 +44,24 @@ TEST(Options, TakeAnyNumberButZeroForTrueAndNothingElse) {
   EXPECT_EQ(options.OptDDEName, "Kelvane");
 }
 
+TEST(Options, KeepTheChosenColoursAndTakeAnUnknownNumberForTheSystems) {
+  MapSettings settings;
+  Options options;
+  options.OptColours = ColourChoice::Night;
+  EXPECT_TRUE(saveOptions(options, settings));
+  EXPECT_EQ(loadOptions(settings), options);
+  for (const int unknown : {-1, 4, 99}) {
+    settings.writeNumber("Colours", unknown);
+    EXPECT_EQ(loadOptions(settings).OptColours, ColourChoice::AsSystem) << unknown;
+  }
+}
+
 TEST(Options, SayWhenTheyCannotBeSaved) {
-  for (const char* refused : {"WindowsOnTop", "DDELink", "DDEName"}) {
+  for (const char* refused : {"WindowsOnTop", "DDELink", "DDEName", "Colours"}) {
     MapSettings settings;
     settings.refuseWritesTo(refused);
     EXPECT_FALSE(saveOptions(Options(), settings)) << refused;
-    EXPECT_EQ(settings.hive().at("Kelvane").size(), kOptionRows.size()) << "the others are";
+    EXPECT_EQ(settings.hive().at("Kelvane").size(), kOptionRows.size() + 1) << "the others are";
   }
 }
 

@@ -42,6 +42,23 @@ TEST(Config, TicksStandForTheOptionsOneByOneAndOkTakesThemOver) {
   }
 }
 
+TEST(Config, ColoursChangeWithOkAloneAndAtOnce) {
+  ConfigRig rig;
+  rig.start();
+  rig.open([](Config& config) {
+    config.coloursChosen(static_cast<int>(ColourChoice::Night));
+    config.cmdCancel_Click();
+  });
+  EXPECT_EQ(rig.view().colours, ColourChoice::AsSystem);
+  rig.open([](Config& config) {
+    EXPECT_EQ(config.view().colours, ColourChoice::AsSystem) << "what was cancelled is forgotten";
+    config.coloursChosen(static_cast<int>(ColourChoice::Light));
+    config.cmdOK_Click();
+  });
+  EXPECT_EQ(rig.view().colours, ColourChoice::Light);
+  EXPECT_EQ(loadOptions(rig.settings).OptColours, ColourChoice::Light);
+}
+
 TEST(Config, SaysWhenTheOptionsCannotBeStoredAndSkipsThatWithoutAnInstance) {
   ConfigRig rig;
   rig.settings.refuseWritesTo("WindowsBeep");
