@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <utility>
+#include <vector>
+
 #include "base/program_line.h"
 #include "base/text.h"
 #include "base/win32/utf16.h"
@@ -49,9 +52,62 @@ HANDLE makeJob() {
 
 }  // namespace
 
+namespace {
+
+/// The only handle that a child inherits: where it writes to. The writing end is closed here when
+/// the child has it.
+class ChildStreams {
+ public:
+  explicit ChildStreams(Written written) {
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    constexpr DWORD kRoom = 65536;
+    if (written != Written::Kept || !CreatePipe(&reading_, &writing_, &inherited, kRoom)) return;
+    SetHandleInformation(reading_, HANDLE_FLAG_INHERIT, 0);
+    SIZE_T size = 0;
+    InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+    room_.resize(size);
+    list_ = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(room_.data());
+    if (!InitializeProcThreadAttributeList(list_, 1, 0, &size)) list_ = nullptr;
+    if (list_)
+      UpdateProcThreadAttribute(list_, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, &writing_,
+                                sizeof writing_, nullptr, nullptr);
+  }
+  ~ChildStreams() {
+    if (list_) DeleteProcThreadAttributeList(list_);
+    if (writing_) CloseHandle(writing_);
+    if (reading_) CloseHandle(reading_);
+  }
+  ChildStreams(const ChildStreams&) = delete;
+  ChildStreams& operator=(const ChildStreams&) = delete;
+
+  bool kept() const { return list_ != nullptr; }
+  void dress(STARTUPINFOEXW& how) const {
+    how.StartupInfo.cb = sizeof(STARTUPINFOW);
+    if (!kept()) return;
+    how.StartupInfo.cb = sizeof how;
+    how.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+    how.StartupInfo.hStdOutput = how.StartupInfo.hStdError = writing_;
+    how.lpAttributeList = list_;
+  }
+  HANDLE takeReading() { return std::exchange(reading_, nullptr); }
+
+ private:
+  HANDLE reading_ = nullptr;
+  HANDLE writing_ = nullptr;
+  std::vector<char> room_;
+  LPPROC_THREAD_ATTRIBUTE_LIST list_ = nullptr;
+};
+
+}  // namespace
+
 struct ChildProcess::Native {
   HANDLE job = nullptr;
   HANDLE process = nullptr;
+  HANDLE written = nullptr;  ///< the reading end of its streams
+
+  void closeWritten() {
+    if (written) CloseHandle(std::exchange(written, nullptr));
+  }
 
   void forget() {
     if (process) CloseHandle(process);
@@ -62,23 +118,30 @@ struct ChildProcess::Native {
 
 ChildProcess::ChildProcess() : native_(std::make_unique<Native>()) {}
 
-ChildProcess::~ChildProcess() { end(); }
-
-std::string ChildProcess::start(const std::string& line) {
+ChildProcess::~ChildProcess() {
   end();
+  native_->closeWritten();
+}
+
+std::string ChildProcess::start(const std::string& line, Written written) {
+  end();
+  native_->closeWritten();
   const ProgramLine asked = programOf(line);
   if (!asked.problem.empty()) return asked.problem;
   const std::wstring program = fullName(asked.program);
   if (program.empty()) return "There is no program " + asked.program + ".";
   std::wstring words = wide(line);
-  STARTUPINFOW how{};
-  how.cb = sizeof how;
+  ChildStreams streams(written);
+  STARTUPINFOEXW how{};
+  streams.dress(how);
   PROCESS_INFORMATION child{};
   // It joins the job before it has run at all, and could have started others.
-  const DWORD flags = CREATE_NO_WINDOW | CREATE_SUSPENDED;
-  if (!CreateProcessW(program.c_str(), words.data(), nullptr, nullptr, FALSE, flags, nullptr,
-                      nullptr, &how, &child))
+  DWORD flags = CREATE_NO_WINDOW | CREATE_SUSPENDED;
+  if (streams.kept()) flags |= EXTENDED_STARTUPINFO_PRESENT;
+  if (!CreateProcessW(program.c_str(), words.data(), nullptr, nullptr, streams.kept(), flags,
+                      nullptr, nullptr, &how.StartupInfo, &child))
     return wordsFor(GetLastError());
+  native_->written = streams.takeReading();
   native_->process = child.hProcess;
   native_->job = makeJob();
   std::string problem;
@@ -107,6 +170,19 @@ bool ChildProcess::running() {
   if (WaitForSingleObject(native_->process, 0) == WAIT_TIMEOUT) return true;
   native_->forget();
   return false;
+}
+
+std::string ChildProcess::takeWritten() {
+  std::string text;
+  DWORD waiting = 0;
+  while (native_->written &&
+         PeekNamedPipe(native_->written, nullptr, 0, nullptr, &waiting, nullptr) && waiting > 0) {
+    char bytes[4096];
+    DWORD count = 0;
+    if (!ReadFile(native_->written, bytes, sizeof bytes, &count, nullptr) || count == 0) break;
+    text.append(bytes, count);
+  }
+  return text;
 }
 
 }  // namespace kelvane

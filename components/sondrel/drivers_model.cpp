@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "components/sondrel/parameter_checks.h"
+#include "components/sondrel/radios/radio_setup.h"
 #include "contract/types.h"
 
 namespace kelvane::sondrel {
@@ -48,8 +49,15 @@ DriversModel::DriversModel(ReceiverConfig config) : config_(std::move(config)) {
 std::string DriversModel::add(std::string_view kind) {
   if (!receiverKind(kind)) return "There is no kind of receiver called " + std::string(kind) + ".";
   auto& receivers = config_.receivers;
+  return add(ReceiverEntry{freeName(receivers), std::string(receiverKind(kind)->name), {}, {}});
+}
+
+std::string DriversModel::add(ReceiverEntry entry) {
+  auto& receivers = config_.receivers;
   if (receivers.size() >= kMostReceivers) return "There can be eight receivers at most.";
-  ReceiverEntry entry{freeName(receivers), std::string(receiverKind(kind)->name), {}, {}};
+  const std::string name = entry.name;
+  for (int number = 2; isTaken(receivers, entry.name, nullptr); ++number)
+    entry.name = name + " (" + std::to_string(number) + ")";
   entry.memories = newMemoriesName(entry, memories_);
   memories_.push_back(entry.memories);
   receivers.push_back(std::move(entry));
@@ -120,6 +128,14 @@ std::string DriversModel::parameter(std::size_t index, std::string_view key) con
     if (equalIgnoringCase(parameter.key, key)) return std::string(parameter.standard);
   }
   return {};
+}
+
+std::string whoHasDevice(const std::vector<ReceiverEntry>& receivers, std::string_view device) {
+  if (trimmed(device).empty() || isNetworkDevice(device)) return {};
+  const auto found = std::ranges::find_if(receivers, [&](const ReceiverEntry& entry) {
+    return equalIgnoringCase(entry.kind, "radio") && sameDevice(entry.setting("Device"), device);
+  });
+  return found == receivers.end() ? std::string() : found->name;
 }
 
 const ReceiverKind& DriversModel::kindOf(std::size_t index) const {

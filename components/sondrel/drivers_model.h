@@ -21,6 +21,8 @@ class DriversModel {
 
   /// Adds one of that kind at the end, under a name of its own; at most eight.
   std::string add(std::string_view kind);
+  /// Adds a receiver that is described already; where its name is taken, with a number behind it.
+  std::string add(ReceiverEntry entry);
   std::string remove(std::size_t index);
   /// A name of 1 to 60 characters that no other receiver has.
   std::string rename(std::size_t index, std::string_view name);
@@ -41,5 +43,9 @@ class DriversModel {
   /// to be taken for one that was removed.
   std::vector<std::string> memories_;
 };
+
+/// The receivers but this one whose radio is at the same serial port, for a warning: the name of
+/// the first; empty where there is none, and for a device that is a place in the network.
+std::string whoHasDevice(const std::vector<ReceiverEntry>& receivers, std::string_view device);
 
 }  // namespace kelvane::sondrel

@@ -98,6 +98,8 @@ class Receiver {
   /// What was found behind the link, in words, a line each; empty for a kind that finds nothing
   /// out.
   virtual std::string found() const { return {}; }
+  /// More words than the link's code for why it is not up; empty where there are none.
+  virtual std::string linkFault() const { return {}; }
   virtual ChannelReading channelReading() const { return {}; }
   /// Whether the operator looks at this receiver: it is served first then.
   virtual void setShown(bool) {}

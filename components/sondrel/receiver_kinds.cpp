@@ -1,12 +1,13 @@
 #include <array>
 
+#include "components/sondrel/radios/radio_kind.h"
 #include "components/sondrel/rigctld_receiver.h"
 #include "components/sondrel/simulation.h"
 
 namespace kelvane::sondrel {
 
 std::span<const ReceiverKind> receiverKinds() {
-  static const std::array kinds{simulatedKind(), rigctldKind()};
+  static const std::array kinds{simulatedKind(), rigctldKind(), radioKind()};
   return kinds;
 }
 

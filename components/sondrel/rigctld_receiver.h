@@ -33,6 +33,7 @@ class RigctldReceiver : public Receiver {
   Outcome setTime(const Text& time, Instant now) override;
   void setShown(bool shown) override { worker_.show(shown); }
   std::string found() const override { return found_; }
+  std::string linkFault() const override { return worker_.fault(); }
 
  protected:
   void openLink(Instant now) override;

@@ -18,7 +18,9 @@ class RigctldTrial final : public LinkTrial {
 
   std::optional<std::string> result() override {
     const std::lock_guard lock(mutex_);
-    return result_;
+    if (!fault_) return result_;
+    const std::string words = worker_.fault();
+    return words.empty() ? inWords(*fault_, address_) : words;
   }
 
  private:
@@ -28,15 +30,17 @@ class RigctldTrial final : public LinkTrial {
     for (const auto& report : reports) {
       if (const auto* found = std::get_if<CapabilityReport>(&report)) {
         result_ = inWords(*found->found);
+        fault_.reset();
       }
       const auto* link = std::get_if<LinkReport>(&report);
-      if (link && link->state != LinkState::Up) result_ = inWords(link->state, address_);
+      if (link && link->state != LinkState::Up) fault_ = link->state;
     }
   }
 
   const RigctldAddress address_;
   std::mutex mutex_;
   std::optional<std::string> result_;
+  std::optional<LinkState> fault_;  ///< newer than the result
   RigctldWorker worker_;  ///< last: it reports into the rest
 };
 

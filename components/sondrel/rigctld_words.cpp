@@ -89,7 +89,8 @@ std::string inWords(const RigctldCapabilities& can) {
 }
 
 std::string inWords(LinkState fault, const RigctldAddress& address) {
-  const std::string place = address.host + ", port " + std::to_string(address.port);
+  const std::string place =
+      address.own ? "its rigctld" : address.host + ", port " + std::to_string(address.port);
   switch (fault) {
     case LinkState::BadAddress:
       return "There is no such place as " + place + ". Look at Host and Port.";

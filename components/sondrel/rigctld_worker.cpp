@@ -25,6 +25,7 @@ CloseReason reasonOf(NetFailure failure) {
 }
 
 constexpr milliseconds kKnockEvery{100};
+constexpr std::size_t kMostWritten = 8192;
 /// What a turn lacked, memory above all, is hardly there at once.
 constexpr milliseconds kPauseAfterFault{100};
 
@@ -36,8 +37,8 @@ RigctldWorker::RigctldWorker(RigctldAddress address, const RigctldOptions& optio
     : address_(std::move(address)),
       session_(options),
       deliver_(std::move(deliver)),
-      keeper_({[this] { return process_.start(address_.command); },
-               [this] { return process_.running(); }, [this] { process_.end(); }}),
+      keeper_({[this] { return startServer(); }, [this] { return serverRuns(); },
+               [this] { process_.end(); }}),
       thread_([this] { run(); }) {}
 
 RigctldWorker::~RigctldWorker() {
@@ -101,10 +102,25 @@ bool RigctldWorker::serve() {
   keepServer(clockNow());
   keepConnection(clockNow());
   if (const auto output = session_.takeOutput(); !output.empty()) client_.send(output);
-  if (auto reports = session_.takeReports(); !reports.empty()) deliver_(std::move(reports), order_);
+  deliver();
   const auto events = client_.wait(clockNow(), nextDue());
   feed(events, clockNow());
   return true;
+}
+
+void RigctldWorker::deliver() {
+  auto reports = session_.takeReports();
+  if (reports.empty()) return;
+  const bool up = std::ranges::any_of(reports, [](const RigReport& report) {
+    const auto* link = std::get_if<LinkReport>(&report);
+    return link && link->state == LinkState::Up;
+  });
+  // What went wrong before says nothing of the next fault.
+  if (up) {
+    written_.clear();
+    rememberFault({});
+  }
+  deliver_(std::move(reports), order_);
 }
 
 Instant RigctldWorker::nextDue() const {
@@ -131,8 +147,40 @@ bool RigctldWorker::readMail(Instant now) {
   return !mail.stop;
 }
 
+std::string RigctldWorker::fault() const {
+  const std::lock_guard lock(mutex_);
+  return fault_;
+}
+
+void RigctldWorker::rememberFault(const std::string& words) {
+  const std::lock_guard lock(mutex_);
+  fault_ = words;
+}
+
+std::string RigctldWorker::startServer() {
+  if (!address_.own) return process_.start(address_.command);
+  const OwnServer::Start start = address_.own->prepare();
+  written_.clear();
+  address_.port = start.port;
+  std::string problem = start.problem;
+  if (problem.empty()) problem = process_.start(start.command, Written::Kept);
+  if (!problem.empty()) rememberFault(problem);
+  return problem;
+}
+
+bool RigctldWorker::serverRuns() {
+  const bool runs = process_.running();
+  if (!address_.own) return runs;
+  const std::string more = process_.takeWritten();
+  if (more.empty()) return runs;
+  written_ += more;
+  if (written_.size() > kMostWritten) written_.erase(0, written_.size() - kMostWritten);
+  if (const auto words = address_.own->fault(written_); !words.empty()) rememberFault(words);
+  return runs;
+}
+
 void RigctldWorker::keepServer(Instant now) {
-  if (address_.command.empty()) return;
+  if (!address_.startsServer()) return;
   const bool begins =
       session_.connectionWanted() != 0 && session_.connectionWanted() != connection_;
   if (begins && !keeper_.want(now).empty()) session_.closed(CloseReason::NoServer, now);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "base/child_process.h"
 #include "base/tcp_client.h"
+#include "components/sondrel/radios/own_server.h"
 #include "components/sondrel/rigctld_session.h"
 #include "components/sondrel/server_keeper.h"
 
@@ -21,6 +23,11 @@ struct RigctldAddress {
   std::int32_t port = 0;
   /// Starts a server of our own there while the link is wanted; empty for one that runs anyhow.
   std::string command = {};
+  /// The server of a radio, which is started while the link is wanted, at a port of its own; null
+  /// where there is none.
+  std::shared_ptr<OwnServer> own = {};
+
+  bool startsServer() const { return own || !command.empty(); }
 };
 
 /// Runs one session on a thread of its own. Every function may be called from any thread and
@@ -42,6 +49,10 @@ class RigctldWorker {
   void request(RigRequest request);
   void show(bool shown);
 
+  /// Why the server of its own has not come up, or does not reach its radio, in words; empty where
+  /// nothing is known. From any thread.
+  std::string fault() const;
+
  private:
   /// What waits to be told to the session. Opening, closing and requests keep their order, so that
   /// a request made before a closing is not carried out after it.
@@ -60,9 +71,13 @@ class RigctldWorker {
   bool serve();
   bool readMail(Instant now);
   void keepServer(Instant now);
+  std::string startServer();
+  bool serverRuns();
+  void rememberFault(const std::string& words);
   void keepConnection(Instant now);
   Instant nextDue() const;
   void feed(const TcpClient::Events& events, Instant now);
+  void deliver();
 
   RigctldAddress address_;
   RigctldSession session_;
@@ -73,8 +88,10 @@ class RigctldWorker {
   std::uint32_t connection_ = 0;
   Instant knockAt_ = kNever;  ///< next attempt at a server that does not listen yet
   std::uint32_t order_ = 0;
-  std::mutex mutex_;
+  std::string written_;  ///< what the server of its own wrote last
+  mutable std::mutex mutex_;
   Mail mail_;
+  std::string fault_;
   std::thread thread_;  ///< last: it uses everything above
 };
 

@@ -40,6 +40,30 @@ enum DialogId : int {
   Host = 3044,
   Port = 3045,
   Line = 3050,  // 0..7
+
+  // Adding a radio: window class KelvaneAddRadio; opened by the list's AddRadio
+  AddRadio = 3060,
+  Maker = 3061,
+  Find = 3062,
+  Models = 3063,
+  Device = 3064,
+  Speed = 3065,
+  Civ = 3066,
+  Handshake = 3067,
+  RadioName = 3068,
+  Rigctld = 3069,  // which one is used, or what is wrong with it
+  ShowRigctld = 3070,
+  Try = 3071,
+  TrySpeeds = 3072,
+  Stop = 3073,
+  Steps = 3074,  // of the trial, a line each
+
+  // Servers that run already: window class KelvaneFindServers; opened by the list's FindServers
+  FindServers = 3080,
+  SearchHost = 3081,
+  Search = 3082,
+  Servers = 3083,
+  SearchState = 3084,
 };
 
 }  // namespace kelvane::sondrel::id

@@ -5,7 +5,9 @@
 
 #include "base/win32/list_rows.h"
 #include "base/win32/utf16.h"
+#include "components/sondrel/win32/add_radio_dialog.h"
 #include "components/sondrel/win32/dialog_ids.h"
+#include "components/sondrel/win32/find_servers_dialog.h"
 
 namespace kelvane::sondrel {
 
@@ -19,11 +21,13 @@ enum Column : int { kName, kKind, kLink };
 }  // namespace
 
 DriversDialog::DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, FoundOf foundOf,
-                             const std::function<FileResult()>& apply)
+                             DeskOf deskOf, const std::function<FileResult()>& apply)
     : DialogWindow({L"KelvaneDrivers", "Receivers", owner, 660, 556}),
       model_(model),
       linkOf_(std::move(linkOf)),
       foundOf_(std::move(foundOf)),
+      deskOf_(std::move(deskOf)),
+      before_(model.receivers()),
       apply_(apply) {
   makeList();
   makeReceiver();
@@ -58,6 +62,18 @@ void DriversDialog::makeList() {
        "",
        {124, 265, 90, 120}});
   add({id::Add, WC_BUTTONW, push, "&Add", {222, 264, 96, 26}, "Add a receiver of this kind"});
+  add({id::AddRadio,
+       WC_BUTTONW,
+       push,
+       "Add a &radio...",
+       {12, 296, 149, 26},
+       "A radio on a cable or in the network: choose its maker, model and port"});
+  add({id::FindServers,
+       WC_BUTTONW,
+       push,
+       "&Find servers...",
+       {169, 296, 149, 26},
+       "Radio servers that run already, here or on another computer"});
 }
 
 void DriversDialog::makeReceiver() {
@@ -69,7 +85,7 @@ void DriversDialog::makeReceiver() {
   add({id::Label, WC_STATICW, 0, "&Value:", {334, 302, 60, 16}});
   add({id::Value, WC_EDITW, edit, "", {394, 298, 254, 23}, "Empty for the usual value"});
   add({id::Help, WC_STATICW, SS_NOPREFIX, "", {334, 327, 314, 32}});
-  add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 300, 306, 60}, "", 0, "", true});
+  add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 328, 306, 36}, "", 0, "", true});
 }
 
 void DriversDialog::makeTest() {
@@ -207,6 +223,8 @@ void DriversDialog::command(int control, int notice) {
   if (control == id::Value && notice == EN_CHANGE && !filling_) return valueTyped();
   if (notice != BN_CLICKED) return;
   if (control == id::Add) addReceiver();
+  if (control == id::AddRadio) addRadio();
+  if (control == id::FindServers) findServers();
   if (control == id::Remove) removeReceiver();
   if (control == id::MoveUp) moveReceiver(-1);
   if (control == id::MoveDown) moveReceiver(1);
@@ -239,6 +257,35 @@ void DriversDialog::addReceiver() {
   showReceiver();
   // With the proposed name selected: what is typed replaces it.
   SendMessageW(window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(item(id::Name)), TRUE);
+}
+
+void DriversDialog::addRadio() {
+  giveUpWrong();
+  forgetTest();
+  AddRadioDialog dialog(window(), deskOf_(), model_.receivers());
+  dialog.runModal();
+  takeIn(dialog.added());
+}
+
+void DriversDialog::findServers() {
+  giveUpWrong();
+  forgetTest();
+  FindServersDialog dialog(window(), placesOf(model_.receivers()));
+  dialog.runModal();
+  takeIn(dialog.added());
+}
+
+/// Adds what another dialog has made. Where nothing else was changed here it takes effect at once.
+void DriversDialog::takeIn(const std::optional<ReceiverEntry>& added) {
+  if (!added) return;
+  const bool untouched = model_.receivers() == before_;
+  const std::string problem = model_.add(*added);
+  if (!problem.empty()) return say(problem);
+  receiver_ = static_cast<int>(model_.receivers().size()) - 1;
+  showReceivers();
+  showReceiver();
+  if (untouched) return confirm();
+  say("OK keeps the list with what else was changed.");
 }
 
 void DriversDialog::removeReceiver() {

@@ -2,12 +2,14 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/safe_file.h"
 #include "base/win32/dialog_window.h"
 #include "components/sondrel/drivers_model.h"
 #include "components/sondrel/link_trial.h"
+#include "components/sondrel/radios/radio_desk.h"
 
 namespace kelvane::sondrel {
 
@@ -21,7 +23,10 @@ class DriversDialog : public win32::DialogWindow {
   /// What the link of the receiver of this very entry has found; empty where it is not up.
   using FoundOf = std::function<std::string(const ReceiverEntry& entry)>;
 
-  DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, FoundOf foundOf,
+  /// Who looks after what adding a radio needs, made when it is first needed.
+  using DeskOf = std::function<RadioDesk&()>;
+
+  DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, FoundOf foundOf, DeskOf deskOf,
                 const std::function<FileResult()>& apply);
 
  private:
@@ -42,6 +47,9 @@ class DriversDialog : public win32::DialogWindow {
   void select(int receiver);
 
   void addReceiver();
+  void addRadio();
+  void findServers();
+  void takeIn(const std::optional<ReceiverEntry>& added);
   void removeReceiver();
   void moveReceiver(int by);
   void nameTyped();
@@ -62,6 +70,8 @@ class DriversDialog : public win32::DialogWindow {
   DriversModel& model_;
   LinkOf linkOf_;
   FoundOf foundOf_;
+  DeskOf deskOf_;
+  const std::vector<ReceiverEntry> before_;  ///< the receivers when the dialog was opened
   const std::function<FileResult()>& apply_;
   int receiver_ = 0;
   int parameter_ = 0;

@@ -86,7 +86,9 @@ std::unique_ptr<ReceiverWindow> makeReceiverWindow(HWND owner, SondrelCore& core
 
 std::string linkWords(const Receiver* receiver) {
   if (!receiver) return {};
-  return receiver->online() ? "Link: Up" : std::string(linkFaultWords(receiver->linkCode()));
+  if (receiver->online()) return "Link: Up";
+  const std::string fault = receiver->linkFault();
+  return fault.empty() ? std::string(linkFaultWords(receiver->linkCode())) : fault;
 }
 
 }  // namespace kelvane::sondrel

@@ -1,7 +1,9 @@
 #include "components/sondrel/win32/sondrel_windows.h"
 
 #include "base/win32/utf16.h"
+#include "components/sondrel/radios/server_program.h"
 #include "components/sondrel/win32/drivers_dialog.h"
+#include "components/sondrel/win32/system_ports.h"
 
 namespace kelvane::sondrel {
 
@@ -27,7 +29,16 @@ void SondrelWindows::editDrivers(DriversModel& model, const std::function<FileRe
   // Over a dialog of the owner's that is open already.
   const HWND over = owner() ? GetLastActivePopup(owner()) : nullptr;
   const std::function<FileResult()> confirm = applied;
-  DriversDialog(over, model, linkOf, foundOf, confirm).runModal();
+  const auto deskOf = [this]() -> RadioDesk& { return desk(); };
+  DriversDialog(over, model, linkOf, foundOf, deskOf, confirm).runModal();
+}
+
+RadioDesk& SondrelWindows::desk() {
+  if (!desk_)
+    desk_ = std::make_unique<RadioDesk>(RadioDesk::Sources{
+        systemSerialPorts, [] { return serverPrograms(programPlaces(), shownRigctld()); },
+        keepShownRigctld, outputOf});
+  return *desk_;
 }
 
 bool SondrelWindows::retry(const std::string& words) {

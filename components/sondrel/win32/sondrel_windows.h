@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "components/sondrel/component_windows.h"
+#include "components/sondrel/radios/radio_desk.h"
 #include "components/sondrel/win32/receiver_window.h"
 #include "contract/win32/server/message_boxes.h"
 
@@ -29,11 +30,13 @@ class SondrelWindows final : public ComponentWindows {
 
  private:
   HWND owner() const;
+  RadioDesk& desk();
 
   std::function<SondrelCore&()> core_;
   Long owner_ = 0;
   std::array<std::unique_ptr<ReceiverWindow>, kMostReceivers> settings_;
   com::MessageBoxes messages_;
+  std::unique_ptr<RadioDesk> desk_;
 };
 
 }  // namespace kelvane::sondrel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kelvane::sondrel {
+
+/// A server that this program starts for one radio, made anew for each start. For one thread.
+class OwnServer {
+ public:
+  virtual ~OwnServer() = default;
+  OwnServer() = default;
+  OwnServer(const OwnServer&) = delete;
+  OwnServer& operator=(const OwnServer&) = delete;
+
+  struct Start {
+    std::string command;
+    std::int32_t port = 0;  ///< of loopback, at which it will listen
+    std::string problem;    ///< why it cannot be started, in words; else empty
+  };
+  virtual Start prepare() = 0;
+  /// Why it does not reach its radio, by what it wrote last; empty where that says nothing.
+  virtual std::string fault(std::string_view written) const = 0;
+};
+
+}  // namespace kelvane::sondrel

@@ -1,0 +1,202 @@
+#include "components/sondrel/radios/radio_desk.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/barrier.h"
+#include "components/sondrel/radios/radio_setup.h"
+#include "components/sondrel/radios/server_program.h"
+
+namespace kelvane::sondrel {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr milliseconds kPortsEvery{700};
+// A virus scanner may hold up the first start of a program.
+constexpr milliseconds kProgramLimit{10'000};
+
+std::string pathText(const fs::path& path) {
+  const auto text = path.u8string();
+  return {reinterpret_cast<const char*>(text.data()), text.size()};
+}
+
+}  // namespace
+
+RadioDesk::RadioDesk(Sources sources) : sources_(std::move(sources)), thread_([this] { run(); }) {}
+
+RadioDesk::~RadioDesk() {
+  {
+    const std::lock_guard lock(mutex_);
+    stop_ = true;
+  }
+  wake_.notify_all();
+  thread_.join();
+}
+
+DeskState RadioDesk::state() const {
+  const std::lock_guard lock(mutex_);
+  return state_;
+}
+
+std::uint32_t RadioDesk::changes() const {
+  const std::lock_guard lock(mutex_);
+  return changes_;
+}
+
+bool RadioDesk::stopped() const {
+  const std::lock_guard lock(mutex_);
+  return stop_;
+}
+
+void RadioDesk::look() {
+  change([this](DeskState& state) {
+    wishes_.look = true;
+    state.looking = true;
+  });
+}
+
+void RadioDesk::show(const fs::path& program) {
+  change([&](DeskState& state) {
+    wishes_.shown = program;
+    state.looking = true;
+  });
+}
+
+void RadioDesk::ask(std::int32_t model) {
+  change([&](DeskState&) { wishes_.model = model; });
+}
+
+void RadioDesk::watchPorts(bool watch) {
+  change([&](DeskState&) { watching_ = watch; });
+}
+
+template <class Change>
+void RadioDesk::change(Change change) {
+  {
+    const std::lock_guard lock(mutex_);
+    change(state_);
+    ++changes_;
+  }
+  wake_.notify_all();
+}
+
+void RadioDesk::run() {
+  std::unique_lock lock(mutex_);
+  while (!stop_) {
+    const Wishes wishes = std::exchange(wishes_, {});
+    const bool ports = watching_;
+    lock.unlock();
+    // Ports first: they are there at once.
+    if (ports) barrier("looking for ports", [this] { readPorts(); });
+    barrier("asking rigctld", [&] { turn(wishes); });
+    lock.lock();
+    const auto wished = [this] {
+      return stop_ || wishes_.look || wishes_.shown || wishes_.model != 0;
+    };
+    if (watching_) {
+      wake_.wait_for(lock, kPortsEvery, wished);
+    } else {
+      wake_.wait(lock, [&] { return wished() || watching_; });
+    }
+  }
+}
+
+void RadioDesk::turn(const Wishes& wishes) {
+  if (wishes.shown) {
+    said(readProgram(*wishes.shown));
+    if (state().program == pathText(*wishes.shown)) sources_.remember(*wishes.shown);
+  } else if (wishes.look) {
+    readBestProgram();
+  }
+  if (wishes.model != 0) readFacts(wishes.model);
+}
+
+void RadioDesk::readPorts() {
+  auto ports = sources_.ports();
+  if (ports == state().ports) return;
+  change([&](DeskState& state) { state.ports = std::move(ports); });
+}
+
+/// Reads the first program that is a rigctld; the words are those of the first that is none.
+void RadioDesk::readBestProgram() {
+  constexpr std::size_t kMostTries = 4;
+  const auto programs = sources_.programs();
+  std::string first;
+  for (std::size_t place = 0; place < std::min(programs.size(), kMostTries); ++place) {
+    const std::string problem = readProgram(programs[place]);
+    if (state().program == pathText(programs[place])) {
+      if (place > 0) sources_.remember(programs[place]);
+      return said(problem);
+    }
+    if (place == 0) first = problem;
+  }
+  said(programs.empty() ? noServerProgramWords() : first);
+}
+
+void RadioDesk::said(const std::string& problem) {
+  change([&](DeskState& state) {
+    state.looking = false;
+    state.problem = problem;
+  });
+}
+
+/// Takes a program over unless it is in use already; answers what there is to say of it.
+std::string RadioDesk::readProgram(const fs::path& program) {
+  std::error_code none;
+  const auto at = fs::last_write_time(program, none);
+  if (program == readFrom_ && at == readAt_) return state().problem;
+  std::string problem;
+  if (takeProgram(program, problem)) {
+    readFrom_ = program;
+    readAt_ = at;
+  }
+  return problem;
+}
+
+/// Takes a program over where it is a rigctld that lists models. What is in use stays otherwise.
+bool RadioDesk::takeProgram(const fs::path& program, std::string& problem) {
+  const std::string name = pathText(program);
+  problem.clear();
+  const ServerVersion version = readServerVersion(output(name, "--version", problem));
+  if (problem.empty() && version.words.empty()) problem = name + " is no rigctld.";
+  if (!problem.empty()) return false;
+  auto models = readModels(output(name, "-l", problem));
+  if (problem.empty() && !models) problem = name + " does not list its models.";
+  if (!problem.empty()) return false;
+  if (version.tooOld) problem = version.words + " is too old: get 4.0 or later.";
+  auto list = std::make_shared<const ModelList>(std::move(*models));
+  change([&](DeskState& state) {
+    state.program = name;
+    state.version = version.words;
+    state.models = std::move(list);
+    state.factsOf = 0;
+  });
+  return true;
+}
+
+void RadioDesk::readFacts(std::int32_t model) {
+  const std::string program = state().program;
+  if (program.empty()) return;
+  std::string problem;
+  const std::string number = "-m " + std::to_string(model);
+  const std::string capabilities = output(program, number + " -u", problem);
+  const std::string settings = output(program, number + " -L", problem);
+  const ModelFacts facts = readModelFacts(capabilities, settings);
+  change([&](DeskState& state) {
+    state.factsOf = model;
+    state.facts = facts;
+  });
+}
+
+/// What a rigctld prints; why it does not in `problem`, which stays where it does.
+std::string RadioDesk::output(const std::string& program, const std::string& words,
+                              std::string& problem) {
+  const ProgramOutput output =
+      sources_.run("\"" + program + "\" " + words, kProgramLimit, [this] { return stopped(); });
+  if (!output.problem.empty()) problem = program + ": " + output.problem;
+  return output.text;
+}
+
+}  // namespace kelvane::sondrel
