@@ -181,11 +181,12 @@ void AddRadioDialog::showModels() {
     return known_.models->models[place].number == model_;
   };
   const auto shown = std::ranges::find_if(rows_, same);
-  // The only one left is the one that is meant.
-  const std::size_t row =
-      shown != rows_.end() ? static_cast<std::size_t>(shown - rows_.begin()) : 0;
-  if (shown != rows_.end() || rows_.size() == 1) {
-    list_.select(row);
+  // What was typed means the first one of those left.
+  const bool sought = !trimmed(text(id::Find)).empty() && !rows_.empty();
+  if (shown != rows_.end() && !sought) {
+    list_.select(static_cast<std::size_t>(shown - rows_.begin()));
+  } else if (sought) {
+    list_.select(0);
   } else {
     choose(rows_.size());
   }
