@@ -65,7 +65,7 @@ void DriversDialog::makeList() {
   add({id::AddRadio,
        WC_BUTTONW,
        push,
-       "Add a &radio...",
+       "Add a radi&o...",
        {12, 296, 149, 26},
        "A radio on a cable or in the network: choose its maker, model and port"});
   add({id::FindServers,
