@@ -29,6 +29,11 @@ constexpr std::size_t kMostWritten = 8192;
 /// What a turn lacked, memory above all, is hardly there at once.
 constexpr milliseconds kPauseAfterFault{100};
 
+bool tellsOfLink(const std::vector<RigReport>& reports) {
+  return std::ranges::any_of(
+      reports, [](const RigReport& report) { return std::holds_alternative<LinkReport>(report); });
+}
+
 Instant clockNow() { return std::chrono::steady_clock::now(); }
 
 }  // namespace
@@ -119,6 +124,8 @@ void RigctldWorker::deliver() {
   if (up) {
     written_.clear();
     rememberFault({});
+  } else if (address_.own && fault().empty() && tellsOfLink(reports)) {
+    rememberFault(address_.own->silence());
   }
   deliver_(std::move(reports), order_);
 }

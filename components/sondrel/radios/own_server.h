@@ -22,6 +22,8 @@ class OwnServer {
   virtual Start prepare() = 0;
   /// Why it does not reach its radio, by what it wrote last; empty where that says nothing.
   virtual std::string fault(std::string_view written) const = 0;
+  /// The same where it wrote nothing of it.
+  virtual std::string silence() const = 0;
 };
 
 }  // namespace kelvane::sondrel

@@ -70,6 +70,12 @@ std::string radioSilentWords(const RadioSetup& setup) {
   return "The radio does not answer" + at + ". Is it switched on, and is this its speed?";
 }
 
+std::string radioGoneWords(const RadioSetup& setup) {
+  if (isNetworkDevice(setup.device)) return radioSilentWords(setup);
+  const std::string who = setup.device.empty() ? std::string("The radio") : setup.device;
+  return who + " does not answer. Is the cable plugged in, and the radio switched on?";
+}
+
 std::string radioFault(const RadioSetup& setup, std::string_view written) {
   const std::string letters = upper(written);
   const HintWords* newest = nullptr;

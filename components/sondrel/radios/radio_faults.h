@@ -14,5 +14,6 @@ std::string radioFault(const RadioSetup& setup, std::string_view written);
 // The same by what else is known.
 std::string portMissingWords(const RadioSetup& setup);
 std::string radioSilentWords(const RadioSetup& setup);
+std::string radioGoneWords(const RadioSetup& setup);
 
 }  // namespace kelvane::sondrel

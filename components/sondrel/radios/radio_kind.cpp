@@ -69,6 +69,8 @@ class RadioServer final : public OwnServer {
   }
   std::string fault(std::string_view written) const override { return radioFault(setup_, written); }
 
+  std::string silence() const override { return radioGoneWords(setup_); }
+
  private:
   const RadioSetup setup_;
 };
