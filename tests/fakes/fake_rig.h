@@ -133,7 +133,14 @@ class FakeRig {
     return {0, {{"", text.str()}}};
   }
 
+  static bool isNumber(const std::string& word) {
+    return !word.empty() && word.find_first_not_of("0123456789.-") == word.npos;
+  }
+
   Performed set(const std::vector<std::string>& words) {
+    // What it lacks it refuses, and what a garbled greeting made of a command it does not understand.
+    const bool changes = std::string("FMLUP").find(words[0]) != std::string::npos;
+    if (!changes || words.size() < 2 || !isNumber(words.back())) return {1, {}};
     std::string line;
     for (const auto& word : words) line += (line.empty() ? "" : " ") + word;
     sets.push_back(line);

@@ -142,10 +142,11 @@ bool RunningPanel::shown() {
 }
 
 testing::AssertionResult RunningPanel::settledOn(int tab) {
-  // The status box alone would not tell: it blinks. The tab is looked at last: one that was seen
-  // before the display answers may be that of the start, and the display another receiver's.
+  // The tab control selects its tab before what belongs to it is shown: the caption tells when it
+  // is, and is looked at first. The status box alone would not tell: it blinks.
   const auto answers = [this, tab] {
-    return enabled(id::FrqDigit + 5) && !visible(id::RxMask) && selectedTab() == tab;
+    return selectedTab() == tab && caption().find(" - Receiver " + tabName(tab)) != std::string::npos &&
+           enabled(id::FrqDigit + 5) && !visible(id::RxMask);
   };
   if (!shown()) return testing::AssertionFailure() << "no window came";
   if (!eventually(answers, 20000)) {
@@ -154,10 +155,6 @@ testing::AssertionResult RunningPanel::settledOn(int tab) {
            << (visible(id::RxMask) ? "shown" : "hidden") << ", digits are "
            << (enabled(id::FrqDigit + 5) ? "free" : "locked");
   }
-  // The tab is selected before what belongs to it is shown. Another receiver's link that comes up
-  // now would take the display, as it shall.
-  Sleep(60);
-  eventually(answers, 1000);
   // A window that has just come up gets the keyboard a little later than it is seen.
   if (giveKeyboard(window_)) return testing::AssertionSuccess();
   return testing::AssertionFailure() << "the window did not keep the keyboard";
@@ -178,6 +175,24 @@ std::string RunningPanel::digits() const {
 
 int RunningPanel::selectedTab() const {
   return static_cast<int>(SendMessageW(control(id::TabStrip), TCM_GETCURSEL, 0, 0));
+}
+
+std::string RunningPanel::tabName(int tab) const {
+  // The message carries addresses in the program's own memory.
+  wchar_t text[128] = L"";
+  void* there = VirtualAllocEx(process_.hProcess, nullptr, sizeof(TCITEMW) + sizeof text,
+                               MEM_COMMIT, PAGE_READWRITE);
+  TCITEMW item{};
+  item.mask = TCIF_TEXT;
+  item.pszText = reinterpret_cast<wchar_t*>(static_cast<TCITEMW*>(there) + 1);
+  item.cchTextMax = 127;
+  WriteProcessMemory(process_.hProcess, there, &item, sizeof item, nullptr);
+  SendMessageW(control(id::TabStrip), TCM_GETITEMW, tab, reinterpret_cast<LPARAM>(there));
+  ReadProcessMemory(process_.hProcess, item.pszText, text, sizeof text, nullptr);
+  VirtualFreeEx(process_.hProcess, there, 0, MEM_RELEASE);
+  std::string name = narrow(text);
+  std::erase(name, '&');
+  return name;
 }
 
 int RunningPanel::tabs() const {

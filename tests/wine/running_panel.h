@@ -53,6 +53,8 @@ class RunningPanel {
   std::string digits() const;
   int selectedTab() const;
   int tabs() const;
+  /// What the tab says, without the mark of its letter.
+  std::string tabName(int tab) const;
 
   /// Real keys: the characters one after the other, "\r" for Enter, "\b" for Backspace, "\x1b" for
   /// Escape.
