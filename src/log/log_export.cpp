@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <unordered_set>
 
@@ -12,6 +11,7 @@
 #include "base/transliteration.h"
 #include "log/call_sign.h"
 #include "log/log_line.h"
+#include "log/record_text.h"
 
 namespace kelvane {
 
@@ -36,59 +36,59 @@ constexpr auto kAdifModes = std::to_array<AdifMode>(
      {"CW", "CW", ""},         {"CWR", "CW", ""},     {"RTTY", "RTTY", ""},
      {"RTTYR", "RTTY", ""},    {"FAX", "FAX", ""},    {"DRM", "DIGITALVOICE", ""}});
 
-void addNumber(std::string& text, long long value, std::size_t width = 1) {
-  std::array<char, 24> digits;
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-  const auto length = static_cast<std::size_t>(end - digits.data());
-  if (length < width) text.append(width - length, '0');
-  text.append(digits.data(), length);
+bool isPrintable(char c) { return c >= ' ' && c < 0x7F; }
+bool isQuotedFor(char c) { return c == '"' || c == ',' || c == '\r' || c == '\n'; }
+
+/// Whether any of the characters is such; looks at all of them, which is quicker than to stop.
+template <class Such>
+bool hasAny(std::string_view text, Such such) {
+  bool any = false;
+  for (const char c : text) any |= such(c);
+  return any;
 }
 
 /// `value` is of printable ASCII.
-void addPlain(std::string& file, std::string_view name, std::string_view value) {
+void addPlain(RecordText& file, std::string_view name, std::string_view value) {
   if (value.empty()) return;
-  file.append("<").append(name).append(":");
-  addNumber(file, static_cast<long long>(value.size()));
-  file.append(">").append(value).append(" ");
-}
-
-void addField(std::string& file, std::string_view name, std::string_view utf8) {
-  const auto isPrintable = [](char c) { return c >= ' ' && c < 0x7F; };
-  if (std::ranges::all_of(utf8, isPrintable)) return addPlain(file, name, utf8);
-  std::string value = transliterated(utf8);
-  std::ranges::replace_if(
-      value, [&](char c) { return !isPrintable(c); }, ' ');
-  addPlain(file, name, value);
+  file.add('<').add(name).add(':').addNumber(value.size()).add('>').add(value).add(' ');
 }
 
 /// A record, on its way out: its fields in UTF-8, and its moment.
 struct Outgoing {
   std::array<std::string_view, kLogFields> fields;
   std::optional<DateTime> utc;
+  bool plain = false;   ///< of printable ASCII alone
+  bool quoted = false;  ///< some field has to be quoted among comma separated values
 
   std::string_view operator[](int field) const { return fields[static_cast<std::size_t>(field)]; }
 };
 
-void addDate(std::string& text, const DateTime& moment, std::string_view between) {
-  addNumber(text, moment.year, 4);
-  addNumber(text.append(between), moment.month, 2);
-  addNumber(text.append(between), moment.day, 2);
+void addField(RecordText& file, std::string_view name, const Outgoing& record, int field) {
+  if (record.plain) return addPlain(file, name, record[field]);
+  std::string value = transliterated(record[field]);
+  std::ranges::replace_if(
+      value, [](char c) { return !isPrintable(c); }, ' ');
+  addPlain(file, name, value);
 }
 
-void addTime(std::string& text, const DateTime& moment, std::string_view between) {
-  addNumber(text, moment.hour, 2);
-  addNumber(text.append(between), moment.minute, 2);
-  addNumber(text.append(between), moment.second, 2);
+void addDate(RecordText& text, const DateTime& moment, std::string_view between) {
+  text.addTwoDigits(moment.year / 100).addTwoDigits(moment.year % 100);
+  text.add(between).addTwoDigits(moment.month).add(between).addTwoDigits(moment.day);
 }
 
-void addMoment(std::string& file, const std::optional<DateTime>& utc) {
+void addTime(RecordText& text, const DateTime& moment, std::string_view between) {
+  text.addTwoDigits(moment.hour).add(between).addTwoDigits(moment.minute);
+  text.add(between).addTwoDigits(moment.second);
+}
+
+void addMoment(RecordText& file, const std::optional<DateTime>& utc) {
   if (!utc) return;
-  addDate(file.append("<QSO_DATE:8>"), *utc, "");
-  addTime(file.append(" <TIME_ON:6>"), *utc, "");
-  file += ' ';
+  addDate(file.add("<QSO_DATE:8>"), *utc, "");
+  addTime(file.add(" <TIME_ON:6>"), *utc, "");
+  file.add(' ');
 }
 
-void addMode(std::string& file, std::string_view name) {
+void addMode(RecordText& file, std::string_view name) {
   const auto known = std::ranges::find_if(
       kAdifModes, [name](const AdifMode& mode) { return equalIgnoringCase(mode.name, name); });
   if (known == kAdifModes.end()) return;
@@ -97,16 +97,17 @@ void addMode(std::string& file, std::string_view name) {
 }
 
 /// A frequency in MHz, without noughts at its end.
-void addMegahertz(std::string& file, std::string_view hertz) {
+void addMegahertz(RecordText& file, std::string_view hertz) {
   constexpr std::size_t kPlaces = 6;
   if (hertz.size() > 15 || !std::ranges::all_of(hertz, isDigit))
     return addPlain(file, "FREQ", decimalText(num(hertz) / 1e6));
   while (hertz.starts_with('0')) hertz.remove_prefix(1);
   std::string text(hertz.size() > kPlaces ? hertz.substr(0, hertz.size() - kPlaces) : "0");
-  std::string places(hertz.size() < kPlaces ? kPlaces - hertz.size() : 0, '0');
-  places += hertz.substr(hertz.size() > kPlaces ? hertz.size() - kPlaces : 0);
-  while (places.ends_with('0')) places.pop_back();
-  if (!places.empty()) text.append(".").append(places);
+  const std::size_t point = text.size();
+  text.append(".").append(hertz.size() < kPlaces ? kPlaces - hertz.size() : 0, '0');
+  text += hertz.substr(hertz.size() > kPlaces ? hertz.size() - kPlaces : 0);
+  while (text.ends_with('0') && text.size() > point) text.pop_back();
+  if (text.ends_with('.')) text.pop_back();
   addPlain(file, "FREQ", text);
 }
 
@@ -119,44 +120,41 @@ std::string_view callOf(const Outgoing& record, const StationNames& stations) {
   return known == stations.end() ? std::string_view() : callInName(known->second);
 }
 
-void addAdif(std::string& file, const Outgoing& record, std::string_view call) {
+void addAdif(RecordText& file, const Outgoing& record, std::string_view call) {
   addMoment(file, record.utc);
   addPlain(file, "CALL", call);
   addMegahertz(file, record[LogFrequency]);
   addMode(file, record[LogMode]);
   addPlain(file, "SWL", "Y");
-  addField(file, "COMMENT", record[LogComments]);
-  addField(file, "APP_KELVANE_MODE", record[LogMode]);
-  addField(file, "APP_KELVANE_FILTER", record[LogFilter]);
-  addField(file, "APP_KELVANE_AGC", record[LogAgc]);
-  addField(file, "APP_KELVANE_TYPE", record[LogType]);
-  addField(file, "APP_KELVANE_RECEIVER", record[LogReceiver]);
-  addField(file, "APP_KELVANE_DATE", record[LogDate]);
-  addField(file, "APP_KELVANE_TIME", record[LogTime]);
-  file += "<EOR>\r\n";
+  addField(file, "COMMENT", record, LogComments);
+  addField(file, "APP_KELVANE_MODE", record, LogMode);
+  addField(file, "APP_KELVANE_FILTER", record, LogFilter);
+  addField(file, "APP_KELVANE_AGC", record, LogAgc);
+  addField(file, "APP_KELVANE_TYPE", record, LogType);
+  addField(file, "APP_KELVANE_RECEIVER", record, LogReceiver);
+  addField(file, "APP_KELVANE_DATE", record, LogDate);
+  addField(file, "APP_KELVANE_TIME", record, LogTime);
+  file.add("<EOR>\r\n");
 }
 
-void addQuoted(std::string& file, std::string_view value) {
-  if (value.find_first_of("\",\r\n") == std::string_view::npos) {
-    file += value;
-    return;
-  }
-  file += '"';
-  for (const char c : value) file.append(c == '"' ? 2 : 1, c);
-  file += '"';
+void addQuoted(RecordText& file, std::string_view value) {
+  if (!hasAny(value, isQuotedFor)) return void(file.add(value));
+  file.add('"');
+  for (const char c : value) file.add(c == '"' ? "\"\"" : std::string_view(&c, 1));
+  file.add('"');
 }
 
-void addCsv(std::string& file, const Outgoing& record) {
+void addCsv(RecordText& file, const Outgoing& record) {
   for (const std::string_view field : record.fields) {
-    addQuoted(file, field);
-    file += ',';
+    record.quoted ? addQuoted(file, field) : void(file.add(field));
+    file.add(',');
   }
   if (record.utc) {
     addDate(file, *record.utc, "-");
-    addTime(file += 'T', *record.utc, ":");
-    file += 'Z';
+    addTime(file.add('T'), *record.utc, ":");
+    file.add('Z');
   }
-  file += "\r\n";
+  file.add("\r\n");
 }
 
 /// Moments in UTC. The calendar, which is slow, is asked for the two ends of each day: on nearly
@@ -166,7 +164,8 @@ class UtcMoments {
   explicit UtcMoments(const Calendar& calendar) : calendar_(calendar) {}
 
   DateTime of(const DateTime& local) {
-    const auto [place, isNew] = behind_.try_emplace(dayOf(local).time_since_epoch().count());
+    const int day = (local.year * 100 + local.month) * 100 + local.day;
+    const auto [place, isNew] = behind_.try_emplace(day);
     if (isNew) place->second = behindAllDay(local);
     return place->second ? moved(local, *place->second) : calendar_.utc(local);
   }
@@ -208,7 +207,7 @@ class UtcMoments {
   }
 
   const Calendar& calendar_;
-  std::unordered_map<std::int64_t, std::optional<Seconds>> behind_;  ///< by day, in seconds
+  std::unordered_map<int, std::optional<Seconds>> behind_;  ///< by day as a number, 20261231
 };
 
 /// Every record, in the order of the rows.
@@ -218,7 +217,9 @@ void eachRecord(const LogTable& log, Take take) {
   for (GridRow row = 0; row < log.size(); ++row) {
     const std::string_view line = log.line(log.recordAt(row));
     Outgoing record{logFields(line), {}};
-    if (!isAscii(line)) {
+    record.plain = !hasAny(line, [](char c) { return !isPrintable(c); });
+    record.quoted = hasAny(line, isQuotedFor);
+    if (!record.plain && !isAscii(line)) {
       for (std::size_t i = 0; i < decoded.size(); ++i) {
         decoded[i] = log.decoded(record.fields[i]);
         record.fields[i] = decoded[i];
@@ -236,11 +237,14 @@ LogExport exported(std::string head, const LogTable& log, const Calendar& calend
   // Grown by doubling, the content would be copied over and over.
   result.content.reserve(result.content.size() + log.size() * bytesEach);
   UtcMoments utc(calendar);
+  RecordText text;
   eachRecord(log, [&](Outgoing& record) {
     const auto moment = recordedAt(record[LogDate], record[LogTime]);
     if (moment) record.utc = utc.of(*moment);
     result.undated += moment ? 0 : 1;
-    add(result, record);
+    text.clear();
+    add(text, record);
+    result.content += text.text();
   });
   return result;
 }
@@ -275,24 +279,27 @@ std::vector<Hz> uncalledFrequencies(const LogTable& log) {
 }
 
 LogExport adifOf(const LogTable& log, const Calendar& calendar, const StationNames& stations) {
-  std::string head = "Reports of a listener\r\n";
+  RecordText head;
+  head.add("Reports of a listener\r\n");
   addPlain(head, "ADIF_VER", "3.1.4");
   addPlain(head, "PROGRAMID", "Kelvane");
-  return exported(head + "<EOH>\r\n", log, calendar, 480,
-                  [&](LogExport& result, const Outgoing& record) {
-                    const std::string_view call = callOf(record, stations);
-                    result.uncalled += call.empty() ? 1 : 0;
-                    addAdif(result.content, record, call);
-                  });
+  head.add("<EOH>\r\n");
+  std::size_t uncalled = 0;
+  const auto add = [&](RecordText& text, const Outgoing& record) {
+    const std::string_view call = callOf(record, stations);
+    uncalled += call.empty() ? 1 : 0;
+    addAdif(text, record, call);
+  };
+  LogExport result = exported(std::string(head.text()), log, calendar, 480, add);
+  result.uncalled = uncalled;
+  return result;
 }
 
 LogExport csvOf(const LogTable& log, const Calendar& calendar) {
   // The mark tells spreadsheets that the text is UTF-8.
   std::string head(kUtf8Mark);
   for (const std::string_view caption : kLogCaptions) head.append(trimmed(caption)).append(",");
-  return exported(
-      head + "UTC\r\n", log, calendar, 120,
-      [](LogExport& result, const Outgoing& record) { addCsv(result.content, record); });
+  return exported(head + "UTC\r\n", log, calendar, 120, addCsv);
 }
 
 }  // namespace kelvane
