@@ -149,10 +149,10 @@ void DataLog::sayKept(const FileResult& kept) {
 
 void DataLog::record() {
   const LogRecord record = present();
-  if (isPositive(record[LogFrequency]))
-    waiting_.push_back(record);
-  else
-    news_ = "Nothing was recorded: the receiver tells no frequency.";
+  if (isPositive(record[LogFrequency])) return waiting_.push_back(record);
+  news_ = services_.receiver.IsRxOnline(nReceiver_)
+              ? "Nothing was recorded: the receiver tells no frequency."
+              : "Nothing was recorded: the receiver's link is not up.";
 }
 
 LogRecord DataLog::present() const {

@@ -402,10 +402,11 @@ TEST_F(Log, ExportsByTheChosenExtension) {
 }
 
 TEST_F(Log, RecordsNothingWithoutAFrequency) {
-  log->Receiver(99);
+  sondrel.core.SetRxConnect(0, false);
+  sondrel.run(milliseconds(200));
   store();
   EXPECT_EQ(records(), 0u);
-  EXPECT_NE(view().Notice.find("no frequency"), std::string::npos) << view().Notice;
+  EXPECT_NE(view().Notice.find("link is not up"), std::string::npos) << view().Notice;
 }
 
 /// A receiver that tells neither filter nor AGC.
