@@ -113,8 +113,6 @@ class MAin : public ControlEvents {
   bool accelerator(char32_t character);
   /// The window became the active one.
   void activated() { keyboard_.focus(id::FrqFocus); }
-  /// Another program asks that typed keys go to the digit row.
-  void takeKeys() { keyboard_.focus(id::FrqFocus); }
   /// Changed values are about to be put on the screen.
   void settleFocus() { keyboard_.settle(); }
 
