@@ -56,8 +56,8 @@ void clsFrqDigit::Boundary(double max, double min, int resolution) {
   firstDigit_ = kPlaces - std::clamp(digitsOf(max), 1, kPlaces);
   const int unused = std::max(static_cast<int>(std::to_string(resolution).size()) - 1, 0);
   lastDigit_ = kLast - (unused > kPlaces ? 0 : unused);
-  if (digitSelected_ && selectedDigit() < firstDigit_) Unselect(true);
   for (int i = 0; i < kPlaces; ++i) controls_.FrqDigit[i].visible = i >= firstDigit_;
+  enableDigits();
 }
 
 void clsFrqDigit::BFO(int offset) { controls_.FrqBfo.text = offset ? std::to_string(offset) : ""; }
@@ -117,14 +117,19 @@ void clsFrqDigit::setFlags(bool channelized, bool drm) {
 }
 
 void clsFrqDigit::LockAll(bool lock) {
-  // A disabled control keeps no keyboard focus: without this every further key would be lost.
-  if (digitSelected_ && (lock || !selectable(selectedDigit()))) Unselect(true);
-  for (int i = 0; i < kPlaces; ++i) controls_.FrqDigit[i].enabled = !lock && selectable(i);
+  locked_ = lock;
+  enableDigits();
   controls_.FrqDotit.enabled = !lock;
   controls_.FrqBfo.enabled = !lock;
   typedText_.clear();
   clearFlags();
   overwritten_ = false;
+}
+
+void clsFrqDigit::enableDigits() {
+  // A disabled control keeps no keyboard focus: without this every further key would be lost.
+  if (digitSelected_ && (locked_ || !selectable(selectedDigit()))) Unselect(true);
+  for (int i = 0; i < kPlaces; ++i) controls_.FrqDigit[i].enabled = !locked_ && selectable(i);
 }
 
 void clsFrqDigit::Focus(int index, bool on) {

@@ -34,7 +34,8 @@ class clsFrqDigit {
   clsFrqDigit(const FrqDigitControls& controls, WindowCommands& window);
 
   /// The range in Hz and the finest step that the receiver accepts (1, 10, 100 ...): hides the
-  /// leading digits that `max` does not need. What may be selected follows at the next `LockAll`.
+  /// leading digits that `max` does not need, and what is typed or overwritten stays. Digits that
+  /// are free follow at once.
   void Boundary(double max, double min, int resolution);
   /// Shows a BFO offset in Hz, nothing for 0.
   void BFO(int offset);
@@ -94,6 +95,7 @@ class clsFrqDigit {
 
   bool selectable(int index) const { return index >= firstDigit_ && index <= lastDigit_; }
   int selectedDigit() const;
+  void enableDigits();
   void showAll(char c);
   void commit(bool& committed);
 
@@ -120,6 +122,7 @@ class clsFrqDigit {
   std::string typedText_;
   int lastDigit_ = kLast;
   int firstDigit_ = 0;
+  bool locked_ = true;
   bool digitSelected_ = false;
   bool chnPending_ = false;
   bool drmPending_ = false;

@@ -14,8 +14,10 @@ FrqEntry::Limits FrqEntry::limits() const {
 void FrqEntry::receiverSelected() {
   const Limits now = limits();
   if (taken_ == now) return;
+  const bool sameReceiver = taken_.has_value();
   taken_ = now;
   row_.Boundary(now.max, now.min, now.resolution);
+  if (sameReceiver) return;
   row_.clearFlags();
   lockKnown_ = false;
 }

@@ -16,7 +16,8 @@ class FrqEntry {
 
   /// Another receiver is shown from now on; what was typed was meant for the former one.
   void otherReceiver() { taken_.reset(); }
-  /// Takes over the limits of the shown receiver. What was typed is given up with other limits.
+  /// Takes over the limits of the shown receiver. They may change while a number is typed for it:
+  /// that one stays, and is held against them when it is entered.
   void receiverSelected();
   /// Locks or unlocks the row; what is typed is lost only when the lock really changes.
   void lock(bool locked);

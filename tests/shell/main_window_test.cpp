@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "contract/link_state.h"
+#include "tests/fakes/noting_receivers.h"
 #include "tests/fakes/panel_rig.h"
 
 namespace kelvane {
@@ -66,6 +68,34 @@ TEST(MainWindow, SelectingAReceiverShowsItsOwnLimitsAndNothingOfWhatWasTypedForA
   rig.type("\r");
   EXPECT_EQ(rig.digits(), " 14200000");
   EXPECT_EQ(rig.view().caption, "Kelvane 1.0.0 - Receiver Quill");
+}
+
+/// Receivers whose upper limit a test changes.
+struct LimitedReceivers : fakes::PassingReceivers {
+  using PassingReceivers::PassingReceivers;
+  Answer<Hz> GetRxFrqMax(Index) override { return most; }
+  Hz most = 29'999'999;
+};
+
+TEST(MainWindow, OtherLimitsOfTheShownReceiverLeaveWhatIsTyped) {
+  PanelRig rig;
+  auto limited = std::make_unique<LimitedReceivers>(rig.sondrel.core);
+  Hz& most = limited->most;
+  rig.wrapped = std::move(limited);
+  rig.start();
+  const auto told = [&] { rig.panel->receiverEvents().RxConnState(0, Long(LinkState::Up)); };
+  rig.type("14250");
+  most = 54'000'000;
+  told();
+  EXPECT_EQ(rig.digits(), " 14250000");
+  rig.type("\r");
+  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(0, kTuned), 14'250'000);
+  rig.type("14300");
+  most = 9'000'000;
+  told();
+  EXPECT_FALSE(rig.view().FrqDigit[1].enabled) << "a digit that is not there any more";
+  rig.type("\r");
+  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(0, kTuned), 9'000'000) << "as any number out of range";
 }
 
 TEST(MainWindow, ClosingEndsEveryLinkInOrderBeforeThePlaceIsWritten) {
