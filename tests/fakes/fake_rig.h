@@ -138,7 +138,8 @@ class FakeRig {
   }
 
   Performed set(const std::vector<std::string>& words) {
-    // What it lacks it refuses, and what a garbled greeting made of a command it does not understand.
+    // What it lacks it refuses, and what a garbled greeting made of a command it does not
+    // understand.
     const bool changes = std::string("FMLUP").find(words[0]) != std::string::npos;
     if (!changes || words.size() < 2 || !isNumber(words.back())) return {1, {}};
     std::string line;

@@ -6,7 +6,6 @@
 
 #include <string>
 
-#include "base/win32/utf16.h"
 #include "tests/wine/running_panel.h"
 #include "ui/control_ids.h"
 
@@ -47,6 +46,11 @@ class OpenDialog {
   int tab() const { return static_cast<int>(SendMessageW(item(id::All), TCM_GETCURSEL, 0, 0)); }
   int rows(int id) const {
     return static_cast<int>(SendMessageW(item(id), LVM_GETITEMCOUNT, 0, 0));
+  }
+  std::string cell(int id, int row, int column) const {
+    LVITEMW item{};
+    item.iSubItem = column;
+    return itemText(this->item(id), LVM_GETITEMTEXTW, static_cast<WPARAM>(row), item);
   }
   /// A key with modifiers (those of RunningPanel::key) for the dialog.
   void key(RunningPanel& panel, WORD code, int modifiers = 0) const {

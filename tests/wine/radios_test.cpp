@@ -169,7 +169,11 @@ TEST(DriversTest, SaysWhatAnsweredWithoutHoldingTheDialog) {
   select(VK_UP);
   server.signal("STOP");
   ASSERT_TRUE(eventually([&] { return drivers.text(rx::Found).empty(); }));
-  Sleep(3000);
+  // Until its silence is noticed the program answers from the link that is up.
+  constexpr int kLink = 2;
+  ASSERT_TRUE(eventually(
+      [&] { return drivers.cell(rx::Receivers, 1, kLink) == "Rx: Not responding"; }, 20000))
+      << drivers.cell(rx::Receivers, 1, kLink);
   drivers.press(rx::Test);
   DWORD_PTR answer = 0;
   EXPECT_NE(SendMessageTimeoutW(drivers.window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 500, &answer),

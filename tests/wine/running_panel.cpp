@@ -145,8 +145,9 @@ testing::AssertionResult RunningPanel::settledOn(int tab) {
   // The tab control selects its tab before what belongs to it is shown: the caption tells when it
   // is, and is looked at first. The status box alone would not tell: it blinks.
   const auto answers = [this, tab] {
-    return selectedTab() == tab && caption().find(" - Receiver " + tabName(tab)) != std::string::npos &&
-           enabled(id::FrqDigit + 5) && !visible(id::RxMask);
+    const auto named = caption().find(" - Receiver " + tabName(tab));
+    return selectedTab() == tab && named != std::string::npos && enabled(id::FrqDigit + 5) &&
+           !visible(id::RxMask);
   };
   if (!shown()) return testing::AssertionFailure() << "no window came";
   if (!eventually(answers, 20000)) {
@@ -178,19 +179,9 @@ int RunningPanel::selectedTab() const {
 }
 
 std::string RunningPanel::tabName(int tab) const {
-  // The message carries addresses in the program's own memory.
-  wchar_t text[128] = L"";
-  void* there = VirtualAllocEx(process_.hProcess, nullptr, sizeof(TCITEMW) + sizeof text,
-                               MEM_COMMIT, PAGE_READWRITE);
   TCITEMW item{};
   item.mask = TCIF_TEXT;
-  item.pszText = reinterpret_cast<wchar_t*>(static_cast<TCITEMW*>(there) + 1);
-  item.cchTextMax = 127;
-  WriteProcessMemory(process_.hProcess, there, &item, sizeof item, nullptr);
-  SendMessageW(control(id::TabStrip), TCM_GETITEMW, tab, reinterpret_cast<LPARAM>(there));
-  ReadProcessMemory(process_.hProcess, item.pszText, text, sizeof text, nullptr);
-  VirtualFreeEx(process_.hProcess, there, 0, MEM_RELEASE);
-  std::string name = narrow(text);
+  std::string name = itemText(control(id::TabStrip), TCM_GETITEMW, tab, item);
   std::erase(name, '&');
   return name;
 }

@@ -8,6 +8,8 @@
 #include <functional>
 #include <string>
 
+#include "base/win32/utf16.h"
+
 namespace kelvane::wine {
 
 /// The folder that the built program lies in.
@@ -19,6 +21,28 @@ bool eventually(const std::function<bool()>& so, int milliseconds = 8000);
 /// Moves the pointer to a place of the screen and waits until it stays there: the display's late
 /// word of where it was before would take it back, and a click with it.
 void pointAt(LONG x, LONG y);
+
+/// The text of an item of another process's control, asked by a message whose structure carries the
+/// address of a text.
+template <class Item>
+std::string itemText(HWND control, UINT message, WPARAM place, Item item) {
+  constexpr int kRoom = 200;
+  wchar_t text[kRoom] = L"";
+  DWORD id = 0;
+  GetWindowThreadProcessId(control, &id);
+  const HANDLE process =
+      OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id);
+  void* there =
+      VirtualAllocEx(process, nullptr, sizeof item + sizeof text, MEM_COMMIT, PAGE_READWRITE);
+  item.pszText = reinterpret_cast<wchar_t*>(static_cast<Item*>(there) + 1);
+  item.cchTextMax = kRoom - 1;
+  WriteProcessMemory(process, there, &item, sizeof item, nullptr);
+  SendMessageW(control, message, place, reinterpret_cast<LPARAM>(there));
+  ReadProcessMemory(process, item.pszText, text, sizeof text, nullptr);
+  VirtualFreeEx(process, there, 0, MEM_RELEASE);
+  CloseHandle(process);
+  return narrow(text);
+}
 
 /// Brings a window to the front and waits until keys reach it; false when they never do.
 bool giveKeyboard(HWND window);
