@@ -20,10 +20,12 @@ Outcome ReceiverChannels::store(Channel channel, Instant now) {
   const Hz frequency = receiver_.newest(Item::Frequency);
   if (!reachable() || !receiver_.can().hasChannel(channel) || frequency <= 0)
     return Outcome::Failed;
-  const auto newest = [this](Item item) { return std::max(receiver_.newest(item), 0); };
+  // What the receiver has not told is kept as unknown: a recall leaves it alone.
   keeper_->put(channel,
-               {frequency, receiver_.newest(Item::Bfo), newest(Item::Mode), newest(Item::Filter),
-                newest(Item::Agc), keeper_->at(channel).skip},
+               {frequency, receiver_.newest(Item::Bfo), receiver_.newest(Item::Mode),
+                std::max(receiver_.newest(Item::Filter), 0),
+                receiver_.can().agc.empty() ? 0 : receiver_.newest(Item::Agc),
+                keeper_->at(channel).skip},
                now);
   tunedTo_ = frequency;
   recall_ = receiver_.ticketOf(Item::Frequency);
@@ -64,17 +66,21 @@ std::optional<ChannelRecord> ReceiverChannels::limited(const ChannelRecord& reco
   // Who fills in a channel that was empty may have chosen neither mode nor AGC: they are 0 then,
   // a value that not every receiver has.
   if (record.mode == 0 && !can.mode(0) && !can.modes.empty()) result.mode = can.modes.front().value;
-  if (!can.mode(result.mode)) return std::nullopt;
+  const bool modeKnown = record.mode != unknownValue(Item::Mode);
+  const bool agcKnown = record.agc != unknownValue(Item::Agc);
+  if (modeKnown && !can.mode(result.mode)) return std::nullopt;
   if (can.agc.empty()) {
     result.agc = 0;
   } else if (record.agc == 0) {
     result.agc = can.agc.front().value;
   }
-  if (!can.agc.empty() && !choiceOf(can.agc, result.agc)) return std::nullopt;
+  if (!can.agc.empty() && agcKnown && !choiceOf(can.agc, result.agc)) return std::nullopt;
   result.frequency = can.nearestFrequency(record.frequency);
   result.bfo = can.hasBfo() ? can.nearestBfo(record.bfo) : 0;
-  result.filter = record.filter != 0 ? can.nearestFilter(result.mode, record.filter)
-                                     : can.mode(result.mode)->usual;
+  if (modeKnown) {
+    result.filter = record.filter != 0 ? can.nearestFilter(result.mode, record.filter)
+                                       : can.mode(result.mode)->usual;
+  }
   result.skip = can.channelSkip && record.skip != 0 ? 1 : 0;
   return result;
 }

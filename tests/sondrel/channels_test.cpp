@@ -167,6 +167,15 @@ TEST_F(Channels, RecallingTakesAllThatTheChannelHolds) {
   EXPECT_EQ(heard("RxChnUpdated"), Lines{"RxChnUpdated 0 8"});
 }
 
+TEST_F(Channels, AModeAndAnAgcThatAreNotKnownStaySoAndAreLeftAloneByARecall) {
+  EXPECT_EQ(core.SetRxChannel(0, 3, 5'000'000, 0, -1, 0, -1, 0), Outcome::Done);
+  EXPECT_EQ(readAll(rig, 0), Lines{"3 5000000 0 -1 0 -1 0"});
+  core.SetRxMode(0, 3);
+  core.SelectRxChannel(0, 3);
+  EXPECT_EQ(core.GetRxFrequency(0, kTuned), 5'000'000);
+  EXPECT_EQ(core.GetRxMode(0), 3);
+}
+
 TEST_F(Channels, StoringKeepsTheScanFlagAndPutsTheReceiverOnTheChannel) {
   core.SetRxChannel(0, 2, 5'000'000, 0, 0, 6000, 0, 1);
   core.SetRxFrequency(0, false, 4'321'000);
