@@ -21,12 +21,12 @@ Outcome ReceiverChannels::store(Channel channel, Instant now) {
   if (!reachable() || !receiver_.can().hasChannel(channel) || frequency <= 0)
     return Outcome::Failed;
   // What the receiver has not told is kept as unknown: a recall leaves it alone.
-  keeper_->put(channel,
-               {frequency, receiver_.newest(Item::Bfo), receiver_.newest(Item::Mode),
-                std::max(receiver_.newest(Item::Filter), 0),
-                receiver_.can().agc.empty() ? 0 : receiver_.newest(Item::Agc),
-                keeper_->at(channel).skip},
-               now);
+  keeper_->put(
+      channel,
+      {frequency, receiver_.newest(Item::Bfo), receiver_.newest(Item::Mode),
+       std::max(receiver_.newest(Item::Filter), 0),
+       receiver_.can().agc.empty() ? 0 : receiver_.newest(Item::Agc), keeper_->at(channel).skip},
+      now);
   tunedTo_ = frequency;
   recall_ = receiver_.ticketOf(Item::Frequency);
   setCurrent(channel);

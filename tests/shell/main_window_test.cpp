@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "components/modes.h"
 #include "contract/link_state.h"
 #include "tests/fakes/noting_receivers.h"
 #include "tests/fakes/panel_rig.h"
@@ -96,6 +97,23 @@ TEST(MainWindow, OtherLimitsOfTheShownReceiverLeaveWhatIsTyped) {
   EXPECT_FALSE(rig.view().FrqDigit[1].enabled) << "a digit that is not there any more";
   rig.type("\r");
   EXPECT_EQ(rig.sondrel.core.GetRxFrequency(0, kTuned), 9'000'000) << "as any number out of range";
+}
+
+TEST(MainWindow, ColoursTellTheSideOfTheChannelBoundaryAndWhereTheBfoWorks) {
+  PanelRig rig;
+  rig.start();
+  const Hz boundary = rig.sondrel.core.GetRxFrequency(0, kChannelBoundary);
+  ASSERT_GT(boundary, 1000);
+  const auto colourAt = [&](Hz frequency) {
+    rig.panel->receiverEvents().RxFrqUpdated(0, frequency, 0);
+    return rig.view().FrqDigit[4].fore;
+  };
+  EXPECT_NE(colourAt(boundary - 1000), colourAt(boundary));
+  for (const Mode mode : {Mode::Am, Mode::Cw}) {
+    rig.sondrel.core.SetRxMode(0, static_cast<Setting>(mode));
+    rig.run(milliseconds(500));
+    EXPECT_EQ(rig.view().FrqBfo.fore, mode == Mode::Cw ? kGreen : kRed);
+  }
 }
 
 TEST(MainWindow, ClosingEndsEveryLinkInOrderBeforeThePlaceIsWritten) {

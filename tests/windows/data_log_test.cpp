@@ -402,8 +402,7 @@ TEST_F(Log, ExportsByTheChosenExtension) {
 }
 
 TEST_F(Log, RecordsNothingWithoutAFrequency) {
-  sondrel.core.SetRxConnect(0, false);
-  sondrel.run(milliseconds(200));
+  log->Receiver(99);
   store();
   EXPECT_EQ(records(), 0u);
   EXPECT_NE(view().Notice.find("link is not up"), std::string::npos) << view().Notice;
