@@ -54,15 +54,15 @@ TEST_F(ChangedReceivers, TheShownOneStaysShownWithAllThatIsItsOwnWhereverItGoes)
   change([](DriversModel& drivers) {
     drivers.remove(unlike::kFull);
     drivers.rename(1, "Scout");
-    drivers.move(2, 0);
+    drivers.move(1, 3);
   });
   EXPECT_EQ(shown(), "Scout");
-  EXPECT_EQ(rig.view().TabStrip.selected, 2);
+  EXPECT_EQ(rig.view().TabStrip.selected, 3);
   EXPECT_EQ(rig.digits(), typed);
   EXPECT_EQ(rig.view().GenEvent[0].back, kActive) << "still the master";
-  EXPECT_EQ(told->told("SetRxForward"), std::vector<std::string>{"SetRxForward 2"});
+  EXPECT_EQ(told->told("SetRxForward"), std::vector<std::string>{"SetRxForward 3"});
   rig.type("30\r");
-  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(2, kTuned), 14'230'000);
+  EXPECT_EQ(rig.sondrel.core.GetRxFrequency(3, kTuned), 14'230'000);
   EXPECT_EQ(rig.view().VStep[0].text, "600Hz");
   rig.panel->tabClicked(0);
   EXPECT_EQ(rig.view().VStep[0].text, "500Hz");
