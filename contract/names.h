@@ -5,8 +5,8 @@
 
 namespace kelvane {
 
-// The contract's operations and events as lists of names, in interface order: the number of a row
-// plus one is the operation's or event's dispatch id.
+// The contract's operations and events as lists of names, in interface order. The number of a row
+// plus one is an event's dispatch id, and an operation's too where no FROM_ID stands before it.
 
 #define ASK(name, Result, fallback, params, args) name,
 #define TELL(name, params, args) name,

@@ -25,6 +25,14 @@ FileReading unreadable(const std::filesystem::path& path, int code) {
   return {FileReading::Unreadable, {}, "Cannot read " + pathText(path) + ": " + words};
 }
 
+/// Closes a file at the end of its life, however that comes.
+struct OpenFile {
+  int number;
+  ~OpenFile() {
+    if (number >= 0) ::close(number);
+  }
+};
+
 FileReading readOpen(int file, const struct stat& facts, std::size_t limit,
                      const std::filesystem::path& path) {
   if (!S_ISREG(facts.st_mode))
@@ -50,13 +58,12 @@ FileReading readOpen(int file, const struct stat& facts, std::size_t limit,
 std::string systemWords(const std::error_code& error) { return error.message(); }
 
 FileReading FileSteps::read(const std::filesystem::path& path, std::size_t limit) {
-  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const OpenFile open{::open(path.c_str(), O_RDONLY | O_CLOEXEC)};
+  const int file = open.number;
   if (file < 0 && (errno == ENOENT || errno == ENOTDIR)) return {FileReading::Missing};
   struct stat facts {};
   const bool known = file >= 0 && ::fstat(file, &facts) == 0;
-  FileReading reading = known ? readOpen(file, facts, limit, path) : unreadable(path, errno);
-  if (file >= 0) ::close(file);
-  return reading;
+  return known ? readOpen(file, facts, limit, path) : unreadable(path, errno);
 }
 
 FileResult FileSteps::flush(const std::filesystem::path& file) { return flushPath(file, O_WRONLY); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 #include "base/safe_file.h"
 #include "base/text.h"
@@ -40,6 +41,11 @@ FileReading unreadable(const std::filesystem::path& path, DWORD code) {
 
 /// Whoever is in the way of this handle is not held up by it in turn.
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+struct CloseFile {
+  using pointer = HANDLE;
+  void operator()(HANDLE file) const { CloseHandle(file); }
+};
 
 FileReading readOpen(HANDLE file, std::size_t limit, const std::filesystem::path& path) {
   LARGE_INTEGER size{};
@@ -83,9 +89,9 @@ FileReading FileSteps::read(const std::filesystem::path& path, std::size_t limit
       return {FileReading::Unreadable, {}, pathText(path) + " is not a file"};
     return unreadable(path, code);
   }
-  FileReading reading = readOpen(file, limit, path);
-  CloseHandle(file);
-  return reading;
+  // Closed also where its content does not fit into the memory.
+  const std::unique_ptr<HANDLE, CloseFile> closing(file);
+  return readOpen(file, limit, path);
 }
 
 FileResult FileSteps::flush(const std::filesystem::path& file) {

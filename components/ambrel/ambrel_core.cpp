@@ -60,9 +60,9 @@ Answer<Long> AmbrelCore::NextFrqRegion() {
   bands_->selectRegion(region);
   background_.run("keeping the region",
                   [this, files = *files_, region] {
-                    const std::string lost = keepRegion(files, region);
-                    if (!lost.empty())
-                      queue_.post([this, lost] { openNotes_.push_back(lost + "."); });
+                    lostRegion_ = keepRegion(files, region);
+                    if (!lostRegion_.empty())
+                      queue_.post([this, lost = lostRegion_] { openNotes_.push_back(lost + "."); });
                   },
                   {});
   return region;
@@ -178,6 +178,17 @@ Outcome AmbrelCore::SetFrqOwner(Long window) {
 Outcome AmbrelCore::DataView() {
   windows_.showData(*this);
   return Outcome::Done;
+}
+
+Answer<Text> AmbrelCore::FinishFrqWriting() {
+  background_.finish();
+  if (!lostRegion_.empty()) lostRegion_ = keepRegion(*files_, bands_->region());
+  std::string words;
+  if (!lostRegion_.empty()) words = "The region was not kept: " + lostRegion_ + ".";
+  if (!lostSchedule_.empty())
+    words += (words.empty() ? "" : "\n") + ("The schedule was not kept: " + lostSchedule_) +
+             ". The file that it was read from is as it was.";
+  return words;
 }
 
 Answer<Text> AmbrelCore::GetFrqFaults() { return notedFaults(); }

@@ -123,6 +123,8 @@ class AmbrelCore final : public FrequencyComponent {
   std::optional<StationWords> words_;
   bool loading_ = false;
   std::string loadWords_;
+  // Why what the operator chose could not be kept; the background's while that is at work.
+  std::string lostRegion_, lostSchedule_;
   EventQueue queue_;
   Background background_;  ///< last, so that its jobs end before what they use
 };

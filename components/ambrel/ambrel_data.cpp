@@ -34,15 +34,15 @@ void AmbrelCore::lookAtClock() {
 }
 
 bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
-  return load([file](const DataFiles& files) {
+  return load([this, file](const DataFiles& files) {
     StationList list = readScheduleFile(file);
     if (!list.refusal.empty())
       return Loaded{std::nullopt, list.origin + " was not loaded. " + list.refusal +
                                       " The data that was there stays."};
     std::string words =
         list.origin + " was loaded: season " + list.season->code() + ", " + countsOf(list);
-    const std::string lost = keepSchedule(list, files);
-    if (!lost.empty()) words += " It could not be kept for the next start: " + lost;
+    lostSchedule_ = keepSchedule(list, files);
+    if (!lostSchedule_.empty()) words += " It could not be kept for the next start: " + lostSchedule_;
     return Loaded{loadStations(files, std::move(list)), std::move(words)};
   });
 }

@@ -9,7 +9,7 @@ Background::~Background() {
     const std::lock_guard lock(mutex_);
     ending_ = true;
   }
-  changed_.notify_one();
+  changed_.notify_all();
   if (thread_.joinable()) thread_.join();
 }
 
@@ -20,7 +20,12 @@ void Background::run(std::string what, std::function<void()> job, Failed failed)
     jobs_.push_back({what, std::move(job), failed});
   };
   barrier(what, start, failed);
-  changed_.notify_one();
+  changed_.notify_all();
+}
+
+void Background::finish() {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return jobs_.empty() && !working_; });
 }
 
 void Background::work() {
@@ -30,9 +35,12 @@ void Background::work() {
     if (jobs_.empty()) return;
     const Job job = std::move(jobs_.front());
     jobs_.pop_front();
+    working_ = true;
     lock.unlock();
     barrier(job.what, job.work, job.failed);
     lock.lock();
+    working_ = false;
+    changed_.notify_all();
   }
 }
 

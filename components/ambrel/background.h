@@ -24,6 +24,8 @@ class Background {
   /// that thread, and why no thread can be started on this one; `what` says in the report what was
   /// being done.
   void run(std::string what, std::function<void()> job, Failed failed);
+  /// Returns when every job is done.
+  void finish();
 
  private:
   struct Job {
@@ -37,6 +39,7 @@ class Background {
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Job> jobs_;
+  bool working_ = false;
   bool ending_ = false;
   std::thread thread_;
 };

@@ -32,7 +32,42 @@ std::optional<std::int32_t> modeOf(std::string_view text) {
   return whole(text);
 }
 
+/// A line of channel and record; none where it is another one.
+std::optional<ChannelChanges::value_type> channelLine(std::string_view line) {
+  constexpr std::size_t kFields = 7;
+  const auto fields = split(line, ';');
+  std::array<std::optional<std::int32_t>, kFields> values;
+  for (std::size_t i = 0; i < kFields && fields.size() == kFields; ++i) {
+    values[i] = i == 3 ? modeOf(fields[i]) : whole(fields[i]);
+  }
+  const bool fine = std::ranges::all_of(values, [](const auto& v) { return v.has_value(); });
+  if (!fine || *values[0] < 0 || *values[1] < 0) return std::nullopt;
+  return std::pair{*values[0], ChannelRecord{*values[1], *values[2], *values[3], *values[4],
+                                             *values[5], *values[6]}};
+}
+
+std::string lineOf(Channel channel, const ChannelRecord& r) {
+  return std::to_string(channel) + "; " + std::to_string(r.frequency) + "; " +
+         std::to_string(r.bfo) + "; " + modeText(r.mode) + "; " + std::to_string(r.filter) + "; " +
+         std::to_string(r.agc) + "; " + std::to_string(r.skip) + "\r\n";
+}
+
 }  // namespace
+
+std::string changesText(const ChannelChanges& changes) {
+  std::string text(kHead);
+  for (const auto& [channel, record] : changes) text += lineOf(channel, record);
+  return text;
+}
+
+ChannelChanges readChanges(std::string_view text) {
+  ChannelChanges changes;
+  for (const std::string_view line : split(text, '\n')) {
+    if (const auto change = channelLine(trimmed(line)))
+      changes.insert_or_assign(change->first, change->second);
+  }
+  return changes;
+}
 
 std::optional<ChannelBank> ChannelBank::read(std::string_view text) {
   if (text.find('\0') != std::string_view::npos) return std::nullopt;
@@ -46,27 +81,16 @@ std::optional<ChannelBank> ChannelBank::read(std::string_view text) {
 
 void ChannelBank::readLine(std::string_view line) {
   if (line.empty() || line.front() == '#') return;
-  constexpr std::size_t kFields = 7;
-  const auto fields = split(line, ';');
-  std::array<std::optional<std::int32_t>, kFields> values;
-  for (std::size_t i = 0; i < kFields && fields.size() == kFields; ++i) {
-    values[i] = i == 3 ? modeOf(fields[i]) : whole(fields[i]);
-  }
-  const bool fine = std::ranges::all_of(values, [](const auto& v) { return v.has_value(); });
-  if (!fine || *values[0] < 0 || *values[1] <= 0) {
+  const auto channel = channelLine(line);
+  if (!channel || channel->second.empty())
     kept_.emplace_back(line);
-    return;
-  }
-  records_[*values[0]] = {*values[1], *values[2], *values[3], *values[4], *values[5], *values[6]};
+  else
+    records_.insert_or_assign(channel->first, channel->second);
 }
 
 std::string ChannelBank::text() const {
   std::string text(kHead);
-  for (const auto& [channel, r] : records_) {
-    text += std::to_string(channel) + "; " + std::to_string(r.frequency) + "; " +
-            std::to_string(r.bfo) + "; " + modeText(r.mode) + "; " + std::to_string(r.filter) +
-            "; " + std::to_string(r.agc) + "; " + std::to_string(r.skip) + "\r\n";
-  }
+  for (const auto& [channel, record] : records_) text += lineOf(channel, record);
   for (const std::string& line : kept_) text += line + "\r\n";
   return text;
 }

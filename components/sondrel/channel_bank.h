@@ -23,6 +23,13 @@ struct ChannelRecord {
   bool operator==(const ChannelRecord&) const = default;
 };
 
+/// Some of a receiver's channels; an empty record is a channel that was cleared.
+using ChannelChanges = std::map<Channel, ChannelRecord>;
+
+/// Changes as lines like those of a bank, cleared channels too, and back; other lines are ignored.
+std::string changesText(const ChannelChanges& changes);
+ChannelChanges readChanges(std::string_view text);
+
 /// The memory channels of one receiver, and the text in which they are kept.
 class ChannelBank {
  public:

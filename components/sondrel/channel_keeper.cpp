@@ -1,6 +1,10 @@
 #include "components/sondrel/channel_keeper.h"
 
+#include <utility>
+
+#include "base/barrier.h"
 #include "base/file_lock.h"
+#include "base/second_place.h"
 
 namespace kelvane::sondrel {
 
@@ -24,9 +28,71 @@ ChannelKeeper::ChannelKeeper(std::filesystem::path file, FileSaver& saver, Mailb
 
 ChannelKeeper::~ChannelKeeper() {
   mailbox_.close();
+  // Where nobody asked before, the words come late and the channels are safe all the same.
+  barrier("writing channels", [this] {
+    const std::string before = std::exchange(unwritten_, {});
+    const std::string words = finish();
+    if (!words.empty() && words != before) notes_.tell(words);
+  });
+}
+
+std::string ChannelKeeper::finish() {
   saver_.finish();
   settle();
-  if (!changes_.empty()) save();
+  if (!changes_.empty()) {
+    save();
+    saver_.finish();
+    settle();
+  }
+  unwritten_ = changes_.empty() ? std::string() : keepElsewhere(writing_->reason);
+  failing_ = !changes_.empty();  // and said by whoever asked
+  return unwritten_;
+}
+
+std::string ChannelKeeper::keepElsewhere(const std::string& reason) {
+  for (const auto& place : secondPlaces(file_)) {
+    // Another process may keep its own there.
+    const auto joined = [&](const FileReading& now) -> FileChange {
+      ChannelChanges changes = readChanges(now.content);
+      for (const auto& [channel, record] : changes_) changes.insert_or_assign(channel, record);
+      second_[place] = changesText(changes);
+      return {true, second_[place]};
+    };
+    if (changeFile(place, kLargestChannelFile, saver_.steps(), joined))
+      return reason + ". The channels are kept in " + pathText(place) +
+             " and go into their file at the next start.";
+    second_.erase(place);
+  }
+  return reason + ". The channels could not be kept anywhere else either.";
+}
+
+/// What could not be written when a program ended.
+void ChannelKeeper::takeBack() {
+  for (const auto& place : secondPlaces(file_)) {
+    FileReading reading = saver_.steps().read(place, kLargestChannelFile);
+    if (reading.how != FileReading::Whole) continue;
+    for (const auto& [channel, record] : readChanges(reading.content)) put(channel, record, kAtOnce);
+    second_[place] = std::move(reading.content);
+  }
+  // Where the file has it all, nothing else would come to this.
+  if (changes_.empty()) dropSecond();
+}
+
+/// The file has what was kept beside it.
+void ChannelKeeper::dropSecond() {
+  for (const auto& [place, content] : std::exchange(second_, {})) {
+    saver_.change(place, [place, content](FileSteps& steps) {
+      return changeFile(place, kLargestChannelFile, steps, [&](const FileReading& now) {
+        if (now.how == FileReading::Whole && now.content == content) steps.remove(place);
+        return FileChange{};
+      });
+    });
+  }
+}
+
+std::string ChannelKeeper::writeTo(const std::filesystem::path& file) const {
+  const FileResult written = writeFileSafely(file, bank_.text(), saver_.steps());
+  return written ? std::string() : written.reason + ".";
 }
 
 FileReading ChannelKeeper::read() {
@@ -65,7 +131,12 @@ void ChannelKeeper::readAgain(Instant now) {
 }
 
 void ChannelKeeper::take(const FileReading& reading) {
-  known_ = true;
+  const bool first = !std::exchange(known_, true);
+  takeIn(reading);
+  if (first) takeBack();
+}
+
+void ChannelKeeper::takeIn(const FileReading& reading) {
   if (reading.how == FileReading::Missing) return;
   auto bank = reading.how == FileReading::Whole ? ChannelBank::read(reading.content) : std::nullopt;
   if (bank) {
@@ -112,6 +183,7 @@ FileResult ChannelKeeper::write(const std::filesystem::path& file, Writing& writ
     return {differs, std::move(text)};
   };
   const FileResult result = changeFile(file, kLargestChannelFile, steps, change);
+  writing.reason = result.reason;
   writing.done = result.ok;
   return result;
 }
@@ -139,6 +211,7 @@ void ChannelKeeper::settle() {
   bank_ = std::move(writing_->bank);
   for (const auto& [channel, record] : changes_) bank_.put(channel, record);
   writing_.reset();
+  if (changes_.empty()) dropSecond();
 }
 
 void ChannelKeeper::ended(const FileResult& result) {

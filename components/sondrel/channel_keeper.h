@@ -29,7 +29,7 @@ class ChannelKeeper {
   /// Reads the file; one that is damaged is kept aside. One that cannot be read now is tried again
   /// at the next ticks.
   ChannelKeeper(std::filesystem::path file, FileSaver& saver, Mailbox mailbox, Notes notes);
-  /// What is not on its way to the disk yet sets out.
+  /// Finishes as finish() does; what is kept in a second place then is told.
   ~ChannelKeeper();
   ChannelKeeper(const ChannelKeeper&) = delete;
   ChannelKeeper& operator=(const ChannelKeeper&) = delete;
@@ -42,11 +42,16 @@ class ChannelKeeper {
   /// `now` is when the file may be written.
   void put(Channel channel, const ChannelRecord& record, Instant now);
 
+  /// Returns when everything that was put is in the file; else in words where it is kept for the
+  /// next start, or that it is nowhere. Waits, as `patiently` does.
+  std::string finish();
+  /// Writes all channels into another file. Answers in words why it could not.
+  std::string writeTo(const std::filesystem::path& file) const;
+
   void tick(Instant now);
   Instant nextDue() const { return std::min(due_, readAt_); }
 
  private:
-  using Changes = std::map<Channel, ChannelRecord>;
   struct Stamp {
     std::uintmax_t size = 0;
     std::filesystem::file_time_type written = {};
@@ -55,7 +60,8 @@ class ChannelKeeper {
   /// A write that is under way, shared with the thread that does it.
   struct Writing {
     ChannelBank bank;  ///< what was known, then what the file holds
-    Changes changes;
+    ChannelChanges changes;
+    std::string reason;  ///< why it failed; the writing thread's until it has ended
     std::atomic<bool> done = false;
   };
 
@@ -63,9 +69,13 @@ class ChannelKeeper {
   FileReading read();
   void readAgain(Instant now);
   void take(const FileReading& reading);
+  void takeIn(const FileReading& reading);
   void save();
   void ended(const FileResult& result);
   void settle();
+  std::string keepElsewhere(const std::string& reason);
+  void takeBack();
+  void dropSecond();
   Stamp stamp() const;
 
   std::filesystem::path file_;
@@ -73,13 +83,15 @@ class ChannelKeeper {
   Mailbox mailbox_;
   Notes notes_;
   ChannelBank bank_;
-  Changes changes_;  ///< not known to be in the file
+  ChannelChanges changes_;  ///< not known to be in the file
   std::shared_ptr<Writing> writing_;
+  std::map<std::filesystem::path, std::string> second_;  ///< what second places hold of the changes
   Stamp stamp_;
   bool known_ = false;
   Instant readAt_ = kNever;
   Instant giveUpAt_ = kNever;
   Instant due_ = kNever;
+  std::string unwritten_;  ///< what finish() last answered
   bool failing_ = false;  ///< the last write failed, which has been said
   bool retry_ = false;
 };

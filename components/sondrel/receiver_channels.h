@@ -31,6 +31,11 @@ class ReceiverChannels {
   /// Ends a reading, with the event that ends its row.
   void stopReading();
 
+  /// Has everything written, as ChannelKeeper::finish does, or into a file of the caller's.
+  std::string finishWriting(const std::filesystem::path& file) {
+    return file.empty() ? keeper_->finish() : keeper_->writeTo(file);
+  }
+
   /// A value of the receiver was confirmed: a frequency that is not the channel's leaves it.
   void confirmed(const Change& change);
   /// The link is gone: a reading ends without a word, and there is no current channel.

@@ -71,6 +71,13 @@ Outcome SondrelCore::SetRxOwner(Long window) {
 
 Answer<Text> SondrelCore::GetRxFaults() { return notedFaults(); }
 
+Answer<Text> SondrelCore::FinishRxWriting(Index rx, Text file) {
+  HostedReceiver* hosted = at(rx);
+  if (!hosted) return Answer<Text>::failed({});
+  const std::string words = hosted->channels->finishWriting(pathFromText(file));
+  return words.empty() ? words : "Channels of " + hosted->entry.name + ": " + words;
+}
+
 Outcome SondrelCore::ShowRxSettings(Index rx) {
   if (!at(rx)) return Outcome::Failed;
   windows_.showSettings(rx);

@@ -318,19 +318,45 @@ Instant MAin::nextDue() const {
       {retry_.timer().due(), TimBlk_.due(), channelEditor_->nextDue(), tabs_.nextDue()});
 }
 
-void MAin::unload(const Placement& place) {
-  const std::string lost = log_->end();
-  if (!lost.empty()) services_.dialogs.tell(lost);
+std::vector<LastWrite> MAin::lastWrites() {
+  ReceiverComponent& receiver = services_.receiver;
+  const auto saveLog = [this](const std::string& file) { return log_->saveTo(file); };
+  const auto saveEdits = [this](const std::string& file) { return channelEditor_->saveTo(file); };
+  std::vector<LastWrite> writes{
+      {[this] { return log_->end(); }, "scratchpad", "txt", saveLog},
+      {[this] { return channelEditor_->end(); }, "Channels", "txt", saveEdits}};
+  for (Index rx = 0; rx < receiverCount(receiver); ++rx) {
+    const auto write = [&receiver, rx](const std::string& file) {
+      return receiver.FinishRxWriting(rx, file).value();
+    };
+    writes.push_back({[write] { return write({}); }, receiver.GetRxName(rx).value() + " channels",
+                      "txt", write});
+  }
+  writes.push_back({[this] { return services_.frequency.FinishFrqWriting().value(); }});
+  return writes;
+}
+
+std::string MAin::saveSettings(const Placement& place) {
+  SettingsStore& settings = services_.settings;
+  bool kept = settings.writeNumber("MainLeft", place.left);
+  kept = settings.writeNumber("MainTop", place.top) && kept;
+  kept = settings.writeNumber("MainWidth", place.width) && kept;
+  kept = settings.writeNumber("MainHeight", place.height) && kept;
+  if (!config_.saveAgain()) return "The options that you changed could not be saved.";
+  return kept ? std::string() : "The window's place could not be saved.";
+}
+
+void MAin::unload(const Placement& place, Ending how) {
+  // First, since a system that ends may end the program at any moment.
+  LastWrites last(services_.boxes, services_.files, services_.settings, how);
+  for (const LastWrite& write : lastWrites()) last.finish(write);
   channelEditor_->close();
   const Count receivers = receiverCount(services_.receiver);
   for (Index rx = 0; rx < receivers; ++rx) {
     services_.receiver.SetRxConnect(rx, false);
     keyboard_.runPending();
   }
-  services_.settings.writeNumber("MainLeft", place.left);
-  services_.settings.writeNumber("MainTop", place.top);
-  services_.settings.writeNumber("MainWidth", place.width);
-  services_.settings.writeNumber("MainHeight", place.height);
+  last.finish({[this, place] { return saveSettings(place); }});
 }
 
 }  // namespace kelvane

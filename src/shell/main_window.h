@@ -14,6 +14,7 @@
 #include "receiver/announcer.h"
 #include "receiver/frq_events.h"
 #include "receiver/rx_events.h"
+#include "shell/last_writes.h"
 #include "shell/options.h"
 #include "ui/control_events.h"
 #include "ui/control_ids.h"
@@ -40,8 +41,6 @@ class PanelDialogs {
   /// Opens the station log's window as the log is now, or brings it to the front, and returns at
   /// once.
   virtual void showLog(DataLog& log) = 0;
-  /// Tells the operator something that must not be missed; returns when he has read it.
-  virtual void tell(const std::string& words) = 0;
   /// Shows the channel window beside the main window, or brings it to the front; returns at once.
   virtual void showChannel(ChannelEditor& editor) = 0;
 };
@@ -124,14 +123,17 @@ class MAin : public ControlEvents {
   /// Returns when every file is written that is on its way to the disk.
   void finishWriting() { saver_.finish(); }
 
-  /// Closes the companion windows, keeping the log's edits, and every receiver's link in order, and
-  /// saves where the window was.
-  void unload(const Placement& place);
+  /// Writes what is not on the disk yet, closes the companion windows and every receiver's link in
+  /// order, and saves where the window was. Asks what to do with what cannot be written, unless the
+  /// system ends.
+  void unload(const Placement& place, Ending how = Ending::ByOperator);
 
  private:
   ReceiverUnits units();
   void provideCompanions();
   void openLog(bool updateOnly);
+  std::vector<LastWrite> lastWrites();
+  std::string saveSettings(const Placement& place);
   void announce();
   bool commands(int control) const;
   void act(int control, MouseButton button);

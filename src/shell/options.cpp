@@ -22,6 +22,15 @@ Options loadOptions(const SettingsStore& settings) {
   return options;
 }
 
+Options joinOptions(const Options& before, const Options& mine, const Options& stored) {
+  Options joined = stored;
+  for (const OptionRow& row : kOptionRows)
+    if (mine.*row.member != before.*row.member) joined.*row.member = mine.*row.member;
+  if (mine.OptDDEName != before.OptDDEName) joined.OptDDEName = mine.OptDDEName;
+  if (mine.OptColours != before.OptColours) joined.OptColours = mine.OptColours;
+  return joined;
+}
+
 bool saveOptions(const Options& options, SettingsStore& settings) {
   bool written = true;
   for (const OptionRow& row : kOptionRows)

@@ -52,6 +52,9 @@ inline constexpr std::array<OptionRow, 9> kOptionRows{{
 /// The options as they are stored; a missing one is at its default.
 Options loadOptions(const SettingsStore& settings);
 
+/// `mine` and `stored` were made of `before`: what I changed is mine, all else is as it is stored.
+Options joinOptions(const Options& before, const Options& mine, const Options& stored);
+
 /// Writes all options, changed or not. False when one could not be written; the others still are.
 bool saveOptions(const Options& options, SettingsStore& settings);
 

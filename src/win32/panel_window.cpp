@@ -228,10 +228,10 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_QUERYENDSESSION:
       return result = TRUE, true;
     case WM_ENDSESSION:
-      if (wParam) unload();
+      if (wParam) unload(Ending::WithSystem);
       return true;
     case WM_CLOSE:
-      return unload(), DestroyWindow(window_), true;
+      return unload(Ending::ByOperator), DestroyWindow(window_), true;
     default:
       return false;
   }
@@ -252,9 +252,9 @@ bool PanelWindow::systemCommand(WPARAM command, LPARAM lParam) {
   return true;
 }
 
-void PanelWindow::unload() {
+void PanelWindow::unload(Ending how) {
   MAin* panel = std::exchange(panel_, nullptr);
-  panel->unload(placement());
+  panel->unload(placement(), how);
 }
 
 void PanelWindow::changed() {

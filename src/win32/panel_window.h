@@ -66,7 +66,7 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void settingsChanged();
   void dpiChanged(UINT dpi, const RECT& suggested);
   bool systemCommand(WPARAM command, LPARAM lParam);
-  void unload();
+  void unload(Ending how);
   void comeForward();
 
   HWND window_;

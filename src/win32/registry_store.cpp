@@ -47,11 +47,14 @@ std::vector<BYTE> read(const std::wstring& instance, std::string_view name, DWOR
   if (!own) return {};
   std::vector<BYTE> bytes(2048);
   DWORD found = 0;
-  auto size = static_cast<DWORD>(bytes.size());
-  if (RegQueryValueExW(own.get(), wide(name).c_str(), nullptr, &found, bytes.data(), &size) !=
-          ERROR_SUCCESS ||
-      found != kind)
-    return {};
+  const auto query = [&](DWORD& size) {
+    size = static_cast<DWORD>(bytes.size());
+    return RegQueryValueExW(own.get(), wide(name).c_str(), nullptr, &found, bytes.data(), &size);
+  };
+  DWORD size = 0;
+  LSTATUS status = query(size);
+  if (status == ERROR_MORE_DATA) bytes.resize(size), status = query(size);
+  if (status != ERROR_SUCCESS || found != kind) return {};
   bytes.resize(size);
   return bytes;
 }

@@ -48,6 +48,8 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   window.present(panel);
   sole.shownBy(window.window());
   SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+  const std::string untold = LastWrites::takeNote(settings);
+  if (!untold.empty()) fileBoxes.show(untold, {}, Buttons::Ok);
   return window.run();
 }
 

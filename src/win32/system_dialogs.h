@@ -7,7 +7,6 @@
 #include "win32/config_dialog.h"
 #include "win32/help_window.h"
 #include "win32/log_window.h"
-#include "win32/message_boxes.h"
 
 namespace kelvane::win32 {
 
@@ -32,9 +31,6 @@ class SystemDialogs : public PanelDialogs {
   void showLog(DataLog& log) override {
     if (!log_ || !log_->window()) log_ = std::make_unique<LogWindow>(owner_, log);
     log_->present();
-  }
-  void tell(const std::string& words) override {
-    SystemMessageBoxes(owner_).show(words, "", Buttons::Ok);
   }
 
  private:

@@ -203,6 +203,22 @@ void ChannelEditor::close() {
   changed();
 }
 
+std::string ChannelEditor::end() {
+  auto* file = dynamic_cast<WriteTask*>(task_.get());
+  if (!file) return {};
+  saver_.finish();
+  const bool ended = !file->step();
+  return ended && (file->failed() || !rescue_.empty()) ? file->words() : std::string();
+}
+
+std::string ChannelEditor::saveTo(const std::string& file) const {
+  const auto* written = dynamic_cast<const WriteTask*>(task_.get());
+  if (!written) return {};
+  const FileResult result =
+      writeFileSafely(pathFromText(file), written->content(), saver_.steps());
+  return result ? std::string() : result.reason + ".";
+}
+
 void ChannelEditor::tick(Instant now) {
   if (reading_.tick(now)) {
     const Count read = reading_.read();

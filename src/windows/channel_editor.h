@@ -72,6 +72,12 @@ class ChannelEditor : private ChannelKeys {
   /// Ends what goes on and closes the window. Nothing is sent.
   void close();
 
+  /// The program ends: returns when the file is written that is under way. Answers in words what
+  /// the operator would have read of one that could not be, or of edits that are kept in one.
+  std::string end();
+  /// Writes what that file was to hold into another one. Answers in words why it could not.
+  std::string saveTo(const std::string& file) const;
+
   void tick(Instant now);
   Instant nextDue() const;
 

@@ -144,9 +144,9 @@ bool ClearTask::step() {
 
 WriteTask::WriteTask(FileSaver& saver, const std::filesystem::path& path, std::string content,
                      std::string done)
-    : path_(path), done_(std::move(done)) {
+    : path_(path), content_(std::move(content)), done_(std::move(done)) {
   words_ = "Writing " + pathText(path) + " ...";
-  saver.save(path, std::move(content), [state = state_](const FileResult& result) {
+  saver.save(path, content_, [state = state_](const FileResult& result) {
     state->result = result;
     state->ended = true;
   });

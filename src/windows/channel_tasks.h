@@ -75,6 +75,7 @@ class WriteTask : public ChannelTask {
   bool step() override;
   bool failed() const override { return !state_->result.ok; }
   milliseconds pause() const override { return milliseconds(20); }
+  const std::string& content() const { return content_; }
 
  private:
   struct State {
@@ -83,6 +84,7 @@ class WriteTask : public ChannelTask {
   };
 
   std::filesystem::path path_;
+  std::string content_;
   std::string done_;
   std::shared_ptr<State> state_ = std::make_shared<State>();
 };

@@ -88,11 +88,16 @@ bool Config::keyDown(int keyCode, int shift) {
 }
 
 std::string Config::cmdOK_Click() {
-  for (const OptionBox& row : kOptionBoxes) options_.*row.option = (view_.*row.box).pressed;
-  options_.OptDDEName = trimmed(view_.DDESrvNam.text);
-  options_.OptColours = view_.colours;
+  Options chosen = options_;
+  for (const OptionBox& row : kOptionBoxes) chosen.*row.option = (view_.*row.box).pressed;
+  chosen.OptDDEName = trimmed(view_.DDESrvNam.text);
+  chosen.OptColours = view_.colours;
   view_.open = false;
-  if (instance_.empty() || saveOptions(options_, settings_)) return {};
+  // What another program stored meanwhile stays, where the operator did not choose otherwise.
+  const bool joins = !instance_.empty() && !unsaved_;
+  options_ = joins ? joinOptions(options_, chosen, loadOptions(settings_)) : chosen;
+  unsaved_ = !instance_.empty() && !saveOptions(options_, settings_);
+  if (!unsaved_) return {};
   return "The options could not be saved. They hold until the program ends.";
 }
 

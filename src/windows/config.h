@@ -83,6 +83,8 @@ class Config {
   /// Closes the dialog and takes the options over. Answers what went wrong in saving them, in
   /// words; they hold until the program ends even so.
   std::string cmdOK_Click();
+  /// Tries once more to save options that could not be saved; answers whether all are.
+  bool saveAgain() { return !unsaved_ || saveOptions(options_, settings_); }
   /// Closes the dialog and changes nothing.
   void cmdCancel_Click() { view_.open = false; }
 
@@ -96,6 +98,7 @@ class Config {
   ShownReceiver& shown_;
   std::string instance_;
   ConfigView view_;
+  bool unsaved_ = false;  ///< the options hold, and could not be saved
   std::function<void()> tell_;
 };
 

@@ -428,6 +428,11 @@ std::string DataLog::end() {
          ".\n\nIts changes are kept beside it and go into it at the next start.";
 }
 
+std::string DataLog::saveTo(const std::string& file) const {
+  const FileResult written = writeFileSafely(pathFromText(file), log_.content());
+  return written ? std::string() : "Error: " + written.reason + ".";
+}
+
 std::string DataLog::rescue(const std::string& reason) const {
   const std::string words = "Error: the station log was not saved: " + reason + ".\n\n";
   std::error_code unknown;

@@ -83,6 +83,8 @@ class DataLog : private GridTable {
   /// The program ends: keeps the edits, in another file where the log cannot take them. Answers
   /// what the operator has to be told; mostly nothing.
   std::string end();
+  /// Writes the log as it is shown into another file. Answers in words why it could not.
+  std::string saveTo(const std::string& file) const;
 
  private:
   /// Work that takes no longer is over when the call that started it returns.

@@ -81,7 +81,6 @@ class FakeDialogs : public PanelDialogs {
 
   void showHelp(MiniHelp&) override { ++helps; }
   void showLog(DataLog& shown) override { ++logs, log = &shown; }
-  void tell(const std::string& words) override { told.push_back(words); }
 
   int channelsShown = 0;
   ChannelEditor* channels = nullptr;  ///< the window that was shown
@@ -89,7 +88,6 @@ class FakeDialogs : public PanelDialogs {
   int helps = 0;
   int logs = 0;
   DataLog* log = nullptr;
-  std::vector<std::string> told;
   std::function<void(Config&)> inConfig;
 
  private:

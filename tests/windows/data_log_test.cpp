@@ -477,7 +477,7 @@ TEST(LogKeys, SpaceRecordsAndGShowsTheLogOfTheShownReceiver) {
   rig.panel->unload({});
   const auto file = readFile(rig.sondrel.folder.path() / "scratchpad.txt", 10'000);
   EXPECT_EQ(std::ranges::count(file.value_or(""), '\n'), 4) << "the program's end keeps them";
-  EXPECT_TRUE(rig.dialogs.told.empty());
+  EXPECT_TRUE(rig.fileDialogs.boxes.empty());
 }
 
 }  // namespace

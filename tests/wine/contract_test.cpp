@@ -62,11 +62,21 @@ Described walking(Described d) {
 }
 
 std::vector<Described> numbered(std::vector<Described> rows) {
-  DISPID id = 0;
-  for (Described& d : rows) d.id = ++id;
-  return rows;
+  DISPID next = 1;
+  std::vector<Described> named;
+  for (Described& d : rows) {
+    if (d.name.empty()) {
+      next = d.id;
+      continue;
+    }
+    d.id = next++;
+    named.push_back(std::move(d));
+  }
+  return named;
 }
 
+#undef FROM_ID
+#define FROM_ID(id) Described{{}, id, {}, {}},
 #define ASK(name, Result, fallback, params, args) \
   described<Result>(#name, #params, &Component::name),
 #define TELL(name, params, args) described<void>(#name, #params, &Component::name),

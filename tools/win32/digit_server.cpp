@@ -11,6 +11,7 @@
 #include <string_view>
 #include <thread>
 
+#include "base/barrier.h"
 #include "base/win32/utf16.h"
 
 // A DDE server of digits, as a tone decoder is one, that sends what it is told:
@@ -153,7 +154,13 @@ int wmain(int count, wchar_t** words) {
   std::printf("Serving %s, topic DTMF, item Digit. Type keys and Enter.\n",
               kelvane::narrow(words[1]).c_str());
   std::fflush(stdout);
-  std::thread([server = GetCurrentThreadId()] { Reader(server).run(); }).detach();
+  std::thread([server = GetCurrentThreadId()] {
+    const auto end = [server](const std::string& why) {
+      std::printf("No more keys are read: %s.\n", why.c_str());
+      PostThreadMessageW(server, WM_QUIT, 0, 0);
+    };
+    kelvane::barrier("reading keys", [server] { Reader(server).run(); }, end);
+  }).detach();
   DigitServer::the().serve();
   return 0;
 }
