@@ -8,9 +8,9 @@ FileResult changeFile(const std::filesystem::path& path, std::size_t limit, File
   beside += ".lock";
   FileLock lock;
   const FileResult sole = patiently(steps, [&] { return lock.acquire(beside); });
-  if (!sole) return {false, "Cannot write " + pathText(path) + ": " + sole.reason};
+  if (!sole) return {false, "Cannot write " + pathText(path) + ": " + sole.reason, sole.held};
   const FileReading now = readPatiently(path, limit, steps);
-  if (now.how == FileReading::Unreadable) return {false, now.reason};
+  if (now.how == FileReading::Unreadable) return {false, now.reason, now.held};
   const FileChange changed = change(now);
   if (!changed.refusal.empty()) return {false, changed.refusal};
   return changed.write ? writeFileSafely(path, changed.content, steps) : FileResult{};

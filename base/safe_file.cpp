@@ -23,8 +23,8 @@ std::error_code lastError() {
   return std::error_code(errno ? errno : EIO, std::generic_category());
 }
 
-FileResult failure(const fs::path& path, const std::string& reason) {
-  return {false, "Cannot write " + pathText(path) + ": " + reason};
+FileResult failure(const fs::path& path, const FileResult& why) {
+  return {false, "Cannot write " + pathText(path) + ": " + why.reason, why.held};
 }
 
 /// A path's own letters as UTF-8. The library's conversion throws at half a pair of UTF-16, which
@@ -152,7 +152,7 @@ FileResult writeFileSafely(const fs::path& path, std::string_view content, FileS
                            const std::function<FileResult()>& beforeSwap) {
   if (path.has_parent_path()) {
     const FileResult made = steps.makeFolders(path.parent_path());
-    if (!made) return failure(path, made.reason);
+    if (!made) return failure(path, made);
     removeLeftovers(path, steps);
   }
   const fs::path unfinished = nameBeside(path);
@@ -162,7 +162,7 @@ FileResult writeFileSafely(const fs::path& path, std::string_view content, FileS
   if (result) result = patiently(steps, [&] { return steps.swapIn(unfinished, path); });
   if (result) return result;
   steps.remove(unfinished);
-  return failure(path, result.reason);
+  return failure(path, result);
 }
 
 FileReading tooLargeToRead(const fs::path& path, std::size_t limit) {

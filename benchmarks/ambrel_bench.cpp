@@ -139,7 +139,8 @@ void measureImport(const std::filesystem::path& file, const char* name) {
                     }));
     import = std::min(import, quickest(1, [&] {
                         std::vector<StationList> lists;
-    lists.push_back(readScheduleFile(file));
+    FileSteps disk;
+    lists.push_back(readScheduleFile(file, disk));
     stations += StationTable(std::move(lists)).size();
   }));
 }

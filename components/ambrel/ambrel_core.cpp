@@ -10,9 +10,11 @@
 namespace kelvane::ambrel {
 
 AmbrelCore::AmbrelCore(std::filesystem::path dataFolder, std::filesystem::path userFolder,
-                       UtcClock utcNow, std::function<void()> wake, ComponentWindows& windows)
+                       UtcClock utcNow, std::function<void()> wake, ComponentWindows& windows,
+                       std::shared_ptr<FileSteps> disk)
     : dataFolder_(std::move(dataFolder)),
       userFolder_(std::move(userFolder)),
+      disk_(std::move(disk)),
       windows_(windows),
       data_{std::make_shared<const StationTable>(), {}},
       stations_(std::move(utcNow)),
@@ -35,7 +37,7 @@ Outcome AmbrelCore::OpenFrqConfig(Text instance) {
   openNotes_.clear();
   planNotes_.clear();
   bands_.reset();
-  files_.emplace(dataFolder_, userFolder_, instance);
+  files_.emplace(dataFolder_, userFolder_, instance, disk_);
   codes_ = loadCodes(*files_, openNotes_);
   useData(loadStations(*files_, std::nullopt));
   return Outcome::Done;
@@ -171,6 +173,7 @@ Outcome AmbrelCore::EditFrqDatabase() {
 Answer<Text> AmbrelCore::GetFrqModeName(Setting mode) { return Text(modeName(mode)); }
 
 Outcome AmbrelCore::SetFrqOwner(Long window) {
+  owned_ = window != 0;
   windows_.setOwner(window);
   return Outcome::Done;
 }

@@ -32,7 +32,8 @@ class AmbrelCore final : public FrequencyComponent {
   /// user's own there win over the shipped ones. `wake` is called, from any thread, when an event
   /// waits for `deliverEvents`. Neither folder need exist.
   AmbrelCore(std::filesystem::path dataFolder, std::filesystem::path userFolder, UtcClock utcNow,
-             std::function<void()> wake, ComponentWindows& windows);
+             std::function<void()> wake, ComponentWindows& windows,
+             std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>());
   ~AmbrelCore() override;
 
   /// A listener must be removed before it ends.
@@ -104,6 +105,7 @@ class AmbrelCore final : public FrequencyComponent {
   bool load(std::function<Loaded(const DataFiles&)> read);
   void take(Loaded& loaded);
   void useData(StationData data);
+  void askAgain();
   void useBands(Bands bands);
   void raiseDataUpdated();
   /// The words for what was found, worked out when first asked for; none where nothing is found.
@@ -112,6 +114,7 @@ class AmbrelCore final : public FrequencyComponent {
 
   std::filesystem::path dataFolder_;
   std::filesystem::path userFolder_;
+  std::shared_ptr<FileSteps> disk_;
   ComponentWindows& windows_;
   std::vector<std::string> openNotes_;
   std::vector<std::string> planNotes_;
@@ -122,6 +125,8 @@ class AmbrelCore final : public FrequencyComponent {
   KnownStations stations_;
   std::optional<StationWords> words_;
   bool loading_ = false;
+  bool owned_ = false;   ///< somebody sits before the windows
+  bool asking_ = false;  ///< whether to read anew what could not be read
   std::string loadWords_;
   // Why what the operator chose could not be kept; the background's while that is at work.
   std::string lostRegion_, lostSchedule_;

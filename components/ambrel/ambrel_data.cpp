@@ -35,7 +35,7 @@ void AmbrelCore::lookAtClock() {
 
 bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
   return load([this, file](const DataFiles& files) {
-    StationList list = readScheduleFile(file);
+    StationList list = readScheduleFile(file, files.disk());
     if (!list.refusal.empty())
       return Loaded{std::nullopt, list.origin + " was not loaded. " + list.refusal +
                                       " The data that was there stays."};
@@ -48,6 +48,7 @@ bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
 }
 
 bool AmbrelCore::reload() {
+  asking_ = false;
   return load([](const DataFiles& files) {
     Loaded loaded{loadStations(files, std::nullopt), "All lists were read anew."};
     loaded.bands.emplace(files, loaded.planNotes);
@@ -67,17 +68,19 @@ bool AmbrelCore::dropSchedule() {
 
 bool AmbrelCore::load(std::function<Loaded(const DataFiles&)> read) {
   if (loading_ || !files_) return false;
-  loading_ = true;
-  const auto job = [this, files = *files_, read = std::move(read)]() mutable {
+  std::function<void()> job = [this, files = *files_, read = std::move(read)]() mutable {
     files.look();
     const auto loaded = std::make_shared<Loaded>(read(files));
     queue_.post([this, loaded] { take(*loaded); });
   };
-  background_.run("reading lists", job, [this](const std::string& why) {
+  Failed failed = [this](const std::string& why) {
     const auto words = "Nothing was read: " + why + ". The data that was there stays.";
     const auto nothing = std::make_shared<Loaded>(Loaded{std::nullopt, words});
     queue_.post([this, nothing] { take(*nothing); });
-  });
+  };
+  // From here on one of the two ends it, also where there is no memory.
+  loading_ = true;
+  background_.run("reading lists", std::move(job), std::move(failed));
   return true;
 }
 
@@ -103,6 +106,18 @@ void AmbrelCore::useData(StationData data) {
   data_ = std::move(data);
   stations_.setTable(data_.table);
   if (known >= 0) stations_.find(known, 0);
+  askAgain();
+}
+
+/// A list that another program holds is as good as it was: the operator may have it read anew.
+void AmbrelCore::askAgain() {
+  std::string words;
+  for (const StationList& list : data_.refused)
+    if (list.unreadable) words += (words.empty() ? "" : "\n") + list.refusal;
+  if (words.empty() || !owned_ || std::exchange(asking_, true)) return;
+  windows_.askAgain(words + "\n\nUntil it can be read the program goes on without it.", [this] {
+    queue_.post([this] { reload(); });
+  });
 }
 
 void AmbrelCore::useBands(Bands bands) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include "contract/types.h"
 
 namespace kelvane::ambrel {
@@ -17,6 +20,9 @@ class ComponentWindows {
   virtual void showKnownList(AmbrelCore& core) = 0;
   virtual void showSource(AmbrelCore& core) = 0;
   virtual void showData(AmbrelCore& core) = 0;
+  /// Shows a message with Retry and Cancel; `again` is called for Retry, on any thread. Asked only
+  /// where there is an owner: before a script nobody may sit. Does nothing where nobody is asked.
+  virtual void askAgain(const std::string&, std::function<void()>) {}
 };
 
 }  // namespace kelvane::ambrel

@@ -30,8 +30,10 @@ std::string plainName(const fs::path& file) {
 
 }  // namespace
 
-DataFiles::DataFiles(fs::path shipped, fs::path user, std::string_view instance)
-    : folders_{{user / pathFromText(safeFileName(instance))}, {user}, {std::move(shipped)}} {
+DataFiles::DataFiles(fs::path shipped, fs::path user, std::string_view instance,
+                     std::shared_ptr<FileSteps> disk)
+    : folders_{{user / pathFromText(safeFileName(instance))}, {user}, {std::move(shipped)}},
+      disk_(std::move(disk)) {
   look();
 }
 

@@ -2,10 +2,13 @@
 
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "base/safe_file.h"
 
 namespace kelvane::ambrel {
 
@@ -14,8 +17,11 @@ namespace kelvane::ambrel {
 /// shipped one.
 class DataFiles {
  public:
-  /// Looks for what is there at once.
-  DataFiles(std::filesystem::path shipped, std::filesystem::path user, std::string_view instance);
+  /// Looks for what is there at once. `disk` is what is read from and written to.
+  DataFiles(std::filesystem::path shipped, std::filesystem::path user, std::string_view instance,
+            std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>());
+
+  FileSteps& disk() const { return *disk_; }
 
   /// Looks for what is there now; until the next look nothing else is found.
   void look();
@@ -41,6 +47,7 @@ class DataFiles {
   };
 
   std::vector<Folder> folders_;
+  std::shared_ptr<FileSteps> disk_;
 };
 
 }  // namespace kelvane::ambrel

@@ -32,8 +32,7 @@ bool isThere(const fs::path& file) {
   return fs::is_regular_file(file, error);
 }
 
-OwnFile made(const fs::path& file, std::string_view text) {
-  FileSteps disk;
+OwnFile made(const fs::path& file, std::string_view text, FileSteps& disk) {
   // Another program of the instance may have made it, and the operator may have written in it.
   const auto unlessThere = [text](const FileReading& now) {
     return FileChange{now.how == FileReading::Missing, std::string(text)};
@@ -45,7 +44,7 @@ OwnFile made(const fs::path& file, std::string_view text) {
 
 OwnFile ownKnownFile(const DataFiles& files) {
   const fs::path own = files.ownFolder() / kKnownName;
-  return isThere(own) ? OwnFile{own, {}} : made(own, kKnownHead);
+  return isThere(own) ? OwnFile{own, {}} : made(own, kKnownHead, files.disk());
 }
 
 OwnFile ownPlanFile(const DataFiles& files, Long region) {
@@ -56,7 +55,7 @@ OwnFile ownPlanFile(const DataFiles& files, Long region) {
   DataFiles now = files;
   now.look();
   for (const fs::path& file : now.named(name)) {
-    if (const auto text = readFile(file, kLargest, &reason)) return made(own, *text);
+    if (const auto text = readFile(file, kLargest, &reason)) return made(own, *text, files.disk());
   }
   return {own, reason};
 }

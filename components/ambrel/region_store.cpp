@@ -15,14 +15,14 @@ constexpr const char* kName = "region.txt";
 }  // namespace
 
 Long keptRegion(const DataFiles& files) {
-  FileSteps disk;
-  const FileReading kept = readPatiently(files.ownFolder() / kName, 100, disk);
+  const FileReading kept = readPatiently(files.ownFolder() / kName, 100, files.disk());
   const auto region = wholeNumber(kept.content);
   return region && *region >= 1 && *region <= kRegions ? static_cast<Long>(*region) - 1 : 0;
 }
 
 std::string keepRegion(const DataFiles& files, Long region) {
-  return writeFileSafely(files.ownFolder() / kName, std::to_string(region + 1) + "\r\n").reason;
+  const std::string text = std::to_string(region + 1) + "\r\n";
+  return writeFileSafely(files.ownFolder() / kName, text, files.disk()).reason;
 }
 
 }  // namespace kelvane::ambrel

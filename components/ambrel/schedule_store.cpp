@@ -68,8 +68,7 @@ bool readHead(std::string_view text, std::optional<Season>& season, std::string&
 
 }  // namespace
 
-StationList readScheduleFile(const fs::path& file) {
-  FileSteps disk;
+StationList readScheduleFile(const fs::path& file, FileSteps& disk) {
   FileReading reading = readPatiently(file, kLargestSchedule, disk);
   if (reading.how != FileReading::Whole) {
     const bool missing = reading.how == FileReading::Missing;
@@ -95,14 +94,14 @@ std::string keepSchedule(const StationList& schedule, const DataFiles& files) {
   std::string kept(kHead);
   kept.append(schedule.season->code()).append(kFrom).append(schedule.origin).append("\r\n");
   kept.append(text);
-  return writeFileSafely(files.ownFolder() / kKeptName, kept).reason;
+  return writeFileSafely(files.ownFolder() / kKeptName, kept, files.disk()).reason;
 }
 
 std::optional<StationList> keptSchedule(const DataFiles& files) {
   const fs::path file = files.ownFolder() / kKeptName;
   std::error_code error;
   if (!fs::exists(file, error)) return std::nullopt;
-  StationList list = readScheduleFile(file);
+  StationList list = readScheduleFile(file, files.disk());
   // What is only held by another program is as good as it was.
   if (!list.refusal.empty() && !list.unreadable) {
     const fs::path aside = keepAside(file);

@@ -13,7 +13,7 @@ namespace kelvane::ambrel {
 /// Reads a schedule that the user points at. Its season is told by the file's name, else by its
 /// newest "last heard" mark, else by the file's own date. A list with a refusal is no schedule.
 /// Waits for another program that holds the file.
-StationList readScheduleFile(const std::filesystem::path& file);
+StationList readScheduleFile(const std::filesystem::path& file, FileSteps& disk);
 
 /// Keeps a schedule for the next starts, in the place of the one kept before. Answers why it could
 /// not, in words; empty when it is kept.

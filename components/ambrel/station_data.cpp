@@ -16,8 +16,7 @@ namespace {
 constexpr std::string_view kStart = "known-", kEnd = ".txt";
 
 StationList readKnownFile(const fs::path& file, const DataFiles& files) {
-  FileSteps disk;
-  FileReading reading = readPatiently(file, kLargestKnownText, disk);
+  FileReading reading = readPatiently(file, kLargestKnownText, files.disk());
   std::string title = pathText(file.stem());
   if (title.starts_with(kStart)) title.erase(0, kStart.size());
   StationList list;
@@ -25,6 +24,7 @@ StationList readKnownFile(const fs::path& file, const DataFiles& files) {
     list = readKnownSets(std::move(reading.content), title);
   else
     list.refusal = reading.reason.empty() ? "it is no longer there" : reading.reason;
+  list.unreadable = reading.how == FileReading::Unreadable;
   list.file = file;
   list.usersOwn = !files.isShipped(file);
   return list;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/barrier.h"
+#include "base/instance_name.h"
 
 namespace kelvane::sondrel {
 
@@ -34,6 +35,14 @@ bool tellsOfLink(const std::vector<RigReport>& reports) {
       reports, [](const RigReport& report) { return std::holds_alternative<LinkReport>(report); });
 }
 
+/// The file that stands for the right to a place on this computer.
+std::filesystem::path serverMark(const RigctldAddress& address) {
+  std::error_code none;
+  const std::string place = safeFileName(address.host + "-" + std::to_string(address.port));
+  return std::filesystem::temp_directory_path(none) / "Kelvane" /
+         pathFromText("server-" + place + ".lock");
+}
+
 Instant clockNow() { return std::chrono::steady_clock::now(); }
 
 }  // namespace
@@ -49,6 +58,35 @@ RigctldWorker::RigctldWorker(RigctldAddress address, const RigctldOptions& optio
 RigctldWorker::~RigctldWorker() {
   post([](Mail& mail) { mail.stop = true; });
   thread_.join();
+}
+
+/// Two servers at one place would fight for radio and port: the first process that wants one there
+/// starts it, for all.
+std::string RigctldWorker::startServer() {
+  const FileResult sole = sole_.owned() ? FileResult{} : sole_.acquire(serverMark(address_));
+  const bool elsewhere = !sole && sole.held;
+  if (elsewhere && !servedElsewhere_) {
+    noteFault("starting the server at " + address_.host + ":" + std::to_string(address_.port),
+              "another program started it already, and owns it; it is used as it is");
+  }
+  servedElsewhere_ = elsewhere;
+  const std::string problem = elsewhere ? std::string() : process_.start(address_.command);
+  if (!problem.empty()) sole_.release();
+  return problem;
+}
+
+bool RigctldWorker::serverRuns() {
+  if (!servedElsewhere_) return process_.running();
+  // Its owner ended, and the server with it.
+  const bool free = bool(sole_.acquire(serverMark(address_)));
+  sole_.release();
+  return !free;
+}
+
+void RigctldWorker::dismissServer() {
+  keeper_.dismiss();
+  sole_.release();
+  servedElsewhere_ = false;
 }
 
 std::uint32_t RigctldWorker::open(bool reopen) {
@@ -98,7 +136,7 @@ void RigctldWorker::run() {
     }
   }
   // Here and not in a destructor: the server was started by this thread.
-  barrier("ending a server", [this] { keeper_.dismiss(); });
+  barrier("ending a server", [this] { dismissServer(); });
 }
 
 /// One turn; answers false when the worker is to end.
@@ -147,7 +185,7 @@ bool RigctldWorker::readMail(Instant now) {
   if (mail.shown) session_.show(*mail.shown);
   if (mail.close) {
     session_.close();
-    keeper_.dismiss();
+    dismissServer();
   }
   if (mail.open) session_.open(*mail.open, now);
   while (auto request = mail.requests.take()) session_.request(std::move(*request), now);

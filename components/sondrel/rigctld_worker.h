@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/child_process.h"
+#include "base/file_lock.h"
 #include "base/tcp_client.h"
 #include "components/sondrel/radios/own_server.h"
 #include "components/sondrel/rigctld_session.h"
@@ -69,6 +70,9 @@ class RigctldWorker {
   std::uint32_t post(Change change);
   void run();
   bool serve();
+  std::string startServer();
+  bool serverRuns();
+  void dismissServer();
   bool readMail(Instant now);
   void keepServer(Instant now);
   std::string startServer();
@@ -84,6 +88,8 @@ class RigctldWorker {
   Deliver deliver_;
   TcpClient client_;
   ChildProcess process_;
+  FileLock sole_;                ///< the right to start a server at that place
+  bool servedElsewhere_ = false;  ///< another process has it, and its server is used
   ServerKeeper keeper_;
   std::uint32_t connection_ = 0;
   Instant knockAt_ = kNever;  ///< next attempt at a server that does not listen yet

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/instance_name.h"
+#include "base/one_try.h"
 #include "components/sondrel/simulated_receiver.h"
 
 namespace kelvane::sondrel {
@@ -185,7 +186,8 @@ void SondrelCore::host(const std::vector<ReceiverEntry>& entries) {
 
 FileResult SondrelCore::applyDrivers(const DriversModel& model) {
   if (!instance_) return {false, "No configuration is open."};
-  const FileResult written = saveConfig(configFile(), model.config(), config_, *steps_);
+  OneTry disk(*steps_);
+  const FileResult written = saveConfig(configFile(), model.config(), config_, disk);
   if (!written) return written;
   host(config_.config.receivers);
   const auto count = static_cast<Count>(receivers_.size());

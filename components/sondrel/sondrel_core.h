@@ -63,7 +63,8 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   /// The list of receivers for editing, and its taking effect: written, receivers made, moved and
   /// taken away (one whose entry did not change keeps its link), DrvUpdated raised. What another
   /// process changed in the list meanwhile stays; it fails where both changed the same receiver. On
-  /// failure nothing has changed. Forwarding is off afterwards.
+  /// failure nothing has changed. Waits for nobody who holds the file: it is `held` then, and worth
+  /// another try. Forwarding is off afterwards.
   DriversModel drivers() const { return DriversModel(config_.config); }
   FileResult applyDrivers(const DriversModel& model);
 

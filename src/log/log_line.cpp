@@ -42,15 +42,26 @@ bool isPadded(std::string_view part, Padding padding) {
   return part.empty() || (!isBlank(part.front()) && !isBlank(part.back()));
 }
 
-/// Whether the line is what appendLogLine() makes of it.
-bool isInForm(std::string_view line) {
+/// A line seen once, since a log may have millions.
+struct SeenLine {
+  bool inForm = true;  ///< it is what appendLogLine() makes of it
+  std::string_view frequency, filter;
+};
+
+SeenLine seen(std::string_view line) {
+  SeenLine result;
   for (int field = 0; field < kLogFields; ++field) {
     const std::size_t end = line.find(kSeparator);
-    if (end == std::string_view::npos || !isPadded(line.substr(0, end), paddingOf(field)))
-      return false;
-    line.remove_prefix(end + 1);
+    const std::string_view part = line.substr(0, end);
+    if (field == LogFrequency) result.frequency = trimmed(part);
+    if (field == LogFilter) result.filter = trimmed(part);
+    const bool padded = end != std::string_view::npos && isPadded(part, paddingOf(field));
+    result.inForm = result.inForm && padded;
+    line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
+    if (!result.inForm && field >= LogFilter) return result;
   }
-  return line.empty();
+  result.inForm = result.inForm && line.empty();
+  return result;
 }
 
 void appendField(std::string& line, std::string_view text, Padding padding) {
@@ -89,12 +100,10 @@ bool isPositive(std::string_view text) {
 }
 
 LogLine judgeLogLine(std::string_view line) {
-  const bool inForm = isInForm(line);
-  const std::string_view frequency = takeField(line);
-  takeField(line);
-  const std::string_view filter = takeField(line);
+  const auto [inForm, frequency, filter] = seen(line);
   if (!isPositive(frequency) || (!filter.empty() && !isPositive(filter))) return LogLine::NoRecord;
   if (inForm) return LogLine::InForm;
+  for (int field = 0; field <= LogFilter; ++field) takeField(line);
   // Eight separators part nine fields; writers put one behind the ninth as well.
   constexpr auto kAfterFilter = kLogFields - LogFilter - 1;
   if (std::count(line.begin(), line.end(), kSeparator) < kAfterFilter - 1) return LogLine::NoRecord;

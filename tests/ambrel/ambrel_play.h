@@ -21,6 +21,13 @@ struct NoWindows : ComponentWindows {
   void showKnownList(AmbrelCore&) override {}
   void showSource(AmbrelCore&) override {}
   void showData(AmbrelCore&) override {}
+  void askAgain(const std::string& words, std::function<void()> again) override {
+    asked.push_back(words);
+    chooseRetry = std::move(again);
+  }
+
+  std::vector<std::string> asked;  ///< with Retry and Cancel
+  std::function<void()> chooseRetry;
 };
 
 struct HeardEvents : FrequencyListener {
@@ -81,7 +88,7 @@ class AmbrelPlay {
           if (wakeThrows.exchange(false)) throw std::bad_alloc();
           wakes.wake();
         },
-        windows);
+        windows, disk);
     core->addListener(events);
     core->OpenFrqConfig("Shack");
     core->InitFrqPlan(0);
@@ -143,6 +150,7 @@ class AmbrelPlay {
   std::chrono::system_clock::time_point now =
       std::chrono::sys_days(std::chrono::year(2022) / 7 / 13);
   NoWindows windows;
+  std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>();
   HeardEvents events;
   std::atomic<bool> wakeThrows = false;  ///< the next wake does
   Wakes wakes;

@@ -3,12 +3,16 @@
 
 #include "base/text.h"
 #include "components/ambrel/eibi_schedule.h"
+#include "components/ambrel/own_files.h"
 #include "components/ambrel/source_view.h"
 #include "tests/ambrel/ambrel_play.h"
+#include "tests/fakes/failing_steps.h"
 
 namespace kelvane::ambrel {
 namespace {
 
+namespace fs = std::filesystem;
+using fakes::FailingSteps;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
@@ -166,6 +170,62 @@ TEST(Import, AKeptScheduleThatCannotBeReadNowIsNotPutAside) {
   play.start();
   EXPECT_THAT(play.core->notes(), HasSubstr("schedule-eibi.csv is not a file"));
   EXPECT_TRUE(std::filesystem::exists(kept / "in the way"));
+}
+
+TEST(Import, ADiskThatFailsOrStopsLeavesTheOldListsOrTheNewOnesWhole) {
+  for (const auto how : {FailingSteps::How::Fail, FailingSteps::How::Stop}) {
+    int told = 0;
+    for (int step = 1;; ++step) {
+      AmbrelPlay play;
+      play.importText(kGood);
+      play.core->NextFrqRegion();
+      play.core->FinishFrqWriting();
+      const auto disk = std::make_shared<FailingSteps>(how);
+      play.disk = disk;
+      play.start();
+      disk->arm(step);
+      const std::string words = play.importText("7070;0000-2400;;G;Other;E;Eu;w;1;;\r\n");
+      play.core->NextFrqRegion();
+      ownKnownFile(*play.core->files());
+      const std::string lost = play.core->FinishFrqWriting();
+      told += lost.empty() ? 0 : 1;
+      const bool struck = disk->struck();
+      play.disk = std::make_shared<FileSteps>();
+      play.start();
+      EXPECT_EQ(play.core->notes(), "") << "step " << step;
+      const bool isNew = play.name(7'070'000) == "Other";
+      EXPECT_NE(isNew, play.name(6'070'000) == "Good station") << "step " << step;
+      EXPECT_TRUE(isNew || !lost.empty() || words.find("not loaded") != words.npos) << words;
+      const Long region = play.core->GetFrqRegion();
+      EXPECT_TRUE(region == 2 || (region == 1 && !lost.empty())) << "step " << step;
+      if (!struck) break;
+    }
+    EXPECT_GE(told, 4) << "folder, content, flush and swap of the schedule";
+  }
+}
+
+TEST(Import, AListThatCannotBeReadNowIsAskedForAgain) {
+  AmbrelPlay play;
+  const auto own = play.ownFolder() / "known-own.txt";
+  fs::create_directories(own / "in the way");
+  play.start();
+  EXPECT_TRUE(play.windows.asked.empty()) << "before a script nobody may sit";
+  play.core->SetFrqOwner(1);
+  play.core->OpenFrqConfig("Shack");
+  ASSERT_EQ(play.windows.asked.size(), 1u);
+  EXPECT_THAT(play.windows.asked[0], HasSubstr("known-own.txt is not a file"));
+  const auto retry = [&play] {
+    play.windows.chooseRetry();
+    play.deliver();
+    while (play.core->isLoading()) play.deliver();
+  };
+  retry();
+  EXPECT_EQ(play.windows.asked.size(), 2u) << "it is still in the way";
+  fs::remove_all(own);
+  play.write(own, "[Mine]\n6000 ; My station\n");
+  retry();
+  EXPECT_EQ(play.windows.asked.size(), 2u);
+  EXPECT_EQ(play.name(6'000'000), "My station");
 }
 
 TEST(Import, ADamagedKeptScheduleIsPutAsideAndSaid) {

@@ -212,6 +212,20 @@ TEST(DriversDialog, ADiskThatFailsOrStopsLeavesTheOldListWhole) {
   }
 }
 
+TEST(DriversDialog, DoesNotWaitForWhoeverHoldsTheList) {
+  const auto steps = std::make_shared<FailingSteps>(FailingSteps::How::Hold, 60);
+  SondrelRig rig(steps);
+  rig.open();
+  DriversModel model = rig.core.drivers();
+  model.rename(0, "Attic");
+  steps->arm(1);
+  const FileResult first = rig.core.applyDrivers(model);
+  EXPECT_TRUE(!first && first.held) << first.reason;
+  for (int i = 0; i < 60 && !rig.core.applyDrivers(model); ++i) continue;
+  EXPECT_EQ(rig.core.GetRxName(0).value(), "Attic");
+  EXPECT_EQ(steps->waited(), milliseconds(0)) << "the window's timer tries again";
+}
+
 TEST_F(Drivers, ListsThatTwoProcessesEditAreJoinedAndNoReceiverIsLost) {
   SondrelRig other(rig.folder.path());
   other.open();

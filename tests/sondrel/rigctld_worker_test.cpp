@@ -5,10 +5,13 @@
 #include <future>
 #include <new>
 
+#include "base/barrier.h"
+#include "base/safe_file.h"
 #include "components/sondrel/rigctld_capabilities.h"
 #include "components/sondrel/rigctld_worker.h"
 #include "tests/fakes/fake_rig.h"
 #include "tests/fakes/stand_in_server.h"
+#include "tests/fakes/temp_folder.h"
 
 namespace kelvane::sondrel {
 namespace {
@@ -244,6 +247,37 @@ TEST(RigctldWorker, AFaultOnItsThreadEndsTheLinkAndNotTheProgram) {
   thrown.get_future().wait();
   worker.open(true);
   EXPECT_EQ(up.get_future().wait_for(std::chrono::seconds(30)), std::future_status::ready);
+}
+
+TEST(RigctldWorker, OneProcessAloneStartsTheServerOfAPlaceAndTheNextOneInherits) {
+  const fakes::TempFolder folder;
+  const auto starts = folder.path() / "starts", script = folder.path() / "serve";
+  writeFileSafely(script, "echo started >> " + pathText(starts) + "\nexec sleep 60\n");
+  const auto startsAre = [&](std::size_t lines) {
+    for (int i = 0; i < 1000; ++i) {
+      if (readFile(starts, 1000).value_or("").size() == lines * std::string("started\n").size())
+        return true;
+      std::this_thread::sleep_for(milliseconds(20));
+    }
+    return false;
+  };
+  RigctldAddress address;
+  {
+    const StandInServer place(answering(FakeRig::Manner::Rigctld));
+    address = addressOf(place);
+  }
+  address.command = "/bin/sh " + pathText(script);
+  auto owner = std::make_unique<RigctldWorker>(address, RigctldOptions{}, [](auto, auto) {});
+  owner->open(false);
+  ASSERT_TRUE(startsAre(1));
+  RigctldWorker other(address, {}, [](auto, auto) {});
+  other.open(false);
+  const auto said = [] { return notedFaults().find("owns it") != std::string::npos; };
+  for (int i = 0; i < 1000 && !said(); ++i) std::this_thread::sleep_for(milliseconds(20));
+  EXPECT_TRUE(said());
+  EXPECT_TRUE(startsAre(1));
+  owner.reset();
+  EXPECT_TRUE(startsAre(2)) << "the server ended with its owner";
 }
 
 }  // namespace

@@ -232,6 +232,38 @@ TEST_F(LogWindowTest, AFileThatAnotherProgramHoldsIsNamedAndNotReplaced) {
   EXPECT_EQ(std::ranges::count(file(), '\n'), 2);
 }
 
+TEST_F(LogWindowTest, WhatCannotBeWrittenAtTheEndIsToldAndOfferedAnotherPlace) {
+  write(kFirst);
+  for (const bool systemEnds : {false, true}) {
+    start();
+    open(L' ');
+    ASSERT_TRUE(eventually([&] { return textOf(log_).find("records]") != std::string::npos; }));
+    const HANDLE held =
+        CreateFileW(path_.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    const std::string words = "Error: the station log was not saved: ";
+    if (systemEnds) {
+      SendMessageW(panel_->window(), WM_QUERYENDSESSION, 0, 0);
+      SendMessageW(panel_->window(), WM_ENDSESSION, TRUE, 0);
+      panel_.reset();
+      CloseHandle(held);
+      panel_ = std::make_unique<RunningPanel>(instance_.name(), programFolder(), folder_);
+      EXPECT_EQ(panel_->messageBox().rfind(words, 0), 0u) << "at the next start";
+      panel_->answer(IDOK);
+      ASSERT_TRUE(panel_->settledOn(0));
+    } else {
+      panel_->close();
+      const std::string told = panel_->messageBox();
+      EXPECT_EQ(told.rfind(words, 0), 0u) << told;
+      EXPECT_NE(told.find("another place of your choice"), std::string::npos) << told;
+      panel_->answer(IDCANCEL);
+      EXPECT_EQ(panel_->ended(), 0);
+      CloseHandle(held);
+    }
+  }
+  EXPECT_TRUE(eventually([&] { return std::ranges::count(file(), '\n') == 3; })) << file();
+}
+
 /// Killed as soon as the record is seen, and in the midst of a save.
 TEST_F(LogWindowTest, HasEveryRecordOnceThatWasSeenWheneverTheProgramIsKilled) {
   constexpr int kKills = 20, kRecords = 20'000;

@@ -31,6 +31,8 @@ void AmbrelWindows::closeAll() {
   list_.reset();
   source_.reset();
   data_.reset();
+  // A box that is answered now would be so to nobody.
+  messages_.reset();
 }
 
 }  // namespace kelvane::ambrel

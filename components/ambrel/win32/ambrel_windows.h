@@ -8,6 +8,7 @@
 #include "components/ambrel/win32/data_window.h"
 #include "components/ambrel/win32/known_list_window.h"
 #include "components/ambrel/win32/source_window.h"
+#include "contract/win32/server/message_boxes.h"
 
 namespace kelvane::ambrel {
 
@@ -19,6 +20,9 @@ class AmbrelWindows final : public ComponentWindows {
   void showSource(AmbrelCore& core) override;
   /// Leaves the keyboard where it is: the key that opens this window may begin a frequency.
   void showData(AmbrelCore& core) override;
+  void askAgain(const std::string& words, std::function<void()> again) override {
+    messages_->ask("Ambrel", words, std::move(again));
+  }
   /// To be called before the core ends.
   void closeAll();
 
@@ -29,6 +33,7 @@ class AmbrelWindows final : public ComponentWindows {
   std::unique_ptr<KnownListWindow> list_;
   std::unique_ptr<SourceWindow> source_;
   std::unique_ptr<DataWindow> data_;
+  std::unique_ptr<com::MessageBoxes> messages_ = std::make_unique<com::MessageBoxes>();
 };
 
 }  // namespace kelvane::ambrel

@@ -109,6 +109,7 @@ void DriversDialog::makeTest() {
 }
 
 void DriversDialog::tick() {
+  if (giveUpAt_ != kNever) return apply();
   showLinks();
   showTest();
 }
@@ -350,9 +351,19 @@ void DriversDialog::forgetTest() {
 
 void DriversDialog::confirm() {
   if (somethingWrong()) return;
+  giveUpAt_ = std::chrono::steady_clock::now() + kFilePatience;
+  enable(IDOK, false);
+  apply();
+}
+
+/// Another program that holds the list is waited for by the timer, with the window alive.
+void DriversDialog::apply() {
   const FileResult applied = apply_();
   if (applied) return close();
   say(applied.reason);
+  if (applied.held && std::chrono::steady_clock::now() < giveUpAt_) return;
+  giveUpAt_ = kNever;
+  enable(IDOK, true);
   MessageBoxW(window(), wide(applied.reason).c_str(), L"Receivers", MB_OK | MB_ICONWARNING);
 }
 

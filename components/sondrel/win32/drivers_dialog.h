@@ -55,6 +55,7 @@ class DriversDialog : public win32::DialogWindow {
   void nameTyped();
   void valueTyped();
   void confirm();
+  void apply();
   void test();
   void showTest();
   void forgetTest();
@@ -79,6 +80,7 @@ class DriversDialog : public win32::DialogWindow {
   int wrong_ = 0;  ///< the field whose text was refused
   std::string problem_;
   std::unique_ptr<LinkTrial> trial_;
+  Instant giveUpAt_ = kNever;  ///< while OK waits for another program that holds the list
 };
 
 }  // namespace kelvane::sondrel

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "base/safe_file.h"
+
+namespace kelvane {
+
+/// The steps of another disk, for a thread that a window waits for: whoever is in the way of a file
+/// is not waited for. What fails then says that it was `held`.
+class OneTry final : public FileSteps {
+ public:
+  explicit OneTry(FileSteps& disk) : disk_(disk) {}
+
+  FileReading read(const std::filesystem::path& file, std::size_t limit) override {
+    return disk_.read(file, limit);
+  }
+  FileResult makeFolders(const std::filesystem::path& folder) override {
+    return disk_.makeFolders(folder);
+  }
+  FileResult write(const std::filesystem::path& file, std::string_view content) override {
+    return disk_.write(file, content);
+  }
+  FileResult append(const std::filesystem::path& file, std::string_view content) override {
+    return disk_.append(file, content);
+  }
+  FileResult flush(const std::filesystem::path& file) override { return disk_.flush(file); }
+  FileResult swapIn(const std::filesystem::path& from, const std::filesystem::path& to) override {
+    return disk_.swapIn(from, to);
+  }
+  FileResult secondName(const std::filesystem::path& from,
+                        const std::filesystem::path& to) override {
+    return disk_.secondName(from, to);
+  }
+  void remove(const std::filesystem::path& file) override { disk_.remove(file); }
+  void pause(milliseconds) override {}
+
+ private:
+  FileSteps& disk_;
+};
+
+}  // namespace kelvane
