@@ -42,7 +42,8 @@ bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
     std::string words =
         list.origin + " was loaded: season " + list.season->code() + ", " + countsOf(list);
     lostSchedule_ = keepSchedule(list, files);
-    if (!lostSchedule_.empty()) words += " It could not be kept for the next start: " + lostSchedule_;
+    if (!lostSchedule_.empty())
+      words += " It could not be kept for the next start: " + lostSchedule_;
     return Loaded{loadStations(files, std::move(list)), std::move(words)};
   });
 }
@@ -115,9 +116,8 @@ void AmbrelCore::askAgain() {
   for (const StationList& list : data_.refused)
     if (list.unreadable) words += (words.empty() ? "" : "\n") + list.refusal;
   if (words.empty() || !owned_ || std::exchange(asking_, true)) return;
-  windows_.askAgain(words + "\n\nUntil it can be read the program goes on without it.", [this] {
-    queue_.post([this] { reload(); });
-  });
+  windows_.askAgain(words + "\n\nUntil it can be read the program goes on without it.",
+                    [this] { queue_.post([this] { reload(); }); });
 }
 
 void AmbrelCore::useBands(Bands bands) {

@@ -71,7 +71,8 @@ void ChannelKeeper::takeBack() {
   for (const auto& place : secondPlaces(file_)) {
     FileReading reading = saver_.steps().read(place, kLargestChannelFile);
     if (reading.how != FileReading::Whole) continue;
-    for (const auto& [channel, record] : readChanges(reading.content)) put(channel, record, kAtOnce);
+    for (const auto& [channel, record] : readChanges(reading.content))
+      put(channel, record, kAtOnce);
     second_[place] = std::move(reading.content);
   }
   // Where the file has it all, nothing else would come to this.

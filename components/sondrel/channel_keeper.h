@@ -92,7 +92,7 @@ class ChannelKeeper {
   Instant giveUpAt_ = kNever;
   Instant due_ = kNever;
   std::string unwritten_;  ///< what finish() last answered
-  bool failing_ = false;  ///< the last write failed, which has been said
+  bool failing_ = false;   ///< the last write failed, which has been said
   bool retry_ = false;
 };
 

@@ -214,8 +214,7 @@ std::string ChannelEditor::end() {
 std::string ChannelEditor::saveTo(const std::string& file) const {
   const auto* written = dynamic_cast<const WriteTask*>(task_.get());
   if (!written) return {};
-  const FileResult result =
-      writeFileSafely(pathFromText(file), written->content(), saver_.steps());
+  const FileResult result = writeFileSafely(pathFromText(file), written->content(), saver_.steps());
   return result ? std::string() : result.reason + ".";
 }
 

@@ -183,8 +183,8 @@ KilledWriters::Found KilledWriters::look() const {
 }
 
 void KilledWriters::lookAtChannels(Found& found) const {
-  const auto bank = sondrel::ChannelBank::read(
-      contentOf(folder_.path() / "Kelvane" / "Memories" / "A.txt"));
+  const auto bank =
+      sondrel::ChannelBank::read(contentOf(folder_.path() / "Kelvane" / "Memories" / "A.txt"));
   found.torn += !bank || bank->unread() > 0 ? 1 : 0;
   for (Channel channel = 0; bank && channel < kChannels; ++channel) {
     const auto known = newest_.find("channel" + std::to_string(channel));
@@ -193,8 +193,7 @@ void KilledWriters::lookAtChannels(Found& found) const {
 }
 
 void KilledWriters::lookAtReceivers(Found& found) const {
-  const auto config =
-      sondrel::readConfig(contentOf(folder_.path() / "Kelvane" / "receivers.txt"));
+  const auto config = sondrel::readConfig(contentOf(folder_.path() / "Kelvane" / "receivers.txt"));
   if (!config || config->receivers.size() != 2 || !config->notes.empty()) {
     ++found.torn;
     return;
@@ -222,8 +221,9 @@ void KilledWriters::lookAtLog(Found& found) const {
 
 void KilledWriters::lookAtLists(Found& found) const {
   FakeAmbrelWindows windows;
-  ambrel::AmbrelCore lists(KELVANE_DATA_FOLDER, folder_.path(),
-                           [] { return std::chrono::system_clock::time_point(); }, [] {}, windows);
+  ambrel::AmbrelCore lists(
+      KELVANE_DATA_FOLDER, folder_.path(), [] { return std::chrono::system_clock::time_point(); },
+      [] {}, windows);
   lists.OpenFrqConfig("Kelvane");
   found.torn += lists.notes().empty() ? 0 : 1;
   const std::string region = contentOf(folder_.path() / "Kelvane" / "region.txt");

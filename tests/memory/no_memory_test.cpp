@@ -97,7 +97,8 @@ TEST(NoMemory, AnExportOfTheLogIsTheOldFileOrTheNewOne) {
         rig.settle();
       },
       [&](bool thrown, bool refused) {
-        for (; rig.log->busy(); std::this_thread::yield()) barrier("ending", [&] { rig.log->tick(); });
+        for (; rig.log->busy(); std::this_thread::yield())
+          barrier("ending", [&] { rig.log->tick(); });
         const std::string text = readFile(out, 1 << 20).value_or("none");
         EXPECT_TRUE(text == "old" || text.find("6070000") != text.npos) << text;
         EXPECT_EQ(rig.cell(0, 7), "CQ") << "the log is as it was";
@@ -109,10 +110,13 @@ TEST(NoMemory, AnExportOfTheLogIsTheOldFileOrTheNewOne) {
 
 TEST(NoMemory, AnImportOfAScheduleTakesTheNewOneOrLeavesTheOld) {
   ambrel::AmbrelPlay play;
-  const auto line = [](const char* what) { return what + std::string(";0000-2400;;G;S;E;Eu;w;1;;\r\n"); };
+  const auto line = [](const char* what) {
+    return what + std::string(";0000-2400;;G;S;E;Eu;w;1;;\r\n");
+  };
   play.importText(line("6070"), "sked-a21.csv");
   const fs::path next = play.write(play.userFolder() / "sked-a22.csv", play.heading + line("7070"));
-  const fs::path before = play.write(play.userFolder() / "sked-b21.csv", play.heading + line("6070"));
+  const fs::path before =
+      play.write(play.userFolder() / "sked-b21.csv", play.heading + line("6070"));
   withEachRequestRefused(
       [&] {
         play.core->importSchedule(next);

@@ -159,7 +159,8 @@ int wmain(int count, wchar_t** words) {
       std::printf("No more keys are read: %s.\n", why.c_str());
       PostThreadMessageW(server, WM_QUIT, 0, 0);
     };
-    kelvane::barrier("reading keys", [server] { Reader(server).run(); }, end);
+    kelvane::barrier(
+        "reading keys", [server] { Reader(server).run(); }, end);
   }).detach();
   DigitServer::the().serve();
   return 0;
