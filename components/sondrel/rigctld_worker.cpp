@@ -60,29 +60,6 @@ RigctldWorker::~RigctldWorker() {
   thread_.join();
 }
 
-/// Two servers at one place would fight for radio and port: the first process that wants one there
-/// starts it, for all.
-std::string RigctldWorker::startServer() {
-  const FileResult sole = sole_.owned() ? FileResult{} : sole_.acquire(serverMark(address_));
-  const bool elsewhere = !sole && sole.held;
-  if (elsewhere && !servedElsewhere_) {
-    noteFault("starting the server at " + address_.host + ":" + std::to_string(address_.port),
-              "another program started it already, and owns it; it is used as it is");
-  }
-  servedElsewhere_ = elsewhere;
-  const std::string problem = elsewhere ? std::string() : process_.start(address_.command);
-  if (!problem.empty()) sole_.release();
-  return problem;
-}
-
-bool RigctldWorker::serverRuns() {
-  if (!servedElsewhere_) return process_.running();
-  // Its owner ended, and the server with it.
-  const bool free = bool(sole_.acquire(serverMark(address_)));
-  sole_.release();
-  return !free;
-}
-
 void RigctldWorker::dismissServer() {
   keeper_.dismiss();
   sole_.release();
@@ -203,7 +180,7 @@ void RigctldWorker::rememberFault(const std::string& words) {
 }
 
 std::string RigctldWorker::startServer() {
-  if (!address_.own) return process_.start(address_.command);
+  if (!address_.own) return startSoleServer();
   const OwnServer::Start start = address_.own->prepare();
   written_.clear();
   address_.port = start.port;
@@ -213,7 +190,30 @@ std::string RigctldWorker::startServer() {
   return problem;
 }
 
+/// Two servers at one place would fight for radio and port: the first process that wants one there
+/// starts it, for all.
+std::string RigctldWorker::startSoleServer() {
+  const FileResult sole = sole_.owned() ? FileResult{} : sole_.acquire(serverMark(address_));
+  const bool elsewhere = !sole && sole.held;
+  if (elsewhere && !servedElsewhere_) {
+    noteFault("starting the server at " + address_.host + ":" + std::to_string(address_.port),
+              "another program started it already, and owns it; it is used as it is");
+  }
+  servedElsewhere_ = elsewhere;
+  const std::string problem = elsewhere ? std::string() : process_.start(address_.command);
+  if (!problem.empty()) sole_.release();
+  return problem;
+}
+
+/// Another process's server ends with its owner.
+bool RigctldWorker::serverRunsElsewhere() {
+  const bool free = bool(sole_.acquire(serverMark(address_)));
+  sole_.release();
+  return !free;
+}
+
 bool RigctldWorker::serverRuns() {
+  if (servedElsewhere_) return serverRunsElsewhere();
   const bool runs = process_.running();
   if (!address_.own) return runs;
   const std::string more = process_.takeWritten();

@@ -70,8 +70,8 @@ class RigctldWorker {
   std::uint32_t post(Change change);
   void run();
   bool serve();
-  std::string startServer();
-  bool serverRuns();
+  std::string startSoleServer();
+  bool serverRunsElsewhere();
   void dismissServer();
   bool readMail(Instant now);
   void keepServer(Instant now);
