@@ -1,0 +1,91 @@
+#include <cstdint>
+
+#include "base/encoding.h"
+#include "components/ambrel/formats/list_format.h"
+
+namespace kelvane::formats {
+
+namespace {
+
+void appendUtf8(std::string& text, std::uint32_t code) {
+  const auto part = [&](unsigned shift) {
+    text += static_cast<char>(0x80 | (code >> shift & 0x3F));
+  };
+  if (code < 0x80) {
+    text += static_cast<char>(code);
+  } else if (code < 0x800) {
+    text += static_cast<char>(0xC0 | code >> 6);
+    part(0);
+  } else if (code < 0x10000) {
+    text += static_cast<char>(0xE0 | code >> 12);
+    part(6), part(0);
+  } else {
+    text += static_cast<char>(0xF0 | code >> 18);
+    part(12), part(6), part(0);
+  }
+}
+
+std::string fromUtf16(std::string_view bytes, bool lowFirst) {
+  std::string text;
+  text.reserve(bytes.size());
+  const auto unit = [&](std::size_t at) {
+    const auto first = static_cast<unsigned char>(bytes[at]),
+               second = static_cast<unsigned char>(bytes[at + 1]);
+    return static_cast<std::uint32_t>(lowFirst ? first | second << 8 : second | first << 8);
+  };
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+    std::uint32_t code = unit(at);
+    if (code >= 0xD800 && code < 0xE000) {
+      const std::uint32_t low = at + 3 < bytes.size() ? unit(at + 2) : 0;
+      const bool pair = code < 0xDC00 && low >= 0xDC00 && low < 0xE000;
+      code = pair ? 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00) : 0xFFFD;
+      if (pair) at += 2;
+    }
+    appendUtf8(text, code);
+  }
+  return text;
+}
+
+/// Without a mark: where every second byte of the beginning is 0 it is UTF-16 in ASCII letters.
+int zerosAt(std::string_view bytes, std::size_t odd) {
+  int zeros = 0;
+  for (std::size_t at = odd; at < bytes.size() && at < 64; at += 2) zeros += bytes[at] == '\0';
+  return zeros;
+}
+
+/// "\r\n" and "\r" alone become "\n".
+void plainLineEnds(std::string& text) {
+  if (text.find('\r') == text.npos) return;
+  std::size_t to = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] != '\r')
+      text[to++] = text[at];
+    else if (at + 1 == text.size() || text[at + 1] != '\n')
+      text[to++] = '\n';
+  }
+  text.resize(to);
+}
+
+std::string decoded(std::string_view bytes) {
+  if (bytes.starts_with(kUtf8Mark))
+    bytes.remove_prefix(kUtf8Mark.size());
+  else if (bytes.starts_with("\xFF\xFE"))
+    return fromUtf16(bytes.substr(2), true);
+  else if (bytes.starts_with("\xFE\xFF"))
+    return fromUtf16(bytes.substr(2), false);
+  else if (bytes.size() >= 8 && zerosAt(bytes, 1) > 3 && zerosAt(bytes, 0) == 0)
+    return fromUtf16(bytes, true);
+  else if (bytes.size() >= 8 && zerosAt(bytes, 0) > 3 && zerosAt(bytes, 1) == 0)
+    return fromUtf16(bytes, false);
+  return isUtf8(bytes) ? std::string(bytes) : utf8FromLatin1(bytes);
+}
+
+}  // namespace
+
+std::string asUtf8(std::string_view bytes) {
+  std::string text = decoded(bytes);
+  plainLineEnds(text);
+  return text;
+}
+
+}  // namespace kelvane::formats

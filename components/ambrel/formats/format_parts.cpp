@@ -1,0 +1,241 @@
+#include "components/ambrel/formats/format_parts.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "base/number.h"
+#include "base/text.h"
+#include "components/modes.h"
+
+namespace kelvane::formats {
+
+namespace {
+
+/// Quoted fields run over no more lines than this.
+constexpr int kMostLinesOfField = 20;
+
+}  // namespace
+
+void TableRows::startField() {
+  if (count_ == fields_.size()) fields_.emplace_back();
+  fields_[count_++].clear();
+}
+
+void TableRows::cutPlain() {
+  count_ = 0;
+  std::string_view left = raw_;
+  for (;;) {
+    const auto at = left.find(delimiter_);
+    startField();
+    fields_[count_ - 1].assign(trimmed(left.substr(0, at)));
+    if (at == left.npos) return;
+    left.remove_prefix(at + 1);
+  }
+}
+
+/// Cuts a row with quotes; false where a quote is not closed.
+bool TableRows::cutQuoted() {
+  count_ = 0;
+  std::size_t at = 0;
+  int lines = 0;
+  for (bool more = true; more;) {
+    startField();
+    std::string& field = fields_[count_ - 1];
+    while (at < rest_.size() && rest_[at] == ' ' && delimiter_ != ' ') ++at;
+    if (at < rest_.size() && rest_[at] == '"') {
+      for (++at;; ++at) {
+        if (at == rest_.size()) return false;
+        if (rest_[at] == '\n' && ++lines > kMostLinesOfField) return false;
+        if (rest_[at] == '"') {
+          if (at + 1 == rest_.size() || rest_[at + 1] != '"') break;
+          ++at;
+        }
+        field += rest_[at];
+      }
+      ++at;
+    }
+    const std::size_t from = at;
+    while (at < rest_.size() && rest_[at] != delimiter_ && rest_[at] != '\n') ++at;
+    field += trimmed(rest_.substr(from, at - from));
+    more = at < rest_.size() && rest_[at] == delimiter_;
+    if (more) ++at;
+  }
+  raw_ = rest_.substr(0, at);
+  rest_.remove_prefix(std::min(at + 1, rest_.size()));
+  nextLine_ += static_cast<std::size_t>(lines) + 1;
+  return true;
+}
+
+bool TableRows::next() {
+  while (!rest_.empty()) {
+    const auto end = rest_.find('\n');
+    const std::string_view line = rest_.substr(0, end);
+    line_ = nextLine_;
+    if (trimmed(line).empty()) {
+      rest_.remove_prefix(std::min(line.size() + 1, rest_.size()));
+      ++nextLine_;
+      continue;
+    }
+    raw_ = line;
+    if (line.find('"') == line.npos || !cutQuoted()) {
+      rest_.remove_prefix(std::min(line.size() + 1, rest_.size()));
+      ++nextLine_;
+      cutPlain();
+    }
+    fields_.resize(count_);
+    return true;
+  }
+  return false;
+}
+
+std::string_view TableRows::field(std::size_t place) const {
+  return place < fields_.size() ? trimmed(fields_[place]) : std::string_view();
+}
+
+void remark(Taken& taken, std::string_view words) {
+  if (!taken.remark.empty()) taken.remark += "; ";
+  taken.remark += words;
+}
+
+void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& taken) {
+  word = trimmed(word);
+  for (const ModeWord& each : words) {
+    if (equalIgnoringCase(each.word, word)) return void(taken.entry.mode = each.mode);
+  }
+  const auto mode = lists::modeOfWord(word);
+  if (!mode)
+    return remark(taken,
+                  "the mode \"" + std::string(word.substr(0, 40)) + "\" is unknown and left open");
+  taken.entry.mode = *mode;
+}
+
+void takeWidth(std::string_view text, Taken& taken) {
+  if (trimmed(text).empty()) return;
+  const double width = num(text);
+  if (width >= 0 && width <= 10'000'000)
+    taken.entry.width = nearestLong(width);
+  else
+    remark(taken, "the bandwidth cannot be read");
+}
+
+void Losses::countParts(const Entry& entry, unsigned lacking) {
+  const auto part = [&](Part which, bool there, std::string_view what) {
+    if ((lacking & which) && there) count(what);
+  };
+  part(Mode, entry.mode >= 0, "the mode");
+  part(Width, entry.width > 0, "the width");
+  part(Group, !entry.group.empty(), "the group");
+  part(Tags, !entry.tags.empty(), "the tags");
+  part(Times, entry.from >= 0, "the times");
+  part(Days, !entry.days.empty(), "the days");
+  part(Favourite, entry.favourite, "the favourite mark");
+  part(Skip, entry.skip, "the skip mark");
+  part(Note, !entry.note.empty(), "the note");
+  part(Further, !entry.further.empty(), "further columns");
+}
+
+std::vector<std::string> Losses::words() const {
+  std::vector<std::string> all;
+  for (const auto& [what, times] : counts_)
+    all.push_back(std::to_string(times) + (times == 1 ? " station loses " : " stations lose ") +
+                  what + ".");
+  return all;
+}
+
+std::string_view wordFor(const Entry& entry, std::span<const ModeWord> words, std::string_view none,
+                         Losses& losses) {
+  if (entry.mode < 0) return none;
+  const auto find = [words](kelvane::Mode mode) -> std::string_view {
+    for (const ModeWord& each : words) {
+      if (each.mode == static_cast<Setting>(mode)) return each.word;
+    }
+    return {};
+  };
+  using enum kelvane::Mode;
+  const auto mode = static_cast<kelvane::Mode>(entry.mode);
+  if (const auto word = find(mode); !word.empty()) return word;
+  losses.count("its mode " + std::string(modeName(entry.mode)) + ", and gets the nearest one");
+  kelvane::Mode near = Usb;
+  if (mode == Sam || mode == Sal || mode == Sah || mode == DataAm || mode == Dsb || mode == Drm)
+    near = Am;
+  if (mode == Fmn || mode == DataFm || mode == Wfm) near = Fm;
+  if (mode == Cwr) near = Cw;
+  if (mode == Rttyr) near = find(Rtty).empty() ? Lsb : Rtty;
+  if (mode == DataLsb) near = Lsb;
+  const auto word = find(near);
+  return word.empty() ? none : word;
+}
+
+std::string UniqueNames::unique(const std::string& name) {
+  if (met_.try_emplace(name, 1).second) return name;
+  for (;;) {
+    std::string numbered = name + " (" + std::to_string(++met_[name]) + ")";
+    if (met_.try_emplace(numbered, 1).second) return numbered;
+  }
+}
+
+std::string groupAndTags(const Entry& entry) {
+  std::string all = entry.group.empty() && !entry.tags.empty() ? "Untagged" : entry.group;
+  std::ranges::replace(all, ',', ' ');
+  for (const std::string_view tag : split(entry.tags, ',')) {
+    if (!trimmed(tag).empty()) (all += ',') += trimmed(tag);
+  }
+  return all;
+}
+
+void takeGroupAndTags(std::string_view text, Entry& entry) {
+  bool first = true;
+  for (const std::string_view part : split(text, ',')) {
+    const std::string tag = lists::oneLine(part);
+    if (std::exchange(first, false)) {
+      if (tag != "Untagged") entry.group = tag;
+    } else if (!tag.empty()) {
+      entry.tags += (entry.tags.empty() ? "" : ", ") + tag;
+    }
+  }
+}
+
+void appendJsonText(std::string& text, std::string_view value) {
+  constexpr char kHex[] = "0123456789abcdef";
+  text += '"';
+  for (const char c : value) {
+    if (c == '"' || c == '\\')
+      (text += '\\') += c;
+    else if (c == '\n')
+      text += "\\n";
+    else if (static_cast<unsigned char>(c) < ' ')
+      ((text += "\\u00") += kHex[c >> 4]) += kHex[c & 15];
+    else
+      text += c;
+  }
+  text += '"';
+}
+
+void appendXmlText(std::string& text, std::string_view value) {
+  for (const char c : value) {
+    if (c == '&')
+      text += "&amp;";
+    else if (c == '<')
+      text += "&lt;";
+    else if (c == '>')
+      text += "&gt;";
+    else if (static_cast<unsigned char>(c) >= ' ' || c == '\n')
+      text += c;
+  }
+}
+
+void appendTableField(std::string& text, std::string_view value, char delimiter) {
+  if (value.find_first_of("\"\r\n") == value.npos && value.find(delimiter) == value.npos &&
+      trimmed(value).size() == value.size()) {
+    text += value;
+    return;
+  }
+  text += '"';
+  for (const char c : value) {
+    if (c == '"') text += '"';
+    text += c;
+  }
+  text += '"';
+}
+
+}  // namespace kelvane::formats

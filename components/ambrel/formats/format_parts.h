@@ -1,0 +1,126 @@
+#pragma once
+
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "components/ambrel/formats/list_format.h"
+
+namespace kelvane::formats {
+
+/// Walks through a table row by row and parts each row at its delimiters. Fields may be quoted,
+/// with quotes inside doubled, and hold delimiters and line ends then. A quote that is not closed
+/// within a few lines is taken for a letter, so that it swallows no more than its own line.
+class TableRows {
+ public:
+  TableRows(std::string_view text, char delimiter) : rest_(text), delimiter_(delimiter) {}
+
+  /// Moves to the next row that is not empty; false when there is none.
+  bool next();
+  /// The row's first line, from 1.
+  std::size_t line() const { return line_; }
+  std::string_view raw() const { return raw_; }
+  const std::vector<std::string>& fields() const { return fields_; }
+  /// Without blanks at either end; empty beyond the last.
+  std::string_view field(std::size_t place) const;
+
+ private:
+  bool cutQuoted();
+  void cutPlain();
+  void startField();
+
+  std::string_view rest_;
+  char delimiter_;
+  std::size_t line_ = 0, nextLine_ = 1;
+  std::string_view raw_;
+  std::vector<std::string> fields_;  ///< reused; the first `count_` count
+  std::size_t count_ = 0;
+  bool any_ = false;
+};
+
+/// A mode of ours and a program's word for it. Of several rows with one mode the first is written.
+struct ModeWord {
+  Setting mode;
+  std::string_view word;
+};
+
+/// Takes what a program says of the mode into the entry: by its own words, else by the usual ones.
+/// A word that is unknown leaves the mode open and is remarked upon.
+void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& taken);
+void remark(Taken& taken, std::string_view words);
+/// Takes a bandwidth in Hz.
+void takeWidth(std::string_view text, Taken& taken);
+
+/// Counts what cannot be written, by what it is.
+class Losses {
+ public:
+  void count(std::string_view what) { ++counts_[std::string(what)]; }
+  /// Counts each part of the entry that a format without it loses.
+  enum Part : unsigned {
+    Mode = 1,
+    Width = 2,
+    Group = 4,
+    Tags = 8,
+    Times = 16,
+    Days = 32,
+    Favourite = 64,
+    Skip = 128,
+    Note = 256,
+    Further = 512
+  };
+  void countParts(const Entry& entry, unsigned lacking);
+  std::vector<std::string> words() const;
+
+ private:
+  std::map<std::string, std::size_t> counts_;
+};
+
+/// The program's word for the entry's mode. Where it has none for that mode the nearest is taken
+/// and counted as a loss; `none` where the entry leaves its mode open.
+std::string_view wordFor(const Entry& entry, std::span<const ModeWord> words, std::string_view none,
+                         Losses& losses);
+
+/// Gives each name once: a name that was met before gets a number behind it.
+class UniqueNames {
+ public:
+  std::string unique(const std::string& name);
+
+ private:
+  std::unordered_map<std::string, int> met_;
+};
+
+/// The group first, "Untagged" where there is none but tags are, then the tags, parted by ",".
+std::string groupAndTags(const Entry& entry);
+void takeGroupAndTags(std::string_view text, Entry& entry);
+
+void appendJsonText(std::string& text, std::string_view value);
+void appendXmlText(std::string& text, std::string_view value);
+/// A field of a table, in quotes where it needs them.
+void appendTableField(std::string& text, std::string_view value, char delimiter);
+
+// The readers and writers of each format. A text is UTF-8.
+Reading readGqrx(std::string_view text);
+Writing writeGqrx(std::span<const lists::EntryPtr> entries);
+Reading readChirp(std::string_view text);
+Writing writeChirp(std::span<const lists::EntryPtr> entries);
+Reading readSdrPlusPlus(const std::string& text);
+Writing writeSdrPlusPlus(std::span<const lists::EntryPtr> entries, bool settings);
+Reading readSdrSharp(std::string text);
+Writing writeSdrSharp(std::span<const lists::EntryPtr> entries);
+Reading readKiwiJson(const std::string& text);
+Writing writeKiwiJson(std::span<const lists::EntryPtr> entries);
+Reading readKiwiCsv(std::string_view text);
+Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries);
+Reading readOpenWebRx(const std::string& text);
+Writing writeOpenWebRx(std::span<const lists::EntryPtr> entries);
+Reading readSdrAngel(std::string_view text);
+Writing writeSdrAngel(std::span<const lists::EntryPtr> entries);
+/// With a delimiter of 0 that is guessed too.
+TableShape guessShape(std::string_view text, char delimiter = 0);
+Reading readAnyTable(std::string_view text, const TableShape& shape);
+Writing writeAnyTable(std::span<const lists::EntryPtr> entries);
+
+}  // namespace kelvane::formats

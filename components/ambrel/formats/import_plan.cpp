@@ -1,0 +1,128 @@
+#include "components/ambrel/formats/import_plan.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "base/text.h"
+
+namespace kelvane::formats {
+
+namespace {
+
+using lists::EntryPtr;
+using lists::OwnList;
+
+std::string keyOf(const Entry& entry) {
+  return std::to_string(entry.frequency) + ' ' + upper(entry.name);
+}
+
+/// The list's entry with all that the other one says.
+Entry mergedEntry(Entry entry, const Entry& more) {
+  const auto take = [](std::string& text, const std::string& other) {
+    if (!other.empty()) text = other;
+  };
+  if (more.mode >= 0) entry.mode = more.mode;
+  if (more.width > 0) entry.width = more.width;
+  take(entry.group, more.group);
+  take(entry.tags, more.tags);
+  if (more.from >= 0) {
+    entry.from = more.from;
+    entry.to = more.to;
+  }
+  take(entry.days, more.days);
+  entry.favourite = entry.favourite || more.favourite;
+  entry.skip = entry.skip || more.skip;
+  take(entry.note, more.note);
+  for (const auto& each : more.further) {
+    const auto there =
+        std::ranges::find(entry.further, each.first, [](const auto& pair) { return pair.first; });
+    if (there == entry.further.end())
+      entry.further.push_back(each);
+    else
+      there->second = each.second;
+  }
+  return entry;
+}
+
+/// Plans one station after the other.
+class Planner {
+ public:
+  Planner(const lists::Entries& own, Rule rule) : own_(own), rule_(rule) {
+    for (OwnList::Id id = 0; id < own.size(); ++id) {
+      if (own[id]) here_.emplace(keyOf(*own[id]), id);
+    }
+  }
+
+  PlanRow plan(const Taken& taken) {
+    PlanRow row{Act::Add, taken.place, nullptr, 0, taken.remark};
+    const std::string key = keyOf(taken.entry);
+    // A station that stands twice in the file comes twice into the list, unless it is the same.
+    if (const auto before = inFile_.find(key); before != inFile_.end()) {
+      if (*before->second == taken.entry) return leave(row, taken, "it stands in the file twice");
+      Entry numbered = taken.entry;
+      numbered.name += " (" + std::to_string(++numbers_[key] + 1) + ")";
+      row.entry = std::make_shared<Entry>(std::move(numbered));
+      note(row, "its name stands in the file twice, and gets a number");
+      return row;
+    }
+    inFile_.emplace(key, &taken.entry);
+    row.entry = std::make_shared<Entry>(taken.entry);
+    const auto there = here_.find(key);
+    if (there == here_.end()) return row;
+    row.id = there->second;
+    const Entry& old = *own_[row.id];
+    if (rule_ == Rule::Skip) return leave(row, taken, "it is in the list already");
+    if (rule_ == Rule::Merge) row.entry = std::make_shared<Entry>(mergedEntry(old, taken.entry));
+    if (*row.entry == old) return leave(row, taken, "it is in the list just so");
+    row.act = Act::Change;
+    return row;
+  }
+
+ private:
+  static void note(PlanRow& row, const char* why) {
+    row.why += (row.why.empty() ? "" : "; ") + std::string(why);
+  }
+  static PlanRow leave(PlanRow row, const Taken& taken, const char* why) {
+    row.act = Act::Leave;
+    row.entry = std::make_shared<Entry>(taken.entry);
+    note(row, why);
+    return row;
+  }
+
+  const lists::Entries& own_;
+  Rule rule_;
+  std::unordered_map<std::string, OwnList::Id> here_;
+  std::unordered_map<std::string, const Entry*> inFile_;
+  std::unordered_map<std::string, int> numbers_;
+};
+
+}  // namespace
+
+std::string ImportPlan::words() const {
+  return "Adds " + std::to_string(adds) + ", changes " + std::to_string(changes) + ", leaves out " +
+         std::to_string(leaves) + ".";
+}
+
+OwnList::Edits ImportPlan::edits(OwnList::Id end) const {
+  OwnList::Edits edits;
+  for (const PlanRow& row : rows) {
+    if (row.act == Act::Add) edits.emplace_back(end++, row.entry);
+    if (row.act == Act::Change) edits.emplace_back(row.id, row.entry);
+  }
+  return edits;
+}
+
+ImportPlan planImport(const Reading& reading, const lists::Entries& own, Rule rule) {
+  ImportPlan plan;
+  Planner planner(own, rule);
+  plan.rows.reserve(reading.taken.size() + reading.leftOut.size());
+  for (const Taken& taken : reading.taken) plan.rows.push_back(planner.plan(taken));
+  for (const LeftOut& left : reading.leftOut)
+    plan.rows.push_back({Act::Leave, left.place, nullptr, 0, left.reason});
+  std::ranges::stable_sort(plan.rows, {}, &PlanRow::place);
+  for (const PlanRow& row : plan.rows)
+    ++(row.act == Act::Add ? plan.adds : row.act == Act::Change ? plan.changes : plan.leaves);
+  return plan;
+}
+
+}  // namespace kelvane::formats

@@ -1,0 +1,397 @@
+// The lists that are JSON: SDR++'s frequency manager, KiwiSDR's labels, OpenWebRX's bookmarks.
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "base/number.h"
+#include "base/text.h"
+#include "components/ambrel/formats/json_parts.h"
+#include "components/modes.h"
+
+namespace kelvane::formats {
+
+namespace {
+
+constexpr Setting modeOf(kelvane::Mode mode) { return static_cast<Setting>(mode); }
+
+/// Nested brackets outside of texts, at the deepest place.
+bool tooDeep(std::string_view text) {
+  int depth = 0;
+  bool inText = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (inText) {
+      if (c == '\\') ++i;
+      if (c == '"') inText = false;
+    } else if (c == '"') {
+      inText = true;
+    } else if (c == '[' || c == '{') {
+      if (++depth > kDeepest) return true;
+    } else if (c == ']' || c == '}') {
+      --depth;
+    }
+  }
+  return false;
+}
+
+/// By their numbers in SDR++.
+constexpr std::array<ModeWord, 8> kSdrPlusPlusModes = {{{modeOf(Mode::Fm), "0"},
+                                                        {modeOf(Mode::Wfm), "1"},
+                                                        {modeOf(Mode::Am), "2"},
+                                                        {modeOf(Mode::Dsb), "3"},
+                                                        {modeOf(Mode::Usb), "4"},
+                                                        {modeOf(Mode::Cw), "5"},
+                                                        {modeOf(Mode::Lsb), "6"},
+                                                        {-1, "7"}}};
+
+constexpr std::array<ModeWord, 14> kKiwiModes = {{{modeOf(Mode::Am), "AM"},
+                                                  {modeOf(Mode::Am), "AMN"},
+                                                  {modeOf(Mode::Usb), "USB"},
+                                                  {modeOf(Mode::Usb), "USN"},
+                                                  {modeOf(Mode::Lsb), "LSB"},
+                                                  {modeOf(Mode::Lsb), "LSN"},
+                                                  {modeOf(Mode::Cw), "CW"},
+                                                  {modeOf(Mode::Cw), "CWN"},
+                                                  {modeOf(Mode::Fm), "NBFM"},
+                                                  {modeOf(Mode::Sam), "SAM"},
+                                                  {modeOf(Mode::Sal), "SAL"},
+                                                  {modeOf(Mode::Sah), "SAU"},
+                                                  {modeOf(Mode::Drm), "DRM"},
+                                                  {-1, "IQ"}}};
+
+constexpr std::array<ModeWord, 8> kOpenWebRxModes = {{{modeOf(Mode::Am), "am"},
+                                                      {modeOf(Mode::Usb), "usb"},
+                                                      {modeOf(Mode::Lsb), "lsb"},
+                                                      {modeOf(Mode::Cw), "cw"},
+                                                      {modeOf(Mode::Fm), "nfm"},
+                                                      {modeOf(Mode::Wfm), "wfm"},
+                                                      {modeOf(Mode::Sam), "sam"},
+                                                      {modeOf(Mode::Drm), "drm"}}};
+
+/// The kinds of labels as KiwiSDR names them unless its owner does otherwise.
+constexpr std::array<std::string_view, 15> kKiwiTypes = {
+    "Channel", "Ham", "Bcast", "Utility", "Time",   "ALE", "HFDL",  "Milcom",
+    "CW",      "FSK", "FAX",   "Aero",    "Marine", "Spy", "masked"};
+
+void takeBookmarks(const Json& bookmarks, const std::string& group, Reading& reading,
+                   std::size_t& number) {
+  for (const auto& [name, bookmark] : bookmarks.items()) {
+    ++number;
+    const auto frequency = bookmark.is_object()
+                               ? frequencyOf(bookmark.value("frequency", Json()), 1)
+                               : lists::FrequencyReading{-1, "it is no bookmark"};
+    if (frequency.frequency <= 0) {
+      reading.leftOut.push_back({number, "\"" + name.substr(0, 60) + "\": " + frequency.reason});
+      continue;
+    }
+    Taken taken;
+    taken.place = number;
+    taken.entry.frequency = frequency.frequency;
+    taken.entry.name = lists::oneLine(name);
+    taken.entry.group = group;
+    const double width = numberOf(bookmark, "bandwidth", 0);
+    if (width > 0 && width <= 10'000'000)
+      taken.entry.width = static_cast<Setting>(std::lround(width));
+    const double mode = numberOf(bookmark, "mode", 7);
+    takeMode(std::to_string(mode >= 0 && mode < 100 ? static_cast<int>(mode) : 99),
+             kSdrPlusPlusModes, taken);
+    reading.taken.push_back(std::move(taken));
+  }
+}
+
+void appendBookmark(std::string& text, const Entry& entry, const std::string& name,
+                    Losses& losses) {
+  appendJsonText(text, name);
+  text += ": {\"bandwidth\": " + std::to_string(entry.width) +
+          ".0, \"frequency\": " + std::to_string(entry.frequency) + ".0, \"mode\": ";
+  (text += wordFor(entry, kSdrPlusPlusModes, "7", losses)) += '}';
+}
+
+/// Width and place of the passband beside the carrier, as KiwiSDR writes it.
+void appendPassband(std::string& options, const Entry& entry) {
+  if (entry.width <= 0) return;
+  const auto mode = static_cast<kelvane::Mode>(entry.mode);
+  const bool up = mode == Mode::Usb, down = mode == Mode::Lsb;
+  const Setting low = up ? 300 : down ? -300 - entry.width : -entry.width / 2;
+  options += ", \"lo\": " + std::to_string(low) + ", \"hi\": " + std::to_string(low + entry.width);
+}
+
+bool takeKiwiOptions(const Json& options, Taken& taken) {
+  Entry& entry = taken.entry;
+  for (const auto& [key, value] : options.items()) {
+    if (key.size() > 1 && key[0] == 'T' && isDigit(key[1])) {
+      const auto type = static_cast<std::size_t>(num(key.substr(1)));
+      entry.group =
+          type < kKiwiTypes.size() ? std::string(kKiwiTypes[type]) : "Type " + key.substr(1);
+    } else if (key == "o" || key == "s" || key == "p") {
+      entry.further.emplace_back("KiwiSDR " + key,
+                                 value.is_string() ? value.get<std::string>() : value.dump());
+    }
+  }
+  const double low = numberOf(options, "lo", 0), high = numberOf(options, "hi", 0);
+  if (high > low && high - low <= 10'000'000)
+    entry.width = static_cast<Setting>(std::lround(high - low));
+  const auto days = static_cast<int>(std::clamp(numberOf(options, "d0", 127), 0.0, 127.0));
+  std::uint8_t mask = 0;  // Monday is the highest bit there
+  for (int day = 0; day < 7; ++day)
+    mask |= static_cast<std::uint8_t>((days >> (6 - day) & 1) << day);
+  entry.days = lists::weekdaysText(mask);
+  const double begin = numberOf(options, "b0", 0), end = numberOf(options, "e0", 2400);
+  if (begin < 0 || begin > 2400 || end < 0 || end > 2400) return false;
+  const auto four = [](double hhmm) {
+    const std::string digits = std::to_string(10000 + static_cast<int>(hhmm));
+    return digits.substr(1);
+  };
+  return lists::readTimesOf(four(begin) + '-' + four(end), entry);
+}
+
+std::string kiwiOptions(const Entry& entry, Losses& losses) {
+  std::string options;
+  const auto type = std::ranges::find(kKiwiTypes, entry.group);
+  if (type != kKiwiTypes.end())
+    options += ", \"T" + std::to_string(type - kKiwiTypes.begin()) + "\": 1";
+  else if (!entry.group.empty())
+    losses.count("its group, which is no type of KiwiSDR's");
+  appendPassband(options, entry);
+  if (!entry.days.empty()) {
+    const auto days = lists::weekdaysOf(entry.days);
+    int bits = 0;
+    for (int day = 0; days && day < 7; ++day) bits |= (*days >> day & 1) << (6 - day);
+    if (days)
+      options += ", \"d0\": " + std::to_string(bits);
+    else
+      losses.count("its days, which are more than weekdays");
+  }
+  if (entry.from >= 0) {
+    const auto plain = [](std::int16_t minute) {
+      return std::to_string(minute / 60 * 100 + minute % 60);
+    };
+    options += ", \"b0\": " + plain(entry.from) + ", \"e0\": " + plain(entry.to);
+  }
+  for (const auto& [name, value] : entry.further) {
+    if (!name.starts_with("KiwiSDR ")) {
+      losses.count("further columns");
+      continue;
+    }
+    appendJsonText(options += ", ", name.substr(8));
+    const bool number = !value.empty() && value.find_first_not_of("-0123456789.") == value.npos &&
+                        Json::accept(value);
+    options += ": ";
+    if (number)
+      options += value;
+    else
+      appendJsonText(options, value);
+  }
+  return options.empty() ? options : "{" + options.substr(2) + "}";
+}
+
+}  // namespace
+
+Json readJson(const std::string& text, Reading& reading) {
+  reading.lines = false;
+  if (tooDeep(text)) {
+    reading.refusal = "It is nested deeper than " + std::to_string(kDeepest) + " times.";
+    return Json(Json::value_t::discarded);
+  }
+  try {
+    return Json::parse(text);
+  } catch (const Json::parse_error& error) {
+    const std::size_t end = std::min(error.byte, text.size());
+    const auto line =
+        1 + std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\n');
+    reading.refusal = "The file is damaged or cut off in line " + std::to_string(line) + ".";
+  }
+  return Json(Json::value_t::discarded);
+}
+
+std::string textOf(const Json& object, const char* member) {
+  const auto there = object.find(member);
+  return there != object.end() && there->is_string() ? there->get<std::string>() : std::string();
+}
+
+double numberOf(const Json& object, const char* member, double otherwise) {
+  const auto there = object.find(member);
+  return there != object.end() && there->is_number() ? there->get<double>() : otherwise;
+}
+
+lists::FrequencyReading frequencyOf(const Json& number, double unit) {
+  if (!number.is_number()) return {-1, "there is no frequency"};
+  const double hertz = number.get<double>() * unit;
+  if (!(hertz >= 0.5)) return {-1, "the frequency is 0"};
+  if (hertz > kHighestHz)
+    return {-1, "the frequency is above 2147 MHz, the highest that can be kept"};
+  return {static_cast<Hz>(std::llround(hertz)), {}};
+}
+
+Reading readSdrPlusPlus(const std::string& text) {
+  Reading reading;
+  reading.format = Format::SdrPlusPlus;
+  const Json json = readJson(text, reading);
+  if (!reading.refusal.empty()) return reading;
+  std::size_t number = 0;
+  if (json.is_object() && json.contains("bookmarks") && json["bookmarks"].is_object()) {
+    takeBookmarks(json["bookmarks"], {}, reading, number);
+    return reading;
+  }
+  reading.format = Format::SdrPlusPlusSettings;
+  if (!json.is_object() || !json.contains("lists") || !json["lists"].is_object()) {
+    reading.refusal = "There are no bookmarks of SDR++ in it.";
+    return reading;
+  }
+  for (const auto& [name, list] : json["lists"].items()) {
+    if (!list.is_object()) continue;
+    // Older files have the bookmarks right there.
+    const bool nested = list.contains("bookmarks") && list["bookmarks"].is_object();
+    takeBookmarks(nested ? list["bookmarks"] : list, lists::oneLine(name), reading, number);
+  }
+  return reading;
+}
+
+Writing writeSdrPlusPlus(std::span<const lists::EntryPtr> entries, bool settings) {
+  Writing writing;
+  Losses losses;
+  struct List {
+    std::string bookmarks;
+    UniqueNames names;
+  };
+  std::map<std::string, List> byGroup;
+  for (const lists::EntryPtr& entry : entries) {
+    losses.countParts(*entry, Losses::Tags | Losses::Times | Losses::Days | Losses::Favourite |
+                                  Losses::Skip | Losses::Note | Losses::Further |
+                                  (settings ? 0u : Losses::Group));
+    List& list = byGroup[!settings ? "" : entry->group.empty() ? "General" : entry->group];
+    const std::string name = list.names.unique(entry->name);
+    if (name != entry->name) losses.count("its name, which is not the only one, and gets a number");
+    list.bookmarks += list.bookmarks.empty() ? "\n    " : ",\n    ";
+    appendBookmark(list.bookmarks, *entry, name, losses);
+  }
+  std::string& out = writing.text;
+  if (!settings) {
+    out = "{\n  \"bookmarks\": {" + byGroup[""].bookmarks + "\n  }\n}\n";
+  } else {
+    if (byGroup.empty()) byGroup["General"];
+    out = "{\n  \"bookmarkDisplayMode\": 1,\n  \"lists\": {";
+    for (const auto& [group, list] : byGroup) {
+      out += &group == &byGroup.begin()->first ? "\n  " : ",\n  ";
+      appendJsonText(out, group);
+      out += ": {\"bookmarks\": {" + list.bookmarks + "\n  }, \"showOnWaterfall\": true}";
+    }
+    out += "\n  },\n  \"selectedList\": ";
+    appendJsonText(out, byGroup.begin()->first);
+    out += "\n}\n";
+  }
+  writing.losses = losses.words();
+  return writing;
+}
+
+Reading readKiwiJson(const std::string& text) {
+  Reading reading;
+  reading.format = Format::KiwiJson;
+  const Json json = readJson(text, reading);
+  if (!reading.refusal.empty()) return reading;
+  const Json* labels = json.is_object() && json.contains("dx") ? &json["dx"] : &json;
+  if (!labels->is_array()) {
+    reading.refusal = "There are no labels of KiwiSDR in it.";
+    return reading;
+  }
+  std::size_t number = 0;
+  for (const Json& label : *labels) {
+    ++number;
+    const bool shaped =
+        label.is_array() && label.size() >= 3 && label[1].is_string() && label[2].is_string();
+    const auto frequency = shaped ? frequencyOf(label[0], 1000)
+                                  : lists::FrequencyReading{-1, "it has not the parts of a label"};
+    if (frequency.frequency <= 0) {
+      reading.leftOut.push_back({number, frequency.reason});
+      continue;
+    }
+    Taken taken;
+    taken.place = number;
+    taken.entry.frequency = frequency.frequency;
+    takeMode(label[1].get<std::string>(), kKiwiModes, taken);
+    taken.entry.name = lists::oneLine(label[2].get<std::string>());
+    if (label.size() > 3 && label[3].is_string())
+      taken.entry.note = std::string(trimmed(label[3].get<std::string>()));
+    if (label.size() > 4 && label.back().is_object() && !takeKiwiOptions(label.back(), taken))
+      remark(taken, "its times cannot be read");
+    reading.taken.push_back(std::move(taken));
+  }
+  return reading;
+}
+
+Writing writeKiwiJson(std::span<const lists::EntryPtr> entries) {
+  Writing writing;
+  Losses losses;
+  lists::Entries sorted(entries.begin(), entries.end());
+  // Out of order it is an error there.
+  std::ranges::stable_sort(sorted, {},
+                           [](const lists::EntryPtr& entry) { return entry->frequency; });
+  std::string& out = writing.text = "{\"dx\":[";
+  for (const lists::EntryPtr& entry : sorted) {
+    losses.countParts(*entry, Losses::Tags | Losses::Favourite | Losses::Skip);
+    out += out.back() == '[' ? "\n[" : ",\n[";
+    out += lists::khzText(entry->frequency) + ", \"";
+    (out += wordFor(*entry, kKiwiModes, "IQ", losses)) += "\", ";
+    appendJsonText(out, entry->name);
+    appendJsonText(out += ", ", entry->note);
+    if (const std::string options = kiwiOptions(*entry, losses); !options.empty())
+      (out += ", ") += options;
+    out += ']';
+  }
+  out += "\n]}\n";
+  writing.losses = losses.words();
+  return writing;
+}
+
+Reading readOpenWebRx(const std::string& text) {
+  Reading reading;
+  reading.format = Format::OpenWebRx;
+  const Json json = readJson(text, reading);
+  if (!reading.refusal.empty()) return reading;
+  if (!json.is_array()) {
+    reading.refusal = "There are no bookmarks of OpenWebRX in it.";
+    return reading;
+  }
+  std::size_t number = 0;
+  for (const Json& bookmark : json) {
+    ++number;
+    const auto frequency = bookmark.is_object()
+                               ? frequencyOf(bookmark.value("frequency", Json()), 1)
+                               : lists::FrequencyReading{-1, "it is no bookmark"};
+    if (frequency.frequency <= 0) {
+      reading.leftOut.push_back({number, frequency.reason});
+      continue;
+    }
+    Taken taken;
+    taken.place = number;
+    taken.entry.frequency = frequency.frequency;
+    taken.entry.name = lists::oneLine(textOf(bookmark, "name"));
+    takeMode(textOf(bookmark, "modulation"), kOpenWebRxModes, taken);
+    taken.entry.note = textOf(bookmark, "description");
+    taken.entry.skip = bookmark.contains("scannable") && bookmark["scannable"] == false;
+    reading.taken.push_back(std::move(taken));
+  }
+  return reading;
+}
+
+Writing writeOpenWebRx(std::span<const lists::EntryPtr> entries) {
+  Writing writing;
+  Losses losses;
+  std::string& out = writing.text = "[";
+  for (const lists::EntryPtr& entry : entries) {
+    losses.countParts(*entry, Losses::Width | Losses::Group | Losses::Tags | Losses::Times |
+                                  Losses::Days | Losses::Favourite | Losses::Further);
+    appendJsonText(out += out.size() == 1 ? "\n  {\"name\": " : ",\n  {\"name\": ", entry->name);
+    out += ", \"frequency\": " + std::to_string(entry->frequency) + ", \"modulation\": \"";
+    (out += wordFor(*entry, kOpenWebRxModes, "", losses)) += '"';
+    if (!entry->note.empty()) appendJsonText(out += ", \"description\": ", entry->note);
+    if (entry->skip) out += ", \"scannable\": false";
+    out += '}';
+  }
+  out += "\n]\n";
+  writing.losses = losses.words();
+  return writing;
+}
+
+}  // namespace kelvane::formats

@@ -1,0 +1,193 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "base/encoding.h"
+#include "components/ambrel/formats/list_format.h"
+#include "components/modes.h"
+
+namespace kelvane::formats {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr Setting kAm = static_cast<Setting>(Mode::Am), kUsb = static_cast<Setting>(Mode::Usb);
+
+/// As different as the operator's entries are, with each format's own separators in them.
+lists::Entries unlikeEntries() {
+  Entry full{9420000,
+             "Voice of Greece; \"Athens\", ERT",
+             kAm,
+             6000,
+             "Broad; cast",
+             "greek, music",
+             360,
+             500,
+             "Mo-Fr",
+             true,
+             false,
+             "Line one\nand <two> & [three]",
+             {{"My own", "a;b,c\"d"}}};
+  Entry bare{16400, "16.4"};
+  Entry night{7850000, "CHU ", kUsb, 2400, "Time", "", 1380, 60, "Sa,Su", false, true, "", {}};
+  night.name = "CHU";
+  Entry twice = bare;
+  twice.frequency = 2147483647;
+  twice.mode = static_cast<Setting>(Mode::Rttyr);
+  lists::Entries all;
+  for (const Entry& each : {bare, full, night, twice}) all.push_back(std::make_shared<Entry>(each));
+  return all;
+}
+
+lists::Entries entriesOf(const Reading& reading) {
+  lists::Entries all;
+  for (const Taken& taken : reading.taken) all.push_back(std::make_shared<Entry>(taken.entry));
+  return all;
+}
+
+class EachFormat : public testing::TestWithParam<int> {};
+
+// What a format holds after one way out and in it holds for ever, and what it cannot was said.
+TEST_P(EachFormat, RoundTripKeepsWhatTheFormatHolds) {
+  const auto format = static_cast<Format>(GetParam());
+  const lists::Entries own = unlikeEntries();
+  const Writing written = writeList(own, format);
+  const Reading read = readList(written.text);
+  ASSERT_EQ(read.refusal, "") << written.text;
+  EXPECT_EQ(read.format, format) << written.text;
+  EXPECT_THAT(read.leftOut, IsEmpty());
+  const lists::Entries once = entriesOf(read);
+  ASSERT_EQ(once.size(), own.size()) << written.text;
+  const Writing again = writeList(once, format);
+  const lists::Entries twice = entriesOf(readList(again.text));
+  ASSERT_EQ(twice.size(), once.size());
+  bool same = true;
+  for (std::size_t i = 0; i < once.size(); ++i) EXPECT_EQ(*once[i], *twice[i]) << again.text;
+  for (const auto& entry : own)
+    same = same && std::ranges::any_of(once, [&](const auto& each) { return *each == *entry; });
+  EXPECT_NE(same, !written.losses.empty())
+      << "what is lost is said, and nothing else: " << written.text;
+  for (const Taken& taken : read.taken) EXPECT_EQ(taken.remark, "");
+}
+
+// Cut anywhere, a file gives whole entries, lines left out with their numbers, or a refusal.
+TEST_P(EachFormat, CutFilesAreReadWholeOrRefused) {
+  const std::string text = writeList(unlikeEntries(), static_cast<Format>(GetParam())).text;
+  for (std::size_t length = 0; length < text.size(); length += 3) {
+    const Reading read = readList(text.substr(0, length));
+    EXPECT_TRUE(!read.refusal.empty() || !read.taken.empty()) << length;
+    for (const LeftOut& left : read.leftOut) EXPECT_GT(left.place, 0u);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, EachFormat, testing::Range(0, static_cast<int>(Format::Count)));
+
+TEST(ListFormats, EncodingsOfTheWorldAreRead) {
+  const std::string utf8 = "kHz,Name\n6070,Z\xC3\xBCrich\n";
+  std::string low, high;
+  for (const char c : std::string("kHz,Name\r\n6070,Z\xFCrich\r\n")) {
+    (low += c) += '\0';
+    (high += '\0') += c;
+  }
+  for (const std::string& bytes :
+       {utf8, std::string(kUtf8Mark) + utf8, std::string("kHz,Name\r6070,Z\xFCrich\r"),
+        "\xFF\xFE" + low, "\xFE\xFF" + high, low}) {
+    const Reading read = readList(bytes);
+    ASSERT_EQ(read.taken.size(), 1u) << read.refusal;
+    EXPECT_EQ(read.taken[0].entry.name, "Z\xC3\xBCrich");
+    EXPECT_EQ(read.taken[0].entry.frequency, 6070000);
+  }
+}
+
+TEST(ListFormats, AnyTableIsReadByItsHeadings) {
+  const auto read = [](const std::string& text) { return readList(text); };
+  // Decimal comma, units in the heading, a column that nobody knows, a bad line, a quoted
+  // delimiter.
+  const Reading semicolons = read(
+      "Station;Freq "
+      "(MHz);BW;Remarks;Antenna\n\"A;B\";7,105;2,4k;;Loop\nC;no;;;\n\nD;14.230;2700;x\n");
+  ASSERT_EQ(semicolons.taken.size(), 2u) << semicolons.refusal;
+  EXPECT_EQ(semicolons.taken[0].entry.name, "A;B");
+  EXPECT_EQ(semicolons.taken[0].entry.frequency, 7105000);
+  EXPECT_EQ(semicolons.taken[0].entry.further[0],
+            (std::pair<std::string, std::string>("Antenna", "Loop")));
+  EXPECT_EQ(semicolons.taken[1].entry.note, "x");
+  ASSERT_EQ(semicolons.leftOut.size(), 1u);
+  EXPECT_EQ(semicolons.leftOut[0].place, 3u);
+  // Hz, kHz and MHz mixed, tabs, no heading.
+  const Reading mixed = read("7.1\tOne\n9420\tTwo\n14230000\tThree\n9,5 MHz\tFour\n");
+  ASSERT_EQ(mixed.taken.size(), 4u);
+  const Hz expected[] = {7100000, 9420000, 14230000, 9500000};
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(mixed.taken[i].entry.frequency, expected[i]);
+  // What was guessed can be said otherwise.
+  TableShape shape = mixed.shape;
+  shape.unit = lists::Unit::Khz;
+  EXPECT_EQ(readTable("7.1\tOne\n", shape).taken[0].entry.frequency, 7100);
+  // A heading twice, a frequency that is none.
+  const Reading twice = read("Frequency,Name,Name\n100.000.000,x,y\n99999 MHz,z,z\n");
+  ASSERT_EQ(twice.taken.size(), 1u);
+  EXPECT_EQ(twice.taken[0].entry.name, "x");
+  EXPECT_THAT(twice.leftOut[0].reason, HasSubstr("2147 MHz"));
+  // A quote that is never closed swallows its own line at most.
+  EXPECT_EQ(read("kHz,Name\n1,\"x\n2,y\n3,z\n").taken.size(), 3u);
+}
+
+TEST(ListFormats, OtherProgramsFilesAreUnderstood) {
+  const Reading gqrx = readList(
+      "# Tag name          ;  color\nUtility             ; #ff0000\n\n"
+      "# Frequency ; Name                     ; Modulation          ;  Bandwidth; Tags\n"
+      "     8957000; Shannon Volmet           ; USB                 ;       2700; Utility,Volmet\n"
+      "     9000000; one ; too ; many ; fields ; here ; and\n");
+  ASSERT_EQ(gqrx.taken.size(), 1u);
+  EXPECT_EQ(gqrx.taken[0].entry.group + "/" + gqrx.taken[0].entry.tags, "Utility/Volmet");
+  EXPECT_EQ(gqrx.leftOut[0].place, 6u);
+
+  const Reading chirp = readList(
+      "Location,Name,Frequency,Mode,Skip,Comment\n"
+      "1,ISS,145.800000,NFM,S,\"Space [W=12500 G=\"\"Sat "
+      "\\\"\"x\"\"]\"\n2,None,0.000000,FM,,\n3,Cut,7.1\n");
+  ASSERT_EQ(chirp.taken.size(), 1u);
+  EXPECT_EQ(chirp.taken[0].entry.width, 12500);
+  EXPECT_EQ(chirp.taken[0].entry.group, "Sat \"x");
+  EXPECT_EQ(chirp.taken[0].entry.note, "Space");
+  EXPECT_TRUE(chirp.taken[0].entry.skip);
+  EXPECT_EQ(chirp.leftOut.size(), 2u);
+
+  const Reading kiwi = readList(
+      "{\"dx\":[[4625,\"USB\",\"The Buzzer\",\"odd\\nthings\",{\"T13\":1,\"lo\":300,\"hi\":2700,"
+      "\"d0\":124,\"b0\":600,\"e0\":1830}],[60,\"CW\",\"MSF\",\"\"]]}");
+  ASSERT_EQ(kiwi.taken.size(), 2u) << kiwi.refusal;
+  EXPECT_EQ(kiwi.taken[0].entry.days, "Mo-Fr");
+  EXPECT_EQ(kiwi.taken[0].entry.group, "Spy");
+  EXPECT_EQ(lists::timesText(kiwi.taken[0].entry), "0600-1830");
+  EXPECT_EQ(kiwi.taken[1].entry.frequency, 60000);
+
+  const Reading old = readList(
+      "{\"lists\":{\"General\":{\"Fax\":{\"frequency\":7880000,\"bandwidth\":3000,\"mode\":9}}}}");
+  ASSERT_EQ(old.taken.size(), 1u);
+  EXPECT_THAT(old.taken[0].remark, HasSubstr("unknown"));
+  EXPECT_EQ(readList("[{\"name\":\"a\",\"frequency\":\"x\"},{\"name\":\"b\",\"frequency\":1e5,"
+                     "\"modulation\":\"ft8\"}]")
+                .taken[0]
+                .entry.mode,
+            kUsb);
+}
+
+TEST(ListFormats, WhatIsNestedOrDamagedIsRefusedWithItsLine) {
+  const std::string deep(100'000, '[');
+  EXPECT_THAT(readList(deep).refusal, HasSubstr("deeper than 64"));
+  std::string xml;
+  for (int i = 0; i < 100'000; ++i) xml += "<a b=\"/>\">";
+  EXPECT_THAT(readList(xml).refusal, HasSubstr("deeper than 64"));
+  EXPECT_THAT(readList("<!DOCTYPE a [<!ENTITY b \"c\">]><a/>").refusal, HasSubstr("declarations"));
+  EXPECT_THAT(readList("{\"bookmarks\":{\n\"a\":{\"frequency\":1,\n").refusal, HasSubstr("line 3"));
+  EXPECT_THAT(readList("<ArrayOfMemoryEntry>\n<MemoryEntry></Wrong>").refusal, HasSubstr("line 2"));
+  EXPECT_EQ(readList(" \n").refusal, "The file is empty.");
+  EXPECT_THAT(readList("no list at all\nof any kind\n").refusal, HasSubstr("frequency"));
+}
+
+}  // namespace
+}  // namespace kelvane::formats
