@@ -60,7 +60,7 @@ struct Shown {
   Shown(HWND frame, HFONT font, HINSTANCE instance)
       : window(CreateWindowExW(0, GridWindow::kClass, L"", GridWindow::kStyle | WS_CHILD, 0, 0,
                                kWidth, kHeight, frame, nullptr, instance, nullptr)),
-        view(window, grid, "Rows") {
+        view(window, grid, "Rows", colours) {
     SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     ShowWindow(window, SW_SHOW);
     UpdateWindow(window);
@@ -71,6 +71,7 @@ struct Shown {
   NumberedTable table;
   Grid grid{table, nineColumns()};
   HWND window;
+  win32::ScreenColours colours;
   GridWindow view;
 };
 

@@ -109,6 +109,7 @@ void Receiver::goOffline() {
   for (std::size_t i = 0; i < kItemCount; ++i) values_.forget(static_cast<Item>(i));
   online_ = remote_ = squelchOpen_ = false;
   level_.reset();
+  squelchLevel_.reset();
   if (awaited) raiseItem(Item::Frequency, false);
 }
 
@@ -211,9 +212,10 @@ void Receiver::levelIs(Long dBm) {
   host_.raise(false, event, static_cast<std::uint32_t>(index_) + 1);
 }
 
-void Receiver::squelchIs(bool open, Long threshold) {
+void Receiver::squelchIs(bool open) {
   if (open == squelchOpen_) return;
   squelchOpen_ = open;
+  const Long threshold = squelchLevel_.value_or(0);
   raise([rx = index_, open, threshold](ReceiverListener& l) {
     l.RxSqlUpdated(rx, open ? 1 : 0, threshold);
   });

@@ -77,6 +77,8 @@ class Receiver {
   Long linkCode() const { return linkCode_; }
   std::int32_t newest(Item item) const { return values_.newest(item); }
   bool squelchOpen() const { return squelchOpen_; }
+  /// The level at which the squelch opens, dBm; none where it is not told.
+  std::optional<Long> squelchLevel() const { return squelchLevel_; }
   /// The last S-meter reading, dBm; none while the receiver does not answer.
   std::optional<Long> level() const { return level_; }
   /// State of an IO line; 0 for a line that there is not.
@@ -145,7 +147,8 @@ class Receiver {
   void remoteIs(bool remote);
   void outIs(Long line, Long state);
   void levelIs(Long dBm);
-  void squelchIs(bool open, Long threshold);
+  void squelchIs(bool open);
+  void squelchLevelIs(Long dBm) { squelchLevel_ = dBm; }
   void dataError(Long code);
 
   /// For threads of the kind's own; closed before the receiver is gone.
@@ -174,6 +177,7 @@ class Receiver {
   Long linkCode_ = static_cast<Long>(LinkState::NotResponding);
   std::optional<Long> level_;
   bool squelchOpen_ = false;
+  std::optional<Long> squelchLevel_;
   std::vector<Long> outs_;
 };
 

@@ -172,10 +172,9 @@ void RigctldReceiver::take(const ValueReport& report) {
       if (online()) levelIs(mapping_.level(number));
       return;
     case RigItem::Squelch:
-      return squelchIs(number != 0, squelchLevel_);
+      return squelchIs(number != 0);
     case RigItem::SquelchLevel:
-      squelchLevel_ = mapping_.level(number);
-      return;
+      return squelchLevelIs(mapping_.level(number));
     case RigItem::Pitch:
     case RigItem::Shift:
     case RigItem::Clock:

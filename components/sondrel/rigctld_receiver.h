@@ -57,7 +57,6 @@ class RigctldReceiver : public Receiver {
   bool remoteWanted_;
   std::optional<LinkState> link_;  ///< last reported on this opening of the link
   std::uint32_t order_ = 0;        ///< of the newest opening or closing
-  std::int32_t squelchLevel_ = 0;
   RigctldReportBox box_;
   RigctldWorker worker_;  ///< last: its reports use the rest
 };

@@ -142,10 +142,11 @@ void SimulatedReceiver::measure(Instant now) {
   const Long dBm = static_cast<Long>(std::lround(level));
   if (!simulation_.untold.meter) levelIs(dBm);
   if (simulation_.untold.squelch) return;
+  squelchLevelIs(simulation_.squelch);
   // Closes a little lower than it opens, else it would chatter on a signal at the threshold.
   constexpr Long kHysteresis = 3;
   const Long threshold = simulation_.squelch - (squelchOpen() ? kHysteresis : 0);
-  squelchIs(dBm >= threshold, simulation_.squelch);
+  squelchIs(dBm >= threshold);
 }
 
 bool SimulatedReceiver::turn(Item item, std::int32_t value) {

@@ -179,6 +179,9 @@ Answer<Text> SondrelCore::GetRxSMtText(Index rx, Long scale) {
 Answer<Long> SondrelCore::GetRxSql(Index rx) {
   return ask(rx, Long{0}, [](const Receiver& r) { return r.squelchOpen() ? 1 : 0; });
 }
+Answer<Long> SondrelCore::GetRxSqlLevel(Index rx) {
+  return ask(rx, Long{-999}, [](const Receiver& r) { return r.squelchLevel().value_or(-999); });
+}
 Answer<Count> SondrelCore::GetRxOutCount(Index rx) {
   return ask(rx, Count{0}, [](const Receiver& r) { return r.can().lines; });
 }

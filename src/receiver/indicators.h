@@ -28,6 +28,8 @@ class Indicators {
 
   /// Changes between the reading in S units and the numeric level.
   void toggleMeter();
+  /// The level is shown as a number.
+  bool numeric() const { return numeric_; }
   /// Switches a line over; the display follows with the component's event.
   void toggleLine(int line);
 

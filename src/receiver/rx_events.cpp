@@ -10,6 +10,7 @@ void RxEvents::RxConnState(Index rx, Long code) {
   const bool up = code == static_cast<Long>(LinkState::Up);
   units_.status.reported(rx, code);
   retry_.reported(rx, code, now_());
+  units_.levels.linkReported(rx);
   tabs_.linkReported(rx, up, now_());
   tabs_.highlight(rx, component_.GetRxRemote(rx));
   if (up && options_.OptSendTime) component_.SetRxTime(rx, {});
@@ -23,6 +24,7 @@ void RxEvents::DrvUpdated(Count) {
   retry_.receiversChanged(moves, now_());
   stepping_.receiversChanged(moves);
   units_.forwarding.receiversChanged(moves);
+  units_.levels.receiversChanged(moves);
   tabs_.receiversChanged(moves);
   units_.dde.receiversChanged(moves);
   channelEditor_.receiversChanged(moves);
@@ -74,10 +76,13 @@ void RxEvents::RxAttUpdated(Index rx, Setting attenuator, Long db) {
 }
 
 void RxEvents::RxSqlUpdated(Index rx, Long state, Long) {
-  if (shown_.shows(rx)) units_.indicators.squelch(state);
+  if (!shown_.shows(rx)) return;
+  units_.indicators.squelch(state);
+  units_.levels.askThreshold();
 }
 
 void RxEvents::RxSMtUpdated(Index rx, Long, Long, Long level, Text reading) {
+  units_.levels.reading(rx, level, now_());
   if (shown_.shows(rx)) units_.indicators.meter(level, reading);
 }
 

@@ -52,6 +52,7 @@ MAin::MAin(const PanelServices& services)
       buttons_(view_.ModEvent, services.receiver),
       entry_(row_, services.receiver, shown_),
       indicators_(view_.SM, view_.SQ, view_.IO, services.receiver, shown_),
+      levels_(view_.meter, view_.TabStrip, services.receiver, shown_),
       openers_(view_.Opener, services.receiver, services.frequency, shown_, companions_, keyboard_),
       groups_(keyboard_),
       remote_(view_, entry_, buttons_, indicators_, openers_, services.receiver, shown_, keyboard_),
@@ -111,8 +112,8 @@ void MAin::showOptions() {
 }
 
 ReceiverUnits MAin::units() {
-  return {entry_,    remote_, status_,     forwarding_,  buttons_,    bfo_, hfFilter_,
-          channels_, best_,   navigation_, channelized_, indicators_, dde_};
+  return {entry_,    remote_, status_,     forwarding_,  buttons_,    bfo_,    hfFilter_,
+          channels_, best_,   navigation_, channelized_, indicators_, levels_, dde_};
 }
 
 void MAin::provideCompanions() {
@@ -185,7 +186,8 @@ void MAin::act(int control, MouseButton button) {
   const Long direction = button == MouseButton::Left ? kNext : kPrevious;
   switch (control) {
     case id::SM:
-      return indicators_.toggleMeter();
+      indicators_.toggleMeter();
+      return levels_.countInDecibels(indicators_.numeric());
     case id::VChn:
       return channels_.step(direction);
     case id::Band:
@@ -307,15 +309,17 @@ void MAin::tick(Instant now) {
     tabs_.highlightAll();
     dde_.blink();
     utc_.tick();
+    levels_.askThreshold();
     announce();
   }
+  levels_.tick(now);
   channelEditor_->tick(now);
   tabs_.serveRequest(now);
 }
 
 Instant MAin::nextDue() const {
-  return std::min(
-      {retry_.timer().due(), TimBlk_.due(), channelEditor_->nextDue(), tabs_.nextDue()});
+  return std::min({retry_.timer().due(), TimBlk_.due(), channelEditor_->nextDue(), tabs_.nextDue(),
+                   levels_.nextDue()});
 }
 
 std::vector<LastWrite> MAin::lastWrites() {

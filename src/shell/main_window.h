@@ -154,6 +154,7 @@ class MAin : public ControlEvents {
   clsModEvent buttons_;
   FrqEntry entry_;
   Indicators indicators_;
+  LevelBars levels_;
   Companions companions_;
   Openers openers_;
   FocusGroups groups_;

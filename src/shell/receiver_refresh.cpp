@@ -7,6 +7,7 @@ namespace kelvane {
 void ReceiverRefresh::otherReceiver() {
   units_.entry.otherReceiver();
   units_.indicators.otherReceiver();
+  units_.levels.otherReceiver();
   units_.buttons.otherReceiver();
   units_.navigation.clearBank();
 }
@@ -23,6 +24,7 @@ void ReceiverRefresh::settings(bool online) {
   units_.remote.apply();
   units_.status.show(shown_.index(), online);
   online ? units_.indicators.live() : units_.indicators.blank();
+  units_.levels.receiverSelected();
   units_.forwarding.receiverSelected();
   units_.buttons.Update(shown_.index());
   units_.bfo.receiverSelected();

@@ -6,6 +6,7 @@
 #include "controls/navigation.h"
 #include "controls/receiver_labels.h"
 #include "frequency/dde_link.h"
+#include "receiver/level_bars.h"
 #include "receiver/remote_state.h"
 #include "receiver/status_box.h"
 
@@ -25,6 +26,7 @@ struct ReceiverUnits {
   Navigation& navigation;
   Channelized& channelized;
   Indicators& indicators;
+  LevelBars& levels;
   DdeLink& dde;
 };
 

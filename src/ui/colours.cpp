@@ -164,7 +164,7 @@ Colour groundAtNight(Colour given) {
 }
 
 Colour ofSystem(Colour given, const Colours& colours) {
-  return given == kWindowText ? colours.text : given == kBlack ? colours.window : colours.button;
+  return given == kWindowText ? colours.text : colours.button;
 }
 
 std::vector<TextPair> pairs() {
@@ -195,13 +195,15 @@ const Palette& paletteFor(ColourChoice choice, SystemLook system) {
   return kPalettes[dark ? Dark : Light];
 }
 
-Colour Palette::ink(Colour given) const {
-  if (contrast || given.isSystem()) return contrast ? panel.text : ofSystem(given, panel);
+Colour Palette::ink(Colour given, const Colours& set) const {
+  if (contrast) return set.text;
+  if (given.isSystem()) return ofSystem(given, set);
   return night ? inkAtNight(given) : given;
 }
 
-Colour Palette::ground(Colour given) const {
-  if (contrast || given.isSystem()) return contrast ? panel.window : ofSystem(given, panel);
+Colour Palette::ground(Colour given, const Colours& set) const {
+  if (contrast) return given == kMenuColour || given == kButtonFace ? set.button : set.window;
+  if (given.isSystem()) return ofSystem(given, set);
   return night ? groundAtNight(given) : given;
 }
 
@@ -210,9 +212,9 @@ double contrast(Colour a, Colour b) {
   return std::max(one, other) / std::min(one, other);
 }
 
-Colour lettersOn(Colour ground) {
-  constexpr Colour kPale = shade(0xF2F4F5), kInk = shade(0x101418);
-  return contrast(ground, kPale) > contrast(ground, kInk) ? kPale : kInk;
+Colour Palette::lettersOn(Colour ground) const {
+  const Colour pale = shade(night ? 0xFFC4B8 : 0xF2F4F5), ink = shade(night ? 0x000000 : 0x101418);
+  return kelvane::contrast(ground, pale) > kelvane::contrast(ground, ink) ? pale : ink;
 }
 
 std::span<const TextPair> textPairs() {

@@ -82,8 +82,11 @@ struct Palette {
 
   /// How a colour that a control was given is shown. Numbers keep their meaning by day; at night
   /// they become the tone of red that says the same. The system's colours become the table's.
-  Colour ink(Colour given) const;
-  Colour ground(Colour given) const;
+  /// `set` is the one of the two that it lies among.
+  Colour ink(Colour given, const Colours& set) const;
+  Colour ground(Colour given, const Colours& set) const;
+  /// Letters that can be read on a ground that `ground` answered; both are numbers.
+  Colour lettersOn(Colour ground) const;
 };
 
 /// How the computer is set up.
@@ -98,9 +101,6 @@ const Palette& paletteFor(ColourChoice choice, SystemLook system);
 /// How much lighter one colour is than another, 1 to 21, as the eye sees it. Both are numbers, none
 /// is the system's.
 double contrast(Colour a, Colour b);
-
-/// Letters that can be read on a ground, whatever that is; a number, not the system's.
-Colour lettersOn(Colour ground);
 
 /// A text and a ground that it may stand on.
 struct TextPair {

@@ -33,6 +33,7 @@ struct Tab {
   std::string caption;
   std::string tip;
   bool highlighted = false;
+  int level = -1;  ///< place of its reading on a `MeterBar`; -1 without one
 
   bool operator==(const Tab&) const = default;
 };

@@ -32,6 +32,7 @@ enum ControlId : int {
   ConfigButton = 1021,
   UtcTime = 1022,
   Announced = 1023,
+  Meter = 1024,
   FrqDigit = 1100,  // 0..8
   LockImg = 1110,   // 0..1
   GenEvent = 1120,  // 0..2

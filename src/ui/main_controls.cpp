@@ -361,9 +361,9 @@ constexpr auto kRows = std::to_array<ControlRow>({
 });
 
 constexpr auto kEngravings = std::to_array<Engraving>({
-    {"MHz", {50, 86, 141, 16}},
-    {"kHz", {205, 86, 141, 16}},
-    {"Hz", {360, 86, 141, 16}},
+    {"MHz", {50, 1, 141, 12}},
+    {"kHz", {205, 1, 141, 12}},
+    {"Hz", {360, 1, 141, 12}},
     {"BFO", {512, 64, 40, 16}},
 });
 

@@ -24,7 +24,7 @@ enum class Kind {
   Said,    ///< text that is on no screen, said by screen readers when it changes
 };
 
-enum class Font { Small, Normal, Bold, Digits, Status };
+enum class Font { Small, Normal, Bold, Digits, Status, Scale };
 enum class Align { Centre, Left, Right };
 
 /// Place in the window's design, in 96ths of an inch from its top left corner.

@@ -5,6 +5,7 @@
 
 #include "ui/colours.h"
 #include "ui/control.h"
+#include "ui/meter_bar.h"
 
 namespace kelvane {
 
@@ -20,6 +21,7 @@ struct MainView {
   std::array<Control, 9> FrqDigit;
   std::array<Control, 2> LockImg;
   Control SM, SQ;
+  MeterBar meter;
   std::array<Control, 4> IO;
   std::array<Control, 5> ModEvent;
   std::array<Control, 3> GenEvent;

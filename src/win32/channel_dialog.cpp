@@ -31,7 +31,7 @@ int topOf(int button) {
 
 }  // namespace
 
-ChannelDialog::ChannelDialog(HWND owner, ChannelEditor& editor)
+ChannelDialog::ChannelDialog(HWND owner, ChannelEditor& editor, const ScreenColours& colours)
     : DialogWindow({L"KelvaneChannel", editor.view().caption, owner, kWidth, kHeight}),
       owner_(owner),
       editor_(editor) {
@@ -41,7 +41,7 @@ ChannelDialog::ChannelDialog(HWND owner, ChannelEditor& editor)
                          GridWindow::kStyle | WS_BORDER,
                          "",
                          {kEdge, kEdge, kGridWidth, kGridHeight}});
-  grid_ = std::make_unique<GridWindow>(grid, editor_.grid(), "Channels");
+  grid_ = std::make_unique<GridWindow>(grid, editor_.grid(), "Channels", colours);
   makeButtons();
   editor_.whenChanged([this] { showSoon(); });
   show();

@@ -11,7 +11,7 @@ namespace kelvane::win32 {
 /// The window `Channel` on the screen.
 class ChannelDialog : public DialogWindow {
  public:
-  ChannelDialog(HWND owner, ChannelEditor& editor);
+  ChannelDialog(HWND owner, ChannelEditor& editor, const ScreenColours& colours);
   ~ChannelDialog() override;
 
  private:

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "base/win32/system_library.h"
 #include "ui/colours.h"
 
 namespace kelvane::win32 {
@@ -33,6 +34,26 @@ inline bool darkPrograms() {
 /// WM_SETTINGCHANGE and WM_SYSCOLORCHANGE.
 inline const Palette& paletteNow(ColourChoice choice) {
   return paletteFor(choice, {.contrast = highContrast(), .dark = darkPrograms()});
+}
+
+/// What the program's windows are drawn with now; one for all of them, changed by the main window.
+class ScreenColours {
+ public:
+  const Palette& now() const { return *palette_; }
+  /// The choice or the system is, or may be, another one.
+  void choose(ColourChoice choice) { palette_ = &paletteNow(choice); }
+
+ private:
+  const Palette* palette_ = &paletteNow(ColourChoice::AsSystem);
+};
+
+/// Has Windows draw a window's caption dark, where it offers that.
+inline void darkenCaption(HWND window, bool dark) {
+  using Set = HRESULT WINAPI(HWND, DWORD, const void*, DWORD);
+  static auto* const set = systemFunction<Set>(L"dwmapi.dll", "DwmSetWindowAttribute");
+  constexpr DWORD kDarkMode = 20;
+  const BOOL value = dark;
+  if (set) set(window, kDarkMode, &value, sizeof value);
 }
 
 /// A colour moved towards another by a share of 0 to 255.

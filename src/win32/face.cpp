@@ -118,8 +118,8 @@ void Face::show(const Control& control) {
   repaint();
 }
 
-void Face::place(UINT dpi, const Fonts& fonts, bool contrast) {
-  contrast_ = contrast;
+void Face::place(UINT dpi, const Fonts& fonts, const Palette& palette) {
+  palette_ = &palette;
   font_ = fonts[row_.font];
   SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
   if (std::exchange(dpi_, dpi) != dpi) takePlace();

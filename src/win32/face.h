@@ -5,6 +5,7 @@
 #include "ui/control_events.h"
 #include "ui/main_controls.h"
 #include "ui/press.h"
+#include "win32/colours.h"
 #include "win32/fonts.h"
 
 namespace kelvane::win32 {
@@ -24,8 +25,7 @@ class Face {
   const Control& shown() const { return shown_; }
   HFONT font() const { return font_; }
   UINT dpi() const { return dpi_; }
-  /// The user has asked Windows for high contrast.
-  bool contrast() const { return contrast_; }
+  const Palette& palette() const { return *palette_; }
 
   /// Puts on the screen what differs from what is there.
   void show(const Control& control);
@@ -33,8 +33,8 @@ class Face {
   bool handPressed() const { return press_.shown(); }
   /// Ends a press without an action: what it was made for is no longer there.
   void dropPress();
-  /// Takes its place and font at a resolution, and the kind of its colours.
-  void place(UINT dpi, const Fonts& fonts, bool contrast);
+  /// Takes its place and font at a resolution, and the colours to paint with.
+  void place(UINT dpi, const Fonts& fonts, const Palette& palette);
   /// Tells screen readers its name and role; the window need not wait for that to be seen.
   void speak();
 
@@ -59,7 +59,7 @@ class Face {
   Press press_;
   HFONT font_ = nullptr;
   UINT dpi_;
-  bool contrast_ = false;
+  const Palette* palette_ = &paletteFor(ColourChoice::Light, {});
   bool speaks_ = false;
   bool stale_ = false;  ///< it shows something else than it was last said to show
 };

@@ -9,17 +9,19 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr COLORREF kPanelEdge = RGB(70, 74, 80);
-constexpr COLORREF kPanelText = RGB(120, 126, 134);
+/// The set that a control lies among: the black panel's, or that of the window around it.
+const Colours& setOf(const Face& face) {
+  const Kind kind = face.row().kind;
+  const bool button = kind == Kind::Button || kind == Kind::Toggle;
+  return button ? face.palette().windows : face.palette().panel;
+}
 
-/// Under high contrast the user's own colours take the place of the panel's: what a colour says is
-/// then said by the text, and by lamps as rings and discs.
 COLORREF ground(const Face& face) {
-  return face.contrast() ? GetSysColor(COLOR_WINDOW) : resolved(face.shown().back);
+  return resolved(face.palette().ground(face.shown().back, setOf(face)));
 }
 
 COLORREF ink(const Face& face) {
-  return face.contrast() ? GetSysColor(COLOR_WINDOWTEXT) : resolved(face.shown().fore);
+  return resolved(face.palette().ink(face.shown().fore, setOf(face)));
 }
 
 /// A label, lamp or lock that the hand presses lights up.
@@ -30,15 +32,24 @@ COLORREF groundUnder(const Face& face, COLORREF ground, COLORREF ink) {
 
 COLORREF textColour(const Face& face) {
   if (face.shown().enabled) return ink(face);
-  return face.contrast() ? GetSysColor(COLOR_GRAYTEXT) : blended(ink(face), ground(face), 120);
+  return resolved(face.palette().contrast ? setOf(face).faint : setOf(face).quiet);
 }
 
 UINT alignment(Align align) {
   return align == Align::Left ? DT_LEFT : align == Align::Right ? DT_RIGHT : DT_CENTER;
 }
 
+/// Letters on a label with a ground of its own must stand out from that.
+COLORREF labelInk(const Face& face) {
+  const Palette& palette = face.palette();
+  const Colour back = palette.ground(face.shown().back, setOf(face));
+  const bool own =
+      !palette.contrast && face.shown().back != kBlack && !face.shown().back.isSystem();
+  return own ? resolved(palette.lettersOn(back)) : textColour(face);
+}
+
 void paintLabel(const Face& face) {
-  paintLine(face.window(), wide(face.shown().text), face.font(), textColour(face),
+  paintLine(face.window(), wide(face.shown().text), face.font(), labelInk(face),
             groundUnder(face, ground(face), ink(face)), alignment(face.row().align));
 }
 
@@ -61,10 +72,10 @@ RECT scaledArea(const Place& at, UINT dpi) {
 }
 
 void paintPanel(const Face& face, const Painting& on) {
-  const COLORREF edge = face.contrast() ? ink(face) : kPanelEdge;
-  const COLORREF text = face.contrast() ? ink(face) : kPanelText;
-  on.fill(on.area(), GetSysColor(COLOR_BTNFACE));
-  on.round(on.area(), scaled(12, face.dpi()), ground(face), edge);
+  const Colours& panel = face.palette().panel;
+  const COLORREF text = resolved(panel.quiet);
+  on.fill(on.area(), resolved(face.palette().windows.window));
+  on.round(on.area(), scaled(8, face.dpi()), resolved(panel.window), resolved(panel.line));
   for (const Engraving& engraving : engravings())
     on.text(wide(engraving.text).c_str(), scaledArea(engraving.place, face.dpi()), face.font(),
             text, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
@@ -76,41 +87,41 @@ void paintPanel(const Face& face, const Painting& on) {
 
 /// A lamp in its colour; one that is lit is a disc, any other a ring.
 void paintLamp(const Face& face, const Painting& on) {
-  const COLORREF colour = face.contrast() ? ink(face) : resolved(face.shown().back);
-  const COLORREF around = groundUnder(face, face.contrast() ? ground(face) : 0, colour);
+  const COLORREF black = resolved(face.palette().panel.window);
+  const COLORREF colour = face.palette().contrast ? ink(face) : ground(face);
+  const COLORREF around = groundUnder(face, black, colour);
   on.fill(on.area(), around);
   RECT lamp = on.area();
   InflateRect(&lamp, -scaled(1, face.dpi()), -scaled(1, face.dpi()));
-  on.round(lamp, lamp.right - lamp.left, colour, blended(colour, RGB(255, 255, 255), 90));
+  on.round(lamp, lamp.right - lamp.left, colour, blended(colour, ink(face), 60));
   if (face.shown().text == kLampLit) return;
   InflateRect(&lamp, -scaled(3, face.dpi()), -scaled(3, face.dpi()));
   on.round(lamp, lamp.right - lamp.left, around, around);
-}
-
-/// Letters that can be read on a ground, which may be one of the user's own dark colours.
-COLORREF lettersOn(COLORREF ground) {
-  const int light =
-      (GetRValue(ground) * 299 + GetGValue(ground) * 587 + GetBValue(ground) * 114) / 1000;
-  return light < 128 ? RGB(240, 243, 246) : RGB(16, 20, 24);
 }
 
 struct ButtonColours {
   COLORREF ground, edge, text, focus;
 };
 
+/// A button that takes no clicks lies flat on the window; one that is down has another ground.
 ButtonColours colourOf(const Face& face, bool down) {
-  const bool hand = face.handPressed();
-  const bool enabled = face.shown().enabled;
-  const COLORREF face3d = GetSysColor(COLOR_BTNFACE), caption = GetSysColor(COLOR_BTNTEXT);
-  const COLORREF grey = GetSysColor(COLOR_GRAYTEXT);
-  if (face.contrast()) {
-    const COLORREF text = down ? GetSysColor(COLOR_HIGHLIGHTTEXT) : caption;
-    return {down ? GetSysColor(COLOR_HIGHLIGHT) : face3d, caption, enabled ? text : grey, text};
+  const Palette& palette = face.palette();
+  const Colours& set = palette.windows;
+  const COLORREF edge = resolved(set.line), focus = resolved(set.focus);
+  if (palette.contrast) {
+    const Colour text = !face.shown().enabled ? set.faint : down ? set.onSelection : set.text;
+    return {resolved(down ? set.pressed : set.button), edge, resolved(text),
+            resolved(down ? set.onSelection : set.focus)};
   }
-  COLORREF colour = resolved(face.shown().back);
-  if (!enabled) colour = blended(colour, face3d, 170);
-  return {hand ? blended(colour, 0, 40) : colour, blended(colour, caption, down ? 170 : 90),
-          enabled ? lettersOn(colour) : grey, GetSysColor(COLOR_HIGHLIGHT)};
+  if (!face.shown().enabled) return {resolved(set.window), edge, resolved(set.quiet), focus};
+  const Colour given = palette.ground(face.shown().back, set);
+  // One with a colour that means something keeps it while it is down.
+  const Colour colour = down && given == set.button ? set.pressed : given;
+  const Colour text =
+      colour == set.button || colour == set.pressed ? set.text : palette.lettersOn(colour);
+  COLORREF shown = resolved(colour);
+  if (face.handPressed()) shown = blended(shown, resolved(text), 40);
+  return {shown, blended(edge, resolved(text), down ? 120 : 30), resolved(text), focus};
 }
 
 /// A push button; one that toggles stays down while it is pressed. The one with the keyboard focus
@@ -118,7 +129,7 @@ ButtonColours colourOf(const Face& face, bool down) {
 void paintButton(const Face& face, const Painting& on) {
   const bool down = face.shown().pressed || face.handPressed();
   const ButtonColours colours = colourOf(face, down);
-  on.fill(on.area(), GetSysColor(COLOR_BTNFACE));
+  on.fill(on.area(), resolved(face.palette().windows.window));
   RECT button = on.area();
   InflateRect(&button, -scaled(2, face.dpi()), -scaled(1, face.dpi()));
   on.round(button, scaled(8, face.dpi()), colours.ground, colours.edge);
@@ -170,7 +181,7 @@ void paintFace(const Face& face) {
     case Kind::Button:
       return paintButton(face, on);
     default:
-      return on.fill(on.area(), face.contrast() ? ground(face) : 0);
+      return on.fill(on.area(), ground(face));
   }
 }
 

@@ -50,8 +50,8 @@ Fonts::Fonts(UINT dpi) {
   static const wchar_t* const digits = firstInstalled(std::array{
       L"Bahnschrift SemiCondensed", L"DejaVu Sans Condensed", L"Liberation Sans", L"Arial"});
   fonts_ = {make(text, 11, FW_NORMAL, dpi), make(text, 12, FW_NORMAL, dpi),
-            make(text, 13, FW_BOLD, dpi), make(digits, 62, FW_BOLD, dpi),
-            make(text, 26, FW_BOLD, dpi)};
+            make(text, 13, FW_BOLD, dpi),   make(digits, 62, FW_BOLD, dpi),
+            make(text, 26, FW_BOLD, dpi),   make(text, 10, FW_NORMAL, dpi)};
 }
 
 Fonts::~Fonts() {

@@ -25,7 +25,7 @@ class Fonts {
   HFONT operator[](Font font) const { return fonts_[static_cast<int>(font)]; }
 
  private:
-  std::array<HFONT, 5> fonts_;
+  std::array<HFONT, 6> fonts_;
 };
 
 }  // namespace kelvane::win32

@@ -14,22 +14,26 @@ constexpr std::size_t kLongestShown = 512;
 
 }  // namespace
 
-/// The system's colours as they are now; those of high contrast are among them.
 struct GridWindow::Look {
   bool focused;
-  COLORREF ground = GetSysColor(COLOR_WINDOW);
-  COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
-  COLORREF fixed = GetSysColor(COLOR_BTNFACE);
-  COLORREF fixedText = GetSysColor(COLOR_BTNTEXT);
-  COLORREF line = blended(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT), 40);
-  COLORREF marked = GetSysColor(COLOR_HIGHLIGHT);
-  COLORREF markedText = GetSysColor(COLOR_HIGHLIGHTTEXT);
-  COLORREF currentRow = blended(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_HIGHLIGHT), 34);
+  COLORREF ground, text, fixed, line, marked, markedText, currentRow;
+
+  Look(const Palette& palette, bool hasFocus) : focused(hasFocus) {
+    const Colours& set = palette.windows;
+    const bool contrast = palette.contrast;
+    ground = resolved(set.field);
+    text = resolved(set.text);
+    fixed = resolved(contrast ? set.button : set.window);
+    line = resolved(set.line);
+    marked = resolved(set.pressed);
+    markedText = resolved(contrast ? set.onSelection : set.text);
+    currentRow = resolved(contrast ? set.field : set.selection);
+  }
 };
 
 void GridWindow::paint() const {
   const Painting on(window_);
-  const Look look{hasFocus()};
+  const Look look(colours_.now(), hasFocus());
   on.fill(on.dirty(), look.ground);
   const HGDIOBJ before = SelectObject(on.dc(), font_);
   const GridRow rows = grid_.table().rows();
@@ -59,7 +63,7 @@ void GridWindow::paintCell(const Painting& on, GridCell cell, const RECT& area,
   const bool marked = current && look.focused;
   COLORREF ground = cell.row == grid_.current().row ? look.currentRow : look.ground;
   COLORREF text = look.text;
-  if (!column.editable) ground = look.fixed, text = look.fixedText;
+  if (!column.editable) ground = look.fixed;
   if (marked) ground = look.marked, text = look.markedText;
   on.fill(area, look.line);
   RECT inside{area.left, area.top, area.right - 1, area.bottom - 1};

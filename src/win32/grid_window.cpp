@@ -26,8 +26,8 @@ void GridWindow::registerClass(HINSTANCE instance) {
   RegisterClassW(&own);  // fails where it is registered already
 }
 
-GridWindow::GridWindow(HWND window, Grid& grid, std::string name)
-    : window_(window), grid_(grid), name_(std::move(name)) {
+GridWindow::GridWindow(HWND window, Grid& grid, std::string name, const ScreenColours& colours)
+    : window_(window), grid_(grid), name_(std::move(name)), colours_(colours) {
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   header_ = makePart(Header, WC_HEADERW, HDS_BUTTONS | HDS_HORZ | WS_VISIBLE);
   entry_ = makeEntry(false);

@@ -7,6 +7,7 @@
 
 #include "base/win32/tool_tips.h"
 #include "grid/grid.h"
+#include "win32/colours.h"
 
 namespace kelvane::win32 {
 
@@ -25,8 +26,9 @@ class GridWindow {
   /// Makes the class known; once is enough, more do no harm.
   static void registerClass(HINSTANCE instance);
 
-  /// Lives in a window made of the class, which may go before it does. The grid outlives both.
-  GridWindow(HWND window, Grid& grid, std::string name);
+  /// Lives in a window made of the class, which may go before it does. The grid and the colours
+  /// outlive both.
+  GridWindow(HWND window, Grid& grid, std::string name, const ScreenColours& colours);
   ~GridWindow();
   GridWindow(const GridWindow&) = delete;
   GridWindow& operator=(const GridWindow&) = delete;
@@ -91,6 +93,7 @@ class GridWindow {
   HWND window_;
   Grid& grid_;
   std::string name_;
+  const ScreenColours& colours_;
   HWND header_, entry_, list_, findLabel_, findField_;
   std::unique_ptr<ToolTips> tips_;
   HFONT font_ = nullptr;

@@ -21,14 +21,14 @@ HINSTANCE moduleOf(HWND window) {
 
 }  // namespace
 
-LogWindow::LogWindow(HWND owner, DataLog& log)
+LogWindow::LogWindow(HWND owner, DataLog& log, const ScreenColours& colours)
     : DialogWindow({L"KelvaneLog", log.view().caption, owner, kLogWidth, kLogHeight}), log_(log) {
   GridWindow::registerClass(moduleOf(window()));
-  make();
+  make(colours);
   startTimer(kTick);
 }
 
-void LogWindow::make() {
+void LogWindow::make(const ScreenColours& colours) {
   const DataLogView& view = log_.view();
   const HWND grid =
       add({id::PadGrd,
@@ -36,7 +36,7 @@ void LogWindow::make() {
            GridWindow::kStyle | WS_BORDER,
            "",
            {kLogEdge, kLogEdge, kLogWidth - 2 * kLogEdge, kNoticeTop - kLogEdge - 6}});
-  grid_ = std::make_unique<GridWindow>(grid, log_.PadGrd(), "Station log");
+  grid_ = std::make_unique<GridWindow>(grid, log_.PadGrd(), "Station log", colours);
   add({id::PadNotice,
        WC_STATICW,
        SS_NOPREFIX | SS_ENDELLIPSIS | SS_CENTERIMAGE,

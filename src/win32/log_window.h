@@ -11,13 +11,13 @@ namespace kelvane::win32 {
 /// The station log on the screen, from being opened to being closed.
 class LogWindow : public DialogWindow {
  public:
-  LogWindow(HWND owner, DataLog& log);
+  LogWindow(HWND owner, DataLog& log, const ScreenColours& colours);
 
   /// Shows the window, with the keyboard in the grid, and what the log has become.
   void present();
 
  private:
-  void make();
+  void make(const ScreenColours& colours);
   void show();
   void showButton(int id, const Control& button);
 

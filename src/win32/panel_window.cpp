@@ -64,6 +64,12 @@ bool byHand(UINT message) {
 /// Whether Alt was down when a key's message was made.
 bool heldWithAlt(LPARAM lParam) { return (HIWORD(lParam) & KF_ALTDOWN) != 0; }
 
+/// What lies in the program's other windows is drawn with the same colours.
+BOOL CALLBACK repaintWhole(HWND window, LPARAM) {
+  RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  return TRUE;
+}
+
 void keepOnTop(HWND window, bool onTop) {
   SetWindowPos(window, onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
 }
@@ -77,7 +83,6 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   own.hInstance = instance;
   own.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
   own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  own.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
   own.lpszClassName = kPanelClass;
   RegisterClassW(&own);
   window_ = CreateWindowExW(0, kPanelClass, L"Kelvane", kPanelStyle, CW_USEDEFAULT, CW_USEDEFAULT,
@@ -85,6 +90,8 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   SetPropW(window_, kSelf, this);
   hands_ = SetWindowsHookExW(WH_GETMESSAGE, noteHand, nullptr, GetCurrentThreadId());
   tabs_ = std::make_unique<TabStrip>(window_);
+  // Before the panel that it lies on: what is made later lies beneath.
+  meter_ = std::make_unique<MeterStrip>(window_);
   tips_ = std::make_unique<ToolTips>(window_, ToolTips::Hears::ByRelay);
   ControlEvents& events = *this;
   const UINT dpi = resolution();
@@ -117,6 +124,7 @@ void PanelWindow::present(MAin& panel) {
 void PanelWindow::explain() {
   explained_ = true;
   tabs_->speak();
+  meter_->speak();
   for (const auto& face : faces_) {
     face->speak();
     if (!face->shown().tip.empty()) tips_->set(face->window(), face->shown().tip);
@@ -216,6 +224,8 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case kFocusTyping:
       if (wheelPresent_ && active()) focus(id::FrqFocus);
       return false;
+    case WM_ERASEBKGND:
+      return erase(reinterpret_cast<HDC>(wParam)), result = 1, true;
     case WM_WINDOWPOSCHANGED:
       return noteMove(), false;
     case WM_DPICHANGED:
@@ -281,7 +291,9 @@ void PanelWindow::show() {
   if (std::exchange(caption_, view.caption) != view.caption)
     SetWindowTextW(window_, wide(view.caption).c_str());
   if (std::exchange(onTop_, view.onTop) != view.onTop) keepOnTop(window_, onTop_);
+  if (std::exchange(choice_, view.colours) != view.colours) choose(choice_);
   tabs_->show(view.TabStrip);
+  meter_->show(view.meter, !view.RxMask.visible);
   for (const auto& face : faces_) {
     const Control& control = face->row().of(view, face->element());
     if (explained_ && control.tip != face->shown().tip) tips_->set(face->window(), control.tip);
@@ -300,10 +312,23 @@ void PanelWindow::schedule() {
 void PanelWindow::layOut(UINT dpi) {
   // The old fonts go when the controls have the new ones.
   auto fonts = std::make_unique<Fonts>(dpi);
-  tabs_->place(dpi, *fonts);
-  const bool contrast = highContrast();
-  for (const auto& face : faces_) face->place(dpi, *fonts, contrast);
+  dress(dpi, *fonts);
   fonts_ = std::move(fonts);
+  laidOutAt_ = dpi;
+}
+
+void PanelWindow::dress(UINT dpi, const Fonts& fonts) {
+  const Palette& palette = colours_.now();
+  tabs_->place(dpi, fonts, palette);
+  meter_->place(dpi, fonts, palette);
+  for (const auto& face : faces_) face->place(dpi, fonts, palette);
+}
+
+void PanelWindow::erase(HDC to) const {
+  RECT area{};
+  GetClientRect(window_, &area);
+  SetDCBrushColor(to, resolved(colours_.now().windows.window));
+  FillRect(to, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
 UINT PanelWindow::resolution() const {
@@ -318,8 +343,18 @@ void PanelWindow::dpiChanged(UINT dpi, const RECT& suggested) {
   layOut(now);
 }
 
+void PanelWindow::choose(ColourChoice choice) {
+  const Palette& before = colours_.now();
+  colours_.choose(choice);
+  darkenCaption(window_, colours_.now().dark);
+  if (&colours_.now() == &before) return;
+  dress(laidOutAt_, *fonts_);
+  EnumThreadWindows(GetCurrentThreadId(), repaintWhole, 0);
+}
+
 /// The user may have chosen another size of text, or other colours.
 void PanelWindow::settingsChanged() {
+  choose(choice_);
   RECT now{};
   GetWindowRect(window_, &now);
   dpiChanged(GetDpiForWindow(window_), now);

@@ -8,6 +8,7 @@
 #include "base/win32/tool_tips.h"
 #include "shell/main_window.h"
 #include "win32/face.h"
+#include "win32/meter_strip.h"
 #include "win32/tab_strip.h"
 
 namespace kelvane::win32 {
@@ -20,6 +21,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   ~PanelWindow() override;
 
   HWND window() const { return window_; }
+  /// What all of the program's windows are drawn with.
+  const ScreenColours& colours() const { return colours_; }
   /// Puts the panel into the window, at its place, and shows it. The panel must outlive the window.
   void present(MAin& panel);
   /// Gives the controls their tips and tells screen readers their names; the second half of
@@ -58,12 +61,15 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   void show();
   void schedule();
   void layOut(UINT dpi);
+  void dress(UINT dpi, const Fonts& fonts);
+  void erase(HDC to) const;
   void moveToStart();
   void noteMove();
   bool tabNotified(const NMHDR& notice);
   Placement placement() const;
   UINT resolution() const;
   void settingsChanged();
+  void choose(ColourChoice choice);
   void dpiChanged(UINT dpi, const RECT& suggested);
   bool systemCommand(WPARAM command, LPARAM lParam);
   void unload(Ending how);
@@ -73,7 +79,9 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   HHOOK hands_ = nullptr;
   RECT place_{};  ///< on the screen, minimised or not
   std::unique_ptr<Fonts> fonts_;
+  UINT laidOutAt_ = 96;
   std::unique_ptr<TabStrip> tabs_;
+  std::unique_ptr<MeterStrip> meter_;
   std::vector<std::unique_ptr<Face>> faces_;
   std::unique_ptr<ToolTips> tips_;
   /// Looked for once: without a wheel its messages are nobody's.
@@ -86,6 +94,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   bool frameWaits_ = false;
   bool pumping_ = false;
   bool onTop_ = false;
+  ColourChoice choice_ = ColourChoice::AsSystem;
+  ScreenColours colours_;
   std::string caption_;
 };
 

@@ -27,7 +27,7 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   ComComponents components;
   StartUp startUp(components, boxes);
   if (!startUp.openComponents(name, window.handle())) return 1;
-  SystemDialogs dialogs(window.window());
+  SystemDialogs dialogs(window.window(), window.colours());
   SystemClipboard clipboard(window.window());
   DdeServers digits;
   SystemFileDialogs fileDialogs(window.window());

@@ -13,7 +13,7 @@ namespace kelvane::win32 {
 /// The main window's dialogs, over its window.
 class SystemDialogs : public PanelDialogs {
  public:
-  explicit SystemDialogs(HWND owner) : owner_(owner) {}
+  SystemDialogs(HWND owner, const ScreenColours& colours) : owner_(owner), colours_(colours) {}
 
   void showConfig(Config& config) override { ConfigDialog(owner_, config).runModal(); }
   void showHelp(MiniHelp& help) override {
@@ -24,17 +24,18 @@ class SystemDialogs : public PanelDialogs {
     if (!channels_ || !channels_->window()) {
       // The old one goes first: it tells the editor that nobody shows it any more.
       channels_.reset();
-      channels_ = std::make_unique<ChannelDialog>(owner_, editor);
+      channels_ = std::make_unique<ChannelDialog>(owner_, editor, colours_);
     }
     channels_->showModeless();
   }
   void showLog(DataLog& log) override {
-    if (!log_ || !log_->window()) log_ = std::make_unique<LogWindow>(owner_, log);
+    if (!log_ || !log_->window()) log_ = std::make_unique<LogWindow>(owner_, log, colours_);
     log_->present();
   }
 
  private:
   HWND owner_;
+  const ScreenColours& colours_;
   std::unique_ptr<ChannelDialog> channels_;
   std::unique_ptr<HelpWindow> help_;
   std::unique_ptr<LogWindow> log_;

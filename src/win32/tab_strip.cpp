@@ -5,9 +5,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/win32/common_controls.h"
+#include "base/win32/window_barrier.h"
 #include "ui/control_ids.h"
 #include "ui/main_controls.h"
 #include "win32/accessible.h"
+#include "win32/meter_paint.h"
+#include "win32/paint.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -23,7 +27,9 @@ TabStrip::TabStrip(HWND parent)
           0, WC_TABCONTROLW, L"Receivers",
           WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | TCS_FIXEDWIDTH | TCS_FOCUSNEVER | TCS_TOOLTIPS,
           0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::TabStrip)),
-          GetModuleHandleW(nullptr), nullptr)) {}
+          GetModuleHandleW(nullptr), nullptr)) {
+  common_controls::setSubclass(window_, procedure, 1, reinterpret_cast<DWORD_PTR>(this));
+}
 
 void TabStrip::speak() const { speakAs(window_, "Receivers"); }
 
@@ -35,8 +41,13 @@ void TabStrip::show(const TabRow& row) {
       std::equal(before.tabs.begin(), before.tabs.end(), row.tabs.begin(),
                  [](const Tab& a, const Tab& b) { return a.caption == b.caption; });
   if (!sameTabs) rebuild();
-  for (int i = 0; i < static_cast<int>(row.tabs.size()); ++i)
-    SendMessageW(window_, TCM_HIGHLIGHTITEM, i, MAKELPARAM(row.tabs[i].highlighted, 0));
+  for (int i = 0; i < static_cast<int>(row.tabs.size()); ++i) {
+    const bool there = sameTabs && before.tabs[i].highlighted == row.tabs[i].highlighted;
+    if (!there) SendMessageW(window_, TCM_HIGHLIGHTITEM, i, MAKELPARAM(row.tabs[i].highlighted, 0));
+    if (!sameTabs || before.tabs[i].level == row.tabs[i].level) continue;
+    const RECT level = levelArea(areaOf(i));
+    InvalidateRect(window_, &level, FALSE);
+  }
   select(row.selected);
 }
 
@@ -67,16 +78,72 @@ void TabStrip::rebuild() {
   }
 }
 
-void TabStrip::place(UINT dpi, const Fonts& fonts) {
+void TabStrip::place(UINT dpi, const Fonts& fonts, const Palette& palette) {
+  dpi_ = dpi;
+  font_ = fonts[Font::Normal];
+  palette_ = &palette;
   SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(fonts[Font::Normal]), TRUE);
   SendMessageW(window_, TCM_SETITEMSIZE, 0,
                MAKELPARAM(scaled(kMainWidth, dpi) / 9, scaled(kTabHeight, dpi)));
   SetWindowPos(window_, nullptr, 0, scaled(3, dpi), scaled(kMainWidth, dpi),
                scaled(kTabHeight + 3, dpi), SWP_NOZORDER | SWP_NOACTIVATE);
+  InvalidateRect(window_, nullptr, FALSE);
 }
 
 int TabStrip::selected() const {
   return static_cast<int>(SendMessageW(window_, TCM_GETCURSEL, 0, 0));
+}
+
+/// As wide and as high as the tab is said to be, from the strip's top to its bottom.
+RECT TabStrip::areaOf(int tab) const {
+  RECT area{}, strip{};
+  SendMessageW(window_, TCM_GETITEMRECT, static_cast<WPARAM>(tab), reinterpret_cast<LPARAM>(&area));
+  GetClientRect(window_, &strip);
+  return {area.left, 0, area.right, strip.bottom};
+}
+
+RECT TabStrip::levelArea(const RECT& tab) const {
+  const LONG bottom = tab.bottom - scaled(5, dpi_);
+  return {tab.left + scaled(8, dpi_), bottom - scaled(3, dpi_), tab.right - scaled(8, dpi_),
+          bottom};
+}
+
+void TabStrip::paint() const {
+  const Painting on(window_);
+  const Colours& colours = palette_->windows;
+  on.fill(on.dirty(), resolved(colours.window));
+  const RECT& strip = on.area();
+  on.fill({strip.left, strip.bottom - 1, strip.right, strip.bottom}, resolved(colours.line));
+  for (int i = 0; i < static_cast<int>(shown_.tabs.size()); ++i) paintTab(on, i);
+}
+
+void TabStrip::paintTab(const Painting& on, int index) const {
+  const RECT area = areaOf(index);
+  RECT seen;
+  if (!IntersectRect(&seen, &area, &on.dirty())) return;
+  const Tab& tab = shown_.tabs[index];
+  const bool chosen = index == selected();
+  const Colours& colours = palette_->windows;
+  paintLevelLine(on.dc(), levelArea(area), tab.level, colours);
+  if (chosen)
+    on.fill({area.left, area.bottom - scaled(3, dpi_), area.right, area.bottom},
+            resolved(colours.accent));
+  if (seen.top >= levelArea(area).top) return;
+  const int size = scaled(8, dpi_), top = scaled(6, dpi_);
+  RECT disc{area.left + scaled(8, dpi_), top, area.left + scaled(8, dpi_) + size, top + size};
+  const COLORREF mark = resolved(tab.highlighted ? colours.accent : colours.quiet);
+  on.round(disc, size, tab.highlighted ? mark : resolved(colours.window), mark);
+  RECT name{disc.right + scaled(5, dpi_), 0, area.right - scaled(4, dpi_), scaled(18, dpi_)};
+  on.text(wide(tab.caption).c_str(), name, font_, resolved(chosen ? colours.text : colours.quiet),
+          DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS);
+}
+
+LRESULT CALLBACK TabStrip::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                     UINT_PTR, DWORD_PTR self) {
+  const auto* strip = reinterpret_cast<TabStrip*>(self);
+  if (message == WM_ERASEBKGND) return 1;
+  if (message == WM_PAINT && windowBarrier(window, message, [strip] { strip->paint(); })) return 0;
+  return common_controls::defSubclass(window, message, wParam, lParam);
 }
 
 }  // namespace kelvane::win32

@@ -134,12 +134,24 @@ TEST_F(Meter, TheBlankerTakesTheCracklingOut) {
   EXPECT_LT(mean(milliseconds(60'000)), crackling - 0.1);
 }
 
+TEST_F(Meter, ASquelchLevelThatIsNotToldIsNoLevel) {
+  start("Frequency=23000000\nMode=AM\nUntold=squelch\n");
+  rig.run(milliseconds(100));
+  EXPECT_EQ(rig.core.GetRxSqlLevel(0), -999);
+  start("Frequency=23000000\nMode=AM\nSquelch=-80\n");
+  rig.run(milliseconds(100));
+  EXPECT_EQ(rig.core.GetRxSqlLevel(0), -80);
+  rig.core.SetRxConnect(0, false);
+  EXPECT_EQ(rig.core.GetRxSqlLevel(0), -999) << "nobody tells it any more";
+}
+
 TEST_F(Meter, TheSquelchOpensOnAStationAndClosesBesideIt) {
   start("Frequency=23000000\nMode=AM\nSquelch=-80\n");
   rig.core.SetRxFrequency(0, false, 9'580'000);
   rig.run(milliseconds(100));
   EXPECT_EQ(rig.listener.lines("RxSqlUpdated"), Lines{"RxSqlUpdated 0 1 -80"});
   EXPECT_EQ(rig.core.GetRxSql(0), 1);
+  EXPECT_EQ(rig.core.GetRxSqlLevel(0), -80);
   rig.core.SetRxFrequency(0, false, 23'000'000);
   rig.run(milliseconds(100));
   EXPECT_EQ(rig.listener.lines("RxSqlUpdated").back(), "RxSqlUpdated 0 0 -80");

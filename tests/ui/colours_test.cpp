@@ -81,16 +81,20 @@ TEST(Colours, NumbersKeepTheirMeaningByDayAndAreRedAtNight) {
   };
   for (const Colour given : {kGreen, kRed, kQuietText, Colour::rgb(128, 255, 255),
                              Colour::rgb(255, 255, 0), Colour::rgb(255, 192, 128)}) {
-    EXPECT_EQ(light.ink(given), given);
-    EXPECT_EQ(light.ground(given), given);
-    EXPECT_TRUE(isRed(night.ink(given))) << std::hex << given.value;
-    EXPECT_GE(contrast(night.ink(given), kBlack), 4.5) << std::hex << given.value;
-    EXPECT_TRUE(isRed(night.ground(given))) << std::hex << given.value;
-    EXPECT_GE(contrast(night.ground(given), lettersOn(night.ground(given))), 4.5);
+    EXPECT_EQ(light.ink(given, light.panel), given);
+    EXPECT_EQ(light.ground(given, light.panel), given);
+    EXPECT_TRUE(isRed(night.ink(given, night.panel))) << std::hex << given.value;
+    EXPECT_GE(contrast(night.ink(given, night.panel), kBlack), 4.5) << std::hex << given.value;
+    EXPECT_TRUE(isRed(night.ground(given, night.panel))) << std::hex << given.value;
+    EXPECT_GE(contrast(night.ground(given, night.panel),
+                       night.lettersOn(night.ground(given, night.panel))),
+              4.5);
   }
-  EXPECT_NE(night.ink(kGreen), night.ink(kRed));
-  EXPECT_NE(night.ground(Colour::rgb(255, 255, 0)), night.ground(kMenuColour)) << "the master";
-  EXPECT_EQ(light.ground(kMenuColour), light.panel.button);
+  EXPECT_NE(night.ink(kGreen, night.panel), night.ink(kRed, night.panel));
+  EXPECT_NE(night.ground(Colour::rgb(255, 255, 0), night.windows),
+            night.ground(kMenuColour, night.windows))
+      << "the master";
+  EXPECT_EQ(light.ground(kMenuColour, light.windows), light.windows.button);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // The tables of contract/ against the type libraries that the built components carry.
+#include <map>
 #include <set>
 
 #include "contract/names.h"
@@ -61,6 +62,7 @@ Described walking(Described d) {
   return d;
 }
 
+/// Ids go up by one, but for the rows that begin a block of their own.
 std::vector<Described> numbered(std::vector<Described> rows) {
   DISPID next = 1;
   std::vector<Described> named;
