@@ -296,8 +296,11 @@ void MAin::announce() {
   if (tabs.selected < 0 || row_.EntryInProgress()) return;
   const bool online = shown_.online();
   const Hz hertz = online ? services_.receiver.GetRxFrequency(shown_.index(), kTuned).value() : -1;
+  // What a program only tries is not spoken of.
+  if (spokenOf_ != shown_.index() || !events_.isPassing(shown_.index(), hertz)) spoken_ = hertz;
+  spokenOf_ = shown_.index();
   announcer_.look({spokenCaption(tabs.tabs[tabs.selected].caption),
-                   online ? std::string() : view_.RxMask.text, spokenFrequency(hertz)});
+                   online ? std::string() : view_.RxMask.text, spokenFrequency(spoken_)});
 }
 
 void MAin::tick(Instant now) {

@@ -177,6 +177,8 @@ class MAin : public ControlEvents {
   std::unique_ptr<ChannelEditor> channelEditor_;
   std::unique_ptr<DataLog> log_;
   RxEvents events_;
+  Hz spoken_ = -1;       ///< the frequency to be announced
+  Index spokenOf_ = -1;  ///< and its receiver
   FrqEvents frqEvents_;
   KeyCommands keys_;
   WMouse wheel_;

@@ -86,7 +86,7 @@ class SharedReceiver {
   };
 
   mutable std::mutex mutex_;
-  SharedFacts facts_;
+  SharedFacts facts_{.traits = std::make_shared<const SharedTraits>()};
   std::vector<Waiting> orders_;
 };
 
