@@ -32,14 +32,14 @@ struct SharedTraits {
 struct SharedFacts {
   std::shared_ptr<const SharedTraits> traits;
   bool online = false;
-  std::optional<Instant> lostAt;  ///< none while it is online, or when it has never been
+  std::optional<Instant> lostAt{};  ///< none while it is online, or when it has never been
   Hz frequency = -1;
   Setting mode = -1;
   Hz filter = 0;
   Setting agc = -1;
   Setting blanker = -1;
   Setting attenuator = -1;
-  std::optional<Long> level;  ///< dBm
+  std::optional<Long> level{};  ///< dBm
   bool squelchOpen = false;
 
   bool operator==(const SharedFacts&) const = default;
