@@ -294,14 +294,13 @@ TEST_F(ShareRig, AGenuineClientUsesIt) {
   }
   open();
   const std::string client = "rigctl -m 2 -r 127.0.0.1:" + std::to_string(port()) + " ";
-  EXPECT_EQ(printed(client + "f m v s"), "7100000\nAM\n6000\nVFOA\n0\nVFOA\n");
+  EXPECT_EQ(printed(client + "f m s"), "7100000\nAM\n6000\n0\nVFOA\n");
   EXPECT_EQ(printed(client + "F 7050000 M USB 2400 f m"), "7050000\nUSB\n2400\n");
   ASSERT_TRUE(waitForFrequency(7'050'000));
   EXPECT_EQ(core.GetRxFilter(0), 2400);
   EXPECT_EQ(printed(client + "l STRENGTH").find("error"), std::string::npos);
   EXPECT_EQ(printed(client + "L ATT 20 l ATT"), "20\n");
-  EXPECT_EQ(printed(client + "F 99999999 f"), printed(client + "F 99999999"))
-      << "the client stops at the refusal";
+  EXPECT_NE(printed(client + "F 99999999").find("Invalid parameter"), std::string::npos);
   // The genuine server in front of it repeats whatever its own clients say.
   fakes::RealRigctld chain({"-m", "2", "-r", "127.0.0.1:" + std::to_string(port())});
   EXPECT_EQ(chain.ask("f"), "7050000");
