@@ -28,6 +28,7 @@ void RxEvents::DrvUpdated(Count) {
   units_.dde.receiversChanged(moves);
   channelEditor_.receiversChanged(moves);
   log_.receiversChanged(moves);
+  passing_.fill(-1);
 }
 
 void RxEvents::RxFrqPassing(Index rx, Hz frequency) {

@@ -300,13 +300,20 @@ void MAin::announce() {
   if (spokenOf_ != shown_.index() || !events_.isPassing(shown_.index(), hertz)) spoken_ = hertz;
   spokenOf_ = shown_.index();
   announcer_.look({spokenCaption(tabs.tabs[tabs.selected].caption),
-                   online ? std::string() : view_.RxMask.text, spokenFrequency(spoken_)});
+                   online ? std::string() : status_.words(), spokenFrequency(spoken_)});
+}
+
+std::string MAin::heldForPrograms() const {
+  ReceiverComponent& receiver = services_.receiver;
+  const Index rx = shown_.index();
+  if (rx < 0 || shown_.online() || receiver.GetRxProgramCount(rx) <= 0) return {};
+  return receiver.GetRxShareState(rx).value();
 }
 
 void MAin::tick(Instant now) {
   if (retry_.tick(now)) keyboard_.runPending();
   if (TimBlk_.fired(now)) {
-    status_.blink(shown_.online());
+    status_.blink(shown_.online(), heldForPrograms());
     tabs_.highlightAll();
     dde_.blink();
     utc_.tick();

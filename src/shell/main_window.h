@@ -135,6 +135,8 @@ class MAin : public ControlEvents {
   std::vector<LastWrite> lastWrites();
   std::string saveSettings(const Placement& place);
   void announce();
+  /// What is held for other programs while the shown receiver does not answer; empty for nothing.
+  std::string heldForPrograms() const;
   bool commands(int control) const;
   void act(int control, MouseButton button);
   bool pressFocused(int character, int focused);

@@ -200,7 +200,7 @@ TEST_F(ShareRig, ALostLinkIsHeldAndHeals) {
   core.SetRxConnect(0, false);
   EXPECT_EQ(program.ask("f"), "7100000\n");
   EXPECT_EQ(program.ask("F 7050000"), "RPRT -5\n");
-  EXPECT_EQ(core.GetRxShareState(0).value(), "Held for 1 program, 300 s more.");
+  EXPECT_EQ(core.GetRxShareState(0).value(), "Held for 1 program, 300 s.");
   rig.clock.now -= std::chrono::seconds(301);
   core.SetRxConnect(0, true);
   rig.pump();

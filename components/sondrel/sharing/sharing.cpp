@@ -54,7 +54,7 @@ void Sharing::configure(const std::filesystem::path& lock, const std::vector<Sha
 
 void Sharing::tick(Instant now) {
   if (now < tryAt_) return;
-  if (!lock_.owned()) lock_.acquire(lockFile_);
+  if (!lock_.owned()) lockResult_ = lock_.acquire(lockFile_);
   tryAt_ = lock_.owned() ? kNever : now + kTryLockAgain;
   if (lock_.owned()) startServer();
 }
@@ -138,7 +138,9 @@ const Sharing::Seat* Sharing::seat(const std::string& key) const {
 std::string Sharing::state(const std::string& key, Instant now) const {
   const Seat* found = seat(key);
   if (!found) return {};
-  if (!lock_.owned()) return "Another program has these receivers open and shares them already.";
+  if (!lock_.owned() && lockResult_.held)
+    return "Another program has these receivers open and shares them already.";
+  if (!lock_.owned()) return "Not shared, since a file cannot be made: " + lockResult_.reason + ".";
   const ShareView& view = found->view;
   if (!view.problem.empty()) return view.problem + " It is tried again every few seconds.";
   if (view.address.empty()) return "Opening a port.";
@@ -147,8 +149,8 @@ std::string Sharing::state(const std::string& key, Instant now) const {
     const auto left = *facts.lostAt + found->entry.setup.hold - now;
     const auto seconds = std::chrono::ceil<std::chrono::seconds>(left).count();
     return seconds > 0 ? "Held for " + programCount(view.clients.size()) + ", " +
-                             std::to_string(seconds) + " s more."
-                       : "Down, and " + programCount(view.clients.size()) + " told so.";
+                             std::to_string(seconds) + " s."
+                       : "Down for " + programCount(view.clients.size()) + ".";
   }
   const bool looks = found->entry.setup.permission == SharePermission::Look;
   return "Shared at " + view.address + (looks ? ", to look: " : ": ") +
