@@ -1,6 +1,10 @@
-#include <atomic>
+#include <algorithm>
 #include <chrono>
+#include <fstream>
+#include <memory>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "benchmarks/latencies.h"
 #include "components/sondrel/sharing/share_server.h"
@@ -79,8 +83,30 @@ double medianOfHundred(int port) {
   return times.median();
 }
 
+/// What this process has in memory, KB.
+double resident() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with("VmRSS:")) return std::stod(line.substr(6));
+  }
+  return 0;
+}
+
+void printMemory(int port) {
+  constexpr int kPrograms = 190;
+  std::vector<std::unique_ptr<SharingProgram>> programs;
+  const double before = resident();
+  for (int i = 0; i < kPrograms; ++i) {
+    programs.push_back(std::make_unique<SharingProgram>(port));
+    must(!programs.back()->ask("\\dump_state").empty(), "an answer");
+  }
+  print({"memory for a program at a shared receiver", (resident() - before) / kPrograms, "KB",
+         "the most it should be", 64, 1});
+}
+
 void run() {
   const Served served;
+  printMemory(served.port());
   const fakes::RealRigctld rigctld;
   print({"f of a shared receiver, one by one, median", medianOfOne(served.port()), "us",
          "rigctld -m 1", medianOfOne(rigctld.port()), 1.0});

@@ -306,7 +306,8 @@ void MAin::announce() {
 std::string MAin::heldForPrograms() const {
   ReceiverComponent& receiver = services_.receiver;
   const Index rx = shown_.index();
-  if (rx < 0 || shown_.online() || receiver.GetRxProgramCount(rx) <= 0) return {};
+  if (view_.TabStrip.selected < 0 || shown_.online()) return {};
+  if (receiver.GetRxProgramCount(rx) <= 0) return {};
   return receiver.GetRxShareState(rx).value();
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
 #include <thread>
 
 #include "base/number.h"
@@ -72,6 +74,28 @@ TEST_F(Programs, OnlyWhatHasStoodPullsTheDisplay) {
   EXPECT_EQ(shown(), 0);
   rig.run(milliseconds(2000));
   EXPECT_EQ(shown(), 1);
+}
+
+TEST_F(Programs, TheStatusBoxSaysForHowManyALostReceiverIsHeld) {
+  rig.panel->tabClicked(1);
+  rig.run(milliseconds(3000));
+  const SharingProgram program(port());
+  for (int i = 0; i < 1000 && rig.receiver().GetRxProgramCount(1) == 0; ++i) {
+    std::this_thread::sleep_for(milliseconds(1));
+    rig.sondrel.pump();
+  }
+  rig.receiver().SetRxConnect(1, false);
+  std::set<std::string> said;
+  for (int i = 0; i < 20; ++i) {
+    rig.run(milliseconds(100));
+    if (rig.view().RxMask.visible) said.insert(rig.view().RxMask.text);
+  }
+  EXPECT_TRUE(said.contains("Rx: Not responding"));
+  EXPECT_TRUE(std::ranges::any_of(said, [](const std::string& words) {
+    return words.starts_with("Held for 1 program, ");
+  })) << testing::PrintToString(said);
+  rig.run(milliseconds(3000));
+  EXPECT_EQ(rig.view().Announced.text.find("Held"), std::string::npos) << "no speech each second";
 }
 
 }  // namespace
