@@ -2,6 +2,7 @@
 
 #include "tests/wine/real_rigctld.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -28,8 +29,8 @@ sockaddr_in loopback(int port) {
   return address;
 }
 
-/// Runs a line in the host's shell and waits for the shell's end, at most so long.
-void shell(const std::string& line, DWORD milliseconds = 3000) {
+/// Runs a line in the host's shell.
+void shell(const std::string& line) {
   std::wstring command = L"sh -c \"" + wide(line) + L"\"";
   STARTUPINFOW start{};
   start.cb = sizeof start;
@@ -37,7 +38,7 @@ void shell(const std::string& line, DWORD milliseconds = 3000) {
   if (!CreateProcessW(L"\\\\?\\unix\\bin\\sh", command.data(), nullptr, nullptr, FALSE, 0, nullptr,
                       nullptr, &start, &process))
     return;
-  WaitForSingleObject(process.hProcess, milliseconds);
+  WaitForSingleObject(process.hProcess, 3000);
   CloseHandle(process.hThread);
   CloseHandle(process.hProcess);
 }
@@ -55,14 +56,20 @@ int freePort() {
 }
 
 std::string hostOutput(const std::string& command) {
-  const std::string name = "/tmp/kelvane-command-" + std::to_string(GetCurrentProcessId());
-  // From a file, since quotation marks mean something to Windows too.
+  // A name of its own: one that took too long may still be read.
+  static int count = 0;
+  const std::string name = "/tmp/kelvane-command-" + std::to_string(GetCurrentProcessId()) + "-" +
+                           std::to_string(++count);
+  // From a file, since quotation marks mean something to Windows too. A program of the host's
+  // cannot be waited for: what it printed gets its name when it is whole.
   std::ofstream("Z:" + name, std::ios::binary) << command << "\n";
-  shell("sh " + name + " >" + name + ".out 2>&1 </dev/null", 20000);
-  std::ifstream file("Z:" + name + ".out", std::ios::binary);
+  const std::string printed = name + ".out", growing = name + ".part";
+  shell("sh " + name + " >" + growing + " 2>&1 </dev/null; mv " + growing + " " + printed);
+  eventually([&] { return std::filesystem::exists("Z:" + printed); }, 30000);
+  std::ifstream file("Z:" + printed, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   file.close();
-  shell("rm -f " + name + " " + name + ".out");
+  shell("rm -f " + name + " " + printed);
   return text;
 }
 
