@@ -14,6 +14,7 @@ declare -A packages_for=(
   ['a display of its own']='xvfb openbox x11-utils'
   ['taking pictures']='xdotool imagemagick'
   ['tests against a radio server']='libhamlib-utils'
+  ['programs that share a receiver']='wsjtx jtdx js8call fldigi wget'
 )
 
 # missing_packages PACKAGE...: those of them that are not installed, one a line.

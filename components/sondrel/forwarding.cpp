@@ -35,7 +35,8 @@ void repeat(const Change& change, const Receiver& from, Receiver& slave, Instant
 }  // namespace
 
 bool Forwarding::concerns(const Change& change, const Receiver& from) const {
-  const bool caused = change.cause == Cause::Request || change.cause == Cause::AtReceiver;
+  const bool caused = change.cause == Cause::Request || change.cause == Cause::AtReceiver ||
+                      change.cause == Cause::Program;
   const bool source = mode_ == kForwardAll || mode_ == from.index();
   return caused && source && change.news && change.item != Item::Step;
 }

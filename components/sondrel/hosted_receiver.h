@@ -20,7 +20,9 @@ struct HostedReceiver {
     receiver->tick(now);
     channels->tick(now);
   }
-  Instant nextDue() const { return std::min(receiver->nextDue(), channels->nextDue()); }
+  Instant nextDue() const {
+    return std::min({receiver->nextDue(), receiver->settleDue(), channels->nextDue()});
+  }
 };
 
 }  // namespace kelvane::sondrel

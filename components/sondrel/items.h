@@ -27,6 +27,7 @@ enum class Cause : std::uint8_t {
   Request,     ///< an operation of the component, the radio's rounding of it included
   Forwarded,   ///< the same change at another receiver, passed on
   AtReceiver,  ///< the receiver's own knob, or another program that uses it
+  Program,     ///< a program that shares the receiver; counts once it has stood for a while
   Learned,     ///< nobody: the value was there before and has been read for the first time
 };
 

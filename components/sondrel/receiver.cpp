@@ -12,10 +12,19 @@ std::optional<std::int32_t> ifChoice(const std::vector<Choice>& choices, std::in
   return choiceOf(choices, value) ? std::optional(value) : std::nullopt;
 }
 
+/// How long a program's change has to stand before it counts.
+constexpr milliseconds kStands{2000};
+/// Of a change whose time has not been taken yet.
+constexpr Instant kJustNow = Instant::min();
+
+constexpr std::size_t placeOfItem(Item item) { return static_cast<std::size_t>(item); }
+
 }  // namespace
 
 Receiver::Receiver(ReceiverHost& host, std::string name)
-    : host_(host), mailbox_(host.inbox()), name_(std::move(name)) {}
+    : host_(host), mailbox_(host.inbox()), name_(std::move(name)) {
+  countsAt_.fill(kNever);
+}
 
 Receiver::~Receiver() { mailbox_.close(); }
 
@@ -60,8 +69,13 @@ std::optional<std::int32_t> Receiver::acceptable(Item item, std::int32_t value) 
 Outcome Receiver::request(Item item, std::int32_t value, Cause cause, Instant now) {
   const auto accepted = online_ ? acceptable(item, value) : std::nullopt;
   if (!accepted) {
-    if (item == Item::Frequency) raiseItem(Item::Frequency, false);
+    if (item == Item::Frequency && cause != Cause::Program) raiseItem(Item::Frequency, false);
     return Outcome::Failed;
+  }
+  if (item == Item::Frequency) {
+    const bool replaced = values_.pending(item) && frequencyAsked_;
+    frequencyAsked_ = cause != Cause::Program;
+    frequencyOwed_ = frequencyOwed_ || (replaced && !frequencyAsked_);
   }
   Request request{.item = item, .value = *accepted, .ticket = ++tickets_, .cause = cause};
   values_.await(item, {request.value, request.ticket});
@@ -106,7 +120,11 @@ void Receiver::switchOut(Long line, Long state, Instant) { outIs(line, state); }
 
 void Receiver::goOffline() {
   const bool awaited = values_.pending(Item::Frequency);
-  for (std::size_t i = 0; i < kItemCount; ++i) values_.forget(static_cast<Item>(i));
+  for (std::size_t i = 0; i < kItemCount; ++i) {
+    values_.forget(static_cast<Item>(i));
+    values_.count(static_cast<Item>(i));
+  }
+  countsAt_.fill(kNever);
   online_ = remote_ = squelchOpen_ = false;
   level_.reset();
   squelchLevel_.reset();
@@ -149,7 +167,11 @@ void Receiver::done(const Request& request, std::int32_t value, Hz filter) {
 void Receiver::refused(const Request& request) {
   if (!values_.answer(request.item, request.ticket)) return;
   // Getters have already answered with the value that did not come about.
-  raiseItem(request.item, false);
+  if (request.item == Item::Frequency && request.cause == Cause::Program) {
+    raisePassing();
+  } else {
+    raiseItem(request.item, false);
+  }
   if (request.item == Item::Mode && values_.answer(Item::Filter, request.ticket)) {
     raiseItem(Item::Filter, false);
   }
@@ -164,7 +186,7 @@ void Receiver::changedMode(Setting mode, Hz filter, Cause cause) {
 }
 
 void Receiver::conclude(Change change, bool report) {
-  change.news = values_.confirm(change.item, change.value);
+  change.news = confirm(change.item, change.value, change.cause);
   if (change.item == Item::Filter) modeFilters_[values_.confirmed(Item::Mode)] = change.value;
   tell(change, report);
 }
@@ -175,8 +197,8 @@ void Receiver::concludeMode(Change mode, Hz filter) {
   with.item = Item::Filter;
   with.value = filter;
   with.withMode = true;
-  mode.news = values_.confirm(Item::Mode, mode.value);
-  with.news = values_.confirm(Item::Filter, filter);
+  mode.news = confirm(Item::Mode, mode.value, mode.cause);
+  with.news = confirm(Item::Filter, filter, mode.cause);
   modeFilters_[mode.value] = filter;
   tell(mode, false);
   tell(with, false);
@@ -185,10 +207,54 @@ void Receiver::concludeMode(Change mode, Hz filter) {
 void Receiver::tell(const Change& change, bool report) {
   // With a newer request on its way listeners wait for that one's answer.
   const bool due = online_ && !values_.pending(change.item);
-  if (due && (values_.takeUnreported(change.item) || report)) {
-    raiseItem(change.item, change.cause == Cause::AtReceiver);
+  const bool byProgram = change.cause == Cause::Program;
+  if (due && byProgram && change.item == Item::Frequency && !frequencyOwed_) {
+    raisePassing();
+  } else if (due && (values_.takeUnreported(change.item) || report)) {
+    raiseItem(change.item, change.cause == Cause::AtReceiver || byProgram);
   }
+  if (!byProgram) host_.confirmed(*this, change);
+}
+
+bool Receiver::confirm(Item item, std::int32_t value, Cause cause) {
+  Instant& countsAt = countsAt_[placeOfItem(item)];
+  if (cause != Cause::Program) {
+    countsAt = kNever;
+    return values_.confirm(item, value);
+  }
+  // Said once more it has stood for no less.
+  if (countsAt == kNever || values_.confirmed(item) != value) countsAt = kJustNow;
+  values_.confirmPassing(item, value);
+  return false;
+}
+
+void Receiver::settle(Instant now) {
+  bool mode = false;
+  for (std::size_t i = 0; i < kItemCount; ++i) {
+    const auto item = static_cast<Item>(i);
+    Instant& countsAt = countsAt_[i];
+    if (countsAt == kNever) continue;
+    if (countsAt == kJustNow || (now >= countsAt && values_.pending(item)))
+      countsAt = now + kStands;
+    if (now < countsAt) continue;
+    countsAt = kNever;
+    count(item, mode);
+    mode = mode || item == Item::Mode;
+  }
+}
+
+void Receiver::count(Item item, bool withMode) {
+  Change change{.item = item, .value = values_.confirmed(item), .cause = Cause::Program};
+  change.withMode = withMode && item == Item::Filter;
+  change.news = values_.count(item);
+  if (online_ && values_.takeUnreported(item)) raiseItem(item, true);
   host_.confirmed(*this, change);
+}
+
+void Receiver::raisePassing() {
+  raise([rx = index_, value = values_.confirmed(Item::Frequency)](ReceiverListener& l) {
+    l.RxFrqPassing(rx, value);
+  });
 }
 
 void Receiver::remoteIs(bool remote) {
@@ -231,6 +297,7 @@ void Receiver::raise(ReceiverHost::Raise event, bool global) {
 
 void Receiver::raiseItem(Item item, bool global) {
   values_.takeUnreported(item);
+  if (item == Item::Frequency) frequencyOwed_ = false;
   const std::int32_t value = values_.confirmed(item);
   const auto event = [&, rx = index_]() -> ReceiverHost::Raise {
     using L = ReceiverListener;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <functional>
 #include <map>
 #include <memory>
@@ -106,6 +108,13 @@ class Receiver {
   /// Whether the operator looks at this receiver: it is served first then.
   virtual void setShown(bool) {}
 
+  /// Lets what programs changed count once it has stood for two seconds. Listeners of the
+  /// frequency, forwarding and the channels hear of it then: programs try a radio out by small
+  /// steps away and back. Called after each piece of work.
+  void settle(Instant now);
+  /// When settle() has something to do; kNever when nothing waits.
+  Instant settleDue() const { return *std::ranges::min_element(countsAt_); }
+
   /// Does what is due, and says when something will be.
   virtual void tick(Instant) {}
   virtual Instant nextDue() const { return kNever; }
@@ -157,6 +166,9 @@ class Receiver {
  private:
   void raise(ReceiverHost::Raise event, bool global = false);
   void raiseItem(Item item, bool global);
+  bool confirm(Item item, std::int32_t value, Cause cause);
+  void raisePassing();
+  void count(Item item, bool withMode);
   void conclude(Change change, bool report);
   void concludeMode(Change mode, Hz filter);
   void tell(const Change& change, bool report);
@@ -169,6 +181,10 @@ class Receiver {
   Capabilities can_;
   ReceiverValues values_;
   std::map<Setting, Hz> modeFilters_;  ///< the filter last used with each mode
+  /// When a value that a program brought about counts; kNever for one that counts already.
+  std::array<Instant, kItemCount> countsAt_;
+  bool frequencyAsked_ = false;  ///< the newest request was no program's
+  bool frequencyOwed_ = false;   ///< a program's request took the place of another's
   std::uint32_t tickets_ = 0;
   bool wanted_ = false;
   bool online_ = false;

@@ -4,7 +4,8 @@ namespace kelvane::sondrel {
 
 ReceiverValues::ReceiverValues() {
   for (std::size_t i = 0; i < kItemCount; ++i) {
-    slots_[i].confirmed = slots_[i].reported = unknownValue(static_cast<Item>(i));
+    slots_[i].confirmed = slots_[i].counted = slots_[i].reported =
+        unknownValue(static_cast<Item>(i));
   }
 }
 
@@ -22,8 +23,8 @@ bool ReceiverValues::answer(Item item, std::uint32_t ticket) {
 
 bool ReceiverValues::confirm(Item item, std::int32_t value) {
   Slot& s = slot(item);
-  const bool news = s.confirmed != value;
-  s.confirmed = value;
+  const bool news = s.counted != value;
+  s.confirmed = s.counted = value;
   return news;
 }
 

@@ -31,14 +31,19 @@ class ReceiverValues {
   bool answer(Item item, std::uint32_t ticket);
   void forget(Item item) { slot(item).pending.reset(); }
 
-  /// Keeps what the radio says; answers whether that is news.
+  /// Keeps what the radio says; answers whether that is news since the last value that counts.
   bool confirm(Item item, std::int32_t value);
+  /// Keeps a value that does not count yet.
+  void confirmPassing(Item item, std::int32_t value) { slot(item).confirmed = value; }
+  /// The confirmed value counts from now on; answers whether that is news.
+  bool count(Item item) { return confirm(item, confirmed(item)); }
   /// Whether listeners know another value than the confirmed one; asking counts as telling them.
   bool takeUnreported(Item item);
 
  private:
   struct Slot {
     std::int32_t confirmed = 0;
+    std::int32_t counted = 0;
     std::int32_t reported = 0;
     std::optional<Pending> pending;
   };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "components/sondrel/sharing/share_setup.h"
+
 namespace kelvane::sondrel {
 
 namespace {
@@ -26,7 +28,7 @@ constexpr auto rigctldKeys() {
   std::ranges::copy(kRigctldTuningKeys, std::ranges::copy(kServerKeys, all.begin()).out);
   return all;
 }
-constexpr auto kRigctldParameters = rigctldKeys();
+constexpr auto kRigctldParameters = withSharing(rigctldKeys());
 
 RigctldAddress addressIn(const ParameterReader& read) {
   return {std::string(read.text("Host")), read.whole("Port"), std::string(read.text("Command"))};

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "components/sondrel/parameter_checks.h"
+#include "components/sondrel/sharing/share_setup.h"
 #include "components/sondrel/simulated_receiver.h"
 #include "components/sondrel/simulation.h"
 #include "components/sondrel/simulation_lists.h"
@@ -55,7 +56,7 @@ std::string faultProblem(std::string_view text) {
   return wholeProblem<0, 9999>(text);
 }
 
-constexpr std::array kSimulatedParameters{
+constexpr auto kSimulatedParameters = withSharing(std::array{
     Parameter{"Type", "", "shown in the window's caption", textProblem},
     Parameter{"Minimum", "1", "lowest frequency, Hz", wholeProblem<0, 999'999'999>},
     Parameter{"Maximum", "29999999", "highest frequency, Hz", wholeProblem<1, 999'999'999>},
@@ -93,7 +94,7 @@ constexpr std::array kSimulatedParameters{
               untoldProblem},
     Parameter{"ChannelRead", "normal", "how reading the channels goes: normal, stalls or never",
               readProblem},
-};
+});
 
 std::unique_ptr<Receiver> makeSimulated(ReceiverHost& host, const ReceiverEntry& entry,
                                         std::vector<std::string>& notes) {

@@ -12,14 +12,14 @@ namespace {
 
 using Hosted = std::unique_ptr<HostedReceiver>;
 
-/// The receiver that the entry describes already, but perhaps for its name, which it then gets;
-/// null where there is none.
+/// The receiver that the entry describes already, but perhaps for its name and how it is shared,
+/// which it then gets; null where there is none.
 Hosted taken(std::vector<Hosted>& receivers, ReceiverEntry entry) {
   const auto described = [&](const Hosted& hosted) {
     if (!hosted) return false;
-    ReceiverEntry named = hosted->entry;
+    ReceiverEntry named = withoutSharing(hosted->entry);
     named.name = entry.name;
-    return named == entry;
+    return named == withoutSharing(entry);
   };
   const auto found = std::ranges::find_if(receivers, described);
   if (found == receivers.end()) return nullptr;
@@ -40,7 +40,9 @@ SondrelCore::SondrelCore(std::filesystem::path dataFolder, std::function<Instant
       steps_(std::move(steps)),
       inbox_(std::make_shared<Inbox>([this] { wakeOnce(); })),
       saver_(steps_),
-      events_([this] { wakeOnce(); }) {}
+      events_([this] { wakeOnce(); }),
+      sharing_(inbox_, {[this](const auto& key, const auto& order) { carryOut(key, order); },
+                        [this](const auto& key) { sharingChanged(key); }}) {}
 
 SondrelCore::~SondrelCore() { inbox_->shut(); }
 
@@ -57,6 +59,9 @@ void SondrelCore::confirmed(Receiver& receiver, const Change& change) {
   // A receiver that is only being made learns its first values before it is one of the list.
   if (!hosted || hosted->receiver.get() != &receiver) return;
   hosted->channels->confirmed(change);
+  if (change.item == Item::Frequency && change.news && change.cause != Cause::Program) {
+    sharing_.moved(hosted->entry.memories, {});
+  }
   std::vector<Receiver*> all;
   for (const auto& other : receivers_) all.push_back(other->receiver.get());
   forwarding_.pass(change, receiver, all, clock_());
@@ -71,6 +76,7 @@ void SondrelCore::tick(Instant now) {
   woken_ = false;
   inbox_->run();
   for (HostedReceiver* hosted : inOrderOfDue()) hosted->tick(now);
+  sharing_.tick(now);
   afterwards();
 }
 
@@ -97,14 +103,19 @@ void SondrelCore::deliverEvents() {
 }
 
 Instant SondrelCore::nextDue() {
-  Instant due = kNever;
+  Instant due = sharing_.nextDue();
   for (const auto& hosted : receivers_) due = std::min(due, hosted->nextDue());
   return announced_ = due;
 }
 
 void SondrelCore::afterwards() {
+  const Instant now = clock_();
   for (const auto& hosted : receivers_) {
     if (!hosted->receiver->online()) hosted->channels->lost();
+    hosted->receiver->settle(now);
+    if (sharing_.shares(hosted->entry.memories)) {
+      sharing_.publish(hosted->entry.memories, *hosted->receiver, now);
+    }
   }
   // Whoever waits until a time that was right before has to ask again.
   const Instant announced = announced_;
@@ -180,8 +191,61 @@ void SondrelCore::host(const std::vector<ReceiverEntry>& entries) {
     if (made || (receiver.wanted() && !receiver.online())) unlinked.push_back(&receiver);
   }
   for (Receiver* receiver : unlinked) receiver->connect(true, clock_());
+  share();
   shown_ = -1;
   forwarding_.setMode(kForwardNone);
+}
+
+void SondrelCore::share() {
+  constexpr std::uint16_t kFirstPort = 4532;
+  std::vector<SharedEntry> entries;
+  std::vector<std::string> notes;
+  for (std::size_t i = 0; i < receivers_.size(); ++i) {
+    const ReceiverEntry& entry = receivers_[i]->entry;
+    const auto port = static_cast<std::uint16_t>(kFirstPort + 2 * i);
+    entries.push_back({entry.memories, readShare(entry, notes), port});
+  }
+  for (const std::string& words : notes) note(words);
+  const Instant now = clock_();
+  sharing_.configure(instanceFolder() / "sharing.lock", entries, now);
+  for (const auto& hosted : receivers_) {
+    sharing_.publish(hosted->entry.memories, *hosted->receiver, now);
+  }
+  sharing_.tick(now);
+}
+
+HostedReceiver* SondrelCore::withMemories(const std::string& memories) const {
+  const auto same = [&](const Hosted& hosted) { return hosted->entry.memories == memories; };
+  const auto found = std::ranges::find_if(receivers_, same);
+  return found == receivers_.end() ? nullptr : found->get();
+}
+
+void SondrelCore::carryOut(const std::string& memories, const ShareOrder& order) {
+  HostedReceiver* hosted = withMemories(memories);
+  if (!hosted) return;
+  const Outcome outcome =
+      hosted->receiver->request(order.item, order.value, Cause::Program, clock_());
+  const bool moves = order.item == Item::Frequency && outcome == Outcome::Done;
+  if (moves) sharing_.moved(memories, order.client);
+}
+
+void SondrelCore::sharingChanged(const std::string& memories) {
+  const HostedReceiver* hosted = withMemories(memories);
+  if (!hosted) return;
+  const auto count = static_cast<Count>(sharing_.programs(memories).size());
+  raise(
+      false,
+      [rx = hosted->receiver->index(), count](ReceiverListener& l) { l.RxShareUpdated(rx, count); },
+      0);
+}
+
+SondrelCore::ShareSight SondrelCore::shareSight(const std::string& memories) const {
+  return {sharing_.state(memories, clock_()), sharing_.address(memories),
+          sharing_.programs(memories), sharing_.movedBy(memories)};
+}
+
+bool SondrelCore::endProgram(const std::string& memories, const std::string& program) {
+  return sharing_.end(memories, program);
 }
 
 FileResult SondrelCore::applyDrivers(const DriversModel& model) {

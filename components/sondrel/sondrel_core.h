@@ -14,6 +14,7 @@
 #include "components/sondrel/event_queue.h"
 #include "components/sondrel/forwarding.h"
 #include "components/sondrel/hosted_receiver.h"
+#include "components/sondrel/sharing/sharing.h"
 #include "components/sondrel/simulated_receiver.h"
 #include "contract/components.h"
 
@@ -77,6 +78,15 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   /// What the link of the receiver of this very entry has found, in words, a line each; empty
   /// where there is no such receiver or its link is not up.
   std::string found(const ReceiverEntry& entry) const;
+  /// How the receiver with these memories is shared, for the drivers' dialog.
+  struct ShareSight {
+    std::string state;
+    std::string address;
+    std::vector<std::string> programs;
+    std::string movedBy;
+  };
+  ShareSight shareSight(const std::string& memories) const;
+  bool endProgram(const std::string& memories, const std::string& program);
   /// Null for a receiver that is not simulated.
   const SimulatedReceiver* simulated(Index rx) const;
   /// Turns a knob at a simulated receiver; false where it has no such value or does not answer.
@@ -90,6 +100,10 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   std::shared_ptr<Inbox> inbox() override { return inbox_; }
 
   HostedReceiver* at(Index rx) const;
+  HostedReceiver* withMemories(const std::string& memories) const;
+  void share();
+  void carryOut(const std::string& memories, const ShareOrder& order);
+  void sharingChanged(const std::string& memories);
   SimulatedReceiver* simulatedAt(Index rx) const;
   template <class Result, class Ask>
   Answer<Result> ask(Index rx, Result fallback, Ask ask) const;
@@ -123,6 +137,7 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   std::optional<std::string> instance_;
   LoadedConfig config_;
   std::vector<std::unique_ptr<HostedReceiver>> receivers_;
+  Sharing sharing_;
   Index shown_ = -1;
   bool editing_ = false;
   bool owned_ = false;          ///< somebody sits before the windows

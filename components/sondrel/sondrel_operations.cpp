@@ -255,4 +255,38 @@ Outcome SondrelCore::StopRxChannels(Index rx) {
   });
 }
 
+// Other programs.
+
+Answer<Text> SondrelCore::GetRxShareState(Index rx) {
+  const HostedReceiver* hosted = at(rx);
+  if (!hosted) return Answer<Text>::failed({});
+  return sharing_.state(hosted->entry.memories, clock_());
+}
+Answer<Text> SondrelCore::GetRxShareAddress(Index rx) {
+  const HostedReceiver* hosted = at(rx);
+  return hosted ? Answer<Text>(sharing_.address(hosted->entry.memories)) : Answer<Text>::failed({});
+}
+Answer<Count> SondrelCore::GetRxProgramCount(Index rx) {
+  const HostedReceiver* hosted = at(rx);
+  if (!hosted) return Answer<Count>::failed(0);
+  return static_cast<Count>(sharing_.programs(hosted->entry.memories).size());
+}
+Answer<Text> SondrelCore::GetRxProgram(Index rx, Long program) {
+  const HostedReceiver* hosted = at(rx);
+  const auto programs =
+      hosted ? sharing_.programs(hosted->entry.memories) : std::vector<std::string>();
+  const auto place = static_cast<std::size_t>(program);
+  if (program < 0 || place >= programs.size()) return Answer<Text>::failed({});
+  return programs[place];
+}
+Outcome SondrelCore::EndRxProgram(Index rx, Text program) {
+  const HostedReceiver* hosted = at(rx);
+  const bool ended = hosted && sharing_.end(hosted->entry.memories, program);
+  return ended ? Outcome::Done : Outcome::Failed;
+}
+Answer<Text> SondrelCore::GetRxMovedBy(Index rx) {
+  const HostedReceiver* hosted = at(rx);
+  return hosted ? Answer<Text>(sharing_.movedBy(hosted->entry.memories)) : Answer<Text>::failed({});
+}
+
 }  // namespace kelvane::sondrel

@@ -25,7 +25,7 @@ constexpr auto kHarmless = std::to_array<std::string_view>(
      "hffilter",     "lines",       "channels",    "channelskip", "squelch",    "remote",
      "linktime",     "answertime",  "channeltime", "fault",       "faultheals", "refuse",
      "untold",       "channelread", "port",        "model",       "pollrate",   "lineshare",
-     "smeteroffset", "bfolimit",    "preamp"});
+     "smeteroffset", "bfolimit",    "preamp",      "share",       "shareport",  "sharehold"});
 
 std::string lowered(std::string_view text) {
   std::string lower(text);
@@ -73,8 +73,19 @@ std::string DiagnosticReport::states() const {
     const bool up = code == static_cast<Long>(LinkState::Up);
     text += row(std::to_string(rx + 1) + ": " + receivers_.GetRxName(rx).value() + ": " +
                 std::to_string(code) + " " + std::string(up ? "up" : linkFaultWords(code)));
+    text += programs(rx);
   }
   return text;
+}
+
+std::string DiagnosticReport::programs(Index rx) const {
+  const Text state = receivers_.GetRxShareState(rx);
+  if (state.empty()) return {};
+  std::string text = row("   " + state);
+  const Count count = receivers_.GetRxProgramCount(rx);
+  for (Long i = 0; i < count; ++i) text += row("   " + receivers_.GetRxProgram(rx, i).value());
+  const Text last = receivers_.GetRxMovedBy(rx);
+  return last.empty() ? text : text + row("   moved last by " + last);
 }
 
 std::string DiagnosticReport::options() const {

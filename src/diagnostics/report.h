@@ -41,6 +41,8 @@ class DiagnosticReport {
 
  private:
   std::string states() const;
+  /// Who shares the receiver; nothing where nobody may.
+  std::string programs(Index rx) const;
   std::string options() const;
   std::string configuration() const;
   std::string events() const;

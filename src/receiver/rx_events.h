@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 
 #include "receiver/link_retry.h"
@@ -29,7 +30,9 @@ class RxEvents : public ReceiverListener {
         channelEditor_(channelEditor),
         log_(log),
         receivers_(component),
-        now_(std::move(now)) {}
+        now_(std::move(now)) {
+    passing_.fill(-1);
+  }
 
   void RxDataError(Index, Long) override {}
   void RxConnState(Index rx, Long code) override;
@@ -50,6 +53,11 @@ class RxEvents : public ReceiverListener {
   void RxRmtState(Index rx, Long state) override;
   void RxBfoUpdated(Index rx, Hz offset) override;
   void RxHFFUpdated(Index rx, Long state) override;
+  void RxFrqPassing(Index rx, Hz frequency) override;
+  void RxShareUpdated(Index, Count) override {}
+
+  /// Whether a program has just moved the receiver to this frequency, which does not count yet.
+  bool isPassing(Index rx, Hz frequency) const;
 
  private:
   ReceiverComponent& component_;
@@ -64,6 +72,7 @@ class RxEvents : public ReceiverListener {
   DataLog& log_;
   ReceiverSet receivers_;
   std::function<Instant()> now_;
+  std::array<Hz, kMostReceivers> passing_;  ///< by receiver; -1 for none
 };
 
 }  // namespace kelvane

@@ -25,7 +25,7 @@ LinkWords linkWords(Long code) {
 }
 
 StatusBox::StatusBox(Control& RxMask) : RxMask_(RxMask) {
-  RxMask_.text = kNotConnected;
+  RxMask_.text = words_ = kNotConnected;
   RxMask_.fore = kOrange;
   RxMask_.back = kBlack;
 }
@@ -44,12 +44,15 @@ void StatusBox::show(Index rx, bool online) {
   // A link that was up and is not asked for any more has no words of its own.
   const bool nothing = !code || *code == static_cast<Long>(LinkState::Up);
   const LinkWords words = nothing ? LinkWords{kNotConnected, kOrange} : linkWords(*code);
-  RxMask_.text = words.text;
+  RxMask_.text = words_ = words.text;
   RxMask_.fore = words.colour;
 }
 
-void StatusBox::blink(bool online) {
-  if (!online) RxMask_.visible = !RxMask_.visible;
+void StatusBox::blink(bool online, const std::string& held) {
+  if (online) return;
+  RxMask_.visible = !RxMask_.visible;
+  if (!RxMask_.visible) return;
+  RxMask_.text = held.empty() || RxMask_.text != words_ ? words_ : held;
 }
 
 }  // namespace kelvane

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "receiver/receiver_set.h"
@@ -28,11 +29,15 @@ class StatusBox {
   void receiversChanged(const ReceiverMoves& moves);
   /// Shows the box exactly while the receiver does not answer, in its own words.
   void show(Index rx, bool online);
-  /// One tick of the blink timer.
-  void blink(bool online);
+  /// One tick of the blink timer. What is `held` for other programs, in words, takes turns with the
+  /// box's own words; empty for nothing.
+  void blink(bool online, const std::string& held);
+  /// Why the receiver does not answer: what lasts while the box blinks.
+  const std::string& words() const { return words_; }
 
  private:
   Control& RxMask_;
+  std::string words_;
   std::array<std::optional<Long>, kMostReceivers> lastCode_;
 };
 

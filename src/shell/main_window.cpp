@@ -298,14 +298,25 @@ void MAin::announce() {
   if (tabs.selected < 0 || row_.EntryInProgress()) return;
   const bool online = shown_.online();
   const Hz hertz = online ? services_.receiver.GetRxFrequency(shown_.index(), kTuned).value() : -1;
+  // What a program only tries is not spoken of.
+  if (spokenOf_ != shown_.index() || !events_.isPassing(shown_.index(), hertz)) spoken_ = hertz;
+  spokenOf_ = shown_.index();
   announcer_.look({spokenCaption(tabs.tabs[tabs.selected].caption),
-                   online ? std::string() : view_.RxMask.text, spokenFrequency(hertz)});
+                   online ? std::string() : status_.words(), spokenFrequency(spoken_)});
+}
+
+std::string MAin::heldForPrograms() const {
+  ReceiverComponent& receiver = services_.receiver;
+  const Index rx = shown_.index();
+  if (view_.TabStrip.selected < 0 || shown_.online()) return {};
+  if (receiver.GetRxProgramCount(rx) <= 0) return {};
+  return receiver.GetRxShareState(rx).value();
 }
 
 void MAin::tick(Instant now) {
   if (retry_.tick(now)) keyboard_.runPending();
   if (TimBlk_.fired(now)) {
-    status_.blink(shown_.online());
+    status_.blink(shown_.online(), heldForPrograms());
     tabs_.highlightAll();
     dde_.blink();
     utc_.tick();

@@ -135,6 +135,8 @@ class MAin : public ControlEvents {
   std::vector<LastWrite> lastWrites();
   std::string saveSettings(const Placement& place);
   void announce();
+  /// What is held for other programs while the shown receiver does not answer; empty for nothing.
+  std::string heldForPrograms() const;
   bool commands(int control) const;
   void act(int control, MouseButton button);
   bool pressFocused(int character, int focused);
@@ -178,6 +180,8 @@ class MAin : public ControlEvents {
   std::unique_ptr<ChannelEditor> channelEditor_;
   std::unique_ptr<DataLog> log_;
   RxEvents events_;
+  Hz spoken_ = -1;       ///< the frequency to be announced
+  Index spokenOf_ = -1;  ///< and its receiver
   FrqEvents frqEvents_;
   KeyCommands keys_;
   WMouse wheel_;

@@ -2,6 +2,10 @@
 
 #include "tests/wine/real_rigctld.h"
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
 #include "base/win32/utf16.h"
 #include "tests/wine/running_panel.h"
 
@@ -25,7 +29,7 @@ sockaddr_in loopback(int port) {
   return address;
 }
 
-/// Runs a line in the host's shell and waits for the shell's end.
+/// Runs a line in the host's shell.
 void shell(const std::string& line) {
   std::wstring command = L"sh -c \"" + wide(line) + L"\"";
   STARTUPINFOW start{};
@@ -51,8 +55,52 @@ int freePort() {
   return ntohs(address.sin_port);
 }
 
-RealRigctld::RealRigctld(int port)
-    : port_(port), pidFile_("/tmp/kelvane-rigctld-" + std::to_string(port)) {}
+std::string hostOutput(const std::string& command) {
+  // A name of its own: one that took too long may still be read.
+  static int count = 0;
+  const std::string name = "/tmp/kelvane-command-" + std::to_string(GetCurrentProcessId()) + "-" +
+                           std::to_string(++count);
+  // From a file, since quotation marks mean something to Windows too. A program of the host's
+  // cannot be waited for: what it printed gets its name when it is whole.
+  std::ofstream("Z:" + name, std::ios::binary) << command << "\n";
+  const std::string printed = name + ".out", growing = name + ".part";
+  shell("sh " + name + " >" + growing + " 2>&1 </dev/null; mv " + growing + " " + printed);
+  eventually([&] { return std::filesystem::exists("Z:" + printed); }, 30000);
+  std::ifstream file("Z:" + printed, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  file.close();
+  shell("rm -f " + name + " " + printed);
+  return text;
+}
+
+LineClient::LineClient(int port) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
+  const sockaddr_in address = loopback(port);
+  const DWORD patience = 2000;
+  setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&patience),
+             sizeof patience);
+  connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+}
+
+LineClient::~LineClient() { closesocket(socket_); }
+
+std::string LineClient::ask(const std::string& command) const {
+  const std::string line = command + "\n";
+  send(socket_, line.data(), static_cast<int>(line.size()), 0);
+  std::string reply;
+  for (char c = 0; reply.size() < 200 && recv(socket_, &c, 1, 0) == 1 && c != '\n';) reply += c;
+  return reply;
+}
+
+bool LineClient::closed() const {
+  char c = 0;
+  const int got = recv(socket_, &c, 1, 0);
+  return got == 0 || (got < 0 && WSAGetLastError() != WSAETIMEDOUT);
+}
+
+RealRigctld::RealRigctld(int port, std::string words)
+    : port_(port),
+      words_(std::move(words)),
+      pidFile_("/tmp/kelvane-rigctld-" + std::to_string(port)) {}
 
 RealRigctld::~RealRigctld() {
   signal("KILL");
@@ -60,7 +108,7 @@ RealRigctld::~RealRigctld() {
 }
 
 bool RealRigctld::start() {
-  shell("rigctld -m 1 -T 127.0.0.1 -t " + std::to_string(port_) +
+  shell("rigctld " + words_ + " -T 127.0.0.1 -t " + std::to_string(port_) +
         " </dev/null >/dev/null 2>&1 & echo $! > " + pidFile_);
   return eventually([this] { return !ask("f").empty(); });
 }
@@ -71,20 +119,7 @@ void RealRigctld::signal(const std::string& name) {
 }
 
 std::string RealRigctld::ask(const std::string& command) const {
-  const sockaddr_in address = loopback(port_);
-  const SOCKET client = socket(AF_INET, SOCK_STREAM, 0);
-  std::string reply;
-  const DWORD patience = 2000;
-  setsockopt(client, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&patience),
-             sizeof patience);
-  if (connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
-    const std::string line = command + "\n";
-    send(client, line.data(), static_cast<int>(line.size()), 0);
-    char c = 0;
-    while (reply.size() < 200 && recv(client, &c, 1, 0) == 1 && c != '\n') reply += c;
-  }
-  closesocket(client);
-  return reply;
+  return LineClient(port_).ask(command);
 }
 
 }  // namespace kelvane::wine

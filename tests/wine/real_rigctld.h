@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace kelvane::wine {
@@ -7,11 +8,31 @@ namespace kelvane::wine {
 /// A TCP port of this machine that nobody listens on.
 int freePort();
 
-/// A real radio server on loopback with its dummy radio: a program of the host's own, started,
-/// stopped and ended through its shell.
+/// What a program of the host's prints.
+std::string hostOutput(const std::string& command);
+
+/// A program of one's own at a port of loopback that speaks to it in lines.
+class LineClient {
+ public:
+  explicit LineClient(int port);
+  ~LineClient();
+  LineClient(const LineClient&) = delete;
+  LineClient& operator=(const LineClient&) = delete;
+
+  /// The first line of the reply; empty where the other end answers nothing within two seconds.
+  std::string ask(const std::string& command) const;
+  /// Whether the other end closed it, within two seconds.
+  bool closed() const;
+
+ private:
+  std::uintptr_t socket_;
+};
+
+/// A real radio server on loopback, with its dummy radio unless its words say otherwise: a program
+/// of the host's own, started, stopped and ended through its shell.
 class RealRigctld {
  public:
-  explicit RealRigctld(int port);
+  explicit RealRigctld(int port, std::string words = "-m 1");
   ~RealRigctld();
   RealRigctld(const RealRigctld&) = delete;
   RealRigctld& operator=(const RealRigctld&) = delete;
@@ -26,6 +47,7 @@ class RealRigctld {
 
  private:
   int port_;
+  std::string words_;
   std::string pidFile_;
 };
 

@@ -9,6 +9,7 @@
 #include "components/sondrel/radios/radio_faults.h"
 #include "components/sondrel/radios/server_program.h"
 #include "components/sondrel/rigctld_kind.h"
+#include "components/sondrel/sharing/share_setup.h"
 
 namespace kelvane::sondrel {
 
@@ -32,7 +33,7 @@ constexpr auto radioKeys() {
   std::ranges::copy(kRigctldTuningKeys, std::ranges::copy(kOwnKeys, all.begin()).out);
   return all;
 }
-constexpr auto kRadioKeys = radioKeys();
+constexpr auto kRadioKeys = withSharing(radioKeys());
 
 RadioSetup setupIn(const ParameterReader& read) {
   RadioSetup setup;

@@ -21,6 +21,10 @@ enum DialogId : int {
   Help = 3019,
   Test = 3020,
   Found = 3021,  // what a test found, or what a receiver's link did
+  ShareState = 3022,
+  Programs = 3023,  // that share the receiver
+  CopyAddress = 3024,
+  EndProgram = 3025,
 
   // One receiver: window class KelvaneReceiver
   Frequency = 3030,

@@ -18,20 +18,36 @@ constexpr DWORD kList =
 constexpr UINT kLookEvery = 250;  // ms
 enum Column : int { kName, kKind, kLink };
 
+void copyText(HWND window, const std::string& text) {
+  const std::wstring words = wide(text);
+  const std::size_t size = (words.size() + 1) * sizeof(wchar_t);
+  if (!OpenClipboard(window)) return;
+  EmptyClipboard();
+  if (const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, size)) {
+    memcpy(GlobalLock(memory), words.c_str(), size);
+    GlobalUnlock(memory);
+    if (!SetClipboardData(CF_UNICODETEXT, memory)) GlobalFree(memory);
+  }
+  CloseClipboard();
+}
+
 }  // namespace
 
 DriversDialog::DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, FoundOf foundOf,
-                             DeskOf deskOf, const std::function<FileResult()>& apply)
-    : DialogWindow({L"KelvaneDrivers", "Receivers", owner, 660, 556}),
+                             DeskOf deskOf, Programs programs,
+                             const std::function<FileResult()>& apply)
+    : DialogWindow({L"KelvaneDrivers", "Receivers", owner, 660, 638}),
       model_(model),
       linkOf_(std::move(linkOf)),
       foundOf_(std::move(foundOf)),
       deskOf_(std::move(deskOf)),
+      programs_(std::move(programs)),
       before_(model.receivers()),
       apply_(apply) {
   makeList();
   makeReceiver();
   makeTest();
+  makePrograms();
   win32::addColumns(item(id::Receivers), {"Name", "Kind", "Link"});
   win32::addColumns(item(id::Parameters), {"Parameter", "Value"});
   for (const ReceiverKind& kind : receiverKinds())
@@ -104,14 +120,40 @@ void DriversDialog::makeTest() {
        "",
        0,
        "What the test found"});
-  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "OK", {452, 520, 94, 26}});
-  add({IDCANCEL, WC_BUTTONW, push, "&Cancel", {554, 520, 94, 26}});
+}
+
+void DriversDialog::makePrograms() {
+  const DWORD push = BS_PUSHBUTTON | WS_TABSTOP;
+  add({id::ShareState, WC_STATICW, SS_NOPREFIX, "", {12, 520, 636, 16}});
+  add({id::Programs,
+       WC_LISTBOXW,
+       LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_BORDER | WS_VSCROLL | WS_TABSTOP,
+       "",
+       {12, 540, 306, 58},
+       "The programs that use this receiver, by their addresses",
+       0,
+       "Programs that use it"});
+  add({id::CopyAddress,
+       WC_BUTTONW,
+       push,
+       "Cop&y address",
+       {334, 540, 110, 26},
+       "Copies where other programs reach this receiver"});
+  add({id::EndProgram,
+       WC_BUTTONW,
+       push,
+       "End pro&gram",
+       {334, 572, 110, 26},
+       "Ends the connection of the program that is selected"});
+  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "OK", {452, 604, 94, 26}});
+  add({IDCANCEL, WC_BUTTONW, push, "&Cancel", {554, 604, 94, 26}});
 }
 
 void DriversDialog::tick() {
   if (giveUpAt_ != kNever) return apply();
   showLinks();
   showTest();
+  showPrograms();
 }
 
 void DriversDialog::laidOut() {
@@ -150,7 +192,47 @@ void DriversDialog::showReceiver() {
   enable(id::Name, any);
   enable(id::Value, any);
   showParameters();
+  showPrograms();
   enableButtons();
+}
+
+void DriversDialog::showPrograms() {
+  const bool any = !model_.receivers().empty();
+  const auto sight =
+      any ? programs_.of(model_.receivers()[receiver_].memories) : SondrelCore::ShareSight();
+  const std::string last =
+      sight.movedBy.empty() ? std::string() : " Moved last by " + sight.movedBy + ".";
+  setText(id::ShareState, sight.state.empty()
+                              ? "Not shared with other programs. The parameter Share says who may."
+                              : sight.state + last);
+  if (sight.programs != shownPrograms_) {
+    const HWND list = item(id::Programs);
+    const auto row = SendMessageW(list, LB_GETCURSEL, 0, 0);
+    const std::string selected =
+        row >= 0 && row < static_cast<LRESULT>(shownPrograms_.size()) ? shownPrograms_[row] : "";
+    shownPrograms_ = sight.programs;
+    SendMessageW(list, LB_RESETCONTENT, 0, 0);
+    for (const std::string& program : shownPrograms_) {
+      SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(program).c_str()));
+    }
+    const auto still = std::ranges::find(shownPrograms_, selected);
+    if (still != shownPrograms_.end()) {
+      SendMessageW(list, LB_SETCURSEL, still - shownPrograms_.begin(), 0);
+    }
+  }
+  enable(id::CopyAddress, !sight.address.empty());
+  enable(id::EndProgram, SendMessageW(item(id::Programs), LB_GETCURSEL, 0, 0) >= 0);
+}
+
+void DriversDialog::copyAddress() {
+  if (!model_.receivers().empty())
+    copyText(window(), programs_.of(model_.receivers()[receiver_].memories).address);
+}
+
+void DriversDialog::endProgram() {
+  const auto row = SendMessageW(item(id::Programs), LB_GETCURSEL, 0, 0);
+  if (row < 0 || row >= static_cast<LRESULT>(shownPrograms_.size())) return;
+  programs_.end(model_.receivers()[receiver_].memories, shownPrograms_[row]);
 }
 
 void DriversDialog::showParameters() {
@@ -230,6 +312,8 @@ void DriversDialog::command(int control, int notice) {
   if (control == id::MoveUp) moveReceiver(-1);
   if (control == id::MoveDown) moveReceiver(1);
   if (control == id::Test) test();
+  if (control == id::CopyAddress) copyAddress();
+  if (control == id::EndProgram) endProgram();
 }
 
 bool DriversDialog::notified(const NMHDR& notice, LRESULT&) {

@@ -10,6 +10,7 @@
 #include "components/sondrel/drivers_model.h"
 #include "components/sondrel/link_trial.h"
 #include "components/sondrel/radios/radio_desk.h"
+#include "components/sondrel/sondrel_core.h"
 
 namespace kelvane::sondrel {
 
@@ -26,13 +27,20 @@ class DriversDialog : public win32::DialogWindow {
   /// Who looks after what adding a radio needs, made when it is first needed.
   using DeskOf = std::function<RadioDesk&()>;
 
+  /// How other programs share the receiver with these memories, and a way to end one of them.
+  struct Programs {
+    std::function<SondrelCore::ShareSight(const std::string& memories)> of;
+    std::function<void(const std::string& memories, const std::string& program)> end;
+  };
+
   DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, FoundOf foundOf, DeskOf deskOf,
-                const std::function<FileResult()>& apply);
+                Programs programs, const std::function<FileResult()>& apply);
 
  private:
   void makeList();
   void makeReceiver();
   void makeTest();
+  void makePrograms();
   void command(int control, int notice) override;
   bool notified(const NMHDR& notice, LRESULT& result) override;
   void tick() override;
@@ -41,6 +49,7 @@ class DriversDialog : public win32::DialogWindow {
   void showReceivers();
   void showLinks();
   void showReceiver();
+  void showPrograms();
   void showParameters();
   void showParameter();
   void enableButtons();
@@ -56,6 +65,8 @@ class DriversDialog : public win32::DialogWindow {
   void valueTyped();
   void confirm();
   void apply();
+  void copyAddress();
+  void endProgram();
   void test();
   void showTest();
   void forgetTest();
@@ -72,6 +83,8 @@ class DriversDialog : public win32::DialogWindow {
   LinkOf linkOf_;
   FoundOf foundOf_;
   DeskOf deskOf_;
+  Programs programs_;
+  std::vector<std::string> shownPrograms_;
   const std::vector<ReceiverEntry> before_;  ///< the receivers when the dialog was opened
   const std::function<FileResult()>& apply_;
   int receiver_ = 0;

@@ -30,7 +30,12 @@ void SondrelWindows::editDrivers(DriversModel& model, const std::function<FileRe
   const HWND over = owner() ? GetLastActivePopup(owner()) : nullptr;
   const std::function<FileResult()> confirm = applied;
   const auto deskOf = [this]() -> RadioDesk& { return desk(); };
-  DriversDialog(over, model, linkOf, foundOf, deskOf, confirm).runModal();
+  const DriversDialog::Programs programs = {
+      [this](const std::string& memories) { return core_().shareSight(memories); },
+      [this](const std::string& memories, const std::string& program) {
+        core_().endProgram(memories, program);
+      }};
+  DriversDialog(over, model, linkOf, foundOf, deskOf, programs, confirm).runModal();
 }
 
 RadioDesk& SondrelWindows::desk() {

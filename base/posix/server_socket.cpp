@@ -1,0 +1,160 @@
+#include "base/server_socket.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace kelvane {
+
+namespace {
+
+int fileOf(SocketHandle handle) { return static_cast<int>(handle); }
+SocketHandle handleOf(int file) { return file < 0 ? kNoSocket : static_cast<SocketHandle>(file); }
+
+ListenFailure listenFailureOf(int error) {
+  if (error == EADDRINUSE) return ListenFailure::InUse;
+  if (error == EACCES || error == EPERM) return ListenFailure::Forbidden;
+  if (error == EADDRNOTAVAIL || error == EAFNOSUPPORT) return ListenFailure::NoAddress;
+  return ListenFailure::Failed;
+}
+
+bool isNoEnd(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
+
+const sockaddr* systemAddress(const NetAddress& address) {
+  return reinterpret_cast<const sockaddr*>(address.bytes.data());
+}
+
+}  // namespace
+
+SocketUse::SocketUse() = default;
+SocketUse::~SocketUse() = default;
+
+std::optional<NetAddress> numericAddress(const std::string& host, std::uint16_t port) {
+  NetAddress address;
+  sockaddr_in v4{};
+  sockaddr_in6 v6{};
+  if (::inet_pton(AF_INET, host.c_str(), &v4.sin_addr) == 1) {
+    v4.sin_family = AF_INET;
+    v4.sin_port = htons(port);
+    address.size = sizeof v4;
+    std::memcpy(address.bytes.data(), &v4, sizeof v4);
+    return address;
+  }
+  if (::inet_pton(AF_INET6, host.c_str(), &v6.sin6_addr) != 1) return std::nullopt;
+  v6.sin6_family = AF_INET6;
+  v6.sin6_port = htons(port);
+  address.size = sizeof v6;
+  std::memcpy(address.bytes.data(), &v6, sizeof v6);
+  return address;
+}
+
+std::vector<std::uint8_t> addressBytes(const NetAddress& address) {
+  const auto of = [](const auto& bytes) {
+    const auto* first = reinterpret_cast<const std::uint8_t*>(&bytes);
+    return std::vector<std::uint8_t>(first, first + sizeof bytes);
+  };
+  const sockaddr* where = systemAddress(address);
+  if (where->sa_family == AF_INET) return of(reinterpret_cast<const sockaddr_in*>(where)->sin_addr);
+  return of(reinterpret_cast<const sockaddr_in6*>(where)->sin6_addr);
+}
+
+std::string addressText(const NetAddress& address) {
+  char text[INET6_ADDRSTRLEN] = {};
+  const sockaddr* where = systemAddress(address);
+  if (where->sa_family == AF_INET) {
+    const auto* v4 = reinterpret_cast<const sockaddr_in*>(where);
+    ::inet_ntop(AF_INET, &v4->sin_addr, text, sizeof text);
+    return std::string(text) + ":" + std::to_string(ntohs(v4->sin_port));
+  }
+  const auto* v6 = reinterpret_cast<const sockaddr_in6*>(where);
+  ::inet_ntop(AF_INET6, &v6->sin6_addr, text, sizeof text);
+  return "[" + std::string(text) + "]:" + std::to_string(ntohs(v6->sin6_port));
+}
+
+SocketHandle listenAt(const NetAddress& address, ListenFailure& failure) {
+  const sockaddr* where = systemAddress(address);
+  const int file = ::socket(where->sa_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  const int on = 1;
+  // A port that was closed a moment ago is free; one that is listened at is refused all the same.
+  if (file >= 0) ::setsockopt(file, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  if (file >= 0 && where->sa_family == AF_INET6) {
+    ::setsockopt(file, IPPROTO_IPV6, IPV6_V6ONLY, &on, sizeof on);
+  }
+  if (file >= 0 && ::bind(file, where, static_cast<socklen_t>(address.size)) == 0 &&
+      ::listen(file, SOMAXCONN) == 0) {
+    return handleOf(file);
+  }
+  failure = listenFailureOf(errno);
+  if (file >= 0) ::close(file);
+  return kNoSocket;
+}
+
+SocketHandle acceptFrom(SocketHandle listener, NetAddress& peer) {
+  socklen_t size = static_cast<socklen_t>(peer.bytes.size());
+  const int file = ::accept4(fileOf(listener), reinterpret_cast<sockaddr*>(peer.bytes.data()),
+                             &size, SOCK_NONBLOCK | SOCK_CLOEXEC);
+  if (file < 0) return kNoSocket;
+  peer.size = size;
+  const int on = 1;
+  ::setsockopt(file, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+  return handleOf(file);
+}
+
+std::optional<std::size_t> receiveFrom(SocketHandle connection, std::span<char> buffer) {
+  const auto count = ::recv(fileOf(connection), buffer.data(), buffer.size(), 0);
+  if (count > 0) return static_cast<std::size_t>(count);
+  return count < 0 && isNoEnd(errno) ? std::optional<std::size_t>(0) : std::nullopt;
+}
+
+std::optional<std::size_t> sendTo(SocketHandle connection, std::string_view bytes) {
+  const auto count = ::send(fileOf(connection), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  if (count >= 0) return static_cast<std::size_t>(count);
+  return isNoEnd(errno) ? std::optional<std::size_t>(0) : std::nullopt;
+}
+
+void closeSocket(SocketHandle handle) { ::close(fileOf(handle)); }
+
+void pollSockets(std::span<WatchedSocket> sockets, std::chrono::nanoseconds time) {
+  std::vector<pollfd> polled;
+  for (WatchedSocket& socket : sockets) {
+    const auto wanted = static_cast<short>(POLLIN | (socket.writes ? POLLOUT : 0));
+    polled.push_back({fileOf(socket.handle), wanted, 0});
+    socket.readable = socket.writable = false;
+  }
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
+  const timespec limit{static_cast<time_t>(seconds.count()),
+                       static_cast<long>((time - seconds).count())};
+  if (::ppoll(polled.data(), polled.size(), &limit, nullptr) <= 0) return;
+  for (std::size_t i = 0; i < polled.size(); ++i) {
+    sockets[i].readable = (polled[i].revents & ~POLLOUT) != 0;
+    sockets[i].writable = (polled[i].revents & POLLOUT) != 0;
+  }
+}
+
+SocketHandle openSignalSocket() {
+  const int file = ::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  if (file < 0) return kNoSocket;
+  sockaddr_in self{};
+  self.sin_family = AF_INET;
+  self.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  auto* where = reinterpret_cast<sockaddr*>(&self);
+  socklen_t size = sizeof self;
+  // Connected to itself: what anybody else sends does not arrive.
+  if (::bind(file, where, size) == 0 && ::getsockname(file, where, &size) == 0 &&
+      ::connect(file, where, size) == 0) {
+    return handleOf(file);
+  }
+  ::close(file);
+  return kNoSocket;
+}
+
+void signalSocket(SocketHandle handle) { sendTo(handle, "!"); }
+
+}  // namespace kelvane

@@ -1,0 +1,189 @@
+#include "base/server_socket.h"
+
+#include <winsock2.h>
+#include <ws2tcpip.h>
+
+#include <cstring>
+
+namespace kelvane {
+
+namespace {
+
+ListenFailure listenFailureOf(int error) {
+  if (error == WSAEADDRINUSE) return ListenFailure::InUse;
+  if (error == WSAEACCES) return ListenFailure::Forbidden;
+  if (error == WSAEADDRNOTAVAIL || error == WSAEAFNOSUPPORT) return ListenFailure::NoAddress;
+  return ListenFailure::Failed;
+}
+
+const sockaddr* systemAddress(const NetAddress& address) {
+  return reinterpret_cast<const sockaddr*>(address.bytes.data());
+}
+
+SOCKET openSocket(int family, int type) {
+  return ::WSASocketW(family, type, 0, nullptr, 0,
+                      WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
+}
+
+void neverBlock(SOCKET socket) {
+  u_long on = 1;
+  ::ioctlsocket(socket, FIONBIO, &on);
+}
+
+void switchOn(SOCKET socket, int level, int option) {
+  const BOOL on = TRUE;
+  ::setsockopt(socket, level, option, reinterpret_cast<const char*>(&on), sizeof on);
+}
+
+/// Whether a program listens at the port on whatever address: bound to all of them it would share
+/// the port with one that is bound to a single one, and each would get some of the connections.
+bool isPortTaken(const NetAddress& address) {
+  NetAddress any = address;
+  auto* where = reinterpret_cast<sockaddr*>(any.bytes.data());
+  if (where->sa_family != AF_INET) return false;
+  reinterpret_cast<sockaddr_in*>(where)->sin_addr.s_addr = htonl(INADDR_ANY);
+  const SOCKET probe = openSocket(AF_INET, SOCK_STREAM);
+  if (probe == INVALID_SOCKET) return false;
+  switchOn(probe, SOL_SOCKET, SO_EXCLUSIVEADDRUSE);
+  const bool taken =
+      ::bind(probe, where, static_cast<int>(any.size)) != 0 && ::WSAGetLastError() == WSAEADDRINUSE;
+  ::closesocket(probe);
+  return taken;
+}
+
+}  // namespace
+
+SocketUse::SocketUse() {
+  WSADATA data;
+  ::WSAStartup(MAKEWORD(2, 2), &data);
+}
+
+SocketUse::~SocketUse() { ::WSACleanup(); }
+
+std::optional<NetAddress> numericAddress(const std::string& host, std::uint16_t port) {
+  NetAddress address;
+  sockaddr_in v4{};
+  sockaddr_in6 v6{};
+  if (::inet_pton(AF_INET, host.c_str(), &v4.sin_addr) == 1) {
+    v4.sin_family = AF_INET;
+    v4.sin_port = htons(port);
+    address.size = sizeof v4;
+    std::memcpy(address.bytes.data(), &v4, sizeof v4);
+    return address;
+  }
+  if (::inet_pton(AF_INET6, host.c_str(), &v6.sin6_addr) != 1) return std::nullopt;
+  v6.sin6_family = AF_INET6;
+  v6.sin6_port = htons(port);
+  address.size = sizeof v6;
+  std::memcpy(address.bytes.data(), &v6, sizeof v6);
+  return address;
+}
+
+std::vector<std::uint8_t> addressBytes(const NetAddress& address) {
+  const auto of = [](const auto& bytes) {
+    const auto* first = reinterpret_cast<const std::uint8_t*>(&bytes);
+    return std::vector<std::uint8_t>(first, first + sizeof bytes);
+  };
+  const sockaddr* where = systemAddress(address);
+  if (where->sa_family == AF_INET) return of(reinterpret_cast<const sockaddr_in*>(where)->sin_addr);
+  return of(reinterpret_cast<const sockaddr_in6*>(where)->sin6_addr);
+}
+
+std::string addressText(const NetAddress& address) {
+  char text[INET6_ADDRSTRLEN] = {};
+  const sockaddr* where = systemAddress(address);
+  if (where->sa_family == AF_INET) {
+    const auto* v4 = reinterpret_cast<const sockaddr_in*>(where);
+    ::inet_ntop(AF_INET, &v4->sin_addr, text, sizeof text);
+    return std::string(text) + ":" + std::to_string(ntohs(v4->sin_port));
+  }
+  const auto* v6 = reinterpret_cast<const sockaddr_in6*>(where);
+  ::inet_ntop(AF_INET6, &v6->sin6_addr, text, sizeof text);
+  return "[" + std::string(text) + "]:" + std::to_string(ntohs(v6->sin6_port));
+}
+
+SocketHandle listenAt(const NetAddress& address, ListenFailure& failure) {
+  if (isPortTaken(address)) {
+    failure = ListenFailure::InUse;
+    return kNoSocket;
+  }
+  const sockaddr* where = systemAddress(address);
+  const SOCKET socket = openSocket(where->sa_family, SOCK_STREAM);
+  if (socket != INVALID_SOCKET) {
+    switchOn(socket, SOL_SOCKET, SO_EXCLUSIVEADDRUSE);
+    if (where->sa_family == AF_INET6) switchOn(socket, IPPROTO_IPV6, IPV6_V6ONLY);
+    neverBlock(socket);
+    if (::bind(socket, where, static_cast<int>(address.size)) == 0 &&
+        ::listen(socket, SOMAXCONN) == 0) {
+      return socket;
+    }
+  }
+  failure = listenFailureOf(::WSAGetLastError());
+  if (socket != INVALID_SOCKET) ::closesocket(socket);
+  return kNoSocket;
+}
+
+SocketHandle acceptFrom(SocketHandle listener, NetAddress& peer) {
+  int size = static_cast<int>(peer.bytes.size());
+  const SOCKET socket = ::accept(listener, reinterpret_cast<sockaddr*>(peer.bytes.data()), &size);
+  if (socket == INVALID_SOCKET) return kNoSocket;
+  peer.size = static_cast<std::size_t>(size);
+  ::SetHandleInformation(reinterpret_cast<HANDLE>(socket), HANDLE_FLAG_INHERIT, 0);
+  switchOn(socket, IPPROTO_TCP, TCP_NODELAY);
+  neverBlock(socket);
+  return socket;
+}
+
+std::optional<std::size_t> receiveFrom(SocketHandle connection, std::span<char> buffer) {
+  const int count = ::recv(connection, buffer.data(), static_cast<int>(buffer.size()), 0);
+  if (count > 0) return static_cast<std::size_t>(count);
+  const bool none = count < 0 && ::WSAGetLastError() == WSAEWOULDBLOCK;
+  return none ? std::optional<std::size_t>(0) : std::nullopt;
+}
+
+std::optional<std::size_t> sendTo(SocketHandle connection, std::string_view bytes) {
+  const int count = ::send(connection, bytes.data(), static_cast<int>(bytes.size()), 0);
+  if (count >= 0) return static_cast<std::size_t>(count);
+  return ::WSAGetLastError() == WSAEWOULDBLOCK ? std::optional<std::size_t>(0) : std::nullopt;
+}
+
+void closeSocket(SocketHandle handle) { ::closesocket(handle); }
+
+void pollSockets(std::span<WatchedSocket> sockets, std::chrono::nanoseconds time) {
+  std::vector<WSAPOLLFD> polled;
+  for (WatchedSocket& socket : sockets) {
+    const auto wanted = static_cast<SHORT>(POLLRDNORM | (socket.writes ? POLLWRNORM : 0));
+    polled.push_back({socket.handle, wanted, 0});
+    socket.readable = socket.writable = false;
+  }
+  // Rounded up: a wait that ends just before its time would be repeated until it has come.
+  const auto limit = std::chrono::ceil<std::chrono::milliseconds>(time);
+  const auto count = static_cast<ULONG>(polled.size());
+  if (::WSAPoll(polled.data(), count, static_cast<INT>(limit.count())) <= 0) return;
+  for (std::size_t i = 0; i < polled.size(); ++i) {
+    sockets[i].readable = (polled[i].revents & ~POLLWRNORM) != 0;
+    sockets[i].writable = (polled[i].revents & POLLWRNORM) != 0;
+  }
+}
+
+SocketHandle openSignalSocket() {
+  const SOCKET socket = openSocket(AF_INET, SOCK_DGRAM);
+  if (socket == INVALID_SOCKET) return kNoSocket;
+  neverBlock(socket);
+  sockaddr_in self{};
+  self.sin_family = AF_INET;
+  self.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  auto* where = reinterpret_cast<sockaddr*>(&self);
+  int size = sizeof self;
+  // Connected to itself: what anybody else sends does not arrive.
+  if (::bind(socket, where, size) == 0 && ::getsockname(socket, where, &size) == 0 &&
+      ::connect(socket, where, size) == 0) {
+    return socket;
+  }
+  ::closesocket(socket);
+  return kNoSocket;
+}
+
+void signalSocket(SocketHandle handle) { sendTo(handle, "!"); }
+
+}  // namespace kelvane

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <string>
+#include <string_view>
+
+namespace kelvane::fakes {
+
+/// A program that uses a shared receiver through a socket of loopback.
+class SharingProgram {
+ public:
+  explicit SharingProgram(int port) : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in where{};
+    where.sin_family = AF_INET;
+    where.sin_port = htons(static_cast<std::uint16_t>(port));
+    where.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const timeval limit{10, 0};
+    ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+    connected_ = ::connect(socket_, reinterpret_cast<sockaddr*>(&where), sizeof where) == 0;
+  }
+  ~SharingProgram() { ::close(socket_); }
+  SharingProgram(const SharingProgram&) = delete;
+  SharingProgram& operator=(const SharingProgram&) = delete;
+
+  bool connected() const { return connected_; }
+  bool send(std::string_view bytes) {
+    return ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT) > 0;
+  }
+  /// What arrives next, as one packet; empty at the end of the connection.
+  std::string receive() {
+    char buffer[65536];
+    const auto count = ::recv(socket_, buffer, sizeof buffer, 0);
+    return count > 0 ? std::string(buffer, static_cast<std::size_t>(count)) : std::string();
+  }
+  std::string ask(std::string_view line) {
+    send(std::string(line) + "\n");
+    return receive();
+  }
+  /// "127.0.0.1:50123", as the other end sees it.
+  std::string address() const {
+    sockaddr_in self{};
+    socklen_t size = sizeof self;
+    ::getsockname(socket_, reinterpret_cast<sockaddr*>(&self), &size);
+    return "127.0.0.1:" + std::to_string(ntohs(self.sin_port));
+  }
+
+ private:
+  int socket_;
+  bool connected_ = false;
+};
+
+}  // namespace kelvane::fakes
