@@ -12,7 +12,7 @@ namespace kelvane {
 namespace {
 
 template <class... Values>
-std::string printed(const char* form, Values... values) {
+std::string formatted(const char* form, Values... values) {
   std::array<char, 48> text;
   const int length = std::snprintf(text.data(), text.size(), form, values...);
   return {text.data(), std::min<std::size_t>(static_cast<std::size_t>(length), text.size() - 1)};
@@ -33,7 +33,7 @@ std::string csvName(std::string_view name) {
 std::string utcDay(WallTime utc) {
   using namespace std::chrono;
   const year_month_day date{floor<days>(sys_time<milliseconds>{milliseconds(utc)})};
-  return printed("%04d-%02u-%02u", static_cast<int>(date.year()),
+  return formatted("%04d-%02u-%02u", static_cast<int>(date.year()),
                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
 }
 
@@ -42,9 +42,9 @@ std::string utcTime(WallTime utc, Precision precision) {
   const int inDay = static_cast<int>((utc % kDay + kDay) % kDay);
   const int second = inDay / 1000;
   const int hour = second / 3600, minute = second / 60 % 60;
-  if (precision == Precision::Minutes) return printed("%02d:%02d", hour, minute);
-  const std::string time = printed("%02d:%02d:%02d", hour, minute, second % 60);
-  return precision == Precision::Seconds ? time : time + printed(".%03d", inDay % 1000);
+  if (precision == Precision::Minutes) return formatted("%02d:%02d", hour, minute);
+  const std::string time = formatted("%02d:%02d:%02d", hour, minute, second % 60);
+  return precision == Precision::Seconds ? time : time + formatted(".%03d", inDay % 1000);
 }
 
 void appendLevelLine(std::string& text, WallTime utc, std::string_view name, Hz frequency,
@@ -57,9 +57,9 @@ void appendLevelLine(std::string& text, WallTime utc, std::string_view name, Hz 
   text += ',';
   if (frequency >= 0) text += std::to_string(frequency);
   if (tenths % 10 == 0) {
-    text += printed(",%d\r\n", tenths / 10);
+    text += formatted(",%d\r\n", tenths / 10);
   } else {
-    text += printed(",%s%d.%d\r\n", tenths < 0 ? "-" : "", std::abs(tenths) / 10,
+    text += formatted(",%s%d.%d\r\n", tenths < 0 ? "-" : "", std::abs(tenths) / 10,
                     std::abs(tenths) % 10);
   }
 }

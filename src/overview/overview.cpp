@@ -13,10 +13,10 @@ namespace kelvane {
 namespace {
 
 /// How far from the dial a station still is the one that is heard.
-constexpr Hz kSameStation = 250;
+constexpr Hz kHeardWithin = 250;
 /// Stations come and go with the minute.
-constexpr WallTime kMinute = 60'000;
-constexpr std::size_t kLongestEntry = 12;
+constexpr WallTime kStationAsked = 60'000;
+constexpr std::size_t kLongestTyped = 12;
 constexpr std::size_t kMostCopies = 100;
 
 std::string joined(std::string text, const std::string& more, const char* between) {
@@ -53,7 +53,7 @@ OverviewRow Overview::row(Index rx) {
   row.station = station(rx, row.frequency);
   row.reading = watched.reading;
   if (watched.squelch >= 0) row.squelch = watched.squelch > 0 ? "SQ open" : "SQ closed";
-  if (watched.thresholdKnown) row.threshold = watched.threshold;
+  row.bar = services_.watch.bar(rx);
   if (const auto last = watched.history->last()) row.level = last->level;
   return row;
 }
@@ -75,13 +75,13 @@ void Overview::fillLevels(OverviewRow& row, const ReceiverWatch::Receiver& watch
 const std::string& Overview::station(Index rx, Hz frequency) {
   Station& known = stations_[rx];
   const LevelClock& clock = services_.watch.clock();
-  const WallTime minute = clock.utc(clock.now()) / kMinute;
+  const WallTime minute = clock.utc(clock.now()) / kStationAsked;
   if (known.frequency == frequency && known.asked == minute) return known.name;
   known = {frequency, minute, {}};
   if (frequency < 0) return known.name;
   FrequencyComponent& component = services_.frequency;
   const Hz before = component.GetRxKnownFrequency();
-  if (component.FindRxKnownFrequency(frequency, kSameStation))
+  if (component.FindRxKnownFrequency(frequency, kHeardWithin))
     known.name = component.GetFrqKnownName();
   component.FindRxKnownFrequency(before, 0);
   return known.name;
@@ -180,7 +180,7 @@ bool Overview::keyPress(int character) {
   }
   const bool point = character == '.' || character == ',';
   if (!isDigit(character) && !point) return false;
-  if (refused(rx) || entry_.size() == kLongestEntry) return true;
+  if (refused(rx) || entry_.size() == kLongestTyped) return true;
   if (!point || entry_.find('.') == std::string::npos)
     entry_ += point ? '.' : static_cast<char>(character);
   return true;

@@ -12,6 +12,8 @@
 #include "shell/global.h"
 #include "shell/settings.h"
 #include "ui/clipboard.h"
+#include "ui/colours.h"
+#include "ui/meter_bar.h"
 
 namespace kelvane {
 
@@ -35,9 +37,9 @@ struct OverviewRow {
   std::string settings;  ///< AGC and attenuator: "Slow, Att 10 dB"
   std::string squelch;   ///< "SQ open", "SQ closed"
   std::string station;
-  std::string reading;            ///< in S units; empty while the meter tells nothing
-  Long level = 0;                 ///< dBm, where there is a reading
-  std::optional<Long> threshold;  ///< of the squelch, dBm
+  std::string reading;  ///< in S units; empty while the meter tells nothing
+  Long level = 0;       ///< dBm, where there is a reading
+  MeterBar bar;
   std::string movedBy;
   std::array<Second, 60> minute;  ///< the last of them is the last whole second
 
@@ -59,6 +61,7 @@ class Overview {
     const Stepping& stepping;
     SettingsStore& settings;
     Clipboard& clipboard;
+    std::function<ColourChoice()> colours;
     std::function<void(Index)> show;              ///< in the panel
     std::function<std::string(Index)> linkWords;  ///< the panel's, for a link that is down
   };
@@ -87,6 +90,7 @@ class Overview {
   /// The receivers came, went or moved.
   void receiversChanged(const ReceiverMoves& moves);
 
+  ColourChoice colours() const { return services_.colours(); }
   bool onTop() const { return onTop_; }
   void setOnTop(bool onTop);
   /// Where the window was, in twips; width and height 0 where it never was open.

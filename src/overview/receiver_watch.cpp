@@ -24,6 +24,7 @@ void ReceiverWatch::level(Index rx, Long level, const Text& reading) {
   const LevelTime when = now();
   Receiver& receiver = receivers_[rx];
   receiver.reading = reading;
+  receiver.meter.reading(level, clocks_.now());
   receiver.history->add(when, level);
   const auto last = receiver.history->last();
   if (listener_ && last && last->when == when)
@@ -33,13 +34,12 @@ void ReceiverWatch::level(Index rx, Long level, const Text& reading) {
 void ReceiverWatch::squelch(Index rx, Long state, Long threshold) {
   if (!valid(rx)) return;
   receivers_[rx].squelch = state;
-  receivers_[rx].threshold = threshold;
-  receivers_[rx].thresholdKnown = true;
+  receivers_[rx].meter.squelch(threshold);
 }
 
 void ReceiverWatch::frequency(Index rx, Hz frequency, bool atReceiver) {
   if (!valid(rx)) return;
-  const Hz before = receivers_[rx].settings.frequency;
+  const Hz before = std::exchange(receivers_[rx].told, frequency);
   settings(rx);
   if (frequency < 0 || frequency == before) return;
   // What a link tells first was nobody's doing now.
@@ -72,9 +72,14 @@ void ReceiverWatch::readSettings(Index rx) {
 void ReceiverWatch::link(Index rx) {
   if (!valid(rx)) return;
   Receiver& receiver = receivers_[rx];
-  if (component_.IsRxOnline(rx)) return readSettings(rx);
+  if (component_.IsRxOnline(rx)) {
+    readSettings(rx);
+    receiver.told = receiver.settings.frequency;
+    return;
+  }
   receiver.history->gap();
   receiver.reading.clear();
+  receiver.meter.clear();
   receiver.squelch = -1;
 }
 

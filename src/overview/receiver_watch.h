@@ -11,6 +11,7 @@
 #include "levels/level_listener.h"
 #include "overview/last_move.h"
 #include "receiver/shown_receiver.h"
+#include "ui/meter_bar.h"
 
 namespace kelvane {
 
@@ -41,14 +42,15 @@ class ReceiverWatch {
 
   struct Receiver {
     std::shared_ptr<LevelHistory> history = std::make_shared<LevelHistory>();
-    Text reading;        ///< in S units; empty while there is none
-    Long squelch = -1;   ///< 1 open, 0 closed, -1 not told
-    Long threshold = 0;  ///< of the squelch, dBm; only where `thresholdKnown`
-    bool thresholdKnown = false;
+    Text reading;       ///< in S units; empty while there is none
+    Long squelch = -1;  ///< 1 open, 0 closed, -1 not told
+    LevelMeter meter;
+    Hz told = -1;  ///< the frequency that an event told last
     LevelSettings settings;
     LevelTime unchanged = 0;  ///< since when the settings are these
   };
   const Receiver& of(Index rx) const { return receivers_[rx]; }
+  MeterBar bar(Index rx) const { return receivers_[rx].meter.bar(false, clocks_.now()); }
   const Move& lastMove(Index rx) const { return moves_.of(rx); }
   /// The present moment of the levels' time; asks the clocks.
   LevelTime now();

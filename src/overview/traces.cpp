@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "base/number.h"
 #include "levels/level_csv.h"
@@ -11,22 +12,22 @@ namespace kelvane {
 
 namespace {
 
-constexpr LevelTime kMinute = 60'000;
+constexpr LevelTime kOneMinute = 60'000;
 
 struct Span {
   LevelTime length, tick;
   const char* words;
 };
-constexpr std::array kSpans{Span{kMinute, 10'000, "1 min"},
-                            Span{2 * kMinute, 20'000, "2 min"},
-                            Span{5 * kMinute, kMinute, "5 min"},
-                            Span{10 * kMinute, 2 * kMinute, "10 min"},
-                            Span{30 * kMinute, 5 * kMinute, "30 min"},
-                            Span{60 * kMinute, 10 * kMinute, "1 h"},
-                            Span{180 * kMinute, 30 * kMinute, "3 h"},
-                            Span{360 * kMinute, 60 * kMinute, "6 h"},
-                            Span{720 * kMinute, 120 * kMinute, "12 h"},
-                            Span{1440 * kMinute, 240 * kMinute, "24 h"}};
+constexpr std::array kSpans{Span{kOneMinute, 10'000, "1 min"},
+                            Span{2 * kOneMinute, 20'000, "2 min"},
+                            Span{5 * kOneMinute, kOneMinute, "5 min"},
+                            Span{10 * kOneMinute, 2 * kOneMinute, "10 min"},
+                            Span{30 * kOneMinute, 5 * kOneMinute, "30 min"},
+                            Span{60 * kOneMinute, 10 * kOneMinute, "1 h"},
+                            Span{180 * kOneMinute, 30 * kOneMinute, "3 h"},
+                            Span{360 * kOneMinute, 60 * kOneMinute, "6 h"},
+                            Span{720 * kOneMinute, 120 * kOneMinute, "12 h"},
+                            Span{1440 * kOneMinute, 240 * kOneMinute, "24 h"}};
 constexpr std::array kCompared{10, 60, 600, 3600};
 /// Rolling mean and peak are those of this share of the picture, but at least of three seconds.
 constexpr int kRolledShare = 60;
@@ -134,7 +135,7 @@ LevelScale Traces::automaticScale(const TraceFrame& frame) const {
 void Traces::addTimes(TraceFrame& frame) const {
   const LevelClock& clock = services_.watch.clock();
   const LevelTime tick = kSpans[span_].tick;
-  const Precision precision = tick < kMinute ? Precision::Seconds : Precision::Minutes;
+  const Precision precision = tick < kOneMinute ? Precision::Seconds : Precision::Minutes;
   // The clock may have been set within the picture: ticks are of the times at its end.
   const WallTime difference = clock.utc(frame.to) - frame.to;
   for (LevelTime utc = (floored(frame.from + difference, tick) + 1) * tick;
@@ -142,7 +143,7 @@ void Traces::addTimes(TraceFrame& frame) const {
     const LevelTime when = utc - difference;
     frame.times.push_back(
         {static_cast<int>((when - frame.from) * frame.width / (frame.to - frame.from)),
-         utcTime(clock.utc(when), precision)});
+         utcTime(clock.utc(when) + 500, precision)});
   }
 }
 
@@ -300,6 +301,7 @@ void Traces::changeOffset(Index rx, double decibels) {
 
 std::vector<std::string> Traces::results() {
   std::vector<std::string> lines;
+  std::map<std::string, std::string> unlike;
   const LevelTime now = services_.watch.now();
   const int count = receivers();
   if (reference_ >= count) return lines;
@@ -309,7 +311,8 @@ std::vector<std::string> Traces::results() {
     const ReceiverWatch::Receiver& second = services_.watch.of(rx);
     const std::string differ = differingSettings(first.settings, second.settings);
     if (!differ.empty()) {
-      lines.push_back(name(reference_) + " over " + name(rx) + ": not the same " + differ);
+      std::string& names = unlike[differ];
+      names += (names.empty() ? "" : ", ") + name(rx);
       continue;
     }
     const Comparison result =
@@ -317,6 +320,8 @@ std::vector<std::string> Traces::results() {
                 {*second.history, offsets_[rx], second.unchanged}, now, kCompared[compared_]);
     lines.push_back(comparisonLine(name(reference_), name(rx), result));
   }
+  for (const auto& [differ, names] : unlike)
+    lines.push_back("Not the same " + differ + " as " + name(reference_) + ": " + names);
   return lines;
 }
 
@@ -353,18 +358,9 @@ void Traces::saveCsv() {
       collectLines(*services_.watch.of(rx).history, services_.watch.clock(),
                    end - kSpans[span_].length, end, rx, lines);
   }
-  const std::filesystem::path path = pathFromText(file);
-  say("Saving " + file);
   const std::string done = "Saved " + std::to_string(lines.size()) + " levels in " + file;
-  services_.saver.change(
-      path,
-      [path, lines = std::move(lines), names = std::move(names)](FileSteps& steps) {
-        return writeFileSafely(path, levelCsv(lines, names), steps);
-      },
-      [saved = saved_, file, done](const FileResult& result) {
-        const std::lock_guard lock(saved->mutex);
-        saved->words = result.ok ? done : "Cannot save " + file + ": " + result.reason;
-      });
+  save(file, done,
+       [lines = std::move(lines), names = std::move(names)] { return levelCsv(lines, names); });
 }
 
 void Traces::tick() {
@@ -381,8 +377,25 @@ std::string Traces::askPictureName() {
   return services_.files.saveFile(file, "png") ? file : std::string();
 }
 
-void Traces::pictureSaved(const std::string& name, const std::string& why) {
-  say(why.empty() ? "Saved " + name : "Cannot save " + name + ": " + why);
+void Traces::savePicture(const std::string& name, std::string bytes, const std::string& why) {
+  if (bytes.empty()) return say("Cannot save " + name + ": " + why);
+  save(name, "Saved " + name, [bytes = std::move(bytes)] { return bytes; });
+}
+
+/// Made and written beside the window; a day of eight receivers is a long text.
+void Traces::save(const std::string& file, const std::string& done,
+                  std::function<std::string()> content) {
+  const std::filesystem::path path = pathFromText(file);
+  say("Saving " + file);
+  services_.saver.change(
+      path,
+      [path, content = std::move(content)](FileSteps& steps) {
+        return writeFileSafely(path, content(), steps);
+      },
+      [saved = saved_, file, done](const FileResult& result) {
+        const std::lock_guard lock(saved->mutex);
+        saved->words = result.ok ? done : "Cannot save " + file + ": " + result.reason;
+      });
 }
 
 void Traces::say(std::string words) {

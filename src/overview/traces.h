@@ -16,6 +16,7 @@
 #include "shell/global.h"
 #include "shell/settings.h"
 #include "ui/clipboard.h"
+#include "ui/colours.h"
 
 namespace kelvane {
 
@@ -58,9 +59,11 @@ class Traces {
     FileFlows& files;
     FileSaver& saver;
     std::function<Instant()> now;
+    std::function<ColourChoice()> colours;
   };
   explicit Traces(const Services& services);
 
+  ColourChoice colours() const { return services_.colours(); }
   int receivers() const;
   std::string name(Index rx) const { return services_.receiver.GetRxName(rx); }
 
@@ -113,8 +116,8 @@ class Traces {
   void saveCsv();
   /// Asks for the name of a picture; empty where none was chosen.
   std::string askPictureName();
-  /// Notes how the saving of the picture ended; empty where it did.
-  void pictureSaved(const std::string& name, const std::string& why);
+  /// Saves a picture's bytes; with none, says why there are none.
+  void savePicture(const std::string& name, std::string bytes, const std::string& why);
   const std::string& said() const { return said_; }
   void say(std::string words);
   /// Hears how the saving of a file ended.
@@ -134,6 +137,7 @@ class Traces {
   LevelTime endFor(int width);
   void readOffsets();
   std::string offsetName(Index rx) const;
+  void save(const std::string& file, const std::string& done, std::function<std::string()> content);
   void addTimes(TraceFrame& frame) const;
   void addLevels(TraceFrame& frame) const;
   void addMarks(TraceFrame& frame) const;

@@ -1,6 +1,7 @@
 #include "receiver/rx_events.h"
 
 #include "contract/link_state.h"
+#include "overview/station_views.h"
 #include "windows/channel_editor.h"
 #include "windows/data_log.h"
 
@@ -9,6 +10,7 @@ namespace kelvane {
 void RxEvents::RxConnState(Index rx, Long code) {
   const bool up = code == static_cast<Long>(LinkState::Up);
   units_.status.reported(rx, code);
+  views_.watch().link(rx);
   retry_.reported(rx, code, now_());
   tabs_.linkReported(rx, up, now_());
   tabs_.highlight(rx, component_.GetRxRemote(rx));
@@ -27,9 +29,11 @@ void RxEvents::DrvUpdated(Count) {
   units_.dde.receiversChanged(moves);
   channelEditor_.receiversChanged(moves);
   log_.receiversChanged(moves);
+  views_.receiversChanged(moves);
 }
 
-void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long) {
+void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long origin) {
+  views_.watch().frequency(rx, frequency, origin != 0);
   if (rx == shown_.index()) {
     if (shown_.online()) refresh_.frequency(frequency, Apply::Automatic);
     return;
@@ -48,6 +52,7 @@ void RxEvents::RxChnStatus(Index rx, Channel channel, Hz frequency, Hz bfo, Sett
 }
 
 void RxEvents::RxModUpdated(Index rx, Setting mode, Setting) {
+  views_.watch().settings(rx);
   if (!shown_.shows(rx)) return;
   units_.buttons.ModUpdated(rx, mode);
   units_.buttons.filterChoice(rx);
@@ -56,12 +61,14 @@ void RxEvents::RxModUpdated(Index rx, Setting mode, Setting) {
 }
 
 void RxEvents::RxFltUpdated(Index rx, Setting filter) {
+  views_.watch().settings(rx);
   if (!shown_.shows(rx)) return;
   units_.buttons.FilterUpdated(rx, filter);
   units_.best.compare();
 }
 
 void RxEvents::RxAgcUpdated(Index rx, Setting agc, Long) {
+  views_.watch().settings(rx);
   if (shown_.shows(rx)) units_.buttons.AgcUpdated(rx, agc);
 }
 
@@ -70,14 +77,17 @@ void RxEvents::RxNBlUpdated(Index rx, Setting blanker, Long) {
 }
 
 void RxEvents::RxAttUpdated(Index rx, Setting attenuator, Long db) {
+  views_.watch().settings(rx);
   if (shown_.shows(rx)) units_.buttons.AttUpdated(rx, attenuator, db);
 }
 
-void RxEvents::RxSqlUpdated(Index rx, Long state, Long) {
+void RxEvents::RxSqlUpdated(Index rx, Long state, Long threshold) {
+  views_.watch().squelch(rx, state, threshold);
   if (shown_.shows(rx)) units_.indicators.squelch(state);
 }
 
 void RxEvents::RxSMtUpdated(Index rx, Long, Long, Long level, Text reading) {
+  views_.watch().level(rx, level, reading);
   if (shown_.shows(rx)) units_.indicators.meter(level, reading);
 }
 

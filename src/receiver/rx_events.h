@@ -10,6 +10,7 @@ namespace kelvane {
 
 class ChannelEditor;
 class DataLog;
+class StationViews;
 
 /// What the panel does with each event of the receiver component.
 class RxEvents : public ReceiverListener {
@@ -17,7 +18,7 @@ class RxEvents : public ReceiverListener {
   RxEvents(ReceiverComponent& component, ShownReceiver& shown, const Options& options,
            ReceiverTabs& tabs, ReceiverRefresh& refresh, LinkRetry& retry, Stepping& stepping,
            const ReceiverUnits& units, ChannelEditor& channelEditor, DataLog& log,
-           std::function<Instant()> now)
+           StationViews& views, std::function<Instant()> now)
       : component_(component),
         shown_(shown),
         options_(options),
@@ -28,6 +29,7 @@ class RxEvents : public ReceiverListener {
         units_(units),
         channelEditor_(channelEditor),
         log_(log),
+        views_(views),
         receivers_(component),
         now_(std::move(now)) {}
 
@@ -62,6 +64,7 @@ class RxEvents : public ReceiverListener {
   ReceiverUnits units_;
   ChannelEditor& channelEditor_;
   DataLog& log_;
+  StationViews& views_;
   ReceiverSet receivers_;
   std::function<Instant()> now_;
 };

@@ -28,6 +28,8 @@ class StatusBox {
   void receiversChanged(const ReceiverMoves& moves);
   /// Shows the box exactly while the receiver does not answer, in its own words.
   void show(Index rx, bool online);
+  /// The words for a receiver that does not answer.
+  LinkWords wordsOf(Index rx) const;
   /// One tick of the blink timer.
   void blink(bool online);
 

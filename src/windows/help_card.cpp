@@ -117,6 +117,8 @@ constexpr std::string_view kCard =
 
     SECTION("PANEL") FROM("From main window")
     ROW("F1", "Show this card")
+    ROW("F7", "Show all receivers")
+    ROW("F8", "Show level traces")
     ROW("F6 / SHF F6", "Next/Previous group of controls")
     ROW("CTL F6 / CTLSHF F6", "Next/Previous button of the group")
     ROW("CR", "Press the button")
