@@ -34,7 +34,7 @@ std::string utcDay(WallTime utc) {
   using namespace std::chrono;
   const year_month_day date{floor<days>(sys_time<milliseconds>{milliseconds(utc)})};
   return formatted("%04d-%02u-%02u", static_cast<int>(date.year()),
-                 static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
+                   static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
 }
 
 std::string utcTime(WallTime utc, Precision precision) {
@@ -60,7 +60,7 @@ void appendLevelLine(std::string& text, WallTime utc, std::string_view name, Hz 
     text += formatted(",%d\r\n", tenths / 10);
   } else {
     text += formatted(",%s%d.%d\r\n", tenths < 0 ? "-" : "", std::abs(tenths) / 10,
-                    std::abs(tenths) % 10);
+                      std::abs(tenths) % 10);
   }
 }
 

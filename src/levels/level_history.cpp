@@ -96,7 +96,7 @@ LevelHistory::Second& LevelHistory::secondOf(LevelTime second) {
   return seconds_.back().seconds[second % kBlock];
 }
 
-LevelSpan LevelHistory::read(const Second& second) const {
+LevelSpan LevelHistory::read(const Second& second) {
   LevelSpan span;
   if (second.least == kNothing) return span;
   const auto dBm = [](int tenths) { return static_cast<float>(tenths) / kTenths; };
@@ -142,23 +142,50 @@ void LevelHistory::fillFromReadings(LevelTime from, LevelTime to,
   }
 }
 
+/// What seconds of one block come to; a day of them is looked at for each picture.
+LevelSpan LevelHistory::sum(const Second* seconds, LevelTime count) {
+  int least = INT16_MAX, greatest = INT16_MIN, sum = 0, readings = 0, gap = 0;
+  for (const Second* second = seconds; second != seconds + count; ++second) {
+    if (second->least == kNothing) continue;
+    least = std::min<int>(least, second->least & ~1);
+    greatest = std::max<int>(greatest, second->greatest);
+    sum += second->mean;
+    gap |= second->least & 1;
+    ++readings;
+  }
+  LevelSpan span;
+  if (readings == 0) return span;
+  constexpr float kTenth = 1.0F / kTenths;
+  span.add(static_cast<float>(least) * kTenth,
+           static_cast<float>(sum) * kTenth / static_cast<float>(readings),
+           static_cast<float>(greatest) * kTenth, readings);
+  span.afterGap = gap != 0;
+  return span;
+}
+
+/// A second stands at its middle: it belongs to the column in which that lies.
 void LevelHistory::fillFromSeconds(LevelTime from, LevelTime to,
                                    std::span<LevelSpan> columns) const {
   const auto width = static_cast<LevelTime>(columns.size());
-  const LevelTime end = (to + 999) / 1000;
-  for (const Block& block : seconds_) {
-    const LevelTime first = std::max(from / 1000, block.number * kBlock);
-    const LevelTime behind = std::min(end, (block.number + 1) * kBlock);
-    for (LevelTime second = first; second < behind; ++second) {
-      const Second& known = block.seconds[second % kBlock];
-      // A second stands at its middle, unless that lies outside.
-      const LevelTime middle = second * 1000 + 500;
-      if (known.least == kNothing || middle < from || middle >= to) continue;
-      LevelSpan& column = columns[static_cast<std::size_t>((middle - from) * width / (to - from))];
-      const LevelSpan span = read(known);
-      column.afterGap |= span.afterGap;
-      column.add(span.least, span.mean, span.greatest, 1);
+  const auto firstAfter = [](LevelTime moment) { return (moment + 499) / 1000; };
+  auto block = seconds_.begin();
+  LevelTime second = firstAfter(from);
+  for (LevelTime x = 0; x < width; ++x) {
+    const LevelTime end = firstAfter(from + (to - from) * (x + 1) / width);
+    LevelSpan& column = columns[static_cast<std::size_t>(x)];
+    while (second < end) {
+      while (block != seconds_.end() && (block->number + 1) * kBlock <= second) ++block;
+      if (block == seconds_.end()) return;
+      second = std::max(second, block->number * kBlock);
+      const LevelTime behind = std::min(end, (block->number + 1) * kBlock);
+      if (second >= behind) break;
+      const LevelSpan part = sum(&block->seconds[second % kBlock], behind - second);
+      second = behind;
+      if (part.readings == 0) continue;
+      column.afterGap |= part.afterGap;
+      column.add(part.least, part.mean, part.greatest, part.readings);
     }
+    second = std::max(second, end);
   }
 }
 

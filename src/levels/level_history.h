@@ -98,7 +98,8 @@ class LevelHistory {
   void keep(const Kept& reading);
   void forget();
   Second& secondOf(LevelTime second);
-  LevelSpan read(const Second& second) const;
+  static LevelSpan read(const Second& second);
+  static LevelSpan sum(const Second* seconds, LevelTime count);
   void fillFromReadings(LevelTime from, LevelTime to, std::span<LevelSpan> columns) const;
   void fillFromSeconds(LevelTime from, LevelTime to, std::span<LevelSpan> columns) const;
 

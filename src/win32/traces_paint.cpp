@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "overview/trace_lines.h"
 #include "win32/text.h"
@@ -49,6 +50,9 @@ void TracesWindow::drawPlot() {
   drawMarks(frame, area);
   drawLegend(frame, area);
   drawCursor(frame, area);
+  std::string spoken = frame.cursor < 0 ? "Levels of the receivers" : "";
+  for (const std::string& words : frame.cursorWords) spoken += (spoken.empty() ? "" : ", ") + words;
+  if (std::exchange(spoken_, spoken) != spoken) SetWindowTextW(plot_, wide(spoken).c_str());
   if (GetFocus() != plot_) return;
   RECT whole{0, 0, canvas_.width(), canvas_.height()};
   SetDCBrushColor(canvas_.dc(), resolved(colours().focus));

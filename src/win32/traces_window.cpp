@@ -167,7 +167,8 @@ void TracesWindow::showButtons() {
     setButton(id::TraceReceiver + rx, text, traces_.visible(rx));
   }
   setButton(id::TracePause, traces_.paused() ? "R&un" : "Pa&use", traces_.paused());
-  setButton(id::TraceScale, "&Auto scale", traces_.automaticScale());
+  const bool automatic = traces_.automaticScale();
+  setButton(id::TraceScale, automatic ? "&Auto scale" : "Fixed sc&ale", automatic);
   setButton(id::TracePeak, "&Peak", traces_.showsPeak());
   setButton(id::TraceMean, "&Mean", traces_.showsMean());
   const bool any = traces_.receivers() > 0;

@@ -76,6 +76,7 @@ class TracesWindow : public ViewWindow {
   Traces::Version drawn_;
   std::vector<std::string> results_;
   ULONGLONG resultsAt_ = 0;
+  std::string spoken_;
   int receivers_ = -1;
   bool stale_ = true;  ///< the canvas does not show what it should
 };
