@@ -78,6 +78,8 @@ constexpr auto kSimulatedParameters = withSharing(std::array{
               wholeProblem<-16, 16>},
     Parameter{"Channels", "0-99", "channel numbers, or none", channelsProblem},
     Parameter{"ChannelSkip", "yes", "channels can be left out of a scan", yesNoProblem},
+    Parameter{"Gain", "0", "what its antenna gives more than the others' do, dB",
+              wholeProblem<-100, 100>},
     Parameter{"Squelch", "-110", "squelch threshold, dBm", wholeProblem<-150, 0>},
     Parameter{"Remote", "yes", "comes up under remote control", yesNoProblem},
     Parameter{"LinkTime", "0", "time that opening the link takes, ms", wholeProblem<0, 60'000>},

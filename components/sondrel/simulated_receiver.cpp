@@ -132,7 +132,7 @@ void SimulatedReceiver::measure(Instant now) {
   if (measureDue_ <= now) measureDue_ = now + kMeasurePeriod;
   const auto is = [this](Item item) { return newest(item); };
   const Choice* attenuator = choiceOf(can().attenuator, is(Item::Attenuator));
-  double level = levelIn(heard(), now);
+  double level = levelIn(heard(), now) + simulation_.gain;
   constexpr double kSpark = 14;
   if (crackles(now) && is(Item::Blanker) <= 0) level += kSpark;
   // Without the preselector strong transmitters far away fill the receiver with their mixtures.

@@ -97,6 +97,7 @@ Simulation readSimulation(const ReceiverEntry& entry, std::vector<std::string>& 
   const Setting mode = modeList(keys.text("Mode")).value_or(simulation.can.modes).front().value;
   simulation.mode = simulation.can.mode(mode) ? mode : simulation.can.modes.front().value;
   simulation.step = keys.whole("Step");
+  simulation.gain = keys.whole("Gain");
   simulation.squelch = keys.whole("Squelch");
   simulation.remote = keys.yes("Remote");
   simulation.untold = untoldList(keys.text("Untold")).value_or(UntoldList{});

@@ -45,6 +45,7 @@ struct Simulation {
   Hz frequency = 0;  ///< where it is when it comes up
   Setting mode = 0;
   Hz step = 0;
+  Long gain = 0;        ///< of its antenna over an ordinary one, dB
   Long squelch = -120;  ///< threshold, dBm
   bool remote = true;   ///< comes up under remote control
   UntoldList untold;    ///< what it has and never tells

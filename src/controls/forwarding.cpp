@@ -31,13 +31,18 @@ void Forwarding::click(int button) {
   if (button == All) pressAll();
 }
 
+void Forwarding::tell(Long mode) {
+  mode_ = mode;
+  component_.SetRxForward(mode);
+}
+
 void Forwarding::pressMaster() {
   master_.fill(false);
   if (GenEvent_[Master].pressed) {
-    component_.SetRxForward(kForwardNone);
+    tell(kForwardNone);
     return release(GenEvent_[Master]);
   }
-  component_.SetRxForward(shown_.index());
+  tell(shown_.index());
   GenEvent_[Master].pressed = true;
   GenEvent_[Master].back = kActive;
   release(GenEvent_[All]);
@@ -47,10 +52,10 @@ void Forwarding::pressMaster() {
 void Forwarding::pressAll() {
   master_.fill(false);
   if (GenEvent_[All].pressed) {
-    component_.SetRxForward(kForwardNone);
+    tell(kForwardNone);
     return release(GenEvent_[All]);
   }
-  component_.SetRxForward(kForwardAll);
+  tell(kForwardAll);
   GenEvent_[All].pressed = true;
   GenEvent_[All].back = kActive;
   release(GenEvent_[Master]);
@@ -62,7 +67,7 @@ void Forwarding::receiverSelected() {
 
 void Forwarding::off() {
   master_.fill(false);
-  component_.SetRxForward(kForwardNone);
+  tell(kForwardNone);
   release(GenEvent_[Master]);
   release(GenEvent_[All]);
 }
@@ -71,9 +76,9 @@ void Forwarding::receiversChanged(const ReceiverMoves& moves) {
   moves.carry(master_, false);
   const auto master = std::ranges::find(master_, true);
   if (GenEvent_[All].pressed) {
-    component_.SetRxForward(kForwardAll);
+    tell(kForwardAll);
   } else if (master != master_.end()) {
-    component_.SetRxForward(static_cast<Long>(master - master_.begin()));
+    tell(static_cast<Long>(master - master_.begin()));
   } else {
     off();
   }

@@ -24,6 +24,8 @@ class Forwarding {
   void receiverSelected();
   /// No forwarding; both buttons are released.
   void off();
+  /// What the component was told last: kForwardNone, kForwardAll or the master's index.
+  Long mode() const { return mode_; }
   /// Forwarding needs somebody to forward to.
   void receivers(Count count);
   /// Receivers came, went or moved. The master stays master, wherever it is now; without it there
@@ -31,6 +33,7 @@ class Forwarding {
   void receiversChanged(const ReceiverMoves& moves);
 
  private:
+  void tell(Long mode);
   void pressMaster();
   void pressAll();
 
@@ -38,6 +41,7 @@ class Forwarding {
   ReceiverComponent& component_;
   ShownReceiver& shown_;
   std::array<bool, kMostReceivers> master_{};
+  Long mode_ = kForwardNone;
 };
 
 }  // namespace kelvane

@@ -32,6 +32,8 @@ class Openers {
   /// The stations' data; the keyboard stays with the panel, where a number may follow.
   void dataView();
   void editSource() { frequency_.EditFrqDatabase(); }
+  void overview() { windows_.open(Companion::Overview); }
+  void traces() { windows_.open(Companion::Traces); }
   void help() { windows_.open(Companion::Help); }
 
  private:

@@ -65,6 +65,8 @@ void Stepping::setDefault(Hz step) {
 
 Hz Stepping::defaultStep() const { return nearestLong(num(VStep_[0].text)); }
 
+Hz Stepping::stepOf(Index rx) const { return std::min<Hz>(own_[rx], component_.GetRxMaxStep(rx)); }
+
 Hz Stepping::bandStep() const { return nearestLong(num(VStep_[1].text)); }
 
 }  // namespace kelvane

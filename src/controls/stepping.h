@@ -28,6 +28,8 @@ class Stepping {
   /// The steps as they are shown, Hz.
   Hz defaultStep() const;
   Hz bandStep() const;
+  /// The operator's step of any receiver, Hz.
+  Hz stepOf(Index rx) const;
 
  private:
   std::array<Control, 2>& VStep_;

@@ -8,12 +8,10 @@
 #include <string_view>
 #include <utility>
 
+#include "base/wall_time.h"
 #include "contract/components.h"
 
 namespace kelvane {
-
-/// Milliseconds since the beginning of 1970, UTC: what a person reads beside an event.
-using WallTime = std::int64_t;
 
 /// One event that tells of a link or of the set of receivers.
 struct LinkEvent {

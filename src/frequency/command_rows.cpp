@@ -72,6 +72,8 @@ std::span<const CommandRow> commandRows() {
       {Character, 'G', 0, "", Remote, "G", "Show log file data", &K::log},
 
       {Key, key::F1, 0, "", Panel, "F1", "Show this card", &K::help},
+      {Key, key::F7, 0, "", Panel, "F7", "Show all receivers", &K::overview},
+      {Key, key::F8, 0, "", Panel, "F8", "Show level traces", &K::traces},
       {Key, key::F6, 0, "", Panel, "F6", "Next group of controls", &K::nextGroup},
       {Key, key::F6, key::ShiftHeld, "", Panel, "SHF F6", "Previous group of controls",
        &K::previousGroup},

@@ -106,6 +106,8 @@ class KeyCommands {
   void logAndRecord();
   void log();
   void help() { openers_.help(); }
+  void overview() { openers_.overview(); }
+  void traces() { openers_.traces(); }
   void nextGroup() { groups_.nextGroup(1); }
   void previousGroup() { groups_.nextGroup(-1); }
   void nextButton() { groups_.nextButton(1); }

@@ -1,6 +1,7 @@
 #include "receiver/rx_events.h"
 
 #include "contract/link_state.h"
+#include "overview/station_views.h"
 #include "windows/channel_editor.h"
 #include "windows/data_log.h"
 
@@ -10,6 +11,7 @@ void RxEvents::RxConnState(Index rx, Long code) {
   const bool up = code == static_cast<Long>(LinkState::Up);
   if (rx >= 0 && rx < kMostReceivers) passing_[static_cast<std::size_t>(rx)] = -1;
   units_.status.reported(rx, code);
+  views_.watch().link(rx);
   retry_.reported(rx, code, now_());
   units_.levels.linkReported(rx);
   tabs_.linkReported(rx, up, now_());
@@ -31,6 +33,7 @@ void RxEvents::DrvUpdated(Count) {
   channelEditor_.receiversChanged(moves);
   log_.receiversChanged(moves);
   passing_.fill(-1);
+  views_.receiversChanged(moves);
 }
 
 void RxEvents::RxFrqPassing(Index rx, Hz frequency) {
@@ -43,8 +46,9 @@ bool RxEvents::isPassing(Index rx, Hz frequency) const {
          passing_[static_cast<std::size_t>(rx)] == frequency;
 }
 
-void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long) {
+void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long origin) {
   if (rx >= 0 && rx < kMostReceivers) passing_[static_cast<std::size_t>(rx)] = -1;
+  views_.watch().frequency(rx, frequency, origin != 0);
   if (rx == shown_.index()) {
     if (shown_.online()) refresh_.frequency(frequency, Apply::Automatic);
     return;
@@ -63,6 +67,7 @@ void RxEvents::RxChnStatus(Index rx, Channel channel, Hz frequency, Hz bfo, Sett
 }
 
 void RxEvents::RxModUpdated(Index rx, Setting mode, Setting) {
+  views_.watch().settings(rx);
   if (!shown_.shows(rx)) return;
   units_.buttons.ModUpdated(rx, mode);
   units_.buttons.filterChoice(rx);
@@ -71,12 +76,14 @@ void RxEvents::RxModUpdated(Index rx, Setting mode, Setting) {
 }
 
 void RxEvents::RxFltUpdated(Index rx, Setting filter) {
+  views_.watch().settings(rx);
   if (!shown_.shows(rx)) return;
   units_.buttons.FilterUpdated(rx, filter);
   units_.best.compare();
 }
 
 void RxEvents::RxAgcUpdated(Index rx, Setting agc, Long) {
+  views_.watch().settings(rx);
   if (shown_.shows(rx)) units_.buttons.AgcUpdated(rx, agc);
 }
 
@@ -85,10 +92,12 @@ void RxEvents::RxNBlUpdated(Index rx, Setting blanker, Long) {
 }
 
 void RxEvents::RxAttUpdated(Index rx, Setting attenuator, Long db) {
+  views_.watch().settings(rx);
   if (shown_.shows(rx)) units_.buttons.AttUpdated(rx, attenuator, db);
 }
 
-void RxEvents::RxSqlUpdated(Index rx, Long state, Long) {
+void RxEvents::RxSqlUpdated(Index rx, Long state, Long threshold) {
+  views_.watch().squelch(rx, state, threshold);
   if (!shown_.shows(rx)) return;
   units_.indicators.squelch(state);
   units_.levels.askThreshold();
@@ -96,6 +105,7 @@ void RxEvents::RxSqlUpdated(Index rx, Long state, Long) {
 
 void RxEvents::RxSMtUpdated(Index rx, Long, Long, Long level, Text reading) {
   units_.levels.reading(rx, level, now_());
+  views_.watch().level(rx, level, reading);
   if (shown_.shows(rx)) units_.indicators.meter(level, reading);
 }
 

@@ -11,6 +11,7 @@ namespace kelvane {
 
 class ChannelEditor;
 class DataLog;
+class StationViews;
 
 /// What the panel does with each event of the receiver component.
 class RxEvents : public ReceiverListener {
@@ -18,7 +19,7 @@ class RxEvents : public ReceiverListener {
   RxEvents(ReceiverComponent& component, ShownReceiver& shown, const Options& options,
            ReceiverTabs& tabs, ReceiverRefresh& refresh, LinkRetry& retry, Stepping& stepping,
            const ReceiverUnits& units, ChannelEditor& channelEditor, DataLog& log,
-           std::function<Instant()> now)
+           StationViews& views, std::function<Instant()> now)
       : component_(component),
         shown_(shown),
         options_(options),
@@ -29,6 +30,7 @@ class RxEvents : public ReceiverListener {
         units_(units),
         channelEditor_(channelEditor),
         log_(log),
+        views_(views),
         receivers_(component),
         now_(std::move(now)) {
     passing_.fill(-1);
@@ -70,6 +72,7 @@ class RxEvents : public ReceiverListener {
   ReceiverUnits units_;
   ChannelEditor& channelEditor_;
   DataLog& log_;
+  StationViews& views_;
   ReceiverSet receivers_;
   std::function<Instant()> now_;
   std::array<Hz, kMostReceivers> passing_;  ///< by receiver; -1 for none

@@ -38,12 +38,16 @@ void StatusBox::receiversChanged(const ReceiverMoves& moves) {
   moves.carry(lastCode_, std::optional<Long>());
 }
 
-void StatusBox::show(Index rx, bool online) {
-  RxMask_.visible = !online;
+LinkWords StatusBox::wordsOf(Index rx) const {
   const auto code = rx >= 0 && rx < kMostReceivers ? lastCode_[rx] : std::nullopt;
   // A link that was up and is not asked for any more has no words of its own.
   const bool nothing = !code || *code == static_cast<Long>(LinkState::Up);
-  const LinkWords words = nothing ? LinkWords{kNotConnected, kOrange} : linkWords(*code);
+  return nothing ? LinkWords{kNotConnected, kOrange} : linkWords(*code);
+}
+
+void StatusBox::show(Index rx, bool online) {
+  RxMask_.visible = !online;
+  const LinkWords words = wordsOf(rx);
   RxMask_.text = words_ = words.text;
   RxMask_.fore = words.colour;
 }

@@ -29,6 +29,8 @@ class StatusBox {
   void receiversChanged(const ReceiverMoves& moves);
   /// Shows the box exactly while the receiver does not answer, in its own words.
   void show(Index rx, bool online);
+  /// The words for a receiver that does not answer.
+  LinkWords wordsOf(Index rx) const;
   /// One tick of the blink timer. What is `held` for other programs, in words, takes turns with the
   /// box's own words; empty for nothing.
   void blink(bool online, const std::string& held);

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "log/station_names.h"
+#include "overview/station_views.h"
 #include "ui/alt_letters.h"
 #include "ui/control_ids.h"
 #include "ui/key_codes.h"
@@ -83,8 +84,9 @@ MAin::MAin(const PanelServices& services)
           [&frequency = services.frequency](const std::vector<Hz>& frequencies) {
             return knownStations(frequency, frequencies);
           }})),
+      views_(makeViews()),
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
-              *channelEditor_, *log_, services.now),
+              *channelEditor_, *log_, *views_, services.now),
       frqEvents_(services.receiver, shown_, navigation_, best_, refusal_),
       keys_(services.receiver, services.frequency, shown_, entry_, row_, stepping_, navigation_,
             channels_, best_, remote_, tabs_, services.clipboard, refusal_, openers_, groups_),
@@ -116,11 +118,26 @@ ReceiverUnits MAin::units() {
           channels_, best_,   navigation_, channelized_, indicators_, levels_, dde_};
 }
 
+std::unique_ptr<StationViews> MAin::makeViews() {
+  return std::make_unique<StationViews>(StationViews::Services{
+      services_.receiver, services_.frequency, shown_, forwarding_, stepping_, services_.settings,
+      services_.clipboard, services_.files, saver_, Clocks{services_.now, services_.wallTime},
+      services_.ownFolder / "levels", services_.keepAwake,
+      [this] { return options_.OptColours; }, [this](Index rx) { tabClicked(rx); },
+      [this](Index rx) { return std::string(status_.wordsOf(rx).text); },
+      [this] { services_.dialogs.showTraces(views_->traces(), PanelDialogs::Keys::Leave); }});
+}
+
 void MAin::provideCompanions() {
   companions_.provide(Companion::Help, [this] { services_.dialogs.showHelp(help_); });
   companions_.provide(Companion::Channels, [this] { channelEditor_->Receiver(shown_.index()); });
   companions_.provide(Companion::Log, [this] { openLog(true); });
   companions_.provide(Companion::LogAndRecord, [this] { openLog(false); });
+  companions_.provide(Companion::Overview,
+                      [this] { services_.dialogs.showOverview(views_->overview()); });
+  companions_.provide(Companion::Traces, [this] {
+    services_.dialogs.showTraces(views_->traces(), PanelDialogs::Keys::Take);
+  });
 }
 
 void MAin::openLog(bool updateOnly) {
@@ -325,12 +342,13 @@ void MAin::tick(Instant now) {
   }
   levels_.tick(now);
   channelEditor_->tick(now);
+  views_->tick(now);
   tabs_.serveRequest(now);
 }
 
 Instant MAin::nextDue() const {
-  return std::min({retry_.timer().due(), TimBlk_.due(), channelEditor_->nextDue(), tabs_.nextDue(),
-                   levels_.nextDue()});
+  return std::min({retry_.timer().due(), TimBlk_.due(), channelEditor_->nextDue(),
+                   views_->nextDue(), tabs_.nextDue(), levels_.nextDue()});
 }
 
 std::vector<LastWrite> MAin::lastWrites() {
@@ -366,6 +384,7 @@ void MAin::unload(const Placement& place, Ending how) {
   LastWrites last(services_.boxes, services_.files, services_.settings, how);
   for (const LastWrite& write : lastWrites()) last.finish(write);
   channelEditor_->close();
+  views_->end();
   const Count receivers = receiverCount(services_.receiver);
   for (Index rx = 0; rx < receivers; ++rx) {
     services_.receiver.SetRxConnect(rx, false);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/file_saver.h"
+#include "base/wall_time.h"
 #include "controls/navigation.h"
 #include "controls/utc_clock.h"
 #include "frequency/dde_link.h"
@@ -29,6 +30,9 @@ class Calendar;
 class ChannelEditor;
 class DataLog;
 class FileFlows;
+class Overview;
+class StationViews;
+class Traces;
 
 /// The dialogs that the main window opens.
 class PanelDialogs {
@@ -43,6 +47,12 @@ class PanelDialogs {
   virtual void showLog(DataLog& log) = 0;
   /// Shows the channel window beside the main window, or brings it to the front; returns at once.
   virtual void showChannel(ChannelEditor& editor) = 0;
+  /// Shows the window with a row for each receiver, or brings it to the front; returns at once.
+  virtual void showOverview(Overview& overview) = 0;
+  /// The same for the window with the receivers' levels. Without the keyboard where something has
+  /// to be told that nobody asked for.
+  enum class Keys { Take, Leave };
+  virtual void showTraces(Traces& traces, Keys keys) = 0;
 };
 
 /// What the main window stands on.
@@ -64,6 +74,8 @@ struct PanelServices {
   /// Saves what a listener sends along who asks for help; answers where it is, for the operator.
   std::function<std::string()> saveReport = {};
   std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>();
+  std::function<WallTime()> wallTime = [] { return WallTime{0}; };
+  std::function<void(bool)> keepAwake = {};  ///< whether the computer may not sleep
 };
 
 /// A window's place on the desktop, in twips.
@@ -130,6 +142,7 @@ class MAin : public ControlEvents {
 
  private:
   ReceiverUnits units();
+  std::unique_ptr<StationViews> makeViews();
   void provideCompanions();
   void openLog(bool updateOnly);
   std::vector<LastWrite> lastWrites();
@@ -179,6 +192,7 @@ class MAin : public ControlEvents {
   FileSaver saver_;
   std::unique_ptr<ChannelEditor> channelEditor_;
   std::unique_ptr<DataLog> log_;
+  std::unique_ptr<StationViews> views_;
   RxEvents events_;
   Hz spoken_ = -1;       ///< the frequency to be announced
   Index spokenOf_ = -1;  ///< and its receiver

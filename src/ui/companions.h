@@ -13,6 +13,8 @@ enum class Companion {
   Log,           ///< the station log as it is
   LogAndRecord,  ///< the station log, after the present setting was recorded in it
   Help,          ///< the card of keyboard commands
+  Overview,      ///< a row for each receiver
+  Traces,        ///< the receivers' levels over each other
 };
 
 /// The companion windows by what opens them. What is not there has no button, and its key does
@@ -29,7 +31,7 @@ class Companions {
   static std::size_t place(Companion window) { return static_cast<std::size_t>(window); }
   std::function<void()>& at(Companion window) { return openers_[place(window)]; }
 
-  std::array<std::function<void()>, 4> openers_;
+  std::array<std::function<void()>, 6> openers_;
 };
 
 }  // namespace kelvane

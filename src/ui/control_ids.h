@@ -76,6 +76,32 @@ enum ControlId : int {
   ChnCancel = 1307,
   ChnStatus = 1308,
 
+  // Overview
+  AllRow = 1500,  // 0..7
+  AllOnTop = 1510,
+  AllTakeBack = 1511,
+
+  // Traces
+  TracePlot = 1550,
+  TraceReceiver = 1551,  // 0..7
+  TraceLonger = 1560,
+  TraceShorter = 1561,
+  TracePause = 1562,
+  TraceBack = 1563,
+  TraceOn = 1564,
+  TraceScale = 1565,
+  TracePeak = 1566,
+  TraceMean = 1567,
+  TraceReference = 1568,
+  TraceCompared = 1569,
+  TraceCopy = 1570,
+  TraceCsv = 1571,
+  TracePng = 1572,
+  TraceRecord = 1573,
+  TraceResults = 1574,
+  TraceOffsetLess = 1575,
+  TraceOffsetMore = 1576,
+
   // DataLog; OK is the system's own 1
   PadGrd = 1400,
   PadNotice = 1401,

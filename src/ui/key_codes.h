@@ -27,6 +27,8 @@ enum KeyCode : int {
   F3 = 114,
   F4 = 115,
   F6 = 117,
+  F7 = 118,
+  F8 = 119,
   MainPlus = 187,  ///< of the main keyboard, wherever the layout has them
   MainMinus = 189,
 };

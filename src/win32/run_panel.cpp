@@ -17,6 +17,15 @@
 
 namespace kelvane::win32 {
 
+namespace {
+
+/// Whether the computer may fall asleep by itself; what was asked last counts.
+void keepAwake(bool keep) {
+  SetThreadExecutionState(ES_CONTINUOUS | (keep ? ES_SYSTEM_REQUIRED : 0));
+}
+
+}  // namespace
+
 int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& settings,
              MessageBoxes& boxes, SolePanel& sole) {
   LinkHistory history;
@@ -40,7 +49,8 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   MAin panel({startUp.receiver(), startUp.frequency(), settings, window, dialogs, clipboard, digits,
               [] { return std::chrono::steady_clock::now(); }, name, files, calendar,
               std::filesystem::current_path(gone), fileBoxes, folder,
-              [&report] { return report.save(systemFacts(), wallTime()); }});
+              [&report] { return report.save(systemFacts(), wallTime()); },
+              std::make_shared<FileSteps>(), wallTime, keepAwake});
   ShownEvents events(panel, window);
   NotedEvents noted(history, events, wallTime);
   const auto receiverEvents = components.listen(noted);

@@ -7,6 +7,8 @@
 #include "win32/config_dialog.h"
 #include "win32/help_window.h"
 #include "win32/log_window.h"
+#include "win32/overview_window.h"
+#include "win32/traces_window.h"
 
 namespace kelvane::win32 {
 
@@ -32,6 +34,14 @@ class SystemDialogs : public PanelDialogs {
     if (!log_ || !log_->window()) log_ = std::make_unique<LogWindow>(owner_, log, colours_);
     log_->present();
   }
+  void showOverview(Overview& overview) override {
+    if (!overview_) overview_ = std::make_unique<OverviewWindow>(owner_, overview);
+    overview_->present(ViewWindow::Keys::Take);
+  }
+  void showTraces(Traces& traces, Keys keys) override {
+    if (!traces_) traces_ = std::make_unique<TracesWindow>(owner_, traces);
+    traces_->present(keys == Keys::Take ? ViewWindow::Keys::Take : ViewWindow::Keys::Leave);
+  }
 
  private:
   HWND owner_;
@@ -39,6 +49,8 @@ class SystemDialogs : public PanelDialogs {
   std::unique_ptr<ChannelDialog> channels_;
   std::unique_ptr<HelpWindow> help_;
   std::unique_ptr<LogWindow> log_;
+  std::unique_ptr<OverviewWindow> overview_;
+  std::unique_ptr<TracesWindow> traces_;
 };
 
 }  // namespace kelvane::win32

@@ -69,7 +69,9 @@ MAin& PanelRig::start(milliseconds settle) {
                                                fileDialogs,
                                                folder(),
                                                {},
-                                               disk});
+                                               disk,
+                                               [this] { return wallTime(); },
+                                               [this](bool keep) { keptAwake = keep; }});
   window.panel = panel.get();
   window.show();
   window.pending = [this] { sondrel.pump(); };

@@ -80,6 +80,8 @@ class FakeDialogs : public PanelDialogs {
   }
 
   void showHelp(MiniHelp&) override { ++helps; }
+  void showOverview(Overview& shown) override { overview = &shown; }
+  void showTraces(Traces& shown, Keys) override { ++tracesShown, traces = &shown; }
   void showLog(DataLog& shown) override { ++logs, log = &shown; }
 
   int channelsShown = 0;
@@ -88,6 +90,9 @@ class FakeDialogs : public PanelDialogs {
   int helps = 0;
   int logs = 0;
   DataLog* log = nullptr;
+  Overview* overview = nullptr;
+  Traces* traces = nullptr;
+  int tracesShown = 0;
   std::function<void(Config&)> inConfig;
 
  private:
@@ -142,6 +147,11 @@ class PanelRig {
   void turnKnob(Index rx, Hz frequency);
   std::string digits() const;
   MainView& view() const { return panel->view(); }
+  /// The wall clock goes with the other one.
+  WallTime wallTime() const {
+    const auto gone = sondrel.clock.now.time_since_epoch();
+    return 1'800'000'000'000 + std::chrono::duration_cast<milliseconds>(gone).count();
+  }
   /// Where the panel keeps files of its own.
   std::filesystem::path folder() const { return sondrel.folder.path() / "panel"; }
   /// Lets the panel's files reach the disk, and the panel hear of it.
@@ -166,6 +176,7 @@ class PanelRig {
   std::unique_ptr<ReceiverComponent> wrapped;
   FrequencyComponent* plan = &ambrel;
   std::unique_ptr<MAin> panel;
+  bool keptAwake = false;
 };
 
 }  // namespace kelvane::fakes

@@ -114,10 +114,15 @@ class KeyScript : public testing::Test {
       panel_.keyHere(code, modifiers);
     };
   }
+  std::function<bool()> focusesThere(int control) {
+    return [this, control] {
+      return eventually([&] { return focused() == GetDlgItem(other_, control); }, 3000);
+    };
+  }
   /// The current cell of the other window's grid, as it is spoken.
   std::string spoken(int grid) const {
-    wchar_t words[256] = L"";
-    SendMessageW(GetDlgItem(other_, grid), WM_GETTEXT, 256, reinterpret_cast<LPARAM>(words));
+    wchar_t words[1024] = L"";
+    SendMessageW(GetDlgItem(other_, grid), WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(words));
     return narrow(words);
   }
   std::function<bool()> speaks(int grid, const std::string& part) {
@@ -139,6 +144,9 @@ class KeyScript : public testing::Test {
   std::vector<Line> digitKeys();
   std::vector<Line> channelKeys();
   std::vector<Line> logKeys();
+  std::vector<Line> overviewKeys();
+  std::vector<Line> traceKeys();
+  void playViews();
   void playPairs();
   void playChannels();
   void playLog();
@@ -371,6 +379,72 @@ void KeyScript::playLog() {
   EXPECT_TRUE(closed());
 }
 
+/// From the first row, of a new instance's four.
+std::vector<Line> KeyScript::overviewKeys() {
+  const int harrow = id::AllRow, quill = id::AllRow + 1;
+  const auto digits = [this] {
+    giveKeyboard(other_);
+    for (const int code : {int('9'), int('5'), int('8'), int('0'), VK_RETURN})
+      panel_.keyHere(static_cast<WORD>(code));
+  };
+  const auto copied = [this] {
+    keyThere('C', kCtrl)();
+    panel_.keyHere(VK_UP);
+  };
+  const auto shown = [this](int tab) {
+    return [=, this] { return eventually([&] { return panel_.selectedTab() == tab; }, 3000); };
+  };
+  return {{"Down", keyThere(VK_DOWN), focusesThere(quill)},
+          {"Up", keyThere(VK_UP), focusesThere(harrow)},
+          {"Down", keyThere(VK_DOWN), focusesThere(quill)},
+          {"Right", keyThere(VK_RIGHT), speaks(quill, "14200.500 kHz")},
+          {"Left", keyThere(VK_LEFT), speaks(quill, "14200.000 kHz")},
+          {"MMMKKK.HHH CR", digits, speaks(quill, "9580.000 kHz")},
+          {"CR", keyThere(VK_RETURN), shown(1)},
+          {"CTL 1..8", keyThere('1', kCtrl), shown(0)},
+          {"CTL-C", copied, focusesThere(harrow)},
+          {"CTL-V", keyThere('V', kCtrl), speaks(harrow, "9580.000 kHz")},
+          {"CTL-Z", keyThere('Z', kCtrl), speaks(harrow, "7123.000 kHz")}};
+}
+
+std::vector<Line> KeyScript::traceKeys() {
+  const int results = id::TraceResults, plot = id::TracePlot, first = id::TraceReceiver;
+  const auto silent = [this](int control, const std::string& part) {
+    return [=, this] {
+      return eventually([&] { return spoken(control).find(part) == std::string::npos; }, 3000);
+    };
+  };
+  return {{"1..8", keyThere('2'), silent(results, "Quill")},
+          {"+", keyThere(VK_ADD), speaks(results, "10 min shown")},
+          {"-", keyThere(VK_SUBTRACT), speaks(results, "5 min shown")},
+          {"PGUP", keyThere(VK_PRIOR), speaks(id::TracePause, "R&un")},
+          {"PGDN", keyThere(VK_NEXT), speaks(id::TracePause, "Pa&use")},
+          {"SPACE", keyThere(VK_SPACE), speaks(id::TracePause, "R&un")},
+          {"Left", keyThere(VK_LEFT), speaks(plot, " UTC, Harrow ")},
+          {"Right", keyThere(VK_RIGHT), speaks(plot, " UTC, Harrow ")},
+          {"Up", keyThere(VK_UP), speaks(id::TraceScale, "Fixed")},
+          {"Down", keyThere(VK_DOWN), speaks(id::TraceScale, "Fixed")},
+          {"CTL Up", keyThere(VK_UP, kCtrl), speaks(first, "Harrow +0.1")},
+          {"CTL Down", keyThere(VK_DOWN, kCtrl), silent(first, "+0.1")},
+          {"CTL-C", keyThere('C', kCtrl), speaks(results, "on the clipboard")}};
+}
+
+/// Both windows keep what they show while they are closed.
+void KeyScript::playViews() {
+  const auto hidden = [this] {
+    panel_.keyHere(VK_ESCAPE);
+    return eventually([this] { return !IsWindowVisible(other_); });
+  };
+  ASSERT_TRUE(tuned("7123", "  7123000"));
+  play({{"F7", key(VK_F7), [this] { return opened(L"KelvaneOverview"); }}});
+  ASSERT_TRUE(speaks(id::AllRow, "1 Harrow, shown, 7123.000 kHz")()) << spoken(id::AllRow);
+  play(overviewKeys(), "From all receivers (F7)");
+  EXPECT_TRUE(hidden());
+  play({{"F8", key(VK_F8), [this] { return opened(L"KelvaneTraces"); }}});
+  play(traceKeys(), "From level traces (F8)");
+  EXPECT_TRUE(hidden());
+}
+
 void KeyScript::playCard() {
   panel_.key(VK_F1);
   ASSERT_TRUE(opened(L"KelvaneMiniHelp"));
@@ -409,6 +483,7 @@ TEST_F(KeyScript, EachRowOfTheCardDoesInTheRealProgramWhatItSays) {
   type("\x1b");
   playChannels();
   playLog();
+  playViews();
   playCard();
   for (const CommandRow& row : commandRows())
     EXPECT_TRUE(played_.contains({kMain, std::string(row.keys)})) << row.keys;

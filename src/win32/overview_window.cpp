@@ -1,0 +1,288 @@
+#include "win32/overview_window.h"
+
+#include <oleacc.h>
+#include <windowsx.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "base/win32/accessible.h"
+#include "base/win32/window_barrier.h"
+#include "ui/control_ids.h"
+#include "ui/key_codes.h"
+#include "win32/paint.h"
+#include "win32/text.h"
+
+namespace kelvane::win32 {
+
+namespace {
+
+constexpr wchar_t kRowClass[] = L"KelvaneOverviewRow";
+constexpr int kOverviewWidth = 990, kHeadHeight = 28, kRowHeight = 38, kFootHeight = 44;
+constexpr int kUsualRows = 4;
+/// The columns' widths that stay the same however wide the window is, 96ths of an inch.
+constexpr int kLevelWidth = 140, kReadingWidth = 62, kMinuteWidth = 104, kMovedWidth = 148;
+constexpr int kNameLeft = 30, kFrequencyLeft = 130, kModeLeft = 278, kStationLeft = 372;
+
+ViewWindow::Design design() {
+  return {L"KelvaneOverview",
+          "All receivers",
+          kOverviewWidth,
+          kHeadHeight + kUsualRows * kRowHeight + kFootHeight,
+          760,
+          kHeadHeight + kRowHeight + kFootHeight};
+}
+
+}  // namespace
+
+OverviewWindow::OverviewWindow(HWND owner, Overview& overview)
+    : ViewWindow(owner, design(), [&overview] { return overview.colours(); }), overview_(overview) {
+  WNDCLASSW own{};
+  own.lpfnWndProc = rowProcedure;
+  own.hInstance = GetModuleHandleW(nullptr);
+  own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  own.lpszClassName = kRowClass;
+  RegisterClassW(&own);
+  addButton(id::AllOnTop, "Keep on &top", "Keep this window above all others");
+  addButton(id::AllTakeBack, "Take &back", "Take back the last copy of a setting (Ctrl+Z)");
+  makeFont();
+  setOnTop(overview_.onTop());
+  makeRows(overview_.rows());
+}
+
+OverviewWindow::~OverviewWindow() { DeleteObject(digits_); }
+
+void OverviewWindow::makeFont() {
+  DeleteObject(digits_);
+  digits_ = CreateFontW(-px(19), 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                        OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH,
+                        textFont());
+}
+
+void OverviewWindow::lookChanged() { makeFont(); }
+
+void OverviewWindow::makeRows(int count) {
+  while (static_cast<int>(rows_.size()) > count) {
+    const HWND gone = rows_.back().window;
+    rows_.pop_back();
+    DestroyWindow(gone);
+  }
+  while (static_cast<int>(rows_.size()) < count) {
+    const int number = static_cast<int>(rows_.size());
+    Row row;
+    row.window =
+        CreateWindowExW(0, kRowClass, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 0, 0, window(),
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::AllRow + number)),
+                        GetModuleHandleW(nullptr), this);
+    giveRole(row.window, ROLE_SYSTEM_LISTITEM);
+    rows_.push_back(std::move(row));
+  }
+  needHeight(kHeadHeight + std::max(count, 1) * kRowHeight + kFootHeight);
+}
+
+void OverviewWindow::layOut(int width, int height) {
+  columns_.number = px(12);
+  columns_.name = px(kNameLeft);
+  columns_.frequency = px(kFrequencyLeft);
+  columns_.mode = px(kModeLeft);
+  columns_.station = px(kStationLeft);
+  columns_.end = width - px(8);
+  columns_.moved = columns_.end - px(kMovedWidth);
+  columns_.minute = columns_.moved - px(kMinuteWidth + 10);
+  columns_.reading = columns_.minute - px(kReadingWidth + 6);
+  columns_.level = columns_.reading - px(kLevelWidth + 6);
+  int top = px(kHeadHeight);
+  for (const Row& row : rows_) {
+    SetWindowPos(row.window, nullptr, 0, top, width, px(kRowHeight), SWP_NOZORDER | SWP_NOACTIVATE);
+    InvalidateRect(row.window, nullptr, FALSE);
+    top += px(kRowHeight);
+  }
+  const int button = height - px(8) - px(28);
+  place(id::AllTakeBack, width - px(8) - px(90), button, px(90), px(28));
+  place(id::AllOnTop, width - px(16) - px(190), button, px(100), px(28));
+}
+
+void OverviewWindow::refresh() {
+  const int count = overview_.rows();
+  if (count != static_cast<int>(rows_.size())) {
+    makeRows(count);
+    RECT area{};
+    GetClientRect(window(), &area);
+    layOut(area.right, area.bottom);
+    InvalidateRect(window(), nullptr, FALSE);
+  }
+  for (int row = 0; row < count; ++row) showRow(row, overview_.row(static_cast<Index>(row)));
+  setButton(id::AllOnTop, overview_.onTop() ? "On &top: yes" : "Keep on &top", overview_.onTop());
+  EnableWindow(item(id::AllTakeBack), overview_.canTakeBack());
+  showStatus();
+}
+
+void OverviewWindow::showStatus() {
+  std::string now = overview_.statusLine();
+  if (now == status_) return;
+  status_ = std::move(now);
+  RECT strip{};
+  GetClientRect(window(), &strip);
+  strip.top = strip.bottom - px(kFootHeight);
+  InvalidateRect(window(), &strip, FALSE);
+}
+
+RECT OverviewWindow::cell(int left, int right) const { return {left, 0, right, px(kRowHeight)}; }
+
+/// Only the cells whose values differ are painted anew.
+void OverviewWindow::showRow(int number, const OverviewRow& now) {
+  Row& row = rows_[static_cast<std::size_t>(number)];
+  OverviewRow& was = row.shown;
+  const auto changed = [&row](const RECT& area) { InvalidateRect(row.window, &area, FALSE); };
+  const Columns& at = columns_;
+  if (was.shown != now.shown || was.online != now.online || was.link != now.link ||
+      was.remote != now.remote || was.name != now.name) {
+    InvalidateRect(row.window, nullptr, FALSE);
+  } else {
+    if (was.frequency != now.frequency || was.entry != now.entry)
+      changed(cell(at.frequency, at.mode));
+    if (was.mode != now.mode || was.settings != now.settings) changed(cell(at.mode, at.station));
+    if (was.station != now.station) changed(cell(at.station, at.level));
+    if (was.bar != now.bar) changed(cell(at.level, at.reading));
+    if (was.reading != now.reading || was.squelch != now.squelch || was.level != now.level)
+      changed(cell(at.reading, at.minute));
+    if (was.minute != now.minute) changed(cell(at.minute, at.moved));
+    if (was.movedBy != now.movedBy) changed(cell(at.moved, at.end));
+  }
+  was = now;
+  std::string spoken = spokenRow(number + 1, now);
+  if (spoken == row.spoken) return;
+  row.spoken = std::move(spoken);
+  SetWindowTextW(row.window, wide(row.spoken).c_str());
+}
+
+void OverviewWindow::command(int id) {
+  if (id == id::AllOnTop) {
+    overview_.setOnTop(!overview_.onTop());
+    setOnTop(overview_.onTop());
+  } else if (id == id::AllTakeBack) {
+    overview_.takeBack();
+  }
+  refresh();
+}
+
+bool OverviewWindow::keyDown(int keyCode, int shift) {
+  const int row = rowOf(GetFocus());
+  const int last = static_cast<int>(rows_.size()) - 1;
+  int wanted = -1;
+  if (row >= 0 && shift == 0) {
+    if (keyCode == key::Up) wanted = std::max(row - 1, 0);
+    if (keyCode == key::Down) wanted = std::min(row + 1, last);
+    if (keyCode == key::Home) wanted = 0;
+    if (keyCode == key::End) wanted = last;
+  }
+  if (wanted >= 0) return SetFocus(rows_[static_cast<std::size_t>(wanted)].window), true;
+  if (!overview_.keyDown(keyCode, shift)) return false;
+  refresh();
+  return true;
+}
+
+bool OverviewWindow::keyPress(int character) {
+  if (!overview_.keyPress(character)) return false;
+  refresh();
+  return true;
+}
+
+HWND OverviewWindow::startOfKeys() const {
+  const int row = std::max(overview_.focused(), 0);
+  if (row < static_cast<int>(rows_.size())) return rows_[static_cast<std::size_t>(row)].window;
+  return rows_.empty() ? item(id::AllOnTop) : rows_.front().window;
+}
+
+ViewWindow::Frame OverviewWindow::startFrame(Global::Point owner) const {
+  const Overview::Place place = overview_.startPlace(owner);
+  return {place.at, place.width, place.height};
+}
+
+void OverviewWindow::leftAt(const Frame& frame) {
+  overview_.leftAt({frame.at, frame.width, frame.height});
+}
+
+int OverviewWindow::rowOf(HWND window) const {
+  const auto found = std::ranges::find(rows_, window, &Row::window);
+  return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+}
+
+int OverviewWindow::rowAt(POINT screen) const { return rowOf(WindowFromPoint(screen)); }
+
+LRESULT CALLBACK OverviewWindow::rowProcedure(HWND window, UINT message, WPARAM wParam,
+                                              LPARAM lParam) {
+  if (message == WM_NCCREATE) {
+    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
+  }
+  auto* self = reinterpret_cast<OverviewWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  LRESULT result = 0;
+  bool handled = false;
+  const bool whole = windowBarrier(window, message, [&] {
+    const int row = self ? self->rowOf(window) : -1;
+    handled = row >= 0 && self->rowMessage(row, message, wParam, lParam, result);
+  });
+  if (!whole) return 0;
+  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
+}
+
+bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lParam,
+                                LRESULT& result) {
+  const HWND window = rows_[static_cast<std::size_t>(row)].window;
+  POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+  switch (message) {
+    case WM_PAINT:
+      return paintRow(window, row), true;
+    case WM_ERASEBKGND:
+      return result = 1, true;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+      if (message == WM_SETFOCUS) overview_.focus(row);
+      InvalidateRect(window, nullptr, FALSE);
+      return refresh(), true;
+    case WM_LBUTTONDOWN:
+      pressed_ = row;
+      dragging_ = false;
+      SetFocus(window);
+      SetCapture(window);
+      return true;
+    case WM_MOUSEMOVE:
+      if (pressed_ != row) return false;
+      ClientToScreen(window, &at);
+      target_ = rowAt(at);
+      dragging_ |= target_ != row;
+      SetCursor(LoadCursorW(nullptr, !dragging_ ? IDC_ARROW : target_ >= 0 ? IDC_HAND : IDC_NO));
+      return true;
+    case WM_LBUTTONUP:
+      if (pressed_ != row) return false;
+      ClientToScreen(window, &at);
+      return drop(at), true;
+    case WM_CAPTURECHANGED:
+      pressed_ = -1;
+      return true;
+    case WM_MOUSEWHEEL: {
+      // Some systems send it to the window under the pointer, some to the one with the focus.
+      const int under = rowAt(at);
+      if (under < 0) return true;
+      ScreenToClient(rows_[static_cast<std::size_t>(under)].window, &at);
+      if (at.x >= columns_.frequency && at.x < columns_.mode)
+        overview_.wheel(under, GET_WHEEL_DELTA_WPARAM(wParam));
+      return refresh(), true;
+    }
+    default:
+      return partMessage(message, wParam);
+  }
+}
+
+/// A press and its release on one row shows the receiver; from one row to another it copies.
+void OverviewWindow::drop(POINT screen) {
+  const int from = std::exchange(pressed_, -1), to = rowAt(screen);
+  ReleaseCapture();
+  if (!dragging_ && to == from) overview_.show(to);
+  if (dragging_ && to >= 0 && to != from) overview_.copy(from, to);
+  dragging_ = false;
+  refresh();
+}
+
+}  // namespace kelvane::win32
