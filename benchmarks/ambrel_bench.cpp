@@ -15,9 +15,9 @@
 #include "base/text.h"
 #include "benchmarks/table.h"
 #include "components/ambrel/ambrel_core.h"
-#include "components/ambrel/eibi_schedule.h"
-#include "components/ambrel/schedule_store.h"
-#include "components/ambrel/station_table.h"
+#include "components/ambrel/schedule/eibi_schedule.h"
+#include "components/ambrel/schedule/schedule_store.h"
+#include "components/ambrel/stations/station_table.h"
 
 // Looking up the nearest known frequency, against std::lower_bound on a plain array of the same
 // frequencies; and taking in a schedule, against a bare split of the same file into lines. A

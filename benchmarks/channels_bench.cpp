@@ -8,8 +8,8 @@
 #include "base/code_page.h"
 #include "base/text.h"
 #include "benchmarks/table.h"
+#include "companions/channel_tasks.h"
 #include "tests/fakes/sondrel_rig.h"
-#include "windows/channel_tasks.h"
 
 // Import and export of channel files, against a bare read of the same file whose lines are split
 // into their fields.

@@ -5,13 +5,13 @@
 
 #include "base/number.h"
 #include "benchmarks/table.h"
-#include "components/ambrel/eibi_schedule.h"
-#include "components/ambrel/known_sets.h"
-#include "components/ambrel/season.h"
-#include "components/ambrel/station_table.h"
-#include "components/sondrel/channel_bank.h"
-#include "components/sondrel/receiver_config.h"
-#include "log/log_table.h"
+#include "components/ambrel/schedule/eibi_schedule.h"
+#include "components/ambrel/schedule/season.h"
+#include "components/ambrel/stations/known_sets.h"
+#include "components/ambrel/stations/station_table.h"
+#include "components/sondrel/channels/channel_bank.h"
+#include "components/sondrel/config/receiver_config.h"
+#include "station_log/log_table.h"
 
 // Files of the largest size and the worst form that is read: what twice as large a file takes, and
 // whether the window could answer within a second of the start.

@@ -18,9 +18,9 @@
 #include "base/safe_file.h"
 #include "benchmarks/latencies.h"
 #include "benchmarks/table.h"
-#include "log/log_export.h"
-#include "log/log_file.h"
-#include "log/log_line.h"
+#include "station_log/log_export.h"
+#include "station_log/log_file.h"
+#include "station_log/log_line.h"
 
 // A station log of a million records: reading it, sorting it by each column, saving it, and the
 // memory that it takes; its exports; and a single record that is stored by key.

@@ -17,7 +17,7 @@
 
 #include "base/tcp_client.h"
 #include "benchmarks/latencies.h"
-#include "components/sondrel/rigctld_session.h"
+#include "components/sondrel/rigctld/rigctld_session.h"
 
 // Tuning a real radio server through a session, from the request to the report of its answer,
 // against a bare socket that sends the same lines to the same server and waits for the same bytes.

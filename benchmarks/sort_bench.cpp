@@ -10,7 +10,7 @@
 #include "base/number.h"
 #include "benchmarks/measured_stack.h"
 #include "benchmarks/table.h"
-#include "shell/grid_sort.h"
+#include "grid/grid_sort.h"
 
 // The sort of a grid of a million rows, with the making of its keys, against std::sort on keys that
 // are ready.

@@ -10,7 +10,7 @@
 #include "benchmarks/wine/timing_board.h"
 #include "components/ambrel/ambrel_core.h"
 #include "components/sondrel/sondrel_core.h"
-#include "shell/main_window.h"
+#include "panel/main_window.h"
 #include "tests/fakes/file_dialogs.h"
 #include "tests/fakes/map_settings.h"
 #include "tests/wine/instance.h"

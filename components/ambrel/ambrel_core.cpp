@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "base/barrier.h"
-#include "components/ambrel/codes_file.h"
-#include "components/ambrel/region_store.h"
-#include "components/modes.h"
+#include "components/ambrel/bands/region_store.h"
+#include "components/ambrel/schedule/codes_file.h"
+#include "contract/modes.h"
 
 namespace kelvane::ambrel {
 

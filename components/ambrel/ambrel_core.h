@@ -8,14 +8,14 @@
 #include <vector>
 
 #include "components/ambrel/background.h"
-#include "components/ambrel/bands.h"
-#include "components/ambrel/codes.h"
+#include "components/ambrel/bands/bands.h"
 #include "components/ambrel/component_windows.h"
 #include "components/ambrel/data_files.h"
 #include "components/ambrel/event_queue.h"
-#include "components/ambrel/known_stations.h"
-#include "components/ambrel/station_data.h"
-#include "components/ambrel/station_words.h"
+#include "components/ambrel/schedule/codes.h"
+#include "components/ambrel/stations/known_stations.h"
+#include "components/ambrel/stations/station_data.h"
+#include "components/ambrel/stations/station_words.h"
 #include "components/ambrel/utc.h"
 #include "contract/components.h"
 

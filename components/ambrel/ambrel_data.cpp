@@ -4,9 +4,9 @@
 
 #include "base/safe_file.h"
 #include "components/ambrel/ambrel_core.h"
-#include "components/ambrel/codes_file.h"
-#include "components/ambrel/schedule_store.h"
-#include "components/modes.h"
+#include "components/ambrel/schedule/codes_file.h"
+#include "components/ambrel/schedule/schedule_store.h"
+#include "contract/modes.h"
 
 namespace kelvane::ambrel {
 

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "components/ambrel/kilohertz.h"
-#include "components/modes.h"
+#include "contract/modes.h"
 
 namespace kelvane::ambrel {
 

@@ -1,7 +1,7 @@
 #include "components/ambrel/list_cells.h"
 
 #include "components/ambrel/kilohertz.h"
-#include "components/modes.h"
+#include "contract/modes.h"
 
 namespace kelvane::ambrel {
 

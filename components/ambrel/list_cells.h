@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "components/ambrel/station_words.h"
+#include "components/ambrel/stations/station_words.h"
 
 namespace kelvane::ambrel {
 

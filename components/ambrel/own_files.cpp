@@ -3,7 +3,7 @@
 #include <system_error>
 
 #include "base/file_lock.h"
-#include "components/ambrel/bands.h"
+#include "components/ambrel/bands/bands.h"
 
 namespace kelvane::ambrel {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "components/ambrel/day_rule.h"
-#include "components/ambrel/season.h"
+#include "components/ambrel/schedule/day_rule.h"
+#include "components/ambrel/schedule/season.h"
 #include "components/ambrel/utc.h"
 #include "contract/types.h"
 

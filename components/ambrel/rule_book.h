@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "components/ambrel/record.h"
-#include "components/ambrel/season.h"
+#include "components/ambrel/schedule/season.h"
 
 namespace kelvane::ambrel {
 

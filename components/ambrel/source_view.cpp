@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/safe_file.h"
-#include "components/ambrel/schedule_store.h"
+#include "components/ambrel/schedule/schedule_store.h"
 
 namespace kelvane::ambrel {
 

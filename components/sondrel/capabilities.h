@@ -20,7 +20,7 @@ struct Choice {
 
 /// One mode that a receiver has.
 struct ModeChoice {
-  Setting value = 0;        ///< a number of components/modes.h
+  Setting value = 0;        ///< a number of contract/modes.h
   bool carrier = false;     ///< recovers a carrier
   bool bfo = false;         ///< uses the BFO
   std::vector<Hz> filters;  ///< bandwidths, ascending, never 0

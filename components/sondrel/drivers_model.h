@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "components/sondrel/receiver_config.h"
+#include "components/sondrel/config/receiver_config.h"
 
 namespace kelvane::sondrel {
 

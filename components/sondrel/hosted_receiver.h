@@ -2,9 +2,9 @@
 
 #include <memory>
 
+#include "components/sondrel/channels/receiver_channels.h"
 #include "components/sondrel/key_pairs.h"
 #include "components/sondrel/receiver.h"
-#include "components/sondrel/receiver_channels.h"
 #include "components/sondrel/receiver_entry.h"
 
 namespace kelvane::sondrel {

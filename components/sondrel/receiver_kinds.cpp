@@ -1,8 +1,8 @@
 #include <array>
 
 #include "components/sondrel/radios/radio_kind.h"
-#include "components/sondrel/rigctld_receiver.h"
-#include "components/sondrel/simulation.h"
+#include "components/sondrel/rigctld/rigctld_receiver.h"
+#include "components/sondrel/simulated/simulation.h"
 
 namespace kelvane::sondrel {
 

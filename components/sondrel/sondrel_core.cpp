@@ -4,7 +4,7 @@
 
 #include "base/instance_name.h"
 #include "base/one_try.h"
-#include "components/sondrel/simulated_receiver.h"
+#include "components/sondrel/simulated/simulated_receiver.h"
 
 namespace kelvane::sondrel {
 

@@ -10,12 +10,12 @@
 
 #include "base/file_saver.h"
 #include "components/sondrel/component_windows.h"
-#include "components/sondrel/config_file.h"
+#include "components/sondrel/config/config_file.h"
 #include "components/sondrel/event_queue.h"
 #include "components/sondrel/forwarding.h"
 #include "components/sondrel/hosted_receiver.h"
 #include "components/sondrel/sharing/sharing.h"
-#include "components/sondrel/simulated_receiver.h"
+#include "components/sondrel/simulated/simulated_receiver.h"
 #include "contract/components.h"
 
 namespace kelvane::sondrel {

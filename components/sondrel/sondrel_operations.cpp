@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "base/barrier.h"
-#include "components/sondrel/channelized.h"
+#include "components/sondrel/channels/channelized.h"
 #include "components/sondrel/s_meter.h"
 #include "components/sondrel/sondrel_core.h"
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "components/modes.h"
 #include "components/sondrel/sondrel_core.h"
+#include "contract/modes.h"
 
 namespace kelvane::sondrel {
 

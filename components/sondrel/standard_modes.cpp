@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "components/modes.h"
+#include "contract/modes.h"
 
 namespace kelvane::sondrel {
 

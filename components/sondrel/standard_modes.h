@@ -4,7 +4,7 @@
 
 namespace kelvane::sondrel {
 
-/// A mode of components/modes.h with the traits that it has anywhere and the bandwidths that are
+/// A mode of contract/modes.h with the traits that it has anywhere and the bandwidths that are
 /// usual for it. A number that is no mode gets neither.
 ModeChoice standardMode(Setting mode);
 

@@ -3,7 +3,7 @@
 #include "controls/stepping.h"
 #include "frequency/cls_frq_digit.h"
 #include "receiver/shown_receiver.h"
-#include "shell/options.h"
+#include "settings/options.h"
 #include "ui/main_view.h"
 
 namespace kelvane {

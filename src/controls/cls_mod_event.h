@@ -4,6 +4,7 @@
 
 #include "contract/components.h"
 #include "ui/control.h"
+#include "ui/shared_width.h"
 
 namespace kelvane {
 
@@ -19,7 +20,7 @@ class clsModEvent {
   void LockAll(bool lock);
   /// Width of each button when `total` is shared out, to the nearest whole unit; button i starts at
   /// i times the width.
-  static constexpr int Width(int total) { return (total + kButtons / 2) / kButtons; }
+  static constexpr int Width(int total) { return sharedWidth(total, kButtons); }
   /// The captions were another receiver's: until something is known they say so.
   void otherReceiver();
   /// Brings all five up to date for a receiver. What the component fails to answer is passed over.

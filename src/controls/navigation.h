@@ -1,7 +1,7 @@
 #pragma once
 
 #include "controls/best_setting.h"
-#include "ui/refusal.h"
+#include "controls/refusal.h"
 
 namespace kelvane {
 

@@ -8,8 +8,9 @@
 #include "base/safe_file.h"
 #include "base/text.h"
 #include "contract/link_state.h"
-#include "shell/options.h"
-#include "shell/title.h"
+#include "receiver/receiver_set.h"
+#include "settings/options.h"
+#include "settings/title.h"
 
 namespace kelvane {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "diagnostics/link_history.h"
-#include "shell/settings.h"
+#include "settings/settings.h"
 
 namespace kelvane {
 

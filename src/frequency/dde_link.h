@@ -5,7 +5,7 @@
 #include "frequency/digit_server.h"
 #include "frequency/dtmf_digits.h"
 #include "receiver/shown_receiver.h"
-#include "shell/options.h"
+#include "settings/options.h"
 #include "ui/control.h"
 #include "ui/window_commands.h"
 

@@ -9,10 +9,10 @@
 #include "frequency/w_mouse.h"
 #include "overview/receiver_watch.h"
 #include "overview/setting_copy.h"
-#include "shell/global.h"
-#include "shell/settings.h"
+#include "settings/settings.h"
 #include "ui/clipboard.h"
 #include "ui/colours.h"
+#include "ui/global.h"
 #include "ui/meter_bar.h"
 
 namespace kelvane {

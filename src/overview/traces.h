@@ -12,11 +12,11 @@
 #include "levels/level_recorder.h"
 #include "overview/receiver_watch.h"
 #include "overview/trace_lines.h"
-#include "shell/file_flows.h"
-#include "shell/global.h"
-#include "shell/settings.h"
+#include "settings/settings.h"
 #include "ui/clipboard.h"
 #include "ui/colours.h"
+#include "ui/file_flows.h"
+#include "ui/global.h"
 
 namespace kelvane {
 

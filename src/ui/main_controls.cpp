@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/text.h"
-#include "controls/cls_mod_event.h"
+#include "ui/shared_width.h"
 
 namespace kelvane {
 
@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kLeft = 8;
 constexpr int kWidth = kMainWidth - 2 * kLeft;
-constexpr int kModWidth = clsModEvent::Width(kWidth);
+constexpr int kModWidth = sharedWidth(kWidth, 5);
 
 // Rows of the black panel: the digits, the station, the steps.
 constexpr int kDigitRow = 46;

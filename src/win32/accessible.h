@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "base/win32/accessible.h"
+#include "gui/win32/accessible.h"
 #include "ui/main_controls.h"
 
 namespace kelvane::win32 {

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "base/win32/dialog_window.h"
+#include "companions/channel_editor.h"
+#include "gui/win32/dialog_window.h"
 #include "win32/grid_window.h"
-#include "windows/channel_editor.h"
 
 namespace kelvane::win32 {
 

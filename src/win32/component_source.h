@@ -1,7 +1,7 @@
 #pragma once
 
 #include "contract/win32/event_connection.h"
-#include "shell/start_up.h"
+#include "panel/start_up.h"
 #include "win32/panel_window.h"
 
 namespace kelvane::win32 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/win32/dialog_window.h"
-#include "shell/main_window.h"
+#include "gui/win32/dialog_window.h"
+#include "panel/main_window.h"
 
 namespace kelvane::win32 {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "base/win32/window_barrier.h"
+#include "gui/win32/window_barrier.h"
 
 namespace kelvane::win32 {
 

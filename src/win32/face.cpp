@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "base/win32/window_barrier.h"
+#include "gui/win32/window_barrier.h"
 #include "win32/accessible.h"
 #include "win32/text.h"
 

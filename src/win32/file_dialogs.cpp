@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "base/win32/common_dialogs.h"
+#include "gui/win32/common_dialogs.h"
 #include "win32/modal.h"
 #include "win32/text.h"
 

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "shell/file_flows.h"
+#include "ui/file_flows.h"
 
 namespace kelvane::win32 {
 

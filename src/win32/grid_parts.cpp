@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "base/win32/text_size.h"
+#include "gui/win32/text_size.h"
 #include "win32/accessible.h"
 #include "win32/fonts.h"
 #include "win32/grid_window.h"

@@ -8,8 +8,8 @@
 #include <exception>
 #include <utility>
 
-#include "base/win32/common_controls.h"
-#include "base/win32/window_barrier.h"
+#include "gui/win32/common_controls.h"
+#include "gui/win32/window_barrier.h"
 #include "win32/accessible.h"
 #include "win32/face.h"
 #include "win32/text.h"

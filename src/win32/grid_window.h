@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "base/win32/tool_tips.h"
 #include "grid/grid.h"
+#include "gui/win32/tool_tips.h"
 #include "win32/colours.h"
 
 namespace kelvane::win32 {

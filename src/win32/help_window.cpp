@@ -7,15 +7,15 @@
 #include <array>
 #include <utility>
 
-#include "base/win32/common_controls.h"
-#include "base/win32/text_size.h"
-#include "base/win32/window_barrier.h"
+#include "companions/help_card.h"
+#include "gui/win32/common_controls.h"
+#include "gui/win32/text_size.h"
+#include "gui/win32/window_barrier.h"
 #include "ui/control_ids.h"
 #include "win32/accessible.h"
 #include "win32/message_boxes.h"
 #include "win32/screens.h"
 #include "win32/text.h"
-#include "windows/help_card.h"
 
 namespace kelvane::win32 {
 

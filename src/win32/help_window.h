@@ -4,8 +4,8 @@
 
 #include <memory>
 
+#include "companions/mini_help.h"
 #include "win32/fonts.h"
-#include "windows/mini_help.h"
 
 namespace kelvane::win32 {
 

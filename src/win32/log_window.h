@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "base/win32/dialog_window.h"
+#include "companions/data_log.h"
+#include "gui/win32/dialog_window.h"
 #include "win32/grid_window.h"
-#include "windows/data_log.h"
 
 namespace kelvane::win32 {
 

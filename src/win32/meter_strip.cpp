@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "base/win32/window_barrier.h"
+#include "gui/win32/window_barrier.h"
 #include "ui/control_ids.h"
 #include "win32/accessible.h"
 #include "win32/colours.h"

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/win32/text_size.h"
-#include "base/win32/window_barrier.h"
-#include "shell/global.h"
+#include "gui/win32/text_size.h"
+#include "gui/win32/window_barrier.h"
+#include "ui/global.h"
 #include "ui/main_controls.h"
 #include "win32/colours.h"
 #include "win32/screens.h"

@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "base/win32/tool_tips.h"
-#include "shell/main_window.h"
+#include "gui/win32/tool_tips.h"
+#include "panel/main_window.h"
 #include "win32/face.h"
 #include "win32/meter_strip.h"
 #include "win32/tab_strip.h"

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "shell/settings.h"
+#include "settings/settings.h"
 
 namespace kelvane::win32 {
 

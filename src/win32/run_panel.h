@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "shell/settings.h"
+#include "settings/settings.h"
 #include "ui/message_boxes.h"
 #include "win32/sole_panel.h"
 

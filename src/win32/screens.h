@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "shell/global.h"
+#include "ui/global.h"
 
 namespace kelvane::win32 {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "shell/start_up.h"
+#include "panel/start_up.h"
 
 namespace kelvane::win32 {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "shell/main_window.h"
+#include "panel/main_window.h"
 #include "win32/channel_dialog.h"
 #include "win32/config_dialog.h"
 #include "win32/help_window.h"

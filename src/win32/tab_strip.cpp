@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/win32/common_controls.h"
-#include "base/win32/window_barrier.h"
+#include "gui/win32/common_controls.h"
+#include "gui/win32/window_barrier.h"
 #include "ui/control_ids.h"
 #include "ui/main_controls.h"
 #include "win32/accessible.h"

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <array>
 
-#include "base/win32/accessible.h"
-#include "base/win32/window_barrier.h"
+#include "gui/win32/accessible.h"
+#include "gui/win32/window_barrier.h"
 #include "ui/control_ids.h"
 #include "ui/key_codes.h"
 #include "win32/paint.h"

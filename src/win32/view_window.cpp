@@ -4,9 +4,9 @@
 #include <array>
 #include <utility>
 
-#include "base/win32/common_controls.h"
-#include "base/win32/text_size.h"
-#include "base/win32/window_barrier.h"
+#include "gui/win32/common_controls.h"
+#include "gui/win32/text_size.h"
+#include "gui/win32/window_barrier.h"
 #include "ui/alt_letters.h"
 #include "ui/key_codes.h"
 #include "win32/face.h"

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "base/win32/tool_tips.h"
-#include "shell/global.h"
+#include "gui/win32/tool_tips.h"
+#include "ui/global.h"
 #include "win32/colours.h"
 #include "win32/fonts.h"
 

@@ -3,8 +3,8 @@
 #include <commctrl.h>
 #include <objbase.h>
 
-#include "base/win32/common_controls.h"
-#include "shell/start_up.h"
+#include "gui/win32/common_controls.h"
+#include "panel/start_up.h"
 #include "win32/message_boxes.h"
 #include "win32/registry_store.h"
 #include "win32/run_panel.h"

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "components/modes.h"
+#include "contract/modes.h"
 #include "tests/ambrel/ambrel_play.h"
 
 namespace kelvane::ambrel {

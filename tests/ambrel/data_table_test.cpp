@@ -5,7 +5,7 @@
 
 #include "components/ambrel/own_files.h"
 #include "components/ambrel/source_view.h"
-#include "components/modes.h"
+#include "contract/modes.h"
 #include "tests/ambrel/ambrel_play.h"
 
 namespace kelvane::ambrel {

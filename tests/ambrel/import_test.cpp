@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "base/text.h"
-#include "components/ambrel/eibi_schedule.h"
 #include "components/ambrel/own_files.h"
+#include "components/ambrel/schedule/eibi_schedule.h"
 #include "components/ambrel/source_view.h"
 #include "tests/ambrel/ambrel_play.h"
 #include "tests/fakes/failing_steps.h"

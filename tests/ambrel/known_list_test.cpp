@@ -1,9 +1,9 @@
-#include "components/ambrel/known_list.h"
+#include "components/ambrel/stations/known_list.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "components/modes.h"
+#include "contract/modes.h"
 #include "tests/ambrel/ambrel_play.h"
 
 namespace kelvane::ambrel {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "components/modes.h"
+#include "contract/modes.h"
 #include "tests/ambrel/ambrel_play.h"
 
 namespace kelvane::ambrel {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "components/modes.h"
+#include "contract/modes.h"
 #include "tests/fakes/panel_rig.h"
 #include "tests/fakes/recording_receiver.h"
 #include "ui/key_codes.h"

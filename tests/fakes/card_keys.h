@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "companions/help_card.h"
 #include "tests/fakes/rtf_text.h"
-#include "windows/help_card.h"
 
 namespace kelvane::fakes {
 

@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
+#include "companions/channel_editor.h"
 #include "tests/fakes/panel_rig.h"
 #include "tests/fakes/recording_receiver.h"
 #include "ui/key_codes.h"
-#include "windows/channel_editor.h"
 
 namespace kelvane::fakes {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/file_flows.h"
+#include "ui/file_flows.h"
 
 namespace kelvane::fakes {
 

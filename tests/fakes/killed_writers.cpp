@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include "base/number.h"
-#include "components/sondrel/channel_bank.h"
+#include "components/sondrel/channels/channel_bank.h"
 #include "tests/fakes/log_rig.h"
 
 namespace kelvane::fakes {

@@ -3,10 +3,10 @@
 #include <memory>
 #include <thread>
 
+#include "companions/data_log.h"
 #include "tests/fakes/file_dialogs.h"
 #include "tests/fakes/fixed_calendar.h"
 #include "tests/fakes/panel_rig.h"
-#include "windows/data_log.h"
 
 namespace kelvane::fakes {
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <variant>
 
-#include "shell/settings.h"
+#include "settings/settings.h"
 
 namespace kelvane::fakes {
 

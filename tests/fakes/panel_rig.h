@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "components/ambrel/ambrel_core.h"
-#include "shell/main_window.h"
+#include "panel/main_window.h"
 #include "tests/fakes/file_dialogs.h"
 #include "tests/fakes/fixed_calendar.h"
 #include "tests/fakes/map_settings.h"

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "components/sondrel/rigctld_capabilities.h"
-#include "components/sondrel/rigctld_session.h"
+#include "components/sondrel/rigctld/rigctld_capabilities.h"
+#include "components/sondrel/rigctld/rigctld_session.h"
 #include "tests/fakes/fake_rig.h"
 
 namespace kelvane::fakes {

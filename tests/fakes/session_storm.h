@@ -5,8 +5,8 @@
 #include <span>
 #include <string>
 
-#include "components/sondrel/rigctld_capabilities.h"
-#include "components/sondrel/rigctld_session.h"
+#include "components/sondrel/rigctld/rigctld_capabilities.h"
+#include "components/sondrel/rigctld/rigctld_session.h"
 #include "tests/fakes/fake_rig.h"
 
 namespace kelvane::fakes {

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "components/modes.h"
 #include "components/sondrel/sharing/share_session.h"
 #include "components/sondrel/standard_modes.h"
+#include "contract/modes.h"
 
 namespace kelvane::fakes {
 

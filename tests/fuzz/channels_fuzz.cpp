@@ -1,6 +1,6 @@
-#include "components/sondrel/channel_bank.h"
+#include "companions/channel_file.h"
+#include "components/sondrel/channels/channel_bank.h"
 #include "tests/fuzz/fuzz_target.h"
-#include "windows/channel_file.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "base/program_line.h"
 #include "base/text.h"
 #include "frequency/dtmf_digits.h"
-#include "shell/command_line.h"
+#include "panel/command_line.h"
 #include "tests/fakes/sondrel_rig.h"
 #include "tests/fuzz/fuzz_target.h"
 

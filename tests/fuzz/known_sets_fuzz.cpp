@@ -1,8 +1,8 @@
-#include "components/ambrel/known_sets.h"
+#include "components/ambrel/stations/known_sets.h"
 
 #include <algorithm>
 
-#include "components/ambrel/station_table.h"
+#include "components/ambrel/stations/station_table.h"
 #include "tests/fuzz/fuzz_target.h"
 
 // Texts of known frequencies, and the table that is made of them.

@@ -1,7 +1,7 @@
-#include "components/sondrel/rigctld_description.h"
+#include "components/sondrel/rigctld/rigctld_description.h"
 
 #include "base/text.h"
-#include "components/sondrel/rigctld_reply.h"
+#include "components/sondrel/rigctld/rigctld_reply.h"
 #include "tests/fuzz/fuzz_target.h"
 
 // What a server says of its radio.

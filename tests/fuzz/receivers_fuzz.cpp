@@ -1,4 +1,4 @@
-#include "components/sondrel/receiver_config.h"
+#include "components/sondrel/config/receiver_config.h"
 #include "tests/fuzz/fuzz_target.h"
 
 // receivers.txt: what is written is read back the same, and nothing of a file is lost.

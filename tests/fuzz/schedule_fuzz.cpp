@@ -1,7 +1,7 @@
-#include "components/ambrel/air_clock.h"
-#include "components/ambrel/eibi_schedule.h"
-#include "components/ambrel/season.h"
-#include "components/ambrel/station_table.h"
+#include "components/ambrel/schedule/air_clock.h"
+#include "components/ambrel/schedule/eibi_schedule.h"
+#include "components/ambrel/schedule/season.h"
+#include "components/ambrel/stations/station_table.h"
 #include "tests/fuzz/fuzz_target.h"
 
 // Broadcast schedules, and who is on the air by them.

@@ -1,8 +1,8 @@
 #include <map>
 
-#include "components/ambrel/band_plan.h"
-#include "components/ambrel/codes.h"
-#include "components/ambrel/day_rule.h"
+#include "components/ambrel/bands/band_plan.h"
+#include "components/ambrel/schedule/codes.h"
+#include "components/ambrel/schedule/day_rule.h"
 #include "tests/fuzz/fuzz_target.h"
 
 // The band plan, the words behind codes, and the rules of days.

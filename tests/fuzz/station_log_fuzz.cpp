@@ -1,5 +1,5 @@
-#include "log/log_export.h"
-#include "log/log_table.h"
+#include "station_log/log_export.h"
+#include "station_log/log_table.h"
 #include "tests/fakes/fixed_calendar.h"
 #include "tests/fuzz/fuzz_target.h"
 

@@ -6,7 +6,7 @@
 
 #include "base/encoding.h"
 #include "components/ambrel/formats/list_format.h"
-#include "components/modes.h"
+#include "contract/modes.h"
 
 namespace kelvane::formats {
 namespace {

@@ -1,4 +1,4 @@
-#include "components/sondrel/receiver_config.h"
+#include "components/sondrel/config/receiver_config.h"
 
 #include <gtest/gtest.h>
 

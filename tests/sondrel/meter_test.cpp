@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "components/sondrel/hf_spectrum.h"
 #include "components/sondrel/s_meter.h"
+#include "components/sondrel/simulated/hf_spectrum.h"
 #include "tests/fakes/sondrel_rig.h"
 
 namespace kelvane::sondrel {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <thread>
 
-#include "components/modes.h"
+#include "contract/modes.h"
 #include "tests/fakes/real_rigctld.h"
 #include "tests/fakes/sondrel_rig.h"
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "components/sondrel/rigctld_commands.h"
-#include "components/sondrel/rigctld_description.h"
-#include "components/sondrel/rigctld_reply.h"
+#include "components/sondrel/rigctld/rigctld_commands.h"
+#include "components/sondrel/rigctld/rigctld_description.h"
+#include "components/sondrel/rigctld/rigctld_reply.h"
 #include "tests/fakes/fake_rig.h"
 
 namespace kelvane::sondrel {

@@ -1,8 +1,8 @@
-#include "components/sondrel/rigctld_report_box.h"
+#include "components/sondrel/rigctld/rigctld_report_box.h"
 
 #include <gtest/gtest.h>
 
-#include "components/sondrel/rigctld_capabilities.h"
+#include "components/sondrel/rigctld/rigctld_capabilities.h"
 
 namespace kelvane::sondrel {
 namespace {

@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "components/sondrel/link_trial.h"
-#include "components/sondrel/rigctld_words.h"
+#include "components/sondrel/rigctld/rigctld_words.h"
 #include "tests/fakes/fake_rig.h"
 #include "tests/fakes/sondrel_rig.h"
 #include "tests/fakes/stand_in_server.h"

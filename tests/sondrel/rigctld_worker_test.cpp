@@ -7,8 +7,8 @@
 
 #include "base/barrier.h"
 #include "base/safe_file.h"
-#include "components/sondrel/rigctld_capabilities.h"
-#include "components/sondrel/rigctld_worker.h"
+#include "components/sondrel/rigctld/rigctld_capabilities.h"
+#include "components/sondrel/rigctld/rigctld_worker.h"
 #include "tests/fakes/fake_rig.h"
 #include "tests/fakes/stand_in_server.h"
 #include "tests/fakes/temp_folder.h"

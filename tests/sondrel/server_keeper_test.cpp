@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "components/sondrel/server_keeper.h"
+#include "components/sondrel/rigctld/server_keeper.h"
 
 namespace kelvane::sondrel {
 namespace {

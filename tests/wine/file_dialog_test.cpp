@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "shell/file_flows.h"
+#include "ui/file_flows.h"
 #include "win32/message_boxes.h"
 
 namespace kelvane::win32 {

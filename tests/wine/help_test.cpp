@@ -4,10 +4,10 @@
 
 #include "base/safe_file.h"
 #include "base/win32/utf16.h"
+#include "companions/mini_help.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"
 #include "ui/control_ids.h"
-#include "windows/mini_help.h"
 
 namespace kelvane::wine {
 namespace {

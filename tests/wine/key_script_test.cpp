@@ -10,7 +10,7 @@
 
 #include "base/text.h"
 #include "base/win32/utf16.h"
-#include "frequency/key_commands.h"
+#include "panel/key_commands.h"
 #include "tests/fakes/card_keys.h"
 #include "tests/wine/instance.h"
 #include "tests/wine/running_panel.h"

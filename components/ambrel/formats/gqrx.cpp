@@ -7,7 +7,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
-#include "components/modes.h"
+#include "contract/modes.h"
 
 namespace kelvane::formats {
 

@@ -5,7 +5,7 @@
 
 #include "base/number.h"
 #include "base/text.h"
-#include "components/modes.h"
+#include "contract/modes.h"
 
 namespace kelvane::lists {
 

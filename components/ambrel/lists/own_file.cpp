@@ -10,7 +10,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/lists/entry_texts.h"
-#include "components/modes.h"
+#include "contract/modes.h"
 
 namespace kelvane::lists {
 

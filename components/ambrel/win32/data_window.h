@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/win32/dialog_window.h"
-#include "base/win32/virtual_rows.h"
 #include "components/ambrel/data_table.h"
+#include "gui/win32/dialog_window.h"
+#include "gui/win32/virtual_rows.h"
 
 namespace kelvane::ambrel {
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/win32/common_dialogs.h"
+#include "gui/win32/common_dialogs.h"
 
 namespace kelvane::ambrel {
 

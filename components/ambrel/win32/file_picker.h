@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "base/win32/dialog_thread.h"
+#include "gui/win32/dialog_thread.h"
 
 namespace kelvane::ambrel {
 

@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "base/win32/dialog_window.h"
-#include "base/win32/virtual_rows.h"
 #include "components/ambrel/own_files.h"
 #include "components/ambrel/source_view.h"
 #include "components/ambrel/win32/file_picker.h"
+#include "gui/win32/dialog_window.h"
+#include "gui/win32/virtual_rows.h"
 
 namespace kelvane::ambrel {
 

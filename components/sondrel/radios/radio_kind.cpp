@@ -8,7 +8,7 @@
 #include "components/sondrel/parameter_checks.h"
 #include "components/sondrel/radios/radio_faults.h"
 #include "components/sondrel/radios/server_program.h"
-#include "components/sondrel/rigctld_kind.h"
+#include "components/sondrel/rigctld/rigctld_kind.h"
 #include "components/sondrel/sharing/share_setup.h"
 
 namespace kelvane::sondrel {

@@ -4,8 +4,8 @@
 #include <array>
 
 #include "base/text.h"
-#include "components/modes.h"
-#include "components/sondrel/rigctld_capabilities.h"
+#include "components/sondrel/rigctld/rigctld_capabilities.h"
+#include "contract/modes.h"
 
 namespace kelvane::sondrel {
 

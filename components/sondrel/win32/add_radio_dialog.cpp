@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "base/text.h"
-#include "base/win32/common_dialogs.h"
 #include "base/win32/utf16.h"
 #include "components/sondrel/win32/dialog_ids.h"
+#include "gui/win32/common_dialogs.h"
 
 namespace kelvane::sondrel {
 

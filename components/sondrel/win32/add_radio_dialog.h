@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "base/win32/dialog_window.h"
-#include "base/win32/virtual_rows.h"
 #include "components/sondrel/radios/radio_choice.h"
 #include "components/sondrel/radios/radio_desk.h"
 #include "components/sondrel/radios/radio_kind.h"
 #include "components/sondrel/radios/radio_trial.h"
+#include "gui/win32/dialog_window.h"
+#include "gui/win32/virtual_rows.h"
 
 namespace kelvane::sondrel {
 

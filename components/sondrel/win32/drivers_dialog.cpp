@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/win32/list_rows.h"
 #include "base/win32/utf16.h"
 #include "components/sondrel/win32/add_radio_dialog.h"
 #include "components/sondrel/win32/dialog_ids.h"
 #include "components/sondrel/win32/find_servers_dialog.h"
+#include "gui/win32/list_rows.h"
 
 namespace kelvane::sondrel {
 

@@ -6,11 +6,11 @@
 #include <string>
 
 #include "base/safe_file.h"
-#include "base/win32/dialog_window.h"
 #include "components/sondrel/drivers_model.h"
 #include "components/sondrel/link_trial.h"
 #include "components/sondrel/radios/radio_desk.h"
 #include "components/sondrel/sondrel_core.h"
+#include "gui/win32/dialog_window.h"
 
 namespace kelvane::sondrel {
 

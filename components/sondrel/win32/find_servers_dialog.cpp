@@ -2,9 +2,9 @@
 
 #include "base/number.h"
 #include "base/text.h"
-#include "base/win32/list_rows.h"
 #include "base/win32/utf16.h"
 #include "components/sondrel/win32/dialog_ids.h"
+#include "gui/win32/list_rows.h"
 
 namespace kelvane::sondrel {
 

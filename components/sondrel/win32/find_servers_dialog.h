@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
-#include "base/win32/dialog_window.h"
 #include "components/sondrel/radios/server_search.h"
 #include "components/sondrel/receiver_entry.h"
+#include "gui/win32/dialog_window.h"
 
 namespace kelvane::sondrel {
 

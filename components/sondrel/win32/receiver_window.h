@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "base/win32/dialog_window.h"
 #include "components/sondrel/sondrel_core.h"
+#include "gui/win32/dialog_window.h"
 
 namespace kelvane::sondrel {
 

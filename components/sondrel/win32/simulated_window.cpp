@@ -6,8 +6,8 @@
 
 #include "base/number.h"
 #include "base/win32/utf16.h"
-#include "components/modes.h"
 #include "components/sondrel/win32/dialog_ids.h"
+#include "contract/modes.h"
 
 namespace kelvane::sondrel {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/win32/dialog_thread.h"
+#include "gui/win32/dialog_thread.h"
 
 namespace kelvane::com {
 

@@ -1,0 +1,27 @@
+#include "components/ambrel/schedule/codes_file.h"
+
+#include "base/safe_file.h"
+
+namespace kelvane::ambrel {
+
+namespace {
+
+constexpr std::size_t kLargestCodes = 4u << 20;
+
+}  // namespace
+
+std::shared_ptr<const Codes> loadCodes(const DataFiles& files, std::vector<std::string>& notes) {
+  for (const auto& file : files.named("codes.txt")) {
+    FileSteps disk;
+    const FileReading reading = readPatiently(file, kLargestCodes, disk);
+    std::vector<std::string> problems;
+    const bool whole = reading.how == FileReading::Whole;
+    if (!whole) problems.push_back(reading.reason);
+    auto codes = whole ? std::make_shared<const Codes>(reading.content, problems) : nullptr;
+    if (!problems.empty()) notes.push_back("Codes " + pathText(file) + ": " + problems.front());
+    if (codes) return codes;
+  }
+  return std::make_shared<const Codes>();
+}
+
+}  // namespace kelvane::ambrel

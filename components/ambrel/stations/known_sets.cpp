@@ -1,0 +1,109 @@
+#include "components/ambrel/stations/known_sets.h"
+
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+#include "base/encoding.h"
+#include "base/number.h"
+#include "base/text.h"
+#include "components/ambrel/kilohertz.h"
+#include "components/ambrel/line_cutter.h"
+#include "components/ambrel/text_table.h"
+#include "contract/modes.h"
+
+namespace kelvane::ambrel {
+
+namespace {
+
+constexpr std::size_t kSetFields = 6;
+
+std::optional<Setting> readMode(std::string_view text) {
+  if (text.empty()) return -1;
+  const auto mode = modeNamed(text);
+  if (!mode) return std::nullopt;
+  return static_cast<Setting>(*mode);
+}
+
+std::optional<Setting> readFilter(std::string_view text) {
+  if (text.empty()) return 0;
+  const auto value = wholeNumber(text);
+  if (!value || *value < 1 || *value > 1'000'000) return std::nullopt;
+  return static_cast<Setting>(*value);
+}
+
+/// What is wrong with a line, nullptr for nothing; then the record has its frequency.
+const char* read(const LineCutter& line, ListedRecord& listed) {
+  if (line.fields() < 2 || line.fields() > kSetFields + 1) return "the number of fields is wrong";
+  if (!readKilohertz(trimmed(line.field(0)), listed.frequency))
+    return "the frequency cannot be read";
+  if (trimmed(line.field(1)).empty()) return "there is no name";
+  if (!readMode(trimmed(line.field(4)))) return "the mode is unknown";
+  if (!readFilter(trimmed(line.field(5)))) return "the filter is no bandwidth in Hz";
+  if (!trimmed(line.field(kSetFields)).empty()) return "the number of fields is wrong";
+  listed.source.line = static_cast<std::uint32_t>(line.offset());
+  return nullptr;
+}
+
+/// Places of the sets in a list by their names, which lie in the list's text.
+using SetPlaces = std::unordered_map<std::string_view, std::uint16_t>;
+
+/// Place of the set of that name in the list; made where it is not there yet.
+std::uint16_t setNamed(StationList& list, SetPlaces& places, std::string_view name) {
+  const auto next = static_cast<std::uint16_t>(list.sets.size());
+  const auto [found, isNew] = places.try_emplace(name, next);
+  if (isNew) list.sets.emplace_back(name);
+  return found->second;
+}
+
+void readLines(StationList& list, std::string_view title) {
+  std::string_view set = title;
+  std::uint16_t place = 0;
+  bool placed = false;
+  SetPlaces places;
+  LineCutter line(list.text);
+  while (line.next()) {
+    const std::string_view content = trimmed(line.line());
+    if (content.empty() || content.front() == '#') continue;
+    if (content.front() == '[' && content.back() == ']' && list.sets.size() < kMostSets) {
+      set = trimmed(content.substr(1, content.size() - 2));
+      placed = false;
+      continue;
+    }
+    ListedRecord listed;
+    if (const char* problem = read(line, listed)) {
+      list.problems.add(line.number(), problem);
+      continue;
+    }
+    if (!std::exchange(placed, true)) place = setNamed(list, places, set);
+    listed.record.set = place;
+    list.records.push_back(listed);
+  }
+}
+
+}  // namespace
+
+StationList readKnownSets(std::string text, std::string_view title) {
+  StationList list;
+  list.refusal = whyNoText(text);
+  if (!list.refusal.empty()) return list;
+  if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
+  list.text = isUtf8(text) ? std::move(text) : utf8FromLatin1(text);
+  readLines(list, title);
+  list.count = list.records.size();
+  if (list.records.empty()) {
+    list.refusal = "there is no known frequency in it";
+    if (list.problems.count > 0) list.refusal += ". " + list.problems.text();
+  }
+  return list;
+}
+
+KnownLine knownLineAt(std::string_view text, std::size_t offset) {
+  LineCutter line(text.substr(offset));
+  line.next();
+  const auto words = [&line](std::size_t place) { return std::string(trimmed(line.field(place))); };
+  return {words(1), words(2), words(3), readMode(trimmed(line.field(4))).value_or(-1),
+          readFilter(trimmed(line.field(5))).value_or(0)};
+}
+
+}  // namespace kelvane::ambrel

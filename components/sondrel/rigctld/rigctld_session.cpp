@@ -1,0 +1,496 @@
+#include "components/sondrel/rigctld/rigctld_session.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kelvane::sondrel {
+
+namespace {
+
+// The silence after which a link is said to be lost: where the frequency is asked for, and where
+// another thing that the radio told before or is told, which it may yet be refusing.
+constexpr milliseconds kReplyLimit{2000};
+constexpr milliseconds kLongestReplyLimit{15000};
+constexpr milliseconds kRefusalLimit{10000};
+// A server that is blocked by its radio answers within this time, or never. Radios were seen to
+// refuse a setting after twenty seconds.
+constexpr milliseconds kGiveUp{30000};
+constexpr milliseconds kQuiet{150};
+constexpr milliseconds kLongestDrain{2000};
+constexpr milliseconds kBetweenAttempts{1000};
+constexpr milliseconds kFirstBackOff{2000};
+constexpr milliseconds kLongestBackOff{16000};
+// The link is up when frequency and mode are known; a radio that refuses slowly tells the rest of
+// what it can do later.
+constexpr milliseconds kGreetingLimit{700};
+// While a server waits for its radio it tells neither frequency nor meter: what kept it longer than
+// a blink may not have more than a fifth of the time, and not in the middle of the operator's work.
+constexpr milliseconds kBlink{200};
+constexpr int kShareOfSlow = 4;
+constexpr milliseconds kLongestHold{30000};
+constexpr milliseconds kOperatorAtWork{3000};
+// What is due is done within milliseconds: only a computer that slept passes it over for so long.
+constexpr milliseconds kSleep{10'000};
+
+LinkState stateOf(CloseReason reason) {
+  switch (reason) {
+    case CloseReason::BadAddress:
+      return LinkState::BadAddress;
+    case CloseReason::Refused:
+      return LinkState::CannotOpen;
+    case CloseReason::Unreachable:
+      return LinkState::NoLoop;
+    case CloseReason::TimedOut:
+      return LinkState::Timeout;
+    case CloseReason::NoServer:
+      return LinkState::Configuration;
+    case CloseReason::Ended:
+      break;
+  }
+  return LinkState::Error;
+}
+
+}  // namespace
+
+RigctldSession::RigctldSession(RigctldOptions options)
+    : options_(options),
+      replyLimit_(kReplyLimit),
+      handshake_(options.model),
+      backOff_(kFirstBackOff),
+      readings_(options.bfoLimit),
+      plan_(options.rates) {}
+
+// --- the operator's side
+
+void RigctldSession::open(bool reopen, Instant now) {
+  answerOwed_ = true;
+  const bool running = phase_ == Phase::Running;
+  const bool up = running && said_ == LinkState::Up;
+  const bool deaf = running && !up && !flight_ && !heartbeatOf(experience_);
+  if (phase_ == Phase::Closed && now < hopeless_.notBefore()) {
+    reopenAt_ = std::min(reopenAt_, hopeless_.notBefore());
+    return;
+  }
+  if (phase_ == Phase::Closed || (up && reopen) || deaf) return startConnection();
+  if (up) return say(LinkState::Up);
+  if (flight_ && flight_->late) flight_->limit = now + kReplyLimit;
+  nextAttempt_ = now;
+  pump(now);
+}
+
+void RigctldSession::tryAgain() {
+  if (phase_ == Phase::Closed && said_) startConnection();
+}
+
+void RigctldSession::close() {
+  drop();
+  said_.reset();
+  answerOwed_ = false;
+  hopeless_.forget();
+  reports_.clear();
+}
+
+void RigctldSession::request(RigRequest request, Instant now) {
+  if (said_ != LinkState::Up) return;
+  requests_.put(std::move(request));
+  tryFrom_ = std::max(tryFrom_, now + kOperatorAtWork);
+  pump(now);
+}
+
+void RigctldSession::show(bool shown) { plan_.show(shown); }
+
+// --- the connection's side
+
+void RigctldSession::connected(Instant now) {
+  if (phase_ != Phase::Connecting) return;
+  phase_ = Phase::Greeting;
+  greetingSince_ = now;
+  nextAttempt_ = now;
+  pump(now);
+}
+
+void RigctldSession::received(std::string_view bytes, Instant now) {
+  if (phase_ != Phase::Greeting && phase_ != Phase::Running) return;
+  const auto progress = reader_.feed(bytes);
+  if (progress == ReplyReader::Progress::Flooded) {
+    return fail(handshake_.reachedRadio() ? LinkState::Error : LinkState::BadIdentity, now);
+  }
+  if (reader_.waiting() && reader_.endsByQuiet()) quietAt_ = now + kQuiet;
+  if (reader_.strayed()) waitForQuiet(now);
+  if (phase_ == Phase::Closed) return;
+  if (progress == ReplyReader::Progress::Complete) replied(reader_.take(), now);
+  pump(now);
+}
+
+void RigctldSession::closed(CloseReason reason, Instant now) {
+  if (phase_ == Phase::Closed) return;
+  // A server whose radio is silent or gone ends the connection without an answer, and takes the
+  // next one at once: the link is sound, so nobody else will try again.
+  const bool connected = phase_ != Phase::Connecting;
+  const bool radioAsked =
+      phase_ == Phase::Greeting ? handshake_.reachedRadio() : said_ == LinkState::NotResponding;
+  const bool mute = connected && radioAsked && flight_ && !reader_.partial();
+  // Whoever takes connections only to end them is most likely another service.
+  const bool stranger = connected && !handshake_.reachedRadio();
+  if (mute) return failLater(LinkState::NotResponding, now);
+  noReply(now);
+  fail(stateOf(reason), now);
+  if (stranger) hopeless_.failed(now);
+}
+
+void RigctldSession::tick(Instant now) {
+  if (slept(now)) {
+    // Whatever was under way is lost, and the connection most likely too, though nobody tells.
+    fail(LinkState::Timeout, now);
+    return startConnection();
+  }
+  if (now >= reopenAt_) startConnection();
+  if (now >= quietAt_) {
+    quietAt_ = kNever;
+    if (reader_.quiet() == ReplyReader::Progress::Complete) replied(reader_.take(), now);
+  }
+  if (phase_ == Phase::Greeting && readyToComeUp(now)) comeUp(now);
+  if (flight_ && now >= flight_->limit) overdue(now);
+  if (flight_ && now >= flight_->sent + kGiveUp) giveUp(now);
+  pump(now);
+}
+
+Instant RigctldSession::nextDue() const {
+  if (phase_ == Phase::Closed) return reopenAt_;
+  if (phase_ == Phase::Connecting) return kNever;
+  Instant due = kNever;
+  if (flight_) {
+    due = std::min({quietAt_, flight_->limit, flight_->sent + kGiveUp});
+    const bool greets = phase_ == Phase::Greeting && handshake_.finished();
+    return greets ? std::min(due, greetingSince_ + kGreetingLimit) : due;
+  }
+  if (phase_ == Phase::Running && said_ != LinkState::Up && !heartbeatOf(experience_)) {
+    due = kNever;  // nothing is left to ask: the next opening begins anew
+  } else if (phase_ == Phase::Greeting || said_ != LinkState::Up) {
+    due = nextAttempt_;
+  } else if (!requests_.empty()) {
+    due = drainUntil_;
+  } else {
+    due = std::min(readings_.nextReadBack(), plan_.nextDue());
+    due = std::min(due, std::max({experience_.nextDue(), tryFrom_, plan_.restUntil()}));
+  }
+  return std::max(due, drainUntil_);
+}
+
+std::string RigctldSession::takeOutput() { return std::exchange(output_, {}); }
+
+std::vector<RigReport> RigctldSession::takeReports() { return std::exchange(reports_, {}); }
+
+// --- the link's life
+
+void RigctldSession::startConnection() {
+  drop();
+  phase_ = Phase::Connecting;
+  wanted_ = ++connections_;
+  handshake_ = RigctldHandshake(options_.model);
+  readings_.restart();
+  health_ = {};
+  replyLimit_ = kReplyLimit;
+}
+
+void RigctldSession::drop() {
+  phase_ = Phase::Closed;
+  wanted_ = 0;
+  reader_ = {};
+  flight_.reset();
+  requests_.clear();
+  output_.clear();
+  quietAt_ = kNever;
+  drainUntil_ = {};
+  drainSince_ = kNever;
+  reopenAt_ = kNever;
+}
+
+void RigctldSession::fail(LinkState state, Instant now) {
+  drop();
+  if (isHopeless(state)) hopeless_.failed(now);
+  say(state);
+}
+
+/// Ends the connection and makes a new one by itself, for a state in which nobody else does.
+void RigctldSession::failLater(LinkState state, Instant now) {
+  fail(state, now);
+  reopenAt_ = now + backOff_;
+  backOff_ = std::min(backOff_ * 2, kLongestBackOff);
+}
+
+void RigctldSession::say(LinkState state) {
+  if (state != LinkState::Up) requests_.clear();
+  presumed_ = false;
+  radioSilent_ = radioSilent_ && state != LinkState::Up;
+  if (said_ == state && !answerOwed_) return;
+  said_ = state;
+  answerOwed_ = false;
+  if (state == LinkState::Up) {
+    backOff_ = kFirstBackOff;
+    hopeless_.forget();
+  }
+  reports_.push_back(LinkReport{state});
+}
+
+// --- replies
+
+void RigctldSession::waitForQuiet(Instant now) {
+  if (now >= drainUntil_) drainSince_ = now;
+  drainUntil_ = now + kQuiet;
+  if (now - drainSince_ > kLongestDrain) fail(LinkState::Error, now);
+}
+
+/// How long its reply may be missing before the link is said to be lost. However slowly a radio
+/// refuses what it never told, that is no sign of a dead one.
+milliseconds RigctldSession::patience(const Flight& flight) const {
+  if (flight.purpose == Purpose::Greet) return replyLimit_;
+  if (flight.purpose == Purpose::Order) {
+    return isSetting(flight.order.request.item) ? kGiveUp : kRefusalLimit;
+  }
+  if (flight.item == heartbeatOf(experience_)) return replyLimit_;
+  return experience_.tells(flight.item) ? kRefusalLimit : kGiveUp;
+}
+
+void RigctldSession::overdue(Instant now) {
+  if (reader_.partial() && !reader_.endsByQuiet()) return fail(LinkState::Error, now);
+  if (now >= flight_->sent + kGiveUp) return;
+  flight_->late = true;
+  flight_->limit = kNever;
+  // A server of this dialect has a radio behind it. When it was well a moment ago, or has said that
+  // its radio is silent, it is the radio that it waits for.
+  const bool asksRadio = phase_ == Phase::Running || handshake_.reachedRadio();
+  const bool extended = handshake_.capabilities().dialect == Dialect::Extended;
+  say(radioSilent_ || (asksRadio && extended) ? LinkState::NotResponding : LinkState::Timeout);
+  presumed_ = true;
+}
+
+void RigctldSession::giveUp(Instant now) {
+  // Where a late reply can be told from others the server may keep it: the radio is asked on.
+  const bool skips = phase_ == Phase::Running && said_ == LinkState::Up &&
+                     handshake_.headsReplies() && flight_->purpose == Purpose::Read &&
+                     flight_->item != heartbeatOf(experience_) && !reader_.partial();
+  noReply(now);
+  if (skips) {
+    learned(now);
+    holdSettings(*std::exchange(flight_, std::nullopt), now);
+    return askHeartbeat();
+  }
+  if (radioSilent_) return failLater(LinkState::NotResponding, now);
+  fail(LinkState::Timeout, now);
+}
+
+/// What is under way stays without reply: where it is a setting it had better be left alone.
+void RigctldSession::noReply(Instant now) {
+  if (!flight_ || flight_->purpose != Purpose::Read || !isSetting(flight_->item)) return;
+  if (now < flight_->sent + kReplyLimit) return;
+  readings_.unreadable(flight_->item);
+  experience_.unanswered(flight_->item, kGiveUp, now);
+}
+
+bool RigctldSession::slept(Instant now) const {
+  const bool connected = phase_ == Phase::Greeting || phase_ == Phase::Running;
+  return connected && nextDue() < now - kSleep;
+}
+
+void RigctldSession::replied(const Reply& reply, Instant now) {
+  const Flight flight = *std::exchange(flight_, std::nullopt);
+  quietAt_ = kNever;
+  holdSettings(flight, now);
+  if (patience(flight) == replyLimit_) {
+    // A server that is slow by nature is not said to be lost at each command.
+    const auto took = std::chrono::duration_cast<milliseconds>(now - flight.sent);
+    replyLimit_ = std::clamp(took * 3 / 2, kReplyLimit, kLongestReplyLimit);
+  }
+  // The small servers write an error twice.
+  const bool extended = handshake_.capabilities().dialect == Dialect::Extended;
+  if (!reply.ok() && !extended) waitForQuiet(now);
+  if (phase_ == Phase::Closed) return;
+  switch (flight.purpose) {
+    case Purpose::Greet:
+      greeted(reply, now);
+      break;
+    case Purpose::Read:
+      gotReading(flight, reply, now);
+      break;
+    case Purpose::Order:
+      gotOrder(flight.order, reply, now);
+      break;
+  }
+  collect();
+}
+
+/// After a setting that kept the server long, frequency, mode and meter have the line for a while.
+void RigctldSession::holdSettings(const Flight& flight, Instant now) {
+  const auto took = now - flight.sent;
+  const bool setting = flight.purpose == Purpose::Read && isSetting(flight.item);
+  if (!setting || took < kBlink) return plan_.answered(flight.sent, now);
+  const auto hold = std::min<Instant::duration>(took * kShareOfSlow, kLongestHold);
+  tryFrom_ = std::max(tryFrom_, now + hold);
+  plan_.holdSettings(now + hold);
+}
+
+void RigctldSession::greeted(const Reply& reply, Instant now) {
+  const auto item = handshake_.asking();
+  const bool described = handshake_.reachedRadio();
+  const auto trouble = handshake_.take(reply);
+  if (trouble == LinkState::BadIdentity || trouble == LinkState::Configuration) {
+    return fail(*trouble, now);
+  }
+  if (!described && handshake_.reachedRadio()) experience_.meet(handshake_.capabilities(), now);
+  nextAttempt_ = trouble ? now + kBetweenAttempts : now;
+  radioSilent_ = trouble == LinkState::NotResponding;
+  if (trouble) return say(*trouble);
+  if (item) experience_.answered(*item, reply, readings_.take(*item, reply, now), {}, now);
+  experience_.radioAnswers();
+  if (readyToComeUp(now)) comeUp(now);
+}
+
+bool RigctldSession::readyToComeUp(Instant now) const {
+  if (!handshake_.finished()) return false;
+  return now - greetingSince_ >= kGreetingLimit || (!flight_ && !experience_.due(now, true));
+}
+
+void RigctldSession::comeUp(Instant now) {
+  phase_ = Phase::Running;
+  can_ = std::make_shared<const RigctldCapabilities>(limited());
+  reports_.push_back(CapabilityReport{can_});
+  readings_.learn(can_, true);
+  collect();
+  plan_.start(experience_.told(), now);
+  say(LinkState::Up);
+}
+
+void RigctldSession::gotReading(const Flight& flight, const Reply& reply, Instant now) {
+  const auto item = flight.item;
+  const auto took = std::chrono::duration_cast<milliseconds>(now - flight.sent);
+  const auto mode = readings_.situation().mode;
+  const bool good = readings_.take(item, reply, now);
+  if (phase_ == Phase::Greeting) {
+    experience_.answered(item, reply, good, took, now);
+    if (readyToComeUp(now)) comeUp(now);
+    return;
+  }
+  if (!good) readings_.unreadable(item);
+  if (readings_.situation().mode != mode) experience_.modeChanged(now);
+  if (item == heartbeatOf(experience_)) return judge(reply, good, took, now);
+  experience_.answered(item, reply, good, took, now);
+  learned(now);
+  const bool trouble = !good && troubleIn(reply);
+  if (trouble) askHeartbeat();
+  nextAttempt_ = trouble ? now : now + kBetweenAttempts;
+  // Any answer ends a silence; a radio's trouble ends with its heartbeat alone.
+  if (presumed_ && !trouble) say(LinkState::Up);
+}
+
+void RigctldSession::judge(const Reply& reply, bool good, milliseconds took, Instant now) {
+  const auto finding = health_.judge(reply, good, said_ == LinkState::Up, took);
+  if (finding.drop) return fail(*finding.link, now);
+  if (finding.ask) askHeartbeat();
+  nextAttempt_ = now + kBetweenAttempts;
+  if (!finding.link) return;
+  if (finding.link == LinkState::Up) {
+    experience_.radioAnswers();
+  } else {
+    experience_.radioIsSilent();
+    learned(now);
+    radioSilent_ = finding.link == LinkState::NotResponding;
+  }
+  say(*finding.link);
+}
+
+/// What is known of what the radio tells may have changed.
+void RigctldSession::learned(Instant now) {
+  if (experience_.told() == can_->readable) return;
+  can_ = std::make_shared<const RigctldCapabilities>(limited());
+  reports_.push_back(CapabilityReport{can_});
+  readings_.learn(can_, false);
+  plan_.start(can_->readable, now);
+}
+
+void RigctldSession::gotOrder(const RigOrder& order, const Reply& reply, Instant now) {
+  if (!reply.ok()) {
+    readings_.refused(order, now);
+    if (stateOfError(*reply.report)) askHeartbeat();
+    return;
+  }
+  readings_.accepted(order, requests_.waits(order.request.item), now);
+  if (order.request.item == RigItem::Mode) plan_.hurry(RigItem::Frequency);
+  if (presumed_) say(LinkState::Up);
+}
+
+void RigctldSession::askHeartbeat() {
+  if (const auto beat = heartbeatOf(experience_)) plan_.hurry(*beat);
+}
+
+// --- what to send next
+
+void RigctldSession::pump(Instant now) {
+  if (flight_ || now < drainUntil_) return;
+  if (phase_ == Phase::Greeting) return pumpGreeting(now);
+  if (phase_ != Phase::Running) return;
+  if (said_ != LinkState::Up) {
+    if (const auto beat = heartbeatOf(experience_); beat && now >= nextAttempt_) read(*beat, now);
+    return;
+  }
+  if (sendRequest(now)) return;
+  if (const auto item = readings_.takeReadBack(now)) return read(*item, now);
+  if (now >= tryFrom_ && now >= plan_.restUntil()) {
+    if (const auto item = experience_.due(now, false)) return read(*item, now);
+  }
+  if (const auto item = plan_.take(now)) read(*item, now);
+}
+
+void RigctldSession::pumpGreeting(Instant now) {
+  if (now < nextAttempt_) return;
+  if (auto question = handshake_.next()) {
+    return send(std::move(*question), {Purpose::Greet, {}, {}, {}, {}}, now);
+  }
+  if (const auto item = experience_.due(now, true)) read(*item, now);
+}
+
+bool RigctldSession::sendRequest(Instant now) {
+  while (auto request = requests_.take()) {
+    auto order = orderFor(*request, *can_, readings_.situation(), handshake_.commands());
+    if (order) {
+      auto command = order->command;
+      send(std::move(command), {Purpose::Order, {}, std::move(*order), {}, {}}, now);
+      return true;
+    }
+    readings_.withoutOrder(*request);
+    collect();
+  }
+  return false;
+}
+
+void RigctldSession::read(RigItem item, Instant now) {
+  send(handshake_.commands().get(item), {Purpose::Read, item, {}, {}, {}}, now);
+}
+
+void RigctldSession::send(RigCommand command, Flight flight, Instant now) {
+  flight.sent = now;
+  flight.limit = now + patience(flight);
+  flight_ = std::move(flight);
+  quietAt_ = kNever;
+  reader_.begin(std::move(command.rule));
+  output_ = std::move(command.line);
+}
+
+/// Moves on what the readings found; not before the link is up, when all of it is reported at once.
+void RigctldSession::collect() {
+  if (phase_ != Phase::Running) return;
+  for (auto& report : readings_.takeReports()) reports_.push_back(std::move(report));
+  auto retune = readings_.takeRetune();
+  if (retune && !requests_.waits(RigItem::Frequency)) requests_.put(std::move(*retune));
+}
+
+RigctldCapabilities RigctldSession::limited() const {
+  auto can = handshake_.capabilities();
+  can.readable = experience_.told();
+  if (options_.highest > options_.lowest) {
+    can.ranges = {{double(options_.lowest), double(options_.highest)}};
+  }
+  return can;
+}
+
+}  // namespace kelvane::sondrel

@@ -1,0 +1,87 @@
+#include "ui/file_flows.h"
+
+#include <filesystem>
+
+#include "base/backup_file.h"
+#include "base/safe_file.h"
+#include "base/text.h"
+#include "ui/global.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::size_t kLongestPath = 259;
+
+std::string currentFolder() {
+  std::error_code gone;
+  return pathText(std::filesystem::current_path(gone));
+}
+
+FileRequest request(const char* title, const char* verb, const std::string& name,
+                    const std::string& extension) {
+  const std::string pattern = "*." + extension;
+  return {title,
+          currentFolder(),
+          name + "." + extension,
+          extension,
+          std::string(verb) + " Files [" + pattern + "]",
+          pattern};
+}
+
+/// A bare name means the folder that the dialog stood in.
+std::string fullPath(const FileRequest& request, const std::string& chosen) {
+  return pathText(pathFromText(request.folder) / pathFromText(chosen));
+}
+
+}  // namespace
+
+bool FileFlows::openFile(std::string& name, const std::string& extension) {
+  const FileRequest asked = request("Select File name to be load ...", "Load", name, extension);
+  for (;;) {
+    const std::optional<std::string> chosen = dialogs_.open(asked);
+    if (!chosen || chosen->empty()) return false;
+    const std::string path = fullPath(asked, *chosen);
+    if (!Global::fileExists(path)) continue;
+    name = path;
+    return true;
+  }
+}
+
+bool FileFlows::saveFile(std::string& name, const std::string& extension,
+                         const std::vector<std::string>& others) {
+  FileRequest asked =
+      request("Select File name to be used ...", "Save", name.empty() ? "*" : name, extension);
+  asked.others = others;
+  const std::optional<std::string> chosen = dialogs_.save(asked);
+  if (!chosen || chosen->empty()) return false;
+  const std::string path = fullPath(asked, *chosen);
+  if (!mayBeWritten(path)) return false;
+  name = path;
+  return true;
+}
+
+bool FileFlows::mayBeWritten(const std::string& chosen) {
+  if (characterCount(chosen) > kLongestPath) return refuse("The file name is too long");
+  const std::filesystem::path file = pathFromText(chosen);
+  std::error_code unknown;
+  if (!std::filesystem::is_directory(file.parent_path(), unknown))
+    return refuse("There is no folder " + pathText(file.parent_path()));
+  if (std::filesystem::is_directory(file, unknown)) return refuse(chosen + " is a folder");
+  return !std::filesystem::exists(file, unknown) || replace(chosen);
+}
+
+bool FileFlows::replace(const std::string& chosen) {
+  if (boxes_.show("Do you want to replace file ?", "Warning: File already exists",
+                  Buttons::OkCancel) != Choice::Ok)
+    return false;
+  const FileResult moved = moveToBackup(pathFromText(chosen));
+  return moved.ok || refuse("The old file cannot be replaced: " + moved.reason);
+}
+
+bool FileFlows::refuse(const std::string& why) {
+  boxes_.show("Error: " + why, "", Buttons::Ok);
+  return false;
+}
+
+}  // namespace kelvane
