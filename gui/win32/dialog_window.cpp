@@ -85,13 +85,12 @@ DialogWindow::DialogWindow(const Frame& frame)
   common_controls::use(ICC_TAB_CLASSES | ICC_LISTVIEW_CLASSES | ICC_UPDOWN_CLASS |
                        ICC_STANDARD_CLASSES);
   WNDCLASSW own{};
-  own.lpfnWndProc = procedure;
   own.hInstance = module();
   own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   own.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
   own.hIcon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(1));  // the program's
   own.lpszClassName = className_;
-  RegisterClassW(&own);  // fails where another dialog of the class is open
+  registerWindows(own);
   RECT over{};
   if (owner_) GetWindowRect(owner_, &over);
   const bool topmost = owner_ && (GetWindowLongW(owner_, GWL_EXSTYLE) & WS_EX_TOPMOST);
@@ -99,6 +98,7 @@ DialogWindow::DialogWindow(const Frame& frame)
                             wide(frame.caption).c_str(), styleOf(resizable_), over.left, over.top,
                             0, 0, owner_, nullptr, module(), nullptr);
   SetPropW(window_, kSelf, this);
+  keep(window_, this);
   tips_ = std::make_unique<ToolTips>(window_);
   measure(GetDpiForWindow(window_));
   font_ = messageFont(dpi_);
@@ -108,6 +108,7 @@ DialogWindow::~DialogWindow() {
   // What a class of dialogs adds is gone by now: nothing may be told to it any more.
   if (window_) {
     RemovePropW(window_, kSelf);
+    keep(window_, nullptr);
     DestroyWindow(window_);
   }
   if (hook_) UnhookWindowsHookEx(hook_);
@@ -261,16 +262,6 @@ LRESULT CALLBACK DialogWindow::previewKeys(int code, WPARAM wParam, LPARAM lPara
     if (!whole) message->message = WM_NULL;
   }
   return next;
-}
-
-LRESULT CALLBACK DialogWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  DialogWindow* self = dialogOf(window);
-  LRESULT result = 0;
-  bool handled = false;
-  const bool whole = windowBarrier(
-      window, message, [&] { handled = self && self->handle(message, wParam, lParam, result); });
-  if (!whole) return 0;
-  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
 }
 
 bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {

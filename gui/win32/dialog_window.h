@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "gui/win32/tool_tips.h"
+#include "gui/win32/window_base.h"
 
 namespace kelvane::win32 {
 
@@ -40,7 +41,7 @@ enum class Keyboard { Take, Leave };
 /// A dialog made of the system's own controls, at any resolution and complete by keyboard: Tab,
 /// mnemonics, Enter for the default button, Escape for IDCANCEL. A class of dialogs says what it
 /// consists of and what its controls mean. Used on one thread, the one that runs messages.
-class DialogWindow {
+class DialogWindow : private WindowBase<DialogWindow> {
  public:
   virtual ~DialogWindow();
   DialogWindow(const DialogWindow&) = delete;
@@ -121,7 +122,7 @@ class DialogWindow {
     bool oneLine;  ///< a field for one line of text
   };
 
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  friend WindowBase<DialogWindow>;
   static LRESULT CALLBACK buttonProcedure(HWND button, UINT message, WPARAM wParam, LPARAM lParam,
                                           UINT_PTR, DWORD_PTR self);
   static LRESULT CALLBACK previewKeys(int code, WPARAM wParam, LPARAM lParam);

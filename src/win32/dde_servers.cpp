@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "gui/win32/window_barrier.h"
+#include "base/barrier.h"
 
 namespace kelvane::win32 {
 
@@ -16,13 +16,11 @@ constexpr DWORD kLeaveTaking = 200;
 
 DdeServers::DdeServers() {
   WNDCLASSW own{};
-  own.lpfnWndProc = procedure;
   own.hInstance = GetModuleHandleW(nullptr);
   own.lpszClassName = kDigitsClass;
-  RegisterClassW(&own);
+  registerWindows(own);
   window_ = CreateWindowExW(0, kDigitsClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                            own.hInstance, nullptr);
-  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+                            own.hInstance, this);
   mail_ = std::make_shared<DdeMail>(window_);
 }
 
@@ -78,11 +76,8 @@ void DdeServers::deliver() {
   if (std::exchange(again_, false)) mail_->wake();
 }
 
-LRESULT CALLBACK DdeServers::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  auto* const self = reinterpret_cast<DdeServers*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (message != WM_APP || !self) return DefWindowProcW(window, message, wParam, lParam);
-  windowBarrier(window, message, [self] { self->deliver(); });
-  return 0;
+bool DdeServers::handle(UINT message, WPARAM, LPARAM, LRESULT&) {
+  return message == WM_APP && (deliver(), true);
 }
 
 }  // namespace kelvane::win32

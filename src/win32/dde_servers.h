@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "frequency/digit_server.h"
+#include "gui/win32/window_base.h"
 #include "win32/dde_conversation.h"
 #include "win32/dde_mail.h"
 
@@ -13,7 +14,7 @@ namespace kelvane::win32 {
 
 /// The servers of digits, through Windows' own DDE. Belongs to the user-interface thread, which it
 /// never holds.
-class DdeServers : public DigitServers {
+class DdeServers : public DigitServers, private WindowBase<DdeServers> {
  public:
   DdeServers();
   ~DdeServers() override;
@@ -24,7 +25,8 @@ class DdeServers : public DigitServers {
   DigitLink state(Index rx) const override;
 
  private:
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  friend WindowBase<DdeServers>;
+  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   void deliver();
 
   HWND window_;

@@ -8,8 +8,6 @@
 #include <exception>
 #include <utility>
 
-#include "gui/win32/common_controls.h"
-#include "gui/win32/window_barrier.h"
 #include "win32/accessible.h"
 #include "win32/face.h"
 #include "win32/text.h"
@@ -19,16 +17,15 @@ namespace kelvane::win32 {
 void GridWindow::registerClass(HINSTANCE instance) {
   WNDCLASSW own{};
   own.style = CS_DBLCLKS;
-  own.lpfnWndProc = procedure;
   own.hInstance = instance;
   own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   own.lpszClassName = kClass;
-  RegisterClassW(&own);  // fails where it is registered already
+  registerWindows(own);
 }
 
 GridWindow::GridWindow(HWND window, Grid& grid, std::string name, const ScreenColours& colours)
     : window_(window), grid_(grid), name_(std::move(name)), colours_(colours) {
-  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  keep(window_, this);
   header_ = makePart(Header, WC_HEADERW, HDS_BUTTONS | HDS_HORZ | WS_VISIBLE);
   entry_ = makeEntry(false);
   list_ = makePart(List, WC_LISTBOXW, WS_BORDER | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT);
@@ -51,7 +48,7 @@ GridWindow::GridWindow(HWND window, Grid& grid, std::string name, const ScreenCo
 }
 
 GridWindow::~GridWindow() {
-  if (window_) SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+  if (window_) keep(window_, nullptr);
 }
 
 HWND GridWindow::makePart(Part part, const wchar_t* windowClass, DWORD style) {
@@ -59,7 +56,7 @@ HWND GridWindow::makePart(Part part, const wchar_t* windowClass, DWORD style) {
   const HWND made =
       CreateWindowExW(0, windowClass, L"", WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 0, 0, window_,
                       reinterpret_cast<HMENU>(INT_PTR{part}), instance, nullptr);
-  common_controls::setSubclass(made, partProcedure, part, reinterpret_cast<DWORD_PTR>(this));
+  watch<&GridWindow::partMessage>(made, this);
   return made;
 }
 
@@ -70,16 +67,6 @@ HWND GridWindow::makeEntry(bool right) {
 bool GridWindow::hasFocus() const {
   const HWND focus = GetFocus();
   return window_ && (focus == window_ || IsChild(window_, focus));
-}
-
-LRESULT CALLBACK GridWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  auto* self = reinterpret_cast<GridWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  LRESULT result = 0;
-  bool handled = false;
-  const bool whole = windowBarrier(
-      window, message, [&] { handled = self && self->handle(message, wParam, lParam, result); });
-  if (!whole) return 0;
-  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
 }
 
 bool GridWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
@@ -117,7 +104,7 @@ bool GridWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
       spokenCell_.column = -1;
       return show(), true;
     case WM_NCDESTROY:
-      SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+      keep(window_, nullptr);
       return window_ = nullptr, false;
     default:
       return false;
@@ -272,24 +259,8 @@ bool GridWindow::notified(const NMHDR& notice, LRESULT& result) {
   }
 }
 
-LRESULT CALLBACK GridWindow::partProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                           UINT_PTR, DWORD_PTR self) {
-  LRESULT result = 0;
-  bool handled = false;
-  const bool whole = windowBarrier(window, message, [&] {
-    handled =
-        reinterpret_cast<GridWindow*>(self)->partMessage(window, message, wParam, lParam, result);
-  });
-  if (!whole) return 0;
-  return handled ? result : common_controls::defSubclass(window, message, wParam, lParam);
-}
-
 bool GridWindow::partMessage(HWND part, UINT message, WPARAM wParam, LPARAM lParam,
                              LRESULT& result) {
-  if (message == WM_NCDESTROY)
-    return common_controls::removeSubclass(part, partProcedure,
-                                           static_cast<UINT_PTR>(GetDlgCtrlID(part))),
-           false;
   if (message == WM_MOUSEWHEEL && part != list_)
     return SendMessageW(window_, message, wParam, lParam), true;
   if (message == WM_GETDLGCODE && (part == entry_ || part == list_ || part == findField_))

@@ -7,6 +7,7 @@
 
 #include "grid/grid.h"
 #include "gui/win32/tool_tips.h"
+#include "gui/win32/window_base.h"
 #include "win32/colours.h"
 
 namespace kelvane::win32 {
@@ -15,7 +16,7 @@ namespace kelvane::win32 {
 /// for finding (Ctrl+F). It is a child window of its own class, made as any control is; it takes
 /// its font by WM_SETFONT and scales with the screen's resolution. Its window text says the current
 /// cell in words, for screen readers.
-class GridWindow {
+class GridWindow : private WindowBase<GridWindow> {
  public:
   static constexpr wchar_t kClass[] = L"KelvaneGrid";
   static constexpr DWORD kStyle =
@@ -46,9 +47,7 @@ class GridWindow {
  private:
   struct Look;
 
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT CALLBACK partProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                        UINT_PTR, DWORD_PTR self);
+  friend WindowBase<GridWindow>;
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   bool scrolled(UINT message, WPARAM wParam);
   bool commanded(int part, int notice);

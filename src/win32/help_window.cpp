@@ -8,9 +8,7 @@
 #include <utility>
 
 #include "companions/help_card.h"
-#include "gui/win32/common_controls.h"
 #include "gui/win32/text_size.h"
-#include "gui/win32/window_barrier.h"
 #include "ui/control_ids.h"
 #include "win32/accessible.h"
 #include "win32/message_boxes.h"
@@ -70,13 +68,12 @@ HelpWindow::HelpWindow(HWND owner, MiniHelp& help) : owner_(owner), help_(help) 
   // The rich-text control's class comes with the library; it stays until the program ends.
   LoadLibraryExW(L"Msftedit.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
   WNDCLASSW own{};
-  own.lpfnWndProc = procedure;
   own.hInstance = module();
   own.hIcon = LoadIconW(module(), MAKEINTRESOURCEW(1));
   own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   own.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
   own.lpszClassName = kHelpClass;
-  RegisterClassW(&own);
+  registerWindows(own);
 }
 
 HelpWindow::~HelpWindow() {
@@ -101,7 +98,7 @@ void HelpWindow::make() {
                           0, 0, 0, 0, window_,
                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::HelpCard)), module(),
                           nullptr);
-  common_controls::setSubclass(card_, cardProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+  watch<&HelpWindow::cardMessage>(card_, this);
   speakAs(card_, "Card of keyboard commands");
   if (help_.hasReport()) makeButton();
   fill();
@@ -113,7 +110,7 @@ void HelpWindow::makeButton() {
                             WS_CHILD | WS_VISIBLE | BS_PUSHBUTTON, 0, 0, 0, 0, window_,
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::HelpReport)), module(),
                             nullptr);
-  common_controls::setSubclass(button_, buttonProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+  watch<&HelpWindow::buttonMessage>(button_, this);
 }
 
 void HelpWindow::saveReport() {
@@ -176,45 +173,26 @@ void HelpWindow::escape() {
   DestroyWindow(window_);
 }
 
-LRESULT CALLBACK HelpWindow::cardProcedure(HWND card, UINT message, WPARAM wParam, LPARAM lParam,
-                                           UINT_PTR, DWORD_PTR self) {
-  const bool escape = wParam == VK_ESCAPE;
-  auto* const help = reinterpret_cast<HelpWindow*>(self);
-  if (message == WM_KEYDOWN && escape) return help->escape(), 0;
-  if (message == WM_KEYDOWN && wParam == VK_TAB && help->button_) return SetFocus(help->button_), 0;
-  if (message == WM_CHAR && wParam == VK_TAB) return 0;
-  if (message == WM_SYSCHAR && (wParam == 's' || wParam == 'S') && help->button_)
-    return help->saveReport(), 0;
+bool HelpWindow::cardMessage(HWND, UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
+  if (message == WM_KEYDOWN && wParam == VK_ESCAPE) return escape(), true;
+  if (message == WM_KEYDOWN && wParam == VK_TAB && button_) return SetFocus(button_), true;
+  if (message == WM_CHAR && wParam == VK_TAB) return true;
+  if (message == WM_SYSCHAR && (wParam == 's' || wParam == 'S') && button_)
+    return saveReport(), true;
   // It would take the whole text as selected when the tab key or a dialog gives it the focus.
-  if (message == WM_GETDLGCODE) return DLGC_WANTALLKEYS;
-  return common_controls::defSubclass(card, message, wParam, lParam);
+  if (message == WM_GETDLGCODE) return result = DLGC_WANTALLKEYS, true;
+  return false;
 }
 
-LRESULT CALLBACK HelpWindow::buttonProcedure(HWND button, UINT message, WPARAM wParam,
-                                             LPARAM lParam, UINT_PTR, DWORD_PTR self) {
-  auto* const help = reinterpret_cast<HelpWindow*>(self);
-  if (message == WM_KEYDOWN && wParam == VK_ESCAPE) return help->escape(), 0;
-  if (message == WM_KEYDOWN && wParam == VK_TAB) return SetFocus(help->card_), 0;
+bool HelpWindow::buttonMessage(HWND, UINT message, WPARAM wParam, LPARAM, LRESULT&) {
+  if (message == WM_KEYDOWN && wParam == VK_ESCAPE) return escape(), true;
+  if (message == WM_KEYDOWN && wParam == VK_TAB) return SetFocus(card_), true;
   const bool pressed = (message == WM_KEYDOWN && wParam == VK_RETURN) ||
                        (message == WM_SYSCHAR && (wParam == 's' || wParam == 'S'));
-  if (pressed) return help->saveReport(), 0;
-  return common_controls::defSubclass(button, message, wParam, lParam);
+  return pressed && (saveReport(), true);
 }
 
-LRESULT CALLBACK HelpWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_NCCREATE) {
-    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
-  }
-  auto* self = reinterpret_cast<HelpWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  bool handled = false;
-  const bool whole = windowBarrier(
-      window, message, [&] { handled = self && self->handle(message, wParam, lParam); });
-  if (handled || !whole) return 0;
-  return DefWindowProcW(window, message, wParam, lParam);
-}
-
-bool HelpWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
+bool HelpWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&) {
   const auto* suggested = reinterpret_cast<const RECT*>(lParam);
   switch (message) {
     case WM_SIZE:

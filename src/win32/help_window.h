@@ -5,13 +5,14 @@
 #include <memory>
 
 #include "companions/mini_help.h"
+#include "gui/win32/window_base.h"
 #include "win32/fonts.h"
 
 namespace kelvane::win32 {
 
 /// The card of keyboard commands on the screen, above all other windows. It lives as long as its
 /// owner, and is made anew each time it is opened.
-class HelpWindow {
+class HelpWindow : private WindowBase<HelpWindow> {
  public:
   HelpWindow(HWND owner, MiniHelp& help);
   ~HelpWindow();
@@ -22,12 +23,10 @@ class HelpWindow {
   void show();
 
  private:
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT CALLBACK cardProcedure(HWND card, UINT message, WPARAM wParam, LPARAM lParam,
-                                        UINT_PTR, DWORD_PTR self);
-  static LRESULT CALLBACK buttonProcedure(HWND button, UINT message, WPARAM wParam, LPARAM lParam,
-                                          UINT_PTR, DWORD_PTR self);
-  bool handle(UINT message, WPARAM wParam, LPARAM lParam);
+  friend WindowBase<HelpWindow>;
+  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  bool cardMessage(HWND card, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  bool buttonMessage(HWND button, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   void make();
   void fill();
   void place();
