@@ -11,7 +11,7 @@ namespace kelvane::win32 {
 namespace {
 
 constexpr UINT kCell = DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS;
-constexpr int kSegments = 40;
+constexpr int kRowSegments = 40;
 
 /// The upper or the lower half of a cell that holds two lines.
 RECT half(RECT area, bool lower) {
@@ -155,8 +155,8 @@ void OverviewWindow::paintLevel(const Painting& on, const OverviewRow& row, RECT
   const int width = static_cast<int>(area.right - area.left);
   const auto x = [&](int place) { return area.left + MulDiv(width, place, MeterBar::kFull); };
   const int gap = std::max(px(1), 1);
-  for (int i = 0; i < kSegments; ++i) {
-    const int from = i * MeterBar::kFull / kSegments, to = (i + 1) * MeterBar::kFull / kSegments;
+  for (int i = 0; i < kRowSegments; ++i) {
+    const int from = i * MeterBar::kFull / kRowSegments, to = (i + 1) * MeterBar::kFull / kRowSegments;
     const bool lit = row.bar.level > from;
     const bool over = from >= MeterBar::kS9;
     on.fill({x(from), area.top, x(to) - gap, area.bottom}, resolved(!lit   ? c.empty
