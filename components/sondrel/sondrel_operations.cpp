@@ -84,6 +84,10 @@ Outcome SondrelCore::ShowRxSettings(Index rx) {
   return Outcome::Done;
 }
 
+Answer<Text> SondrelCore::GetRxLinkWords(Index rx) {
+  return ask(rx, Text(), [](const Receiver& r) { return r.online() ? Text() : r.linkFault(); });
+}
+
 // What a receiver is.
 
 Answer<Text> SondrelCore::GetRxName(Index rx) {

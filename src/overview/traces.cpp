@@ -221,9 +221,11 @@ void Traces::pause(bool paused) {
 void Traces::scroll(int direction) {
   const LevelTime now = services_.watch.now();
   const LevelTime span = kSpans[span_].length;
-  const LevelTime wanted = end_.value_or(now) + direction * span / 4;
+  const LevelTime step = span / 4;
+  const LevelTime wanted = end_.value_or(now) + direction * step;
   end_ = std::max(wanted, now - LevelHistory::kKept + span);
-  if (*end_ >= now) end_.reset();
+  // The present has gone on since he went back: less than a step away is there.
+  if (*end_ >= now || (direction > 0 && now - *end_ < step)) end_.reset();
   ++changes_;
 }
 

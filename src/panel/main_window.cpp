@@ -57,7 +57,7 @@ MAin::MAin(const PanelServices& services)
       openers_(view_.Opener, services.receiver, services.frequency, shown_, companions_, keyboard_),
       groups_(keyboard_),
       remote_(view_, entry_, buttons_, indicators_, openers_, services.receiver, shown_, keyboard_),
-      status_(view_.RxMask),
+      status_(view_.RxMask, view_.RxWhy),
       retry_(services.receiver),
       forwarding_(view_.GenEvent, services.receiver, shown_),
       stepping_(view_.VStep, view_.IStep, services.receiver, services.frequency, shown_),
@@ -319,7 +319,7 @@ void MAin::announce() {
   if (spokenOf_ != shown_.index() || !events_.isPassing(shown_.index(), hertz)) spoken_ = hertz;
   spokenOf_ = shown_.index();
   announcer_.look({spokenCaption(tabs.tabs[tabs.selected].caption),
-                   online ? std::string() : status_.words(), spokenFrequency(spoken_)});
+                   online ? std::string() : spokenFault(), spokenFrequency(spoken_)});
 }
 
 std::string MAin::heldForPrograms() const {
@@ -330,10 +330,20 @@ std::string MAin::heldForPrograms() const {
   return receiver.GetRxShareState(rx).value();
 }
 
+std::string MAin::whyNotUp() const {
+  if (view_.TabStrip.selected < 0 || shown_.online()) return {};
+  return services_.receiver.GetRxLinkWords(shown_.index()).value();
+}
+
+std::string MAin::spokenFault() const {
+  const std::string& why = view_.RxWhy.text;
+  return why.empty() ? status_.words() : status_.words() + ". " + why;
+}
+
 void MAin::tick(Instant now) {
   if (retry_.tick(now)) keyboard_.runPending();
   if (TimBlk_.fired(now)) {
-    status_.blink(shown_.online(), heldForPrograms());
+    status_.blink(shown_.online(), heldForPrograms(), whyNotUp());
     tabs_.highlightAll();
     dde_.blink();
     utc_.tick();

@@ -149,6 +149,8 @@ class MAin : public ControlEvents {
   std::string saveSettings(const Placement& place);
   void announce();
   /// What is held for other programs while the shown receiver does not answer; empty for nothing.
+  std::string whyNotUp() const;
+  std::string spokenFault() const;
   std::string heldForPrograms() const;
   bool commands(int control) const;
   void act(int control, MouseButton button);

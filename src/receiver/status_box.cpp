@@ -24,10 +24,12 @@ LinkWords linkWords(Long code) {
   }
 }
 
-StatusBox::StatusBox(Control& RxMask) : RxMask_(RxMask) {
+StatusBox::StatusBox(Control& RxMask, Control& RxWhy) : RxMask_(RxMask), RxWhy_(RxWhy) {
   RxMask_.text = words_ = kNotConnected;
   RxMask_.fore = kOrange;
   RxMask_.back = kBlack;
+  RxWhy_.fore = kOrange;
+  RxWhy_.back = kBlack;
 }
 
 void StatusBox::reported(Index rx, Long code) {
@@ -46,15 +48,18 @@ LinkWords StatusBox::wordsOf(Index rx) const {
 }
 
 void StatusBox::show(Index rx, bool online) {
-  RxMask_.visible = !online;
+  RxMask_.visible = RxWhy_.visible = !online;
+  RxWhy_.text.clear();
   const LinkWords words = wordsOf(rx);
   RxMask_.text = words_ = words.text;
   RxMask_.fore = words.colour;
 }
 
-void StatusBox::blink(bool online, const std::string& held) {
+void StatusBox::blink(bool online, const std::string& held, const std::string& why) {
   if (online) return;
   RxMask_.visible = !RxMask_.visible;
+  RxWhy_.text = RxWhy_.tip = why;
+  RxWhy_.visible = RxMask_.visible || !why.empty();
   if (!RxMask_.visible) return;
   RxMask_.text = held.empty() || RxMask_.text != words_ ? words_ : held;
 }

@@ -21,7 +21,8 @@ LinkWords linkWords(Long code);
 /// not answer, and blinks while it does not. Remembers the last code of every receiver.
 class StatusBox {
  public:
-  explicit StatusBox(Control& RxMask);
+  /// `RxWhy` has the component's own words, below.
+  StatusBox(Control& RxMask, Control& RxWhy);
 
   /// A link reported a code.
   void reported(Index rx, Long code);
@@ -32,13 +33,15 @@ class StatusBox {
   /// The words for a receiver that does not answer.
   LinkWords wordsOf(Index rx) const;
   /// One tick of the blink timer. What is `held` for other programs, in words, takes turns with the
-  /// box's own words; empty for nothing.
-  void blink(bool online, const std::string& held);
+  /// box's own words; empty for nothing. `why` are the component's own words for a receiver that does
+  /// not answer; they stay while the box blinks.
+  void blink(bool online, const std::string& held, const std::string& why);
   /// Why the receiver does not answer: what lasts while the box blinks.
   const std::string& words() const { return words_; }
 
  private:
   Control& RxMask_;
+  Control& RxWhy_;
   std::string words_;
   std::array<std::optional<Long>, kMostReceivers> lastCode_;
 };

@@ -33,6 +33,7 @@ enum ControlId : int {
   UtcTime = 1022,
   Announced = 1023,
   Meter = 1024,
+  RxWhy = 1025,
   FrqDigit = 1100,  // 0..8
   LockImg = 1110,   // 0..1
   GenEvent = 1120,  // 0..2

@@ -17,7 +17,7 @@ struct MainView {
   ColourChoice colours = ColourChoice::AsSystem;
 
   TabRow TabStrip;
-  Control FrqFrame, FrqDotit, FrqFocus, FrqBfo, RxMask;
+  Control FrqFrame, FrqDotit, FrqFocus, FrqBfo, RxMask, RxWhy;
   std::array<Control, 9> FrqDigit;
   std::array<Control, 2> LockImg;
   Control SM, SQ;

@@ -39,6 +39,9 @@ class Key {
   HKEY key_ = nullptr;
 };
 
+/// More than any value of ours has, bytes.
+constexpr DWORD kLongest = 65'536;
+
 /// A value's bytes; empty when it is missing or of another kind.
 std::vector<BYTE> read(const std::wstring& instance, std::string_view name, DWORD kind) {
   const Key base(HKEY_CURRENT_USER, kBaseKey, Key::Missing::Fail);
@@ -53,7 +56,10 @@ std::vector<BYTE> read(const std::wstring& instance, std::string_view name, DWOR
   };
   DWORD size = 0;
   LSTATUS status = query(size);
-  if (status == ERROR_MORE_DATA) bytes.resize(size), status = query(size);
+  if (status == ERROR_MORE_DATA && size <= kLongest) {
+    bytes.resize(size);
+    status = query(size);
+  }
   if (status != ERROR_SUCCESS || found != kind) return {};
   bytes.resize(size);
   return bytes;

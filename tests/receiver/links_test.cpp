@@ -51,6 +51,19 @@ TEST(Links, SayNotConnectedOnlyOfAReceiverThatNeverReported) {
   }
 }
 
+TEST(Links, SayInTheComponentsWordsWhyAndTheyStayWhileTheBoxBlinks) {
+  PanelRig rig("[Receiver]\r\nName=Radio\r\nKind=radio\r\n");
+  rig.start(milliseconds(100));
+  bool hidden = false;
+  for (int i = 0; i < 5000 && !hidden; ++i) {
+    rig.run(milliseconds(100));
+    hidden = !rig.view().RxMask.visible && !rig.view().RxWhy.text.empty();
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+  EXPECT_EQ(rig.view().RxWhy.text, "No model is chosen for this radio.");
+  EXPECT_TRUE(rig.view().RxWhy.visible);
+}
+
 TEST(LinkRetry, TurnsFasterWithMoreReceiversAndKeepsOneIdleSlotARound) {
   PanelRig rig(receivers("Fault=1003\r\n", 1));
   LinkRetry retry(rig.sondrel.core);

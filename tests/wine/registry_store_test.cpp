@@ -35,13 +35,15 @@ TEST(RegistryStore, ReadsTextsWithAndWithoutTheirEndAndDefaultsForOtherKinds) {
   instance.write(L"Short", REG_BINARY, "ab", 2);
   instance.write(L"Words", REG_SZ, L"17", 6);
   instance.write(L"Number", 17);
-  const std::wstring longText(5000, L'x');
-  instance.write(L"Long", REG_SZ, longText.c_str(), 10002);
+  const std::wstring longText(5000, L'x'), tooLong(50'000, L'x');
+  instance.write(L"Long", REG_SZ, longText.c_str(), 10'002);
+  instance.write(L"Too long", REG_SZ, tooLong.c_str(), 100'002);
   EXPECT_EQ(store.text("Whole", "d"), "abc");
   EXPECT_EQ(store.text("Ended", "d"), "abc");
   EXPECT_EQ(store.text("Empty", "d"), "d");
   EXPECT_EQ(store.text("Number", "d"), "d");
-  EXPECT_EQ(store.text("Long", "d"), "d");
+  EXPECT_EQ(store.text("Long", "d").size(), 5000U);
+  EXPECT_EQ(store.text("Too long", "d"), "d");
   EXPECT_EQ(store.number("Short", 7), 7);
   EXPECT_EQ(store.number("Words", 7), 7);
   EXPECT_EQ(store.number("Number", 7), 17);

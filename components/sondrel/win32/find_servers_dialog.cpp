@@ -111,6 +111,9 @@ void FindServersDialog::addServer() {
 std::vector<ServerPlace> placesOf(const std::vector<ReceiverEntry>& receivers) {
   std::vector<ServerPlace> places;
   for (const ReceiverEntry& entry : receivers) {
+    // A port that the program offers itself.
+    if (const auto shared = wholeNumber(entry.setting("SharePort")); shared && *shared > 0)
+      places.push_back({"127.0.0.1", static_cast<std::int32_t>(*shared)});
     if (!equalIgnoringCase(entry.kind, "rigctld")) continue;
     const auto port = wholeNumber(entry.setting("Port")).value_or(4532);
     places.push_back({std::string(entry.setting("Host")), static_cast<std::int32_t>(port)});
