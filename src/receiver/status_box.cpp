@@ -50,6 +50,7 @@ LinkWords StatusBox::wordsOf(Index rx) const {
 void StatusBox::show(Index rx, bool online) {
   RxMask_.visible = RxWhy_.visible = !online;
   RxWhy_.text.clear();
+  RxWhy_.tip.clear();
   const LinkWords words = wordsOf(rx);
   RxMask_.text = words_ = words.text;
   RxMask_.fore = words.colour;
@@ -59,7 +60,6 @@ void StatusBox::blink(bool online, const std::string& held, const std::string& w
   if (online) return;
   RxMask_.visible = !RxMask_.visible;
   RxWhy_.text = RxWhy_.tip = why;
-  RxWhy_.visible = RxMask_.visible || !why.empty();
   if (!RxMask_.visible) return;
   RxMask_.text = held.empty() || RxMask_.text != words_ ? words_ : held;
 }

@@ -33,8 +33,8 @@ class StatusBox {
   /// The words for a receiver that does not answer.
   LinkWords wordsOf(Index rx) const;
   /// One tick of the blink timer. What is `held` for other programs, in words, takes turns with the
-  /// box's own words; empty for nothing. `why` are the component's own words for a receiver that does
-  /// not answer; they stay while the box blinks.
+  /// box's own words; empty for nothing. `why` are the component's own words for a receiver that
+  /// does not answer; they stay while the box blinks.
   void blink(bool online, const std::string& held, const std::string& why);
   /// Why the receiver does not answer: what lasts while the box blinks.
   const std::string& words() const { return words_; }

@@ -293,7 +293,8 @@ void PanelWindow::show() {
   if (std::exchange(onTop_, view.onTop) != view.onTop) keepOnTop(window_, onTop_);
   if (std::exchange(choice_, view.colours) != view.colours) choose(choice_);
   tabs_->show(view.TabStrip);
-  meter_->show(view.meter, !view.RxMask.visible);
+  // The box blinks, but what it is about lasts.
+  meter_->show(view.meter, !view.RxWhy.visible);
   for (const auto& face : faces_) {
     const Control& control = face->row().of(view, face->element());
     if (explained_ && control.tip != face->shown().tip) tips_->set(face->window(), control.tip);

@@ -54,6 +54,12 @@ void TabStrip::show(const TabRow& row) {
 void TabStrip::select(int tab) {
   shown_.selected = tab;
   if (selected() != tab) SendMessageW(window_, TCM_SETCURSEL, static_cast<WPARAM>(tab), 0);
+  // The control itself paints less of a tab than we do.
+  if (tab == marked_) return;
+  for (const int changed : {std::exchange(marked_, tab), tab}) {
+    const RECT area = areaOf(changed);
+    InvalidateRect(window_, &area, FALSE);
+  }
 }
 
 bool TabStrip::explains(const NMHDR& notice) {

@@ -41,6 +41,7 @@ class TabStrip {
 
   HWND window_;
   TabRow shown_;
+  int marked_ = -1;  ///< the tab that was last shown as the selected one
   UINT dpi_ = 96;
   HFONT font_ = nullptr;
   const Palette* palette_ = &paletteFor(ColourChoice::Light, {});
