@@ -104,7 +104,7 @@ constexpr auto kRows = std::to_array<ControlRow>({
      Kind::Text,
      Font::Status,
      Align::Centre,
-     {56, 42, 456, 70},
+     {56, 49, 456, 62},
      0,
      "Link state",
      [](MainView& v, int) -> Control& { return v.RxMask; }},
