@@ -261,8 +261,12 @@ FileResult SondrelCore::applyDrivers(const DriversModel& model) {
 }
 
 void SondrelCore::editDrivers() {
-  // Another process may have changed the list: what is edited is what the file holds now.
-  if (editing_ || !takeInConfig()) return;
+  if (editing_ || !instance_) return;
+  // Another process may have changed the list: what is edited is what the file holds now. Where it
+  // is held at this moment, what was read last will do: OK joins the edits with the file.
+  OneTry disk(*steps_);
+  LoadedConfig now = loadConfig(configFile(), disk);
+  if (now.unreadable.empty()) config_ = std::move(now);
   editing_ = true;
   DriversModel model = drivers();
   windows_.editDrivers(model, [&] { return applyDrivers(model); });

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/barrier.h"
 #include "base/text.h"
 #include "companions/channel_editor.h"
 #include "companions/data_log.h"
@@ -390,6 +391,8 @@ std::string MAin::saveSettings(const Placement& place) {
 }
 
 void MAin::unload(const Placement& place, Ending how) {
+  if (how == Ending::ByOperator)
+    barrier("asking for unsaved edits", [this] { channelEditor_->offerToSave(); });
   // First, since a system that ends may end the program at any moment.
   LastWrites last(services_.boxes, services_.files, services_.settings, how);
   for (const LastWrite& write : lastWrites()) last.finish(write);

@@ -223,6 +223,14 @@ TEST(DriversDialog, DoesNotWaitForWhoeverHoldsTheList) {
   EXPECT_TRUE(!first && first.held) << first.reason;
   for (int i = 0; i < 60 && !rig.core.applyDrivers(model); ++i) continue;
   EXPECT_EQ(rig.core.GetRxName(0).value(), "Attic");
+  rig.core.SetRxOwner(4711);
+  rig.windows.edit = [](const DriversModel& shown, const auto&) {
+    EXPECT_EQ(shown.receivers()[0].name, "Attic") << "what was read last";
+  };
+  steps->arm(1);
+  rig.core.OpenRxConfig("Kelvane", 1);
+  EXPECT_EQ(rig.windows.edits, 1);
+  EXPECT_TRUE(rig.windows.asked.empty()) << "the edits are joined with the file all the same";
   EXPECT_EQ(steps->waited(), milliseconds(0)) << "the window's timer tries again";
 }
 

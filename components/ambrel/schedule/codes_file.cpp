@@ -10,15 +10,16 @@ constexpr std::size_t kLargestCodes = 4u << 20;
 
 }  // namespace
 
-std::shared_ptr<const Codes> loadCodes(const DataFiles& files, std::vector<std::string>& notes) {
+std::shared_ptr<const Codes> loadCodes(const DataFiles& files, FileNotes& notes) {
   for (const auto& file : files.named("codes.txt")) {
-    FileSteps disk;
-    const FileReading reading = readPatiently(file, kLargestCodes, disk);
+    const FileReading reading = readPatiently(file, kLargestCodes, files.disk());
     std::vector<std::string> problems;
     const bool whole = reading.how == FileReading::Whole;
     if (!whole) problems.push_back(reading.reason);
+    if (reading.how == FileReading::Unreadable) notes.unreadable.push_back(reading.reason);
     auto codes = whole ? std::make_shared<const Codes>(reading.content, problems) : nullptr;
-    if (!problems.empty()) notes.push_back("Codes " + pathText(file) + ": " + problems.front());
+    if (!problems.empty())
+      notes.wrong.push_back("Codes " + pathText(file) + ": " + problems.front());
     if (codes) return codes;
   }
   return std::make_shared<const Codes>();

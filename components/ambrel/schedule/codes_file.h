@@ -1,15 +1,14 @@
 #pragma once
 
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "components/ambrel/data_files.h"
 #include "components/ambrel/schedule/codes.h"
 
 namespace kelvane::ambrel {
 
-/// The codes' words from the best file that can be read; what was wrong is added to `notes`.
-std::shared_ptr<const Codes> loadCodes(const DataFiles& files, std::vector<std::string>& notes);
+/// The codes' words from the best file that can be read; what there is to say of others is added to
+/// `notes`.
+std::shared_ptr<const Codes> loadCodes(const DataFiles& files, FileNotes& notes);
 
 }  // namespace kelvane::ambrel
