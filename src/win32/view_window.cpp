@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "base/text.h"
+#include "gui/win32/accessible.h"
 #include "gui/win32/common_controls.h"
 #include "gui/win32/text_size.h"
 #include "gui/win32/window_barrier.h"
@@ -125,16 +127,20 @@ HWND ViewWindow::addButton(int id, std::string_view text, std::string_view tip) 
   return button;
 }
 
-void ViewWindow::setButton(int id, const std::string& text, bool on) {
-  const HWND button = item(id);
-  const bool changed = std::exchange(on_[id], on) != on;
+void ViewWindow::setButton(int id, const std::string& text) {
   const std::wstring words = wide(text);
-  if (windowText(button) != words) {
-    SetWindowTextW(button, words.c_str());
-  } else if (!changed) {
-    return;
-  }
-  InvalidateRect(button, nullptr, FALSE);
+  if (windowText(item(id)) == words) return;
+  SetWindowTextW(item(id), words.c_str());
+  InvalidateRect(item(id), nullptr, FALSE);
+}
+
+void ViewWindow::setToggle(int id, const std::string& text, bool on) {
+  const bool known = on_.contains(id);
+  const bool changed = std::exchange(on_[id], on) != on || !known;
+  if (!changed && windowText(item(id)) == wide(text)) return;
+  setButton(id, text);
+  speakAs(item(id), spokenCaption(text) + (on ? ", on" : ", off"));
+  InvalidateRect(item(id), nullptr, FALSE);
 }
 
 void ViewWindow::place(int id, int left, int top, int width, int height) const {
@@ -192,7 +198,8 @@ void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
   };
   fill(area, resolved(c.window));
   const bool focused = (draw.itemState & ODS_FOCUS) != 0;
-  SetDCBrushColor(dc, resolved(down ? c.pressed : c.button));
+  const bool disabled = (draw.itemState & ODS_DISABLED) != 0;
+  SetDCBrushColor(dc, resolved(disabled ? c.window : down ? c.pressed : c.button));
   SetDCPenColor(dc, resolved(focused ? c.focus : c.line));
   const HGDIOBJ brush = SelectObject(dc, GetStockObject(DC_BRUSH));
   const HGDIOBJ pen = SelectObject(dc, GetStockObject(DC_PEN));
@@ -202,8 +209,14 @@ void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
     RoundRect(dc, area.left + 1, area.top + 1, area.right - 1, area.bottom - 1, px(5), px(5));
   SelectObject(dc, pen);
   SelectObject(dc, brush);
+  // What is on has a line as well: its ground alone would say so by colour.
+  if (on != on_.end() && on->second)
+    fill({area.left + px(8), area.bottom - px(5), area.right - px(8), area.bottom - px(3)},
+         resolved(palette().contrast ? c.onSelection : c.accent));
   SetBkMode(dc, TRANSPARENT);
-  const Colour ink = palette().contrast && down ? c.onSelection : c.text;
+  const Colour ink = disabled                     ? palette().contrast ? c.faint : c.quiet
+                     : palette().contrast && down ? c.onSelection
+                                                  : c.text;
   SetTextColor(dc, resolved(ink));
   const HGDIOBJ before = SelectObject(dc, font(Font::Normal));
   DrawTextW(dc, windowText(draw.hwndItem).c_str(), -1, &area,
