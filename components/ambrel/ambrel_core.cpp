@@ -5,6 +5,7 @@
 #include "base/barrier.h"
 #include "components/ambrel/bands/region_store.h"
 #include "components/ambrel/schedule/codes_file.h"
+#include "components/ambrel/stations/own_stations.h"
 #include "contract/modes.h"
 
 namespace kelvane::ambrel {
@@ -39,6 +40,7 @@ Outcome AmbrelCore::OpenFrqConfig(Text instance) {
   bands_.reset();
   files_.emplace(dataFolder_, userFolder_, instance, disk_);
   codes_ = loadCodes(*files_, openNotes_);
+  ownStamp_ = ownStationsStamp(*files_);
   useData(loadStations(*files_, std::nullopt));
   return Outcome::Done;
 }
@@ -192,6 +194,32 @@ Answer<Text> AmbrelCore::FinishFrqWriting() {
     words += (words.empty() ? "" : "\n") + ("The schedule was not kept: " + lostSchedule_) +
              ". The file that it was read from is as it was.";
   return words;
+}
+
+Outcome AmbrelCore::ReadFrqOwn() {
+  if (!files_) return Outcome::Failed;
+  ownStamp_ = ownStationsStamp(*files_);
+  readOwn();
+  return Outcome::Done;
+}
+
+Outcome AmbrelCore::SetFrqPlace(Text place) {
+  ownPlace_ = readPlace(place);
+  return ownPlace_ || place.empty() ? Outcome::Done : Outcome::Failed;
+}
+
+Answer<Text> AmbrelCore::GetFrqKnownPath() {
+  const auto found = stations_.found();
+  if (!found || !ownPlace_) return Text();
+  const StationDetails details =
+      detailsOf(*data_.table, found->frequency, *found->record, stations_.lastTime(), *codes_);
+  return details.place ? pathWords(*ownPlace_, *details.place, found->minute) : Text();
+}
+
+Answer<Text> AmbrelCore::GetFrqNextHere() {
+  const auto found = stations_.found();
+  if (!found) return Text();
+  return nextHere(*data_.table, found->place, found->minute, *codes_);
 }
 
 Answer<Text> AmbrelCore::GetFrqFaults() { return notedFaults(); }

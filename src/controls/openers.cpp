@@ -25,6 +25,8 @@ const std::array<Openers::Button, Openers::kButtons>& Openers::buttons() {
       {"&Data", "Show the frequency database (D)", {}, true, &Openers::dataView},
       {"&Source", "Edit or configure the database's source (E)", {}, true, &Openers::editSource},
       {"Hel&p", "Show the card of keyboard commands (F1)", Companion::Help, false, &Openers::help},
+      {"&Mine", "Show your own list of stations (Y; Ctrl+Y takes the present setting into it)",
+       Companion::Stations, false, &Openers::stations},
   }};
   return all;
 }

@@ -15,6 +15,8 @@ enum class Companion {
   Help,          ///< the card of keyboard commands
   Overview,      ///< a row for each receiver
   Traces,        ///< the receivers' levels over each other
+  Stations,      ///< the operator's own list of stations
+  TakeStation,   ///< the same, after the present setting was taken into it
 };
 
 /// The companion windows by what opens them. What is not there has no button, and its key does

@@ -24,8 +24,8 @@ constexpr int kPanelHeight = 172;
 constexpr int kSettingRow = 214;
 constexpr int kButtonRow = 256;
 // The windows' buttons stand in the middle between the forwarding and the options.
-constexpr int kOpenerWidth = 66;
-constexpr int kOpenerGap = (kWidth - 4 * 72 - 6 * kOpenerWidth) / 2;
+constexpr int kOpenerWidth = 59;
+constexpr int kOpenerGap = (kWidth - 4 * 72 - 7 * kOpenerWidth) / 2;
 
 constexpr auto kRows = std::to_array<ControlRow>({
     {id::FrqFocus,
@@ -80,7 +80,7 @@ constexpr auto kRows = std::to_array<ControlRow>({
      [](MainView& v, int) -> Control& { return v.GenEvent[2]; }},
     {id::Opener,
      "Opener",
-     6,
+     7,
      Kind::Button,
      Font::Normal,
      Align::Centre,

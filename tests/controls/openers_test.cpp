@@ -62,12 +62,12 @@ TEST_F(OpenersTest, AButtonIsThereWithItsWindowAndOnWhileItWouldDoSomething) {
     for (const Control& button : rig.view().Opener) on += button.enabled ? '1' : '0';
     return on;
   };
-  EXPECT_EQ(enabled(), "111111");
+  EXPECT_EQ(enabled(), "1111111");
   rig.type("l");
-  EXPECT_EQ(enabled(), "000001");
+  EXPECT_EQ(enabled(), "0000011");
   rig.type("u");
   rig.panel->tabClicked(2);
-  EXPECT_EQ(enabled(), "011111") << "this receiver has no channels";
+  EXPECT_EQ(enabled(), "0111111") << "this receiver has no channels";
   rig.click(id::Opener + kChannels);
   rig.type("s");
   EXPECT_EQ(opened, "");

@@ -8,20 +8,28 @@ namespace {
 
 constexpr std::size_t kLargestCodes = 4u << 20;
 
-}  // namespace
-
-std::shared_ptr<const Codes> loadCodes(const DataFiles& files, std::vector<std::string>& notes) {
+std::shared_ptr<Codes> readCodes(const DataFiles& files, std::vector<std::string>& notes) {
   for (const auto& file : files.named("codes.txt")) {
     FileSteps disk;
     const FileReading reading = readPatiently(file, kLargestCodes, disk);
     std::vector<std::string> problems;
     const bool whole = reading.how == FileReading::Whole;
     if (!whole) problems.push_back(reading.reason);
-    auto codes = whole ? std::make_shared<const Codes>(reading.content, problems) : nullptr;
+    auto codes = whole ? std::make_shared<Codes>(reading.content, problems) : nullptr;
     if (!problems.empty()) notes.push_back("Codes " + pathText(file) + ": " + problems.front());
     if (codes) return codes;
   }
-  return std::make_shared<const Codes>();
+  return std::make_shared<Codes>();
+}
+
+}  // namespace
+
+std::shared_ptr<const Codes> loadCodes(const DataFiles& files, std::vector<std::string>& notes) {
+  const std::shared_ptr<Codes> codes = readCodes(files, notes);
+  FileSteps disk;
+  const FileReading sites = readPatiently(files.ownFolder() / kSitesName, kLargestCodes, disk);
+  if (sites.how == FileReading::Whole) codes->usePlaces(SitePlaces(sites.content));
+  return codes;
 }
 
 }  // namespace kelvane::ambrel
