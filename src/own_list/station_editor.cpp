@@ -125,7 +125,8 @@ void StationEditor::add(const lists::Entry& entry) {
   listChanged();
 }
 
-void StationEditor::takePresent(Index rx) {
+void StationEditor::takeShown() {
+  const Index rx = services_.shown();
   lists::Entry entry;
   entry.frequency = services_.receiver.GetRxFrequency(rx, kTuned);
   if (entry.frequency > 0) {
@@ -133,7 +134,7 @@ void StationEditor::takePresent(Index rx) {
     entry.width = std::max<Setting>(services_.receiver.GetRxFilter(rx), 0);
     if (services_.frequency.FindRxKnownFrequency(entry.frequency, kNameNear))
       entry.name = services_.frequency.GetFrqKnownName();
-    else if (services_.frequency.SetFrqFrequency(entry.frequency))
+    else
       entry.name = services_.frequency.GetFrqBandName();
     add(entry);
     said_ = lists::khzText(entry.frequency) + " kHz is in the list now.";
@@ -142,8 +143,6 @@ void StationEditor::takePresent(Index rx) {
   }
   open();
 }
-
-void StationEditor::takeShown() { takePresent(services_.shown()); }
 
 void StationEditor::filter(StationFilter filter) {
   table_.filter(std::move(filter));

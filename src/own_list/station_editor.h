@@ -60,10 +60,8 @@ class StationEditor {
 
   void open();
   void close();
-  /// Takes the receiver's present setting into the list, with the name that is known there, and
-  /// shows it. A frequency that is not known is not taken.
-  void takePresent(Index rx);
-  /// The same for the receiver that the panel shows.
+  /// Takes the shown receiver's present setting into the list, with the name of the station that is
+  /// known there, else of the band, and shows it. A frequency that is not known is not taken.
   void takeShown();
   void filter(StationFilter filter);
 

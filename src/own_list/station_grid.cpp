@@ -246,8 +246,7 @@ std::vector<std::string> StationGrid::choices(int column) const {
 bool StationGrid::keyDown(int keyCode, int shift) {
   const GridRow row = currentRow ? currentRow() : 0;
   if (shift == 0 && keyCode == key::Space && row < rows_.size()) {
-    if (!marks_.erase(rows_[row])) marks_.insert(rows_[row]);
-    return asks_.changed(), true;
+    return toggleMark(row), true;
   }
   if (shift == 0 && keyCode == key::Delete) return asks_.remove(), true;
   if (shift == key::CtrlHeld && keyCode == kKeyA) {
@@ -259,6 +258,16 @@ bool StationGrid::keyDown(int keyCode, int shift) {
   if (shift == key::CtrlHeld && keyCode == kKeyZ) return asks_.undo(), true;
   if (shift == key::CtrlHeld && keyCode == kKeyY) return asks_.redo(), true;
   return false;
+}
+
+void StationGrid::toggleMark(GridRow row) {
+  if (!marks_.erase(rows_[row])) marks_.insert(rows_[row]);
+  asks_.changed();
+}
+
+bool StationGrid::clicked(GridCell cell) {
+  if (cell.column != Mark || cell.row >= rows_.size()) return false;
+  return toggleMark(cell.row), true;
 }
 
 void StationGrid::recall(GridRow row) {

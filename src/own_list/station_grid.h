@@ -58,6 +58,7 @@ class StationGrid : public GridTable {
   std::string corrected(GridCell cell, const std::string& text) const override;
   std::vector<std::string> choices(int column) const override;
   bool keyDown(int keyCode, int shift) override;
+  bool clicked(GridCell cell) override;
   void recall(GridRow row) override;
   void headerClicked(int column) override;
   bool undo() override { return asks_.undo(), true; }
@@ -67,6 +68,7 @@ class StationGrid : public GridTable {
 
  private:
   bool takes(const lists::Entry& entry, const std::string& upperText) const;
+  void toggleMark(GridRow row);
   void seek();
   void sort();
   static std::string text(const lists::Entry& entry, int column);

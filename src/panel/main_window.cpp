@@ -261,7 +261,11 @@ void MAin::Config_Click() {
   services_.dialogs.showConfig(config_);
   view_.Config.pressed = false;
   showOptions();
-  services_.frequency.SetFrqPlace(options_.OptPlace);
+  if (services_.frequency.SetFrqPlace(options_.OptPlace) == Outcome::Failed)
+    services_.boxes.show("\"" + options_.OptPlace +
+                             "\" is no place: a locator (JO21SX) or degrees of latitude and "
+                             "longitude (52.1, 5.2) were expected.",
+                         "", Buttons::Ok);
   tabs_.hasTabs() ? refresh_.run() : refresh_.none();
   dde_.apply();
 }

@@ -114,6 +114,13 @@ enum ControlId : int {
   PadDelete = 1404,
   PadExport = 1405,
   PadCancel = 1406,
+  PadImport = 1407,
+
+  // what an import into the log would do; Take in and Cancel are the system's own 1 and 2
+  LogImpGrd = 1410,
+  LogImpWords = 1411,
+  LogImpTimes = 1412,
+  LogImpLabel = 1413,
 
   // My stations; Tune and Close are the system's own 1 and 2
   StnGrd = 1450,

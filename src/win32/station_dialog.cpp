@@ -11,14 +11,14 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr int kStationsWidth = 1000, kStationsHeight = 560, kStationsEdge = 8;
+constexpr int kStationsWidth = 760, kStationsHeight = 380, kStationsEdge = 8;
 constexpr int kStationsButtonTop = kStationsHeight - kStationsEdge - 26;
 constexpr int kStationsStatusTop = kStationsButtonTop - 24;
 constexpr int kStationsGridTop = 40;
 constexpr UINT kStationsTick = 100;  // ms
 
-constexpr int kImportWidth = 980, kImportHeight = 470;
-constexpr int kImportButtonTop = kImportHeight - 34, kImportGridTop = 58;
+constexpr int kImportWidth = 760, kImportHeight = 380;
+constexpr int kImportButtonTop = kImportHeight - 34, kImportGridTop = 92;
 
 constexpr std::array<const char*, 3> kRules = {"Merge with what is there", "Replace what is there",
                                                "Skip what is there"};
@@ -37,46 +37,32 @@ void choose(HWND box, int choice) {
 }  // namespace
 
 ImportDialog::ImportDialog(HWND owner, StationEditor& editor, const ScreenColours& colours)
-    : DialogWindow(
-          {L"KelvaneImport", "Import into My stations", owner, kImportWidth, kImportHeight}),
+    : DialogWindow({L"KelvaneImport", "Import into My stations", owner, kImportWidth, kImportHeight,
+                    true, 980, 500}),
       editor_(editor) {
   make(colours);
   show();
 }
 
 void ImportDialog::make(const ScreenColours& colours) {
-  add({id::ImpWords, WC_STATICW, SS_NOPREFIX, "", {8, 6, kImportWidth - 16, 18}, "", 0, "", true});
-  struct Box {
-    int id, left, label, width;
-    const char* caption;
-    const char* tip;
-  };
-  constexpr Box kBoxes[] = {
-      {id::ImpRule, 8, 64, 170,
-       "&Stations:", "What becomes of a station that the list has already"},
-      {id::ImpDelimiter, 254, 60, 86, "&Delimiter:", "What parts the columns"},
-      {id::ImpUnit, 412, 30, 92, "&Unit:", "In what the frequencies are written"},
-      {id::ImpColumn, 546, 52, 150, "&Column:", "A column of the file"},
-      {id::ImpMeaning, 760, 34, 130, "&holds:", "What that column holds"}};
-  for (const Box& box : kBoxes) {
-    add({id::ImpLabel, WC_STATICW, 0, box.caption, {box.left, 33, box.label, 18}});
-    add({box.id,
-         WC_COMBOBOXW,
-         CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL,
-         "",
-         {box.left + box.label + 2, 29, box.width, 260},
-         box.tip});
-  }
-  for (const char* rule : kRules) addChoice(item(id::ImpRule), rule);
-  for (const auto& [sign, name] : kDelimiters) addChoice(item(id::ImpDelimiter), name);
-  for (const char* unit : kUnits) addChoice(item(id::ImpUnit), unit);
-  for (const std::string_view field : formats::kFieldNames) addChoice(item(id::ImpMeaning), field);
+  add({id::ImpWords,
+       WC_STATICW,
+       SS_NOPREFIX | SS_ENDELLIPSIS,
+       "",
+       {8, 8, kImportWidth - 16, 18},
+       "",
+       Widen,
+       "",
+       true});
+  makeBoxes();
   const HWND grid =
       add({id::ImpGrd,
            GridWindow::kClass,
            GridWindow::kStyle | WS_BORDER,
            "",
-           {8, kImportGridTop, kImportWidth - 16, kImportButtonTop - kImportGridTop - 8}});
+           {8, kImportGridTop, kImportWidth - 16, kImportButtonTop - kImportGridTop - 8},
+           "",
+           Widen | Heighten});
   grid_ =
       std::make_unique<GridWindow>(grid, editor_.importGrid(), "What the import would do", colours);
   add({IDOK,
@@ -84,18 +70,50 @@ void ImportDialog::make(const ScreenColours& colours) {
        BS_DEFPUSHBUTTON | WS_TABSTOP,
        "&Take in",
        {kImportWidth - 200, kImportButtonTop, 92, 26},
-       "Take these stations into the list; one Undo takes it all back"});
+       "Take these stations into the list; one Undo takes it all back",
+       MoveRight | MoveDown});
   add({IDCANCEL,
        WC_BUTTONW,
        BS_PUSHBUTTON | WS_TABSTOP,
        "Cancel",
-       {kImportWidth - 100, kImportButtonTop, 92, 26}});
+       {kImportWidth - 100, kImportButtonTop, 92, 26},
+       "",
+       MoveRight | MoveDown});
+}
+
+void ImportDialog::makeBoxes() {
+  struct Box {
+    int id, left, top, label, width;
+    const char* caption;
+    const char* tip;
+  };
+  constexpr Box kBoxes[] = {
+      {id::ImpRule, 8, 31, 64, 190,
+       "&Stations:", "What becomes of a station that the list has already"},
+      {id::ImpDelimiter, 8, 61, 64, 92, "&Delimiter:", "What parts the columns"},
+      {id::ImpUnit, 178, 61, 32, 92, "&Unit:", "In what the frequencies are written"},
+      {id::ImpColumn, 318, 61, 54, 170, "&Column:", "A column of the file"},
+      {id::ImpMeaning, 558, 61, 40, 130, "&holds:", "What that column holds"}};
+  for (const Box& box : kBoxes) {
+    add({id::ImpLabel, WC_STATICW, 0, box.caption, {box.left, box.top + 4, box.label, 18}});
+    add({box.id,
+         WC_COMBOBOXW,
+         CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL,
+         "",
+         {box.left + box.label + 2, box.top, box.width, 260},
+         box.tip});
+  }
+  for (const char* rule : kRules) addChoice(item(id::ImpRule), rule);
+  for (const auto& [sign, name] : kDelimiters) addChoice(item(id::ImpDelimiter), name);
+  for (const char* unit : kUnits) addChoice(item(id::ImpUnit), unit);
+  for (const std::string_view field : formats::kFieldNames) addChoice(item(id::ImpMeaning), field);
 }
 
 void ImportDialog::show() {
   StationImport* const import = editor_.import();
   if (!import) return close();
   setText(id::ImpWords, import->words());
+  setTip(id::ImpWords, import->words());
   enable(IDOK, import->ready());
   choose(item(id::ImpRule), static_cast<int>(import->rule()));
   const formats::TableShape& shape = import->reading().shape;
@@ -164,7 +182,8 @@ bool ImportDialog::keyDown(int keyCode, int shift) {
 bool ImportDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }
 
 StationDialog::StationDialog(HWND owner, StationEditor& editor, const ScreenColours& colours)
-    : DialogWindow({L"KelvaneStations", "My stations", owner, kStationsWidth, kStationsHeight}),
+    : DialogWindow({L"KelvaneStations", "My stations", owner, kStationsWidth, kStationsHeight, true,
+                    1000, 560}),
       editor_(editor),
       colours_(colours) {
   GridWindow::registerClass(reinterpret_cast<HINSTANCE>(GetModuleHandleW(nullptr)));
@@ -181,32 +200,15 @@ void StationDialog::fileDropped(const std::wstring& name) {
 }
 
 void StationDialog::make(const ScreenColours& colours) {
-  add({id::StnLabel, WC_STATICW, 0, "&Search:", {8, 13, 48, 18}});
-  add({id::StnSearch,
-       WC_EDITW,
-       ES_AUTOHSCROLL | WS_TABSTOP,
-       "",
-       {58, 9, 190, 23},
-       "What name, group, tags or note hold, or the kHz begin with"});
-  add({id::StnLabel, WC_STATICW, 0, "&Group:", {262, 13, 44, 18}});
-  add({id::StnGroup,
-       WC_COMBOBOXW,
-       CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL,
-       "",
-       {308, 9, 170, 300},
-       "Shows the stations of one group"});
-  add({id::StnFavourites,
-       WC_BUTTONW,
-       BS_AUTOCHECKBOX | WS_TABSTOP,
-       "&Favourites",
-       {492, 12, 96, 18},
-       "Shows favourites alone"});
+  makeFilter();
   const HWND grid =
       add({id::StnGrd,
            GridWindow::kClass,
            GridWindow::kStyle | WS_BORDER,
            "",
-           {8, kStationsGridTop, kStationsWidth - 16, kStationsStatusTop - kStationsGridTop - 6}});
+           {8, kStationsGridTop, kStationsWidth - 16, kStationsStatusTop - kStationsGridTop - 6},
+           "",
+           Widen | Heighten});
   grid_ = std::make_unique<GridWindow>(grid, editor_.grid(), "My stations", colours);
   add({id::StnStatus,
        WC_STATICW,
@@ -214,9 +216,49 @@ void StationDialog::make(const ScreenColours& colours) {
        "",
        {8, kStationsStatusTop, kStationsWidth - 16, 18},
        "",
-       0,
+       Widen | MoveDown,
        "",
        true});
+  makeButtons();
+}
+
+/// What is shown, and in what form it is exported.
+void StationDialog::makeFilter() {
+  constexpr DWORD kList = CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL;
+  add({id::StnLabel, WC_STATICW, 0, "&Search:", {8, 13, 48, 18}});
+  add({id::StnSearch,
+       WC_EDITW,
+       ES_AUTOHSCROLL | WS_TABSTOP,
+       "",
+       {58, 9, 160, 23},
+       "What name, group, tags or note hold, or the kHz begin with"});
+  add({id::StnLabel, WC_STATICW, 0, "&Group:", {230, 13, 42, 18}});
+  add({id::StnGroup,
+       WC_COMBOBOXW,
+       kList,
+       "",
+       {274, 9, 140, 300},
+       "Shows the stations of one group"});
+  add({id::StnFavourites,
+       WC_BUTTONW,
+       BS_AUTOCHECKBOX | WS_TABSTOP,
+       "&Favourites",
+       {426, 12, 92, 18},
+       "Shows favourites alone"});
+  add({id::StnLabel, WC_STATICW, 0, "E&xport as:", {524, 13, 64, 18}, "", MoveRight});
+  const HWND forms = add({id::StnFormat,
+                          WC_COMBOBOXW,
+                          kList,
+                          "",
+                          {590, 9, 162, 300},
+                          "The form in which Export writes a list",
+                          MoveRight});
+  for (int form = 0; form < static_cast<int>(formats::Format::Count); ++form)
+    addChoice(forms, formats::nameOf(static_cast<formats::Format>(form)).name);
+  choose(forms, 0);
+}
+
+void StationDialog::makeButtons() {
   struct Button {
     int id, width;
     const char* caption;
@@ -226,7 +268,7 @@ void StationDialog::make(const ScreenColours& colours) {
       {IDOK, 68, "&Tune",
        "Tune the receiver to the station (Shift and an arrow does it row by row)"},
       {id::StnTake, 102, "Take &present", "Take the receiver's present setting into the list"},
-      {id::StnAdd, 68, "&New", "Add an empty station"},
+      {id::StnAdd, 68, "&New", "Add a station"},
       {id::StnRemove, 72, "&Remove",
        "Remove the marked stations, or this one (Delete); Space marks"},
       {id::StnUndo, 60, "&Undo", "Take the last change back (Ctrl+Z)"},
@@ -234,7 +276,7 @@ void StationDialog::make(const ScreenColours& colours) {
       {id::StnImport, 80, "&Import...",
        "Take in a list of another program; a file can be dropped here too"},
       {id::StnExport, 80, "&Export...",
-       "Write the marked stations, or else those shown, in the form beside"}};
+       "Write the marked stations, or else those shown, in the form chosen above"}};
   int left = 8;
   for (const Button& button : kButtons) {
     add({button.id,
@@ -242,25 +284,17 @@ void StationDialog::make(const ScreenColours& colours) {
          BS_PUSHBUTTON | WS_TABSTOP,
          button.caption,
          {left, kStationsButtonTop, button.width, 26},
-         button.tip});
+         button.tip,
+         MoveDown});
     left += button.width + 6;
   }
-  const HWND forms = add({id::StnFormat,
-                          WC_COMBOBOXW,
-                          CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL,
-                          "",
-                          {left, kStationsButtonTop + 1, 160, 300},
-                          "The form in which a list is written",
-                          0,
-                          "Form of the export"});
-  for (int form = 0; form < static_cast<int>(formats::Format::Count); ++form)
-    addChoice(forms, formats::nameOf(static_cast<formats::Format>(form)).name);
-  choose(forms, 0);
   add({IDCANCEL,
        WC_BUTTONW,
        BS_PUSHBUTTON | WS_TABSTOP,
        "&Close",
-       {kStationsWidth - 8 - 72, kStationsButtonTop, 72, 26}});
+       {kStationsWidth - 8 - 72, kStationsButtonTop, 72, 26},
+       "",
+       MoveRight | MoveDown});
 }
 
 void StationDialog::present() {

@@ -19,6 +19,7 @@ class ImportDialog : public DialogWindow {
 
  private:
   void make(const ScreenColours& colours);
+  void makeBoxes();
   void fillColumns();
   void fillMeaning();
   void shapeChosen();
@@ -42,6 +43,8 @@ class StationDialog : public DialogWindow {
 
  private:
   void make(const ScreenColours& colours);
+  void makeFilter();
+  void makeButtons();
   void show();
   void showGroups();
   void filterChanged();

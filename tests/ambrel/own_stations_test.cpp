@@ -57,6 +57,15 @@ TEST_F(OwnStations, AreWalkedAsASetWithoutWhatIsSkipped) {
   EXPECT_EQ(play.name(6000000), "Passed over");
 }
 
+TEST_F(OwnStations, AreNotTakenForAnOlderSetOfThatName) {
+  play.write(play.ownFolder() / "known-own.txt", "[My stations]\n8000 ; Older\n");
+  play.start();
+  std::vector<std::string> sets;
+  for (const StationList& list : play.core->data().table->lists())
+    sets.insert(sets.end(), list.sets.begin(), list.sets.end());
+  EXPECT_THAT(sets, testing::ElementsAre("My stations", "My stations (known-own.txt)", "Shipped"));
+}
+
 TEST_F(OwnStations, AreKnownAsSoonAsTheFileChanged) {
   play.write(play.ownFolder() / "my-stations.txt", "kHz ; Name\n9420 ; Another\n");
   play.core->ReadFrqOwn();

@@ -68,12 +68,17 @@ TEST_F(MyStations, ThePresentSettingIsTakenWithTheNameKnownThere) {
   EXPECT_NE(cell(0, StationGrid::Mode), "");
   EXPECT_EQ(editor().grid().current().row, 0u);
   EXPECT_THAT(file(), HasSubstr("5000 ; " + cell(0, StationGrid::Name)));
+  rig.type("7201\r");
+  rig.run(milliseconds(500));
+  rig.type(std::string(1, 25));
+  settle();
+  EXPECT_EQ(cell(2, StationGrid::Name), rig.view().Band.text) << "the band's where nobody is known";
 }
 
 TEST_F(MyStations, AnEditReachesAllMarkedRowsAndIsOneStep) {
   press(key::Space);
-  press(key::Down);
-  press(key::Space);
+  EXPECT_TRUE(editor().grid().clicked({1, StationGrid::Mark}));
+  EXPECT_FALSE(editor().grid().clicked({1, StationGrid::Name}));
   edit(1, StationGrid::Group, "Both");
   EXPECT_EQ(cell(0, StationGrid::Group) + cell(1, StationGrid::Group), "BothBoth");
   edit(0, StationGrid::Khz, "nothing");
@@ -128,6 +133,10 @@ TEST_F(MyStations, AnImportShowsLineByLineWhatItDoesAndOneUndoTakesItBack) {
   EXPECT_EQ(editor().table().rows(), 4u);
   EXPECT_EQ(cell(2, StationGrid::Mode), "LSB");
   EXPECT_EQ(cell(2, StationGrid::Group), "A") << "what the file leaves open stays";
+  editor().importFile(rig.folder() / "theirs.csv");
+  settle();
+  EXPECT_THAT(editor().import()->words(), HasSubstr("Adds 0, changes 0")) << "the same once more";
+  editor().dropImport();
   editor().undo();
   settle();
   EXPECT_EQ(editor().table().rows(), 2u);
