@@ -18,8 +18,12 @@ constexpr int kKeyA = 'A', kKeyY = 'Y', kKeyZ = 'Z';
 
 bool isYesNo(int column) { return column == StationGrid::Favourite || column == StationGrid::Skip; }
 
-bool holdsUpper(const std::string& text, const std::string& upperText) {
-  return !text.empty() && upper(text).find(upperText) != std::string::npos;
+/// A hundred thousand texts are looked through between two keys: nothing is copied for it.
+bool holdsUpper(std::string_view text, std::string_view upperText) {
+  const auto equal = [](char c, char wanted) {
+    return (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) == wanted;
+  };
+  return !std::ranges::search(text, upperText, equal).empty();
 }
 
 }  // namespace
@@ -54,50 +58,52 @@ bool StationGrid::takes(const Entry& entry, const std::string& upperText) const 
   if (!filter_.group.empty() && entry.group != filter_.group) return false;
   if (upperText.empty()) return true;
   return holdsUpper(entry.name, upperText) ||
-         lists::khzText(entry.frequency).starts_with(upperText) ||
+         (isDigit(upperText[0]) && lists::khzText(entry.frequency).starts_with(upperText)) ||
          holdsUpper(entry.group, upperText) || holdsUpper(entry.tags, upperText) ||
          holdsUpper(entry.note, upperText);
 }
 
 void StationGrid::seek() {
-  const lists::OwnList& list = store_.list();
   const std::string upperText = upper(trimmed(filter_.text));
   rows_.clear();
-  for (Id id = 0; id < list.end(); ++id) {
-    if (list.at(id) && takes(*list.at(id), upperText)) rows_.push_back(id);
-  }
-  std::erase_if(marks_, [&](Id id) { return id >= list.end() || !list.at(id); });
+  std::ranges::copy_if(all_, std::back_inserter(rows_),
+                       [&](Id id) { return takes(*store_.list().at(id), upperText); });
 }
 
 void StationGrid::sort() {
   const lists::OwnList& list = store_.list();
+  std::erase_if(marks_, [&](Id id) { return id >= list.end() || !list.at(id); });
+  all_.clear();
+  for (Id id = 0; id < list.end(); ++id)
+    if (list.at(id)) all_.push_back(id);
   const auto byNumber = [&](auto key) {
-    std::ranges::stable_sort(rows_, {}, [&, key](Id id) { return key(*list.at(id)); });
+    std::ranges::stable_sort(all_, {}, [&, key](Id id) { return key(*list.at(id)); });
   };
   if (sort_ == Khz) {
     byNumber([](const Entry& entry) { return entry.frequency; });
   } else if (sort_ == Width) {
     byNumber([](const Entry& entry) { return entry.width; });
   } else if (sort_ == Mark) {
-    std::ranges::stable_sort(rows_, {}, [&](Id id) { return !marks_.contains(id); });
+    std::ranges::stable_sort(all_, {}, [&](Id id) { return !marks_.contains(id); });
   } else {
     std::vector<std::pair<std::string, Id>> keys;
-    for (const Id id : rows_) keys.emplace_back(upper(text(*list.at(id), sort_)), id);
+    for (const Id id : all_) keys.emplace_back(upper(text(*list.at(id), sort_)), id);
     std::ranges::stable_sort(keys, {},
                              [](const auto& key) -> const std::string& { return key.first; });
-    std::ranges::transform(keys, rows_.begin(), [](const auto& key) { return key.second; });
+    std::ranges::transform(keys, all_.begin(), [](const auto& key) { return key.second; });
   }
-  if (descending_) std::ranges::reverse(rows_);
+  if (descending_) std::ranges::reverse(all_);
 }
 
 bool StationGrid::follow() {
   const std::uint64_t version = store_.list().version();
-  if (version == soughtVersion_ && filter_ == soughtFilter_ && !resort_) return false;
+  const bool other = version != soughtVersion_ || resort_;
+  if (!other && filter_ == soughtFilter_) return false;
   soughtVersion_ = version;
   soughtFilter_ = filter_;
   resort_ = false;
+  if (other) sort();
   seek();
-  sort();
   return true;
 }
 
