@@ -9,6 +9,7 @@
 #include "base/safe_file.h"
 #include "benchmarks/latencies.h"
 #include "benchmarks/wine/timing_board.h"
+#include "tests/fakes/bare_frequencies.h"
 #include "tests/fakes/bare_receivers.h"
 #include "ui/control_ids.h"
 #include "win32/grid_window.h"
@@ -25,34 +26,6 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kStations = 100'000;
 constexpr int kOpenings = 11, kLines = 300;
-
-/// A frequency component that knows nothing.
-class BareFrequencies : public FrequencyComponent {
- public:
-#define ASK(name, Result, fallback, params, args) \
-  Answer<Result> name params override {           \
-    unused(0 COMMA_BEFORE args);                  \
-    return Answer<Result>(fallback);              \
-  }
-#define TELL(name, params, args) \
-  Outcome name params override { \
-    unused(0 COMMA_BEFORE args); \
-    return Outcome::Done;        \
-  }
-#define WALK(name, params, args)           \
-  Answer<FrqRecord> name params override { \
-    unused(0 COMMA_BEFORE args);           \
-    return Answer<FrqRecord>(FrqRecord{}); \
-  }
-#include "contract/ambrel_operations.inc"
-#undef ASK
-#undef TELL
-#undef WALK
-
- private:
-  template <class... Args>
-  static void unused(const Args&...) {}
-};
 
 struct Nobody : FileDialogs, MessageBoxes {
   std::optional<std::string> open(const FileRequest&) override { return std::nullopt; }
@@ -140,7 +113,7 @@ class Bench {
 
  private:
   fakes::BareReceivers receivers_;
-  BareFrequencies frequencies_;
+  fakes::BareFrequencies frequencies_;
   Nobody nobody_;
   FileFlows files_{nobody_, nobody_};
   win32::ScreenColours colours_;

@@ -101,6 +101,7 @@ TEST_F(MyStations, TuningToOneAppliesModeAndNearestFilter) {
   rig.run(milliseconds(500));
   EXPECT_EQ(rig.receiver().GetRxFrequency(0, kTuned), 9420000);
   EXPECT_EQ(rig.receiver().GetRxMode(0), 0);
+  EXPECT_EQ(rig.receiver().GetRxFilter(0), 3000) << "the nearest that it has";
 }
 
 TEST_F(MyStations, WhatAnotherProgramWroteMeanwhileStays) {
