@@ -4,11 +4,11 @@
 # One list for each purpose. The checks are by package and not by program, since some of them are
 # fonts, headers and sources.
 declare -A packages_for=(
-  ['building the Windows program']='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools googletest nlohmann-json3-dev librapidxml-dev'
-  ['building the 32-bit program']='cmake ninja-build g++-mingw-w64-i686-posix mingw-w64-tools wine64 nlohmann-json3-dev librapidxml-dev'
+  ['building the Windows program']='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools googletest nlohmann-json3-dev librapidxml-dev libz-mingw-w64-dev'
+  ['building the 32-bit program']='cmake ninja-build g++-mingw-w64-i686-posix mingw-w64-tools wine64 nlohmann-json3-dev librapidxml-dev libz-mingw-w64-dev'
   ['packing the program']='nsis zip unzip cmark-gfm binutils-mingw-w64-x86-64'
-  ['building the native tests']='cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev librapidxml-dev'
-  ['building the fuzzers']='cmake ninja-build clang-16 libclang-rt-16-dev libgtest-dev libgmock-dev nlohmann-json3-dev librapidxml-dev'
+  ['building the native tests']='cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev librapidxml-dev zlib1g-dev'
+  ['building the fuzzers']='cmake ninja-build clang-16 libclang-rt-16-dev libgtest-dev libgmock-dev nlohmann-json3-dev librapidxml-dev zlib1g-dev'
   ['checking the code']='shellcheck clang-format-14 clang-tidy-16'
   ['running Windows programs']='wine wine64 fonts-wine fonts-dejavu-core fonts-liberation'
   ['asking whether a display answers']='x11-utils'

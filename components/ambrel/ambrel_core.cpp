@@ -6,6 +6,7 @@
 #include "base/one_try.h"
 #include "components/ambrel/bands/region_store.h"
 #include "components/ambrel/schedule/codes_file.h"
+#include "components/ambrel/stations/own_stations.h"
 #include "contract/modes.h"
 
 namespace kelvane::ambrel {
@@ -46,6 +47,7 @@ Outcome AmbrelCore::OpenFrqConfig(Text instance) {
   files_.emplace(dataFolder_, userFolder_, instance, disk_);
   const DataFiles files = filesNow();
   codes_ = loadCodes(files, openNotes_);
+  ownStamp_ = ownStationsStamp(files);
   useData(loadStations(files, std::nullopt));
   readHeldAgain();
   return Outcome::Done;
@@ -205,6 +207,32 @@ Answer<Text> AmbrelCore::FinishFrqWriting() {
     words += (words.empty() ? "" : "\n") + ("The schedule was not kept: " + lostSchedule_) +
              ". The file that it was read from is as it was.";
   return words;
+}
+
+Outcome AmbrelCore::ReadFrqOwn() {
+  if (!files_) return Outcome::Failed;
+  ownStamp_ = ownStationsStamp(*files_);
+  readOwn();
+  return Outcome::Done;
+}
+
+Outcome AmbrelCore::SetFrqPlace(Text place) {
+  ownPlace_ = readPlace(place);
+  return ownPlace_ || place.empty() ? Outcome::Done : Outcome::Failed;
+}
+
+Answer<Text> AmbrelCore::GetFrqKnownPath() {
+  const auto found = stations_.found();
+  if (!found || !ownPlace_) return Text();
+  const StationDetails details =
+      detailsOf(*data_.table, found->frequency, *found->record, stations_.lastTime(), *codes_);
+  return details.place ? pathWords(*ownPlace_, *details.place, found->minute) : Text();
+}
+
+Answer<Text> AmbrelCore::GetFrqNextHere() {
+  const auto found = stations_.found();
+  if (!found) return Text();
+  return nextHere(*data_.table, found->place, found->minute, *codes_);
 }
 
 Answer<Text> AmbrelCore::GetFrqFaults() { return notedFaults(); }

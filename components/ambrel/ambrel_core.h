@@ -62,6 +62,8 @@ class AmbrelCore final : public FrequencyComponent {
   bool isLoading() const { return loading_; }
   /// How the last import or reload went, for the operator.
   const std::string& loadWords() const { return loadWords_; }
+  /// Begins to read the operator's own list anew; what else is known stays.
+  void readOwn();
   /// Puts the kept schedule aside and reads all texts anew; ends as an import does.
   bool dropSchedule();
   /// Does something on the user-interface thread, at the next `deliverEvents`. From any thread.
@@ -103,6 +105,7 @@ class AmbrelCore final : public FrequencyComponent {
     FileNotes openNotes = {};
   };
 
+  void lookAtOwnFile();
   bool load(std::function<Loaded(const DataFiles&)> read);
   void take(Loaded& loaded);
   void useData(StationData data);
@@ -132,6 +135,9 @@ class AmbrelCore final : public FrequencyComponent {
   bool owned_ = false;         ///< somebody sits before the windows
   bool regionChosen_ = false;  ///< by the operator: a kept one that is read late counts no more
   bool asking_ = false;        ///< whether to read anew what could not be read
+  bool ownWaits_ = false;      ///< the own list changed while something was being read
+  std::optional<GeoPoint> ownPlace_;
+  std::string ownStamp_;  ///< of its file when it was last read
   std::string loadWords_;
   // Why what the operator chose could not be kept; the background's while that is at work.
   std::string lostRegion_, lostSchedule_;

@@ -7,6 +7,7 @@
 #include "components/ambrel/bands/region_store.h"
 #include "components/ambrel/schedule/codes_file.h"
 #include "components/ambrel/schedule/schedule_store.h"
+#include "components/ambrel/stations/own_stations.h"
 #include "contract/modes.h"
 
 namespace kelvane::ambrel {
@@ -26,6 +27,7 @@ std::string countsOf(const StationList& list) {
 }  // namespace
 
 void AmbrelCore::lookAtClock() {
+  lookAtOwnFile();
   const auto found = stations_.found();
   if (!found || stations_.airTime().minute() == found->minute) return;
   const std::string told = words()->name + words()->info + words()->extra;
@@ -36,6 +38,12 @@ void AmbrelCore::lookAtClock() {
 
 bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
   return load([this, file](const DataFiles& files) {
+    if (const auto other = importOther(file, files)) {
+      if (!other->taken) return Loaded{std::nullopt, other->words};
+      Loaded loaded{loadStations(files, std::nullopt), other->words};
+      loaded.codes = loadCodes(files, loaded.openNotes);
+      return loaded;
+    }
     StationList list = readScheduleFile(file, files.disk());
     if (!list.refusal.empty())
       return Loaded{std::nullopt, list.origin + " was not loaded. " + list.refusal +
@@ -67,6 +75,23 @@ bool AmbrelCore::dropSchedule() {
                                       : "The schedule was put aside as " + pathText(aside) + ".";
     return Loaded{loadStations(files, std::nullopt), std::move(words)};
   });
+}
+
+void AmbrelCore::readOwn() {
+  if (loading_) ownWaits_ = true;
+  if (loading_ || !files_) return;
+  const std::string words = loadWords_;
+  const StationData data = data_;
+  load([data, words](const DataFiles& files) {
+    return Loaded{withOwnStations(data, files), words};
+  });
+}
+
+// Another process of the instance may have changed it.
+void AmbrelCore::lookAtOwnFile() {
+  if (!files_ || loading_) return;
+  std::string stamp = ownStationsStamp(*files_);
+  if (std::exchange(ownStamp_, std::move(stamp)) != ownStamp_) readOwn();
 }
 
 bool AmbrelCore::load(std::function<Loaded(const DataFiles&)> read) {
@@ -103,6 +128,7 @@ void AmbrelCore::take(Loaded& loaded) {
   if (loaded.data) useData(std::move(*loaded.data));
   askAgain();
   queue_.tell([](FrequencyListener& listener) { listener.FrqDataUpdated(); });
+  if (std::exchange(ownWaits_, false)) readOwn();
 }
 
 void AmbrelCore::useData(StationData data) {

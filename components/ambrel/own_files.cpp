@@ -25,7 +25,7 @@ constexpr std::string_view kKnownHead =
     "#\r\n"
     "# Save this file, then have everything read anew.\r\n"
     "\r\n"
-    "[My stations]\r\n";
+    "[My sets]\r\n";
 
 bool isThere(const fs::path& file) {
   std::error_code error;

@@ -24,6 +24,11 @@ struct Record {
   std::uint16_t minutes = 1440;       ///< how long it lasts; may run past midnight
   std::uint16_t set = 0;
   std::uint8_t weekdays = DayRule::kAllWeekdays;
+
+  // What the operator's own list says besides.
+  static constexpr std::uint8_t kOwn = 1, kFavourite = 2, kSkip = 4;
+  static constexpr std::uint8_t kTimed = 8;  ///< it has times or days of its own
+  std::uint8_t marks = 0;
 };
 static_assert(sizeof(Record) == 8);
 

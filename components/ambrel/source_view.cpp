@@ -10,6 +10,8 @@ namespace kelvane::ambrel {
 namespace {
 
 std::string contentsOf(const StationList& list) {
+  if (list.form == StationList::Form::Own)
+    return std::to_string(list.count) + (list.count == 1 ? " station" : " stations");
   if (list.form == StationList::Form::Known)
     return std::to_string(list.sets.size()) + (list.sets.size() == 1 ? " set, " : " sets, ") +
            std::to_string(list.count) + " frequencies";
@@ -29,9 +31,10 @@ std::string problemsOf(const StationList& list) {
 }
 
 SourceRow rowOf(const StationList& list, UtcMinute now) {
-  const bool schedule = list.form == StationList::Form::Eibi;
+  const bool schedule = list.isSchedule();
   SourceRow row;
-  row.kind = schedule ? "Schedule" : "Known frequencies";
+  const bool own = list.form == StationList::Form::Own;
+  row.kind = schedule ? "Schedule" : own ? "My stations" : "Known frequencies";
   row.name = schedule ? list.origin : pathText(list.file.filename());
   row.path = pathText(list.file);
   row.owner = list.usersOwn ? "own" : "shipped";

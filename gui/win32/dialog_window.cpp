@@ -55,6 +55,14 @@ int heldKeys() {
   return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
 }
 
+/// The first of the files that were dropped; ends the drop.
+std::wstring droppedFile(HDROP drop) {
+  std::wstring name(DragQueryFileW(drop, 0, nullptr, 0) + 1, L'\0');
+  name.resize(DragQueryFileW(drop, 0, name.data(), static_cast<UINT>(name.size())));
+  DragFinish(drop);
+  return name;
+}
+
 /// What a control needs besides its style.
 DWORD extended(const DialogItem& item) {
   const std::wstring_view type(item.windowClass);
@@ -278,6 +286,8 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       return notified(*reinterpret_cast<const NMHDR*>(lParam), result);
     case WM_TIMER:
       return tick(), true;
+    case WM_DROPFILES:
+      return fileDropped(droppedFile(reinterpret_cast<HDROP>(wParam))), true;
     case WM_SETCURSOR:
       if (LOWORD(lParam) != HTCLIENT || !waiting()) return false;
       return SetCursor(LoadCursorW(nullptr, IDC_WAIT)), result = TRUE, true;

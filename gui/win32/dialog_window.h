@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <shellapi.h>
 
 #include <memory>
 #include <string>
@@ -93,6 +94,9 @@ class DialogWindow : private WindowBase<DialogWindow> {
   virtual bool accelerator(wchar_t character);
   /// The wheel was turned, by notches away from the operator.
   virtual bool wheel(int notches);
+  /// Files may be dropped on the dialog; each drop is told by its first file's full name.
+  void takeFiles() { DragAcceptFiles(window_, TRUE); }
+  virtual void fileDropped(const std::wstring&) {}
   /// The timer set with startTimer fired.
   virtual void tick() {}
   /// Gives the controls their fonts and places before the dialog is shown, which is quick then.

@@ -33,6 +33,7 @@ Config::Config(Options& options, SettingsStore& settings, ReceiverComponent& com
     (view_.*row.box).text = row.caption;
     (view_.*row.box).tip = row.tip;
   }
+  view_.WndPlace.tip = "Your locator (JO21SX) or degrees (52.1, 5.2): for distance and bearing";
   view_.DDESrvNam.tip =
       "DDE Server basename. Receiver name will be added to it together with a '_' separator";
   view_.cmdOK.text = "OK";
@@ -42,6 +43,7 @@ Config::Config(Options& options, SettingsStore& settings, ReceiverComponent& com
 void Config::shown() {
   for (const OptionBox& row : kOptionBoxes) (view_.*row.box).pressed = options_.*row.option;
   view_.DDESrvNam.text = options_.OptDDEName;
+  view_.WndPlace.text = options_.OptPlace;
   view_.onTop = options_.OptOnTop;
   view_.colours = options_.OptColours;
   view_.All.selected = General;
@@ -91,6 +93,7 @@ std::string Config::cmdOK_Click() {
   Options chosen = options_;
   for (const OptionBox& row : kOptionBoxes) chosen.*row.option = (view_.*row.box).pressed;
   chosen.OptDDEName = trimmed(view_.DDESrvNam.text);
+  chosen.OptPlace = trimmed(view_.WndPlace.text);
   chosen.OptColours = view_.colours;
   view_.open = false;
   // What another program stored meanwhile stays, where the operator did not choose otherwise.

@@ -19,7 +19,8 @@ struct ConfigView {
   ColourChoice colours = ColourChoice::AsSystem;
   TabRow All;  ///< the panel of the selected tab is in view, the others are not
   Control Windows, Tuned, Other;
-  Control WndOTop, WndBeep, WndMonR, WndNewR, FrqSetM, FrqSetF, SndTimR, DDEOAct, DDESrvNam;
+  Control WndOTop, WndBeep, WndMonR, WndNewR, FrqSetM, FrqSetF, SndTimR, DDEOAct, DDESrvNam,
+      WndPlace;
   Control cmdOK, cmdCancel;
 
   bool operator==(const ConfigView&) const = default;
@@ -74,6 +75,8 @@ class Config {
   void ticked(int control, bool on);
   /// The text of the field DDESrvNam is now this one.
   void typed(std::string text) { view_.DDESrvNam.text = std::move(text); }
+  /// The text of the field WndPlace is now this one.
+  void placeTyped(std::string text) { view_.WndPlace.text = std::move(text); }
   /// A set of colours was chosen, by its place in `kColourChoices`.
   void coloursChosen(int choice) { view_.colours = colourChoice(choice); }
   /// A tab was chosen. May open a dialog of the component's, and return when that is closed.

@@ -41,6 +41,8 @@ DataLogView firstLogView() {
   view.Insert.tip = "Insert a new record";
   view.Delete.text = "&Delete";
   view.Delete.tip = "Delete selected record";
+  view.Import.text = "I&mport";
+  view.Import.tip = "Take in a log of another program: ADIF, or a table with headings";
   view.Export.text = "&Export";
   view.Export.tip = "Export the log for other programs, as ADIF or CSV";
   view.OK.text = "OK";
@@ -319,6 +321,7 @@ void DataLog::Cancel_Click() {
 }
 
 void DataLog::close() {
+  import_.reset();
   view_.open = false;
   refresh();
 }
@@ -555,6 +558,7 @@ void DataLog::refresh() {
   const bool idle = !busy(), some = log_.size() > 0;
   view_.Insert.enabled = idle && !adding_;
   view_.Delete.enabled = idle && !adding_ && some;
+  view_.Import.enabled = idle && !adding_;
   view_.Copy.enabled = some;
   view_.Export.enabled = view_.OK.enabled = view_.Cancel.enabled = idle;
   view_.caption = "Frequency logs [" + std::to_string(log_.size()) + " records]";

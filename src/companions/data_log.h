@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "companions/log_import.h"
 #include "contract/components.h"
 #include "grid/grid.h"
 #include "grid/undo_stack.h"
@@ -26,7 +27,7 @@ struct DataLogView {
   std::string caption = "Station logs";
   std::string captionTip;  ///< what became of lines that are no records; mostly empty
   std::string Notice;      ///< what happened last, in words
-  Control Copy, Insert, Delete, Export, OK, Cancel;
+  Control Copy, Insert, Delete, Import, Export, OK, Cancel;
   bool open = false;
 
   bool operator==(const DataLogView&) const = default;
@@ -70,6 +71,17 @@ class DataLog : private GridTable {
   void Delete_Click();
   /// Has the operator choose a file and writes the log there for other programs.
   void Export_Click();
+  /// Has the operator choose a log of another program; or takes the one that he dropped. What it
+  /// would do is shown first.
+  void Import_Click();
+  void importFile(const std::filesystem::path& file);
+  /// What is looked at; null where nothing is.
+  const std::shared_ptr<LogImport>& import() const { return import_; }
+  /// What times mean in a table that does not say it.
+  void importTimes(LogTimes times);
+  /// Takes it into the log, as one step that can be taken back; or drops it.
+  void takeIn();
+  void dropImport();
   /// Saves the file and closes the window, as closing it by its corner does; where the file cannot
   /// be saved the window stays and says why.
   void OK_Click();
@@ -120,6 +132,7 @@ class DataLog : private GridTable {
   void close();
   std::string rescue(const std::string& reason) const;
 
+  std::function<void()> understood(const std::shared_ptr<const std::string>& bytes, LogTimes times);
   LogRecord present() const;
   void record();
   void insert(const LogRecord& record);
@@ -150,6 +163,7 @@ class DataLog : private GridTable {
   std::string news_;                ///< for the notice, once the window is open and at rest
   bool select_ = false;             ///< the record of the present frequency is to be selected
   std::vector<LogRecord> waiting_;  ///< records to be added as soon as the table can be changed
+  std::shared_ptr<LogImport> import_;
   std::future<std::function<void()>> work_;
 };
 

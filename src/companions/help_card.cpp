@@ -111,6 +111,8 @@ constexpr std::string_view kCard =
     SECTION("DATABASE CONTROL") FROM("From main window")
     ROW("R", "Cycle through Region")
     ROW("K", "Show Known frequencies list")
+    ROW("Y", "Show my stations")
+    ROW("CTL-Y", "Take present setting into my stations")
     ROW("E", "Edit/Configure Database source")
     ROW("D", "Open frequency Database")
     END

@@ -91,6 +91,9 @@ void BestSetting::showKnown(Hz tuned) {
   Text text = frequency_.GetFrqKnownName();
   const Text info = frequency_.GetFrqKnownInfo();
   if (!info.empty()) text += " - " + info + " " + frequency_.GetFrqKnownExtra().value();
+  for (const Text& more :
+       {frequency_.GetFrqKnownPath().value(), frequency_.GetFrqNextHere().value()})
+    if (!more.empty()) text += "; " + more;
   caption(text);
   if (offset != 0) {
     view_.Band.fore = std::abs(offset) > kVeryNear ? kOff : kClose;

@@ -20,7 +20,8 @@ constexpr std::array kReceiver{id::ModEvent + 0, id::ModEvent + 1, id::ModEvent 
 constexpr std::array kPanel{id::GenEvent + 0,     id::GenEvent + 1, id::GenEvent + 2,
                             id::Opener + 0,       id::Opener + 1,   id::Opener + 2,
                             id::Opener + 3,       id::Opener + 4,   id::Opener + 5,
-                            id::ConfigButton + 0, id::Opener + 6,   id::Opener + 7};
+                            id::Opener + 6,       id::ConfigButton + 0,
+                            id::Opener + 7,       id::Opener + 8};
 constexpr std::array kTabs{id::TabStrip + 0};
 
 constexpr std::array<std::span<const int>, 5> kGroups{kTyping, kDigits, kReceiver, kPanel, kTabs};

@@ -13,7 +13,7 @@ namespace kelvane {
 /// What opens the windows beside the main one, for the keys and for the row of buttons alike.
 class Openers {
  public:
-  static constexpr int kButtons = 8;
+  static constexpr int kButtons = 9;
 
   Openers(std::array<Control, kButtons>& Opener, ReceiverComponent& receiver,
           FrequencyComponent& frequency, ShownReceiver& shown, Companions& windows,
@@ -31,6 +31,8 @@ class Openers {
   void knownList() { frequency_.ShowFrqKnownList(); }
   /// The stations' data; the keyboard stays with the panel, where a number may follow.
   void dataView();
+  void stations() { windows_.open(Companion::Stations); }
+  void takeStation() { windows_.open(Companion::TakeStation); }
   void editSource() { frequency_.EditFrqDatabase(); }
   void overview() { windows_.open(Companion::Overview); }
   void traces() { windows_.open(Companion::Traces); }

@@ -126,6 +126,11 @@ void Grid::typeAhead(char32_t character) {
     put(items[*found]);
 }
 
+bool Grid::clicked(GridCell cell) {
+  select(cell);
+  return table_.clicked(current_);
+}
+
 void Grid::headerClicked(int column) {
   commit();
   table_.headerClicked(column);

@@ -89,6 +89,9 @@ class Grid {
   bool keyDown(int keyCode, int shift);
   bool keyPress(char32_t character);
 
+  /// A click on a cell. Answers whether the table used it up.
+  bool clicked(GridCell cell);
+
   /// An entry is committed first: rows may come to lie elsewhere.
   void headerClicked(int column);
 

@@ -22,6 +22,8 @@ bool GridTable::keyDown(int, int) { return false; }
 
 void GridTable::recall(GridRow) {}
 
+bool GridTable::clicked(GridCell) { return false; }
+
 void GridTable::headerClicked(int) {}
 
 bool GridTable::undo() { return false; }

@@ -44,6 +44,8 @@ class GridTable {
   /// A key in the grid, while no cell is edited, before the grid uses it itself. Answers whether it
   /// is used up.
   virtual bool keyDown(int keyCode, int shift);
+  /// A cell was clicked. Answers whether that is all the click does.
+  virtual bool clicked(GridCell cell);
   /// Shift and an arrow: what this row holds is wanted on the receiver.
   virtual void recall(GridRow row);
   virtual void headerClicked(int column);

@@ -67,6 +67,10 @@ std::span<const CommandRow> commandRows() {
       {Character, 'E', 0, "", Remote, "E", "Edit/Configure Database source", &K::editDatabase},
       {Character, 'D', 0, "", Remote, "D", "Open frequency Database", &K::dataView},
 
+      {Character, 'Y', 0, "", Panel, "Y", "Show my stations", &K::stations},
+      {Character, 25, 0, "", Remote, "CTL-Y", "Take present setting into my stations",
+       &K::takeStation},
+
       {Character, ' ', 0, "", Remote, "SPACE", "Show log data and store current setting",
        &K::logAndRecord},
       {Character, 'G', 0, "", Remote, "G", "Show log file data", &K::log},

@@ -101,6 +101,8 @@ class KeyCommands {
   void pasteFrequency();
   void nextRegion() { navigation_.nextRegion(); }
   void knownList() { openers_.knownList(); }
+  void stations() { openers_.stations(); }
+  void takeStation() { openers_.takeStation(); }
   void dataView() { openers_.dataView(); }
   void editDatabase() { openers_.editSource(); }
   void logAndRecord();

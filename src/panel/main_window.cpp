@@ -8,6 +8,7 @@
 #include "companions/channel_editor.h"
 #include "companions/data_log.h"
 #include "overview/station_views.h"
+#include "own_list/station_editor.h"
 #include "station_log/station_names.h"
 #include "ui/alt_letters.h"
 #include "ui/control_ids.h"
@@ -86,6 +87,14 @@ MAin::MAin(const PanelServices& services)
             return knownStations(frequency, frequencies);
           }})),
       views_(makeViews()),
+      stations_(std::make_unique<StationEditor>(
+          StationServices{services.receiver, services.frequency, services.files, services.boxes,
+                          services.ownFolder, services.disk,
+                          [this](Hz frequency, Setting mode, Setting filter) {
+                            return !shown_.locked() && navigation_.tuneTo(frequency, mode, filter);
+                          },
+                          [this] { return shown_.index(); },
+                          [this] { services_.dialogs.showStations(*stations_); }})),
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
               *channelEditor_, *log_, *views_, services.now),
       frqEvents_(services.receiver, shown_, navigation_, best_, refusal_),
@@ -94,6 +103,7 @@ MAin::MAin(const PanelServices& services)
       config_(options_, services.settings, services.receiver, shown_, services.instance),
       help_(services.settings, services.saveReport) {
   provideCompanions();
+  services_.frequency.SetFrqPlace(options_.OptPlace);
   showOptions();
   row_.Boundary(999'999'999, 0, 1);
   row_.Unselect(true);
@@ -132,6 +142,8 @@ std::unique_ptr<StationViews> MAin::makeViews() {
 void MAin::provideCompanions() {
   companions_.provide(Companion::Help, [this] { services_.dialogs.showHelp(help_); });
   companions_.provide(Companion::Channels, [this] { channelEditor_->Receiver(shown_.index()); });
+  companions_.provide(Companion::Stations, [this] { stations_->open(); });
+  companions_.provide(Companion::TakeStation, [this] { stations_->takeShown(); });
   companions_.provide(Companion::Log, [this] { openLog(true); });
   companions_.provide(Companion::LogAndRecord, [this] { openLog(false); });
   companions_.provide(Companion::Overview,
@@ -250,6 +262,11 @@ void MAin::Config_Click() {
   services_.dialogs.showConfig(config_);
   view_.Config.pressed = false;
   showOptions();
+  if (services_.frequency.SetFrqPlace(options_.OptPlace) == Outcome::Failed)
+    services_.boxes.show("\"" + options_.OptPlace +
+                             "\" is no place: a locator (JO21SX) or degrees of latitude and "
+                             "longitude (52.1, 5.2) were expected.",
+                         "", Buttons::Ok);
   tabs_.hasTabs() ? refresh_.run() : refresh_.none();
   dde_.apply();
 }
@@ -350,6 +367,7 @@ void MAin::tick(Instant now) {
     utc_.tick();
     levels_.askThresholds();
     announce();
+    stations_->tick();
   }
   levels_.tick(now);
   channelEditor_->tick(now);
@@ -366,9 +384,11 @@ std::vector<LastWrite> MAin::lastWrites() {
   ReceiverComponent& receiver = services_.receiver;
   const auto saveLog = [this](const std::string& file) { return log_->saveTo(file); };
   const auto saveEdits = [this](const std::string& file) { return channelEditor_->saveTo(file); };
+  const auto saveStations = [this](const std::string& file) { return stations_->saveTo(file); };
   std::vector<LastWrite> writes{
       {[this] { return log_->end(); }, "scratchpad", "txt", saveLog},
-      {[this] { return channelEditor_->end(); }, "Channels", "txt", saveEdits}};
+      {[this] { return channelEditor_->end(); }, "Channels", "txt", saveEdits},
+      {[this] { return stations_->end(); }, "My stations", "txt", saveStations}};
   for (Index rx = 0; rx < receiverCount(receiver); ++rx) {
     const auto write = [&receiver, rx](const std::string& file) {
       return receiver.FinishRxWriting(rx, file).value();

@@ -29,6 +29,7 @@ namespace kelvane {
 class Calendar;
 class ChannelEditor;
 class DataLog;
+class StationEditor;
 class FileFlows;
 class Overview;
 class StationViews;
@@ -53,6 +54,8 @@ class PanelDialogs {
   /// to be told that nobody asked for.
   enum class Keys { Take, Leave };
   virtual void showTraces(Traces& traces, Keys keys) = 0;
+  /// Opens the window of the operator's own stations, or brings it to the front; returns at once.
+  virtual void showStations(StationEditor& editor) = 0;
 };
 
 /// What the main window stands on.
@@ -195,6 +198,7 @@ class MAin : public ControlEvents {
   std::unique_ptr<ChannelEditor> channelEditor_;
   std::unique_ptr<DataLog> log_;
   std::unique_ptr<StationViews> views_;
+  std::unique_ptr<StationEditor> stations_;
   RxEvents events_;
   Hz spoken_ = -1;       ///< the frequency to be announced
   Index spokenOf_ = -1;  ///< and its receiver

@@ -5,6 +5,7 @@ namespace kelvane {
 namespace {
 
 constexpr std::string_view kDdeNameSetting = "DDEName";
+constexpr std::string_view kPlaceSetting = "Place";
 constexpr std::string_view kColoursSetting = "Colours";
 
 }  // namespace
@@ -18,6 +19,7 @@ Options loadOptions(const SettingsStore& settings) {
   for (const OptionRow& row : kOptionRows)
     options.*row.member = settings.flag(row.setting, row.fallback);
   options.OptDDEName = settings.text(kDdeNameSetting, options.OptDDEName);
+  options.OptPlace = settings.text(kPlaceSetting, options.OptPlace);
   options.OptColours = colourChoice(settings.number(kColoursSetting, 0));
   return options;
 }
@@ -27,6 +29,7 @@ Options joinOptions(const Options& before, const Options& mine, const Options& s
   for (const OptionRow& row : kOptionRows)
     if (mine.*row.member != before.*row.member) joined.*row.member = mine.*row.member;
   if (mine.OptDDEName != before.OptDDEName) joined.OptDDEName = mine.OptDDEName;
+  if (mine.OptPlace != before.OptPlace) joined.OptPlace = mine.OptPlace;
   if (mine.OptColours != before.OptColours) joined.OptColours = mine.OptColours;
   return joined;
 }
@@ -36,6 +39,7 @@ bool saveOptions(const Options& options, SettingsStore& settings) {
   for (const OptionRow& row : kOptionRows)
     written = settings.writeFlag(row.setting, options.*row.member) && written;
   written = settings.writeText(kDdeNameSetting, options.OptDDEName) && written;
+  written = settings.writeText(kPlaceSetting, options.OptPlace) && written;
   const auto colours = static_cast<std::int32_t>(options.OptColours);
   return settings.writeNumber(kColoursSetting, colours) && written;
 }

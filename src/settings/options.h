@@ -21,9 +21,10 @@ struct Options {
   bool OptFollowCarrier;
   bool OptAutoMode;
   bool OptAutoFilter;
-  bool OptSendTime;                                  ///< a link that comes up gets the time of day
-  bool OptDDELink;                                   ///< exchange digits with a DDE server
-  std::string OptDDEName;                            ///< base name of that server
+  bool OptSendTime;        ///< a link that comes up gets the time of day
+  bool OptDDELink;         ///< exchange digits with a DDE server
+  std::string OptDDEName;  ///< base name of that server
+  std::string OptPlace;    ///< the operator's: a locator or degrees; empty where he tells none
   ColourChoice OptColours = ColourChoice::AsSystem;  ///< what the program draws itself with
 
   bool operator==(const Options&) const = default;

@@ -105,6 +105,11 @@ std::string LogTable::lineText(GridRow record) const {
   return decoded(line);
 }
 
+void LogTable::removeFrom(GridRow record) {
+  records_.resize(record);
+  std::erase_if(order_, [record](GridRow shown) { return shown >= record; });
+}
+
 void LogTable::apply(const LogChanges& changes) {
   auto removed = changes.removed();
   if (!removed.empty()) {

@@ -40,6 +40,8 @@ class LogTable {
   LogTable(std::string file, LogRejects& rejects);
 
   GridRow size() const { return static_cast<GridRow>(order_.size()); }
+  /// How many records there are, whatever is shown: they are numbered below it.
+  GridRow records() const { return static_cast<GridRow>(records_.size()); }
   /// The record that is shown in a row.
   GridRow recordAt(GridRow row) const { return order_[row]; }
   std::string_view line(GridRow record) const { return records_[record]; }
@@ -60,6 +62,8 @@ class LogTable {
   Removed remove(GridRow row);
   /// Puts a record back under its number, in its row or the last one.
   void restore(const Removed& removed);
+  /// Takes all records from that number on out; the others stay in their rows' order.
+  void removeFrom(GridRow record);
   /// Does what was done elsewhere: takes as many records out as left there, and adds those that
   /// came behind the last row.
   void apply(const LogChanges& changes);

@@ -15,6 +15,9 @@ enum class Companion {
   Help,          ///< the card of keyboard commands
   Overview,      ///< a row for each receiver
   Traces,        ///< the receivers' levels over each other
+  Stations,      ///< the operator's own list of stations
+  TakeStation,   ///< the same, after the present setting was taken into it
+  Count
 };
 
 /// The companion windows by what opens them. What is not there has no button, and its key does
@@ -31,7 +34,7 @@ class Companions {
   static std::size_t place(Companion window) { return static_cast<std::size_t>(window); }
   std::function<void()>& at(Companion window) { return openers_[place(window)]; }
 
-  std::array<std::function<void()>, 6> openers_;
+  std::array<std::function<void()>, static_cast<std::size_t>(Companion::Count)> openers_;
 };
 
 }  // namespace kelvane

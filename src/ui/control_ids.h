@@ -41,7 +41,7 @@ enum ControlId : int {
   IO = 1140,        // 0..3
   VStep = 1150,     // 0..1
   IStep = 1160,     // 0..1
-  Opener = 1170,    // 0..7
+  Opener = 1170,    // 0..8
 
   // MiniHelp
   HelpCard = 1190,
@@ -59,12 +59,15 @@ enum ControlId : int {
   SndTimR = 1206,
   DDEOAct = 1207,
   DDESrvNam = 1208,
-  DDEServer = 1209,     // the label before it
-  Panel = 1210,         // 0..2
+  DDEServer = 1209,  // the label before it
+  Panel = 1210,      // 0..2
   WndNewR = 1215,
   Colours = 1216,
   ColoursLabel = 1217,
   ConfigFrames = 1220,  // "Windows", "when Manually tuned", "Other"
+
+  WndPlace = 1230,
+  WndPlaceLabel = 1231,
 
   // Channel
   MemGrd = 1300,
@@ -111,6 +114,39 @@ enum ControlId : int {
   PadDelete = 1404,
   PadExport = 1405,
   PadCancel = 1406,
+  PadImport = 1407,
+
+  // what an import into the log would do; Take in and Cancel are the system's own 1 and 2
+  LogImpGrd = 1410,
+  LogImpWords = 1411,
+  LogImpTimes = 1412,
+  LogImpLabel = 1413,
+
+  // My stations; Tune and Close are the system's own 1 and 2
+  StnGrd = 1450,
+  StnStatus = 1451,
+  StnSearch = 1452,
+  StnGroup = 1453,
+  StnFavourites = 1454,
+  StnTake = 1455,
+  StnAdd = 1456,
+  StnRemove = 1457,
+  StnUndo = 1458,
+  StnRedo = 1459,
+  StnImport = 1460,
+  StnExport = 1461,
+  StnFormat = 1462,
+  StnLabel = 1463,
+
+  // what an import would do; Take in and Cancel are the system's own 1 and 2
+  ImpGrd = 1470,
+  ImpWords = 1471,
+  ImpRule = 1472,
+  ImpDelimiter = 1473,
+  ImpUnit = 1474,
+  ImpColumn = 1475,
+  ImpMeaning = 1476,
+  ImpLabel = 1477,
 };
 
 }  // namespace kelvane::id

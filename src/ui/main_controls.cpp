@@ -26,8 +26,8 @@ constexpr int kButtonRow = 256;
 // Eight tabs leave this much of their strip, for what shows all receivers.
 constexpr int kBesideTabs = 642;
 // The windows' buttons stand in the middle between the forwarding and the options.
-constexpr int kOpenerWidth = 66;
-constexpr int kOpenerGap = (kWidth - 4 * 72 - 6 * kOpenerWidth) / 2;
+constexpr int kOpenerWidth = 59;
+constexpr int kOpenerGap = (kWidth - 4 * 72 - 7 * kOpenerWidth) / 2;
 
 constexpr auto kRows = std::to_array<ControlRow>({
     {id::FrqFocus,
@@ -82,7 +82,7 @@ constexpr auto kRows = std::to_array<ControlRow>({
      [](MainView& v, int) -> Control& { return v.GenEvent[2]; }},
     {id::Opener,
      "Opener",
-     6,
+     7,
      Kind::Button,
      Font::Normal,
      Align::Centre,
@@ -90,7 +90,7 @@ constexpr auto kRows = std::to_array<ControlRow>({
      kOpenerWidth,
      "",
      [](MainView& v, int i) -> Control& { return v.Opener[i]; }},
-    {id::Opener + 6,
+    {id::Opener + 7,
      "Opener",
      1,
      Kind::Button,
@@ -99,8 +99,8 @@ constexpr auto kRows = std::to_array<ControlRow>({
      {kBesideTabs, 4, 28, 22},
      0,
      "",
-     [](MainView& v, int) -> Control& { return v.Opener[6]; }},
-    {id::Opener + 7,
+     [](MainView& v, int) -> Control& { return v.Opener[7]; }},
+    {id::Opener + 8,
      "Opener",
      1,
      Kind::Button,
@@ -109,7 +109,7 @@ constexpr auto kRows = std::to_array<ControlRow>({
      {kBesideTabs + 28, 4, 46, 22},
      0,
      "",
-     [](MainView& v, int) -> Control& { return v.Opener[7]; }},
+     [](MainView& v, int) -> Control& { return v.Opener[8]; }},
     {id::ConfigButton,
      "Config",
      1,

@@ -15,7 +15,7 @@ namespace kelvane::win32 {
 
 namespace {
 
-constexpr int kStripTop = 8, kStripHeight = 327, kOkHeight = 26;
+constexpr int kStripTop = 8, kStripHeight = 354, kOkHeight = 26;
 /// Around and between strip and buttons, without the window's own frame.
 constexpr int kAround = 34;
 constexpr int kConfigWidth = 420;
@@ -29,7 +29,7 @@ struct PlacedFrame {
 
 constexpr std::array kFrames{PlacedFrame{&ConfigView::Windows, {20, 42, 380, 92}, 2},
                              PlacedFrame{&ConfigView::Tuned, {20, 140, 380, 66}, 2},
-                             PlacedFrame{&ConfigView::Other, {20, 212, 380, 111}, 4}};
+                             PlacedFrame{&ConfigView::Other, {20, 212, 380, 138}, 4}};
 constexpr int kFirstBox = 20, kBoxStep = 21;
 
 }  // namespace
@@ -72,6 +72,18 @@ void ConfigDialog::makeGeneral() {
        view.DDESrvNam.text,
        {230, 293, 158, 23},
        view.DDESrvNam.tip});
+  makePlace();
+}
+
+/// In the frame "Other", below its boxes.
+void ConfigDialog::makePlace() {
+  add({id::WndPlaceLabel, WC_STATICW, 0, "My &place:", {32, 323, 62, 18}});
+  add({id::WndPlace,
+       WC_EDITW,
+       ES_AUTOHSCROLL | WS_TABSTOP,
+       config_.view().WndPlace.text,
+       {98, 320, 150, 23},
+       config_.view().WndPlace.tip});
 }
 
 /// In the frame "Windows", below its boxes.
@@ -123,7 +135,8 @@ void ConfigDialog::show() {
   for (const OptionBox& row : kOptionBoxes) visible(row.id, general);
   for (int frame = 0; frame < static_cast<int>(kFrames.size()); ++frame)
     visible(id::ConfigFrames + frame, general);
-  for (const int rest : {id::DDEServer, id::DDESrvNam, id::ColoursLabel, id::Colours})
+  for (const int rest : {id::DDEServer, id::DDESrvNam, id::ColoursLabel, id::Colours,
+                         id::WndPlaceLabel, id::WndPlace})
     visible(rest, general);
   SendMessageW(item(id::Colours), CB_SETCURSEL, static_cast<WPARAM>(view.colours), 0);
   for (int panel = 0; panel <= Config::General; ++panel)
@@ -154,6 +167,7 @@ void ConfigDialog::command(int control, int notice) {
     return close();
   }
   if (control == id::DDESrvNam && notice == EN_CHANGE) config_.typed(text(control));
+  if (control == id::WndPlace && notice == EN_CHANGE) config_.placeTyped(text(control));
   if (control == id::Colours && notice == CBN_SELCHANGE)
     config_.coloursChosen(static_cast<int>(SendMessageW(item(control), CB_GETCURSEL, 0, 0)));
   if (notice == BN_CLICKED) config_.ticked(control, checked(control));

@@ -14,6 +14,7 @@ class ConfigDialog : public DialogWindow {
  private:
   void makeGeneral();
   void makeColours();
+  void makePlace();
   void makeButtons();
   void show();
   void showTabs();

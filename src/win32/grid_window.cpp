@@ -143,7 +143,7 @@ bool GridWindow::clicked(POINT at, bool twice) {
   if (column == columns || row >= grid_.table().rows()) return grid_.commit(), show(), true;
   const GridCell cell{row, column};
   const bool again = had && cell == grid_.current();
-  grid_.select(cell);
+  if (grid_.clicked(cell)) return show(), true;
   const RECT button = buttonArea(cellArea(cell));
   if (PtInRect(&button, at) || again || twice) grid_.drop() || grid_.begin(Grid::Begin::Keep);
   show();

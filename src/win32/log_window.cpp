@@ -22,9 +22,12 @@ HINSTANCE moduleOf(HWND window) {
 }  // namespace
 
 LogWindow::LogWindow(HWND owner, DataLog& log, const ScreenColours& colours)
-    : DialogWindow({L"KelvaneLog", log.view().caption, owner, kLogWidth, kLogHeight}), log_(log) {
+    : DialogWindow({L"KelvaneLog", log.view().caption, owner, kLogWidth, kLogHeight}),
+      log_(log),
+      colours_(colours) {
   GridWindow::registerClass(moduleOf(window()));
   make(colours);
+  takeFiles();
   startTimer(kTick);
 }
 
@@ -59,6 +62,7 @@ void LogWindow::make(const ScreenColours& colours) {
   button(id::PadInsert, view.Insert);
   button(id::PadDelete, view.Delete);
   button(id::PadCopy, view.Copy);
+  button(id::PadImport, view.Import);
   button(id::PadExport, view.Export);
   left = kLogWidth - kLogEdge - 2 * kLogButtonStep + 8;
   button(IDOK, view.OK, BS_DEFPUSHBUTTON);
@@ -77,6 +81,7 @@ void LogWindow::show() {
   const DataLogView& view = log_.view();
   if (!view.open) return close();
   grid_->show();
+  showImport();
   if (std::exchange(shown_, view) == view) return;
   SetWindowTextW(window(), wide(view.caption).c_str());
   setText(id::PadNotice, view.Notice);
@@ -85,9 +90,22 @@ void LogWindow::show() {
   showButton(id::PadInsert, view.Insert);
   showButton(id::PadDelete, view.Delete);
   showButton(id::PadCopy, view.Copy);
+  showButton(id::PadImport, view.Import);
   showButton(id::PadExport, view.Export);
   showButton(IDOK, view.OK);
   showButton(id::PadCancel, view.Cancel);
+}
+
+void LogWindow::showImport() {
+  if (import_ && import_->window()) import_->show();
+  if (!log_.import() || (import_ && import_->window())) return;
+  import_ = std::make_unique<LogImportDialog>(window(), log_, colours_);
+  import_->showModeless();
+}
+
+void LogWindow::fileDropped(const std::wstring& name) {
+  if (!name.empty()) log_.importFile(name);
+  show();
 }
 
 void LogWindow::command(int control, int) {
@@ -109,6 +127,9 @@ void LogWindow::command(int control, int) {
       break;
     case id::PadCopy:
       log_.Copy_Click();
+      break;
+    case id::PadImport:
+      log_.Import_Click();
       break;
     case id::PadExport:
       log_.Export_Click();

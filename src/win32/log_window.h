@@ -5,6 +5,7 @@
 #include "companions/data_log.h"
 #include "gui/win32/dialog_window.h"
 #include "win32/grid_window.h"
+#include "win32/log_import_dialog.h"
 
 namespace kelvane::win32 {
 
@@ -25,9 +26,14 @@ class LogWindow : public DialogWindow {
   bool keyDown(int keyCode, int shift) override;
   bool wheel(int notches) override;
   void tick() override;
+  void fileDropped(const std::wstring& name) override;
+
+  void showImport();
 
   DataLog& log_;
+  const ScreenColours& colours_;
   std::unique_ptr<GridWindow> grid_;
+  std::unique_ptr<LogImportDialog> import_;
   DataLogView shown_;
 };
 

@@ -171,7 +171,7 @@ bool PanelWindow::preview(const MSG& message) {
 
 /// The tabs' strip is as wide as the window; what lies at its right end must not be under it.
 void PanelWindow::raiseAboveTabs() const {
-  for (const int control : {id::Opener + 6, id::Opener + 7})
+  for (const int control : {id::Opener + 7, id::Opener + 8})
     SetWindowPos(GetDlgItem(window_, control), HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }

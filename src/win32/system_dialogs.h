@@ -8,6 +8,7 @@
 #include "win32/help_window.h"
 #include "win32/log_window.h"
 #include "win32/overview_window.h"
+#include "win32/station_dialog.h"
 #include "win32/traces_window.h"
 
 namespace kelvane::win32 {
@@ -42,6 +43,13 @@ class SystemDialogs : public PanelDialogs {
     if (!traces_) traces_ = std::make_unique<TracesWindow>(owner_, traces);
     traces_->present(keys == Keys::Take ? ViewWindow::Keys::Take : ViewWindow::Keys::Leave);
   }
+  void showStations(StationEditor& editor) override {
+    if (!stations_ || !stations_->window()) {
+      stations_.reset();
+      stations_ = std::make_unique<StationDialog>(owner_, editor, colours_);
+    }
+    stations_->present();
+  }
 
  private:
   HWND owner_;
@@ -51,6 +59,7 @@ class SystemDialogs : public PanelDialogs {
   std::unique_ptr<LogWindow> log_;
   std::unique_ptr<OverviewWindow> overview_;
   std::unique_ptr<TracesWindow> traces_;
+  std::unique_ptr<StationDialog> stations_;
 };
 
 }  // namespace kelvane::win32

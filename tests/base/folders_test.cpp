@@ -34,13 +34,14 @@ std::map<std::string, Folders> allowed(std::string& upward) {
   return rows;
 }
 
-/// The row that a path of the house belongs to; empty where there is none (its tests, a generated
-/// header).
+/// The row that a path of the house belongs to, the innermost of several; empty where there is none
+/// (its tests, a generated header).
 std::string rowOf(const std::map<std::string, Folders>& rows, const std::string& path) {
+  std::string innermost;  // a folder sorts before what lies in it
   for (const auto& [folder, uses] : rows) {
-    if (path.starts_with(folder + "/")) return folder;
+    if (path.starts_with(folder + "/")) innermost = folder;
   }
-  return {};
+  return innermost;
 }
 
 /// The file that a quoted include names, as a path of the house.

@@ -83,6 +83,7 @@ class FakeDialogs : public PanelDialogs {
   void showOverview(Overview& shown) override { overview = &shown; }
   void showTraces(Traces& shown, Keys) override { ++tracesShown, traces = &shown; }
   void showLog(DataLog& shown) override { ++logs, log = &shown; }
+  void showStations(StationEditor& shown) override { stations = &shown; }
 
   int channelsShown = 0;
   ChannelEditor* channels = nullptr;  ///< the window that was shown
@@ -93,6 +94,7 @@ class FakeDialogs : public PanelDialogs {
   Overview* overview = nullptr;
   Traces* traces = nullptr;
   int tracesShown = 0;
+  StationEditor* stations = nullptr;
   std::function<void(Config&)> inConfig;
 
  private:

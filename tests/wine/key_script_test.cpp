@@ -293,9 +293,13 @@ std::vector<Line> KeyScript::windows() {
     return [this, windowClass] { return opened(windowClass) && closed(); };
   };
   return {
-      {"F1", key(VK_F1), opens(L"KelvaneMiniHelp")}, {"K", typed("k"), opens(L"KelvaneKnownList")},
-      {"E", typed("e"), opens(L"KelvaneSource")},    {"S", typed("s"), opens(L"KelvaneChannel")},
+      {"F1", key(VK_F1), opens(L"KelvaneMiniHelp")},
+      {"K", typed("k"), opens(L"KelvaneKnownList")},
+      {"E", typed("e"), opens(L"KelvaneSource")},
+      {"S", typed("s"), opens(L"KelvaneChannel")},
       {"D", typed("d"), opens(L"KelvaneDataView")},
+      {"Y", typed("y"), opens(L"KelvaneStations")},
+      {"CTL-Y", [this] { panel_.key('Y', kCtrl); }, opens(L"KelvaneStations")},
   };
 }
 

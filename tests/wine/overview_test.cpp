@@ -20,7 +20,7 @@ class AllReceivers : public testing::Test {
         "[Receiver]\r\nName=B\r\nFrequency=14200000\r\n[Receiver]\r\nName=C\r\nModes=USB\r\n");
     panel_ = std::make_unique<RunningPanel>(instance_.name());
     ASSERT_TRUE(panel_->settledOn(0));
-    panel_->click(id::Opener + 6);
+    panel_->click(id::Opener + 7);
     ASSERT_TRUE(eventually([this] { return window() != nullptr; }));
   }
   HWND window() const { return panel_->findWindow(L"KelvaneOverview"); }

@@ -55,25 +55,22 @@ class Planner {
 
   PlanRow plan(const Taken& taken) {
     PlanRow row{Act::Add, taken.place, nullptr, 0, taken.remark};
-    const std::string key = keyOf(taken.entry);
+    Entry entry = taken.entry;
+    const auto [before, isNew] = inFile_.emplace(keyOf(entry), &taken.entry);
     // A station that stands twice in the file comes twice into the list, unless it is the same.
-    if (const auto before = inFile_.find(key); before != inFile_.end()) {
-      if (*before->second == taken.entry) return leave(row, taken, "it stands in the file twice");
-      Entry numbered = taken.entry;
-      numbered.name += " (" + std::to_string(++numbers_[key] + 1) + ")";
-      row.entry = std::make_shared<Entry>(std::move(numbered));
+    if (!isNew && *before->second == entry) return leave(row, entry, "it stands in the file twice");
+    if (!isNew) {
+      entry.name += " (" + std::to_string(++numbers_[before->first] + 1) + ")";
       note(row, "its name stands in the file twice, and gets a number");
-      return row;
     }
-    inFile_.emplace(key, &taken.entry);
-    row.entry = std::make_shared<Entry>(taken.entry);
-    const auto there = here_.find(key);
+    row.entry = std::make_shared<Entry>(entry);
+    const auto there = here_.find(keyOf(entry));
     if (there == here_.end()) return row;
     row.id = there->second;
     const Entry& old = *own_[row.id];
-    if (rule_ == Rule::Skip) return leave(row, taken, "it is in the list already");
-    if (rule_ == Rule::Merge) row.entry = std::make_shared<Entry>(mergedEntry(old, taken.entry));
-    if (*row.entry == old) return leave(row, taken, "it is in the list just so");
+    if (rule_ == Rule::Skip) return leave(row, entry, "it is in the list already");
+    if (rule_ == Rule::Merge) row.entry = std::make_shared<Entry>(mergedEntry(old, entry));
+    if (*row.entry == old) return leave(row, entry, "it is in the list just so");
     row.act = Act::Change;
     return row;
   }
@@ -82,9 +79,9 @@ class Planner {
   static void note(PlanRow& row, const char* why) {
     row.why += (row.why.empty() ? "" : "; ") + std::string(why);
   }
-  static PlanRow leave(PlanRow row, const Taken& taken, const char* why) {
+  static PlanRow leave(PlanRow row, const Entry& entry, const char* why) {
     row.act = Act::Leave;
-    row.entry = std::make_shared<Entry>(taken.entry);
+    row.entry = std::make_shared<Entry>(entry);
     note(row, why);
     return row;
   }

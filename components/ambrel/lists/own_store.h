@@ -31,6 +31,8 @@ class OwnStore {
   bool busy() const { return work_.valid(); }
   /// Why the list could not be read or written the last time; mostly empty.
   const std::string& problem() const { return problem_; }
+  /// Something was edited that the file does not hold.
+  bool unsaved() const { return ready_ && list_.version() != written_; }
   /// Lines of the file that are no stations, in words; mostly empty.
   const std::string& unread() const { return unread_; }
 

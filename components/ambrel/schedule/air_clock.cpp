@@ -7,8 +7,7 @@ AirTime::AirTime(const StationTable& table, UtcMinute minute) : table_(&table), 
   for (const StationList& list : table.lists()) moments_.emplace_back(minute, list.season);
   for (const StationTable::Set& set : table.sets()) {
     const StationList& list = table.lists()[set.list];
-    views_.push_back(
-        {&moments_[set.list], list.rules.data(), list.form == StationList::Form::Eibi});
+    views_.push_back({&moments_[set.list], list.rules.data(), list.isSchedule()});
   }
 }
 

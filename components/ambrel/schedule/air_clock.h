@@ -25,8 +25,10 @@ class AirTime {
     return day && (!record.hasRule || view.rules[table_->sourceOf(record).rule].allows(*day));
   }
 
-  /// Whether the record is of a schedule, and so has times.
-  bool isScheduled(const Record& record) const { return views_[record.set].scheduled; }
+  /// Whether the record has times: those of a schedule have, and some of the operator's own list.
+  bool isScheduled(const Record& record) const {
+    return views_[record.set].scheduled || (record.marks & Record::kTimed);
+  }
 
   /// How the record is to be read now: whether its season has it, and with what shift of the hour.
   const AirMoment& momentOf(const Record& record) const { return *views_[record.set].moment; }

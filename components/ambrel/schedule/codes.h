@@ -1,10 +1,14 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
+
+#include "components/ambrel/schedule/site_places.h"
 
 namespace kelvane::ambrel {
 
@@ -27,11 +31,18 @@ class Codes {
   /// is a relay in country CCC, any other belongs to the station's own country.
   std::string site(std::string_view code, std::string_view homeCountry) const;
 
+  /// Where that is; none where nobody told.
+  std::optional<GeoPoint> place(std::string_view code, std::string_view homeCountry) const {
+    return places_.at(code, homeCountry);
+  }
+  void usePlaces(SitePlaces places) { places_ = std::move(places); }
+
  private:
   const std::string* find(Kind kind, std::string_view code) const;
   std::string wordsOr(Kind kind, std::string_view code) const;
 
   std::array<std::unordered_map<std::string, std::string>, 4> words_;
+  SitePlaces places_;
 };
 
 }  // namespace kelvane::ambrel

@@ -6,7 +6,11 @@
 #include "base/encoding.h"
 #include "base/safe_file.h"
 #include "base/text.h"
+#include "components/ambrel/schedule/codes_file.h"
 #include "components/ambrel/schedule/eibi_schedule.h"
+#include "components/ambrel/schedule/hfcc.h"
+#include "components/ambrel/schedule/site_places.h"
+#include "components/ambrel/schedule/unzip.h"
 
 namespace kelvane::ambrel {
 
@@ -110,10 +114,53 @@ std::optional<StationList> keptSchedule(const DataFiles& files) {
   return list;
 }
 
+std::optional<StationList> keptHfcc(const DataFiles& files) {
+  const fs::path file = files.ownFolder() / kHfccName;
+  const FileReading reading = readPatiently(file, kLargestHfcc, files.disk());
+  if (reading.how == FileReading::Missing) return std::nullopt;
+  StationList list = reading.how == FileReading::Whole ? readHfcc(reading.content, kHfccName)
+                                                       : refused(file, reading.reason);
+  list.unreadable = reading.how == FileReading::Unreadable;
+  list.file = file;
+  return list;
+}
+
+std::optional<OtherImport> importOther(const fs::path& file, const DataFiles& files) {
+  const FileReading reading = readPatiently(file, kLargestHfcc, files.disk());
+  if (reading.how != FileReading::Whole) return std::nullopt;
+  const std::string name = pathText(file.filename());
+  if (isZip(reading.content)) {
+    const StationList list = readHfcc(reading.content, name);
+    if (!list.refusal.empty())
+      return OtherImport{
+          false, name + " was not loaded. " + list.refusal + " The data that was there stays."};
+    const FileResult kept =
+        writeFileSafely(files.ownFolder() / kHfccName, reading.content, files.disk());
+    if (!kept) return OtherImport{false, name + " could not be kept: " + kept.reason};
+    std::string words = name + " was loaded: HFCC season " + list.season->code() + ", " +
+                        std::to_string(list.count) + " registrations.";
+    if (list.problems.count > 0) words += " " + list.problems.text();
+    return OtherImport{true, words};
+  }
+  if (!isSiteText(reading.content)) return std::nullopt;
+  const SitePlaces places(reading.content);
+  if (places.size() == 0) return OtherImport{false, name + " tells no places of transmitters."};
+  const FileResult kept =
+      writeFileSafely(files.ownFolder() / kSitesName, reading.content, files.disk());
+  if (!kept) return OtherImport{false, name + " could not be kept: " + kept.reason};
+  return OtherImport{
+      true, name + " tells the places of " + std::to_string(places.size()) + " transmitters."};
+}
+
 fs::path dropKeptSchedule(const DataFiles& files) {
-  const fs::path file = files.ownFolder() / kKeptName;
-  std::error_code error;
-  return fs::exists(file, error) ? keepAside(file) : fs::path();
+  fs::path aside;
+  for (const char* name : {kHfccName, kKeptName}) {
+    const fs::path file = files.ownFolder() / name;
+    std::error_code error;
+    if (!fs::exists(file, error)) continue;
+    if (fs::path moved = keepAside(file); !moved.empty()) aside = std::move(moved);
+  }
+  return aside;
 }
 
 std::string ageText(const Season& season, UtcMinute now) {

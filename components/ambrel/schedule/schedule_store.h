@@ -23,8 +23,20 @@ std::string keepSchedule(const StationList& schedule, const DataFiles& files);
 /// a refusal, one that cannot be read now with a refusal alone.
 std::optional<StationList> keptSchedule(const DataFiles& files);
 
-/// Puts the kept schedule aside under another name, and answers that name; empty when there is none
-/// or it could not be moved.
+/// The HFCC season that is kept; none where there is none. A damaged one comes back with a refusal.
+std::optional<StationList> keptHfcc(const DataFiles& files);
+
+/// What became of a file that the operator gave and that is no schedule of EiBi's.
+struct OtherImport {
+  bool taken = false;
+  std::string words;
+};
+/// Takes in an HFCC season, or the text that tells the sites of EiBi's schedules; none where the
+/// file is neither.
+std::optional<OtherImport> importOther(const std::filesystem::path& file, const DataFiles& files);
+
+/// Puts the kept schedule aside under another name, HFCC's with it, and answers that name; empty
+/// when there is none or it could not be moved.
 std::filesystem::path dropKeptSchedule(const DataFiles& files);
 
 /// How old a schedule is at a moment: "A22, summer 2022: out of date since 30 Oct 2022".

@@ -39,6 +39,7 @@ struct Search {
 bool Search::takes(Hz frequency, const Record& record, const AirTime& time,
                    const std::vector<std::string>& words, std::string& key) const {
   // What has no times is there at any time: time signals, weather, calling frequencies.
+  if (query.favouritesOnly && !(record.marks & Record::kFavourite)) return false;
   if (query.onAirOnly && time.isScheduled(record) && !time.onAir(record)) return false;
   const bool byFrequency = query.sort == ListColumn::Frequency;
   if (words.empty() && byFrequency) return true;

@@ -15,8 +15,9 @@ namespace kelvane::ambrel {
 
 /// What the operator asks of the list.
 struct ListQuery {
-  std::string text{};      ///< words that a row must have, in any column; empty: every row
-  bool onAirOnly = false;  ///< without scheduled stations that are not on the air now
+  std::string text{};           ///< words that a row must have, in any column; empty: every row
+  bool onAirOnly = false;       ///< without scheduled stations that are not on the air now
+  bool favouritesOnly = false;  ///< only favourites of the operator's own list
   ListColumn sort = ListColumn::Frequency;
   bool descending = false;
 };

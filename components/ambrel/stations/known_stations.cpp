@@ -10,10 +10,11 @@ namespace {
 
 /// Lower speaks first.
 int rankOf(const Record& record, const AirTime& time, Long preferredSet) {
-  constexpr int kOffAir = 4;
+  constexpr int kOffAir = 5;
   const bool preferred = record.set == preferredSet;
-  if (!time.isScheduled(record)) return preferred ? 0 : 2;
-  if (time.onAir(record)) return preferred ? 0 : record.irregular ? 3 : 1;
+  const bool own = record.marks & Record::kOwn;
+  if (!time.isScheduled(record)) return preferred ? 0 : own ? 1 : 3;
+  if (time.onAir(record)) return preferred ? 0 : own ? 1 : record.irregular ? 4 : 2;
   return kOffAir + time.momentOf(record).untilStart(record);
 }
 
@@ -34,7 +35,8 @@ const Record& spokesman(const StationTable& table, std::size_t place, const AirT
   const auto records = table.at(place);
   const Record* best = &records.front();
   if (records.size() == 1) return *best;
-  const int lowest = preferredSet < 0 ? 1 : 0;
+  // The operator's own come first among those of one frequency.
+  const int lowest = preferredSet >= 0 ? 0 : best->marks & Record::kOwn ? 1 : 2;
   int bestRank = std::numeric_limits<int>::max();
   for (const Record& record : records) {
     const int rank = rankOf(record, time, preferredSet);

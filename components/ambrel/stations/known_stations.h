@@ -21,8 +21,9 @@ struct FoundStation {
 };
 
 /// The record that speaks for a frequency at a moment. A record of `preferredSet` comes first; then
-/// a scheduled station that is on the air, a set's record, an irregular station in its time, and
-/// last the scheduled station that comes on the air next.
+/// one of the operator's own list, unless it has times and this is none of them, a scheduled
+/// station that is on the air, a set's record, an irregular station in its time, and last the
+/// station that comes on the air next.
 const Record& spokesman(const StationTable& table, std::size_t place, const AirTime& time,
                         Long preferredSet);
 

@@ -6,6 +6,7 @@
 #include "base/safe_file.h"
 #include "components/ambrel/schedule/schedule_store.h"
 #include "components/ambrel/stations/known_sets.h"
+#include "components/ambrel/stations/own_stations.h"
 
 namespace kelvane::ambrel {
 
@@ -27,6 +28,9 @@ StationList readKnownFile(const fs::path& file, const DataFiles& files) {
   list.unreadable = reading.how == FileReading::Unreadable;
   list.file = file;
   list.usersOwn = !files.isShipped(file);
+  // Its heading was such in older versions, and the operator's own list bears that name.
+  for (std::string& set : list.sets)
+    if (set == kOwnSet) set += " (" + pathText(file.filename()) + ")";
   return list;
 }
 
@@ -39,6 +43,15 @@ void takeBest(const std::string& name, const DataFiles& files, std::vector<Stati
     (good ? lists : refused).push_back(std::move(list));
     if (good) return;
   }
+}
+
+void takeOwn(const DataFiles& files, std::vector<StationList>& lists,
+             std::vector<StationList>& refused) {
+  StationList own = readOwnStations(files);
+  if (own.count > 0)
+    lists.insert(lists.begin(), std::move(own));
+  else if (!own.refusal.empty())
+    refused.push_back(std::move(own));
 }
 
 /// Lists that would go beyond the most sets are refused.
@@ -67,11 +80,28 @@ StationData loadStations(const DataFiles& files, std::optional<StationList> sche
   // What the user wrote speaks before what was shipped.
   std::stable_partition(lists.begin(), lists.end(),
                         [](const StationList& list) { return list.usersOwn; });
+  // The operator's own list comes before all others.
+  takeOwn(files, lists, data.refused);
   if (!schedule) schedule = keptSchedule(files);
   if (schedule) (schedule->refusal.empty() ? lists : data.refused).push_back(std::move(*schedule));
+  if (std::optional<StationList> hfcc = keptHfcc(files))
+    (hfcc->refusal.empty() ? lists : data.refused).push_back(std::move(*hfcc));
   limitSets(lists, data.refused);
   data.table = std::make_shared<const StationTable>(std::move(lists));
   return data;
+}
+
+StationData withOwnStations(const StationData& data, const DataFiles& files) {
+  StationData now;
+  std::vector<StationList> lists = data.table->listsAgain();
+  std::erase_if(lists, [](const StationList& list) { return list.form == StationList::Form::Own; });
+  for (const StationList& list : data.refused) {
+    if (list.form != StationList::Form::Own) now.refused.push_back(list);
+  }
+  takeOwn(files, lists, now.refused);
+  limitSets(lists, now.refused);
+  now.table = std::make_shared<const StationTable>(std::move(lists));
+  return now;
 }
 
 std::vector<std::string> problemsOf(const StationData& data) {

@@ -22,6 +22,9 @@ struct StationData {
 /// kept one. Of several files of one name the first that can be read is used.
 StationData loadStations(const DataFiles& files, std::optional<StationList> schedule);
 
+/// The same stations with the operator's own list as its file is now.
+StationData withOwnStations(const StationData& data, const DataFiles& files);
+
 /// What is wrong with lists, in words, a line for each that has something wrong.
 std::vector<std::string> problemsOf(const StationData& data);
 

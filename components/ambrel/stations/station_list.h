@@ -2,18 +2,23 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "components/ambrel/line_problems.h"
+#include "components/ambrel/lists/own_file.h"
 #include "components/ambrel/record.h"
 
 namespace kelvane::ambrel {
 
-/// One list of stations: a text of known frequencies in named sets, or a schedule.
+struct HfccNames;
+
+/// One list of stations: a text of known frequencies in named sets, a schedule, or the operator's
+/// own list.
 struct StationList {
-  enum class Form { Known, Eibi };
+  enum class Form { Known, Eibi, Own, Hfcc };
 
   Form form = Form::Known;
   std::filesystem::path file;         ///< where it was read from
@@ -22,11 +27,16 @@ struct StationList {
   std::vector<std::string> sets;      ///< names of its sets; a record's `set` is a place in here
   std::vector<ListedRecord> records;  ///< until a table takes them over
   std::size_t count = 0;              ///< number of records
+  lists::Headings headings = {};      ///< of the operator's own list: its columns
   std::vector<FurtherRule> rules;
-  std::optional<Season> season;  ///< of a schedule
-  std::string origin;            ///< a schedule's own file name, as the user knows it
-  std::size_t inactive = 0;      ///< lines left out because they do not transmit
+  std::shared_ptr<const HfccNames> hfcc = {};  ///< of an HFCC schedule: what its codes mean
+  std::optional<Season> season;                ///< of a schedule
+  std::string origin;                          ///< a schedule's own file name, as the user knows it
+  std::size_t inactive = 0;                    ///< lines left out because they do not transmit
   std::size_t unknownDays = 0;
+
+  bool isSchedule() const { return form == Form::Eibi || form == Form::Hfcc; }
+
   LineProblems problems;
   /// Why nothing of it is used, in words; empty when it is used.
   std::string refusal;

@@ -89,7 +89,9 @@ StationTable::StationTable(std::vector<StationList> lists) : lists_(std::move(li
   Hz last = -1;
   for (const ListedRecord& listed : all) {
     std::vector<Hz>& ofSet = sets_[listed.record.set].frequencies;
-    if (ofSet.empty() || ofSet.back() != listed.frequency) ofSet.push_back(listed.frequency);
+    const bool walked = !(listed.record.marks & Record::kSkip);
+    if (walked && (ofSet.empty() || ofSet.back() != listed.frequency))
+      ofSet.push_back(listed.frequency);
     if (listed.frequency != last) places_.add(listed.frequency, records_.size());
     last = listed.frequency;
     records_.push_back(listed.record);
@@ -108,6 +110,22 @@ std::vector<ListedRecord> StationTable::take(std::size_t list) {
   }
   order(records);
   return records;
+}
+
+std::vector<StationList> StationTable::listsAgain() const {
+  std::vector<StationList> lists = lists_;
+  std::vector<std::uint16_t> firstSet(lists.size(), 0);
+  for (std::size_t set = sets_.size(); set-- > 0;)
+    firstSet[sets_[set].list] = static_cast<std::uint16_t>(set);
+  for (std::size_t place = 0; place < size(); ++place) {
+    for (const Record& record : at(place)) {
+      const std::size_t list = sets_[record.set].list;
+      ListedRecord listed{frequency(place), record, sourceOf(record)};
+      listed.record.set = static_cast<std::uint16_t>(record.set - firstSet[list]);
+      lists[list].records.push_back(listed);
+    }
+  }
+  return lists;
 }
 
 Hz StationTable::frequencyOfRecord(std::size_t record) const {

@@ -58,6 +58,8 @@ class StationTable {
 
   const std::vector<Set>& sets() const { return sets_; }
   const std::vector<StationList>& lists() const { return lists_; }
+  /// The lists with their records, as they were when the table was made of them; for another one.
+  std::vector<StationList> listsAgain() const;
   const StationList& listOf(const Record& record) const { return lists_[sets_[record.set].list]; }
 
  private:

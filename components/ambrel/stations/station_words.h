@@ -22,6 +22,7 @@ struct StationDetails {
   std::string target;
   Setting mode = -1;  ///< -1, and a filter of 0: the list leaves it open
   Setting filter = 0;
+  std::optional<GeoPoint> place;  ///< of the transmitter
 };
 
 /// The record must be one of those at that frequency.
@@ -50,5 +51,10 @@ struct StationWords {
 /// air; the extra has site and target and tells who else is at the frequency.
 StationWords wordsFor(const StationTable& table, const FoundStation& found, const AirTime& time,
                       const Codes& codes);
+
+/// What comes on the air at a frequency within the hour: "next 1800: Radio Prague"; empty for
+/// nothing.
+std::string nextHere(const StationTable& table, std::size_t place, UtcMinute now,
+                     const Codes& codes);
 
 }  // namespace kelvane::ambrel

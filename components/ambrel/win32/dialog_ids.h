@@ -14,6 +14,7 @@ enum DialogId : int {
   Sort = 3112,
   Descending = 3113,
   Stations = 3114,
+  Favourites = 3115,
 
   // The source of the database: window class KelvaneSource
   Lists = 3120,

@@ -18,7 +18,7 @@ static_assert(std::size(kWidths) == kListHeadings.size());
 }  // namespace
 
 KnownListWindow::KnownListWindow(HWND owner, AmbrelCore& core)
-    : DialogWindow({L"KelvaneKnownList", "Known frequencies", owner, 660, 320, true, 900, 480}),
+    : DialogWindow({L"KelvaneKnownList", "Known frequencies", owner, 760, 320, true, 900, 480}),
       core_(core),
       list_(core, [this] { showRows(); }),
       rows_((makeControls(), item(id::Stations)), [this](std::size_t row, int column) {
@@ -52,27 +52,34 @@ void KnownListWindow::makeControls() {
        {256, 14, 112, 18},
        "Leaves out the stations of the schedule that are not on the air at this minute",
        MoveRight});
-  add({id::Label, WC_STATICW, 0, "S&ort by:", {374, 15, 54, 18}, "", MoveRight});
+  add({id::Favourites,
+       WC_BUTTONW,
+       kCheck,
+       "&Favourites",
+       {374, 14, 92, 18},
+       "Only what is marked as favourite in My stations",
+       MoveRight});
+  add({id::Label, WC_STATICW, 0, "S&ort by:", {474, 15, 54, 18}, "", MoveRight});
   add({id::Sort,
        WC_COMBOBOXW,
        CBS_DROPDOWNLIST | WS_TABSTOP | WS_VSCROLL,
        "",
-       {430, 11, 116, 260},
+       {530, 11, 116, 260},
        "",
        MoveRight});
-  add({id::Descending, WC_BUTTONW, kCheck, "&Descending", {556, 14, 92, 18}, "", MoveRight});
+  add({id::Descending, WC_BUTTONW, kCheck, "&Descending", {656, 14, 92, 18}, "", MoveRight});
   add({id::Stations,
        WC_LISTVIEWW,
        VirtualRows::kStyle,
        "Known frequencies",
-       {12, 44, 636, 222},
+       {12, 44, 736, 222},
        "",
        Widen | Heighten});
   add({id::Status,
        WC_STATICW,
        SS_NOPREFIX | SS_ENDELLIPSIS,
        "",
-       {12, 285, 426, 18},
+       {12, 285, 526, 18},
        "",
        Widen | MoveDown,
        "",
@@ -81,14 +88,14 @@ void KnownListWindow::makeControls() {
        WC_BUTTONW,
        BS_DEFPUSHBUTTON | WS_TABSTOP,
        "&Tune",
-       {452, 280, 94, 26},
+       {552, 280, 94, 26},
        "Tune the receiver to the selected station",
        MoveRight | MoveDown});
   add({IDCANCEL,
        WC_BUTTONW,
        BS_PUSHBUTTON | WS_TABSTOP,
        "&Close",
-       {554, 280, 94, 26},
+       {654, 280, 94, 26},
        "",
        MoveRight | MoveDown});
 }
@@ -99,7 +106,9 @@ void KnownListWindow::command(int control, int notice) {
   if (control == id::Search && notice == EN_CHANGE) return ask();
   if (control == id::Sort && notice == CBN_SELCHANGE)
     return sortBy(static_cast<ListColumn>(SendMessageW(item(id::Sort), CB_GETCURSEL, 0, 0)));
-  if ((control == id::OnAir || control == id::Descending) && notice == BN_CLICKED) ask();
+  const bool checkBox =
+      control == id::OnAir || control == id::Favourites || control == id::Descending;
+  if (checkBox && notice == BN_CLICKED) ask();
 }
 
 bool KnownListWindow::notified(const NMHDR& notice, LRESULT& result) {
@@ -143,6 +152,7 @@ void KnownListWindow::ask() {
   ListQuery query = list_.query();
   query.text = text(id::Search);
   query.onAirOnly = checked(id::OnAir);
+  query.favouritesOnly = checked(id::Favourites);
   query.descending = checked(id::Descending);
   list_.ask(std::move(query));
   showStatus();

@@ -12,7 +12,8 @@ namespace kelvane::ambrel {
 namespace {
 
 constexpr UINT kFollowLoading = 300;  // ms
-constexpr wchar_t kFilter[] = L"EiBi schedules (*.csv)\0*.csv\0All files\0*.*\0";
+constexpr wchar_t kFilter[] =
+    L"Schedules and sites (*.csv, *.zip, *.txt)\0*.csv;*.zip;*.txt\0All files\0*.*\0";
 
 std::string cellOf(const SourceRow& row, int column) {
   switch (column) {
@@ -119,7 +120,8 @@ void SourceWindow::makeButtons() {
     const char* tip;
   };
   constexpr Button kButtons[] = {
-      {id::Load, "Load &schedule...", 122, "Take in a schedule file that you downloaded"},
+      {id::Load, "Load &schedule...", 122,
+       "Take in a schedule that you downloaded: EiBi's .csv, HFCC's .zip, EiBi's README"},
       {id::PutAside, "&Put schedule aside", 128, "Go on without the schedule; its file is kept"},
       {id::OwnSets, "Own s&ets...", 94, "Edit known frequencies of your own"},
       {id::OwnPlan, "Own &band plan...", 122, "Edit a band plan of your own for this region"},

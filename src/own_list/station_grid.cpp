@@ -1,0 +1,290 @@
+#include "own_list/station_grid.h"
+
+#include <algorithm>
+
+#include "base/number.h"
+#include "base/text.h"
+#include "components/ambrel/lists/entry_texts.h"
+#include "ui/key_codes.h"
+
+namespace kelvane {
+
+namespace {
+
+using lists::Entry;
+
+constexpr const char* kYes = "yes";
+constexpr int kKeyA = 'A', kKeyY = 'Y', kKeyZ = 'Z';
+
+bool isYesNo(int column) { return column == StationGrid::Favourite || column == StationGrid::Skip; }
+
+/// A hundred thousand texts are looked through between two keys: nothing is copied for it.
+bool holdsUpper(std::string_view text, std::string_view upperText) {
+  const auto equal = [](char c, char wanted) {
+    return (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) == wanted;
+  };
+  return !std::ranges::search(text, upperText, equal).empty();
+}
+
+}  // namespace
+
+std::vector<GridColumn> StationGrid::columns() {
+  const auto text = [](const char* caption, int width) {
+    return GridColumn{caption, width, false, false, true, true, {}};
+  };
+  const auto number = [](const char* caption, int width) {
+    return GridColumn{caption, width, true, false, true, true, {}};
+  };
+  const auto pick = [](const char* caption, int width, const char* tip) {
+    return GridColumn{caption, width, false, true, true, true, tip};
+  };
+  GridColumn mark{"*", 22, false, false, false, true, {}};
+  return {mark,
+          number("kHz", 76),
+          text("Name", 170),
+          pick("Mode", 62, "Choose the mode"),
+          number("Width", 52),
+          text("Group", 96),
+          text("Tags", 96),
+          text("UTC", 76),
+          text("Days", 60),
+          pick("Fav.", 40, "Favourite"),
+          pick("Skip", 40, "Passed over when walking"),
+          text("Note", 150)};
+}
+
+bool StationGrid::takes(const Entry& entry, const std::string& upperText) const {
+  if (filter_.favourites && !entry.favourite) return false;
+  if (!filter_.group.empty() && entry.group != filter_.group) return false;
+  if (upperText.empty()) return true;
+  return holdsUpper(entry.name, upperText) ||
+         (isDigit(upperText[0]) && lists::khzText(entry.frequency).starts_with(upperText)) ||
+         holdsUpper(entry.group, upperText) || holdsUpper(entry.tags, upperText) ||
+         holdsUpper(entry.note, upperText);
+}
+
+void StationGrid::seek() {
+  const std::string upperText = upper(trimmed(filter_.text));
+  rows_.clear();
+  std::ranges::copy_if(all_, std::back_inserter(rows_),
+                       [&](Id id) { return takes(*store_.list().at(id), upperText); });
+}
+
+void StationGrid::sort() {
+  const lists::OwnList& list = store_.list();
+  std::erase_if(marks_, [&](Id id) { return id >= list.end() || !list.at(id); });
+  all_.clear();
+  for (Id id = 0; id < list.end(); ++id)
+    if (list.at(id)) all_.push_back(id);
+  const auto byNumber = [&](auto key) {
+    std::ranges::stable_sort(all_, {}, [&, key](Id id) { return key(*list.at(id)); });
+  };
+  if (sort_ == Khz) {
+    byNumber([](const Entry& entry) { return entry.frequency; });
+  } else if (sort_ == Width) {
+    byNumber([](const Entry& entry) { return entry.width; });
+  } else if (sort_ == Mark) {
+    std::ranges::stable_sort(all_, {}, [&](Id id) { return !marks_.contains(id); });
+  } else {
+    std::vector<std::pair<std::string, Id>> keys;
+    for (const Id id : all_) keys.emplace_back(upper(text(*list.at(id), sort_)), id);
+    std::ranges::stable_sort(keys, {},
+                             [](const auto& key) -> const std::string& { return key.first; });
+    std::ranges::transform(keys, all_.begin(), [](const auto& key) { return key.second; });
+  }
+  if (descending_) std::ranges::reverse(all_);
+}
+
+bool StationGrid::follow() {
+  const std::uint64_t version = store_.list().version();
+  const bool other = version != soughtVersion_ || resort_;
+  if (!other && filter_ == soughtFilter_) return false;
+  soughtVersion_ = version;
+  soughtFilter_ = filter_;
+  resort_ = false;
+  if (other) sort();
+  seek();
+  return true;
+}
+
+GridRow StationGrid::rowOf(Id id) const {
+  return static_cast<GridRow>(std::ranges::find(rows_, id) - rows_.begin());
+}
+
+std::vector<StationGrid::Id> StationGrid::chosen(GridRow current) const {
+  std::vector<Id> ids;
+  if (!marks_.empty())
+    std::ranges::copy_if(rows_, std::back_inserter(ids),
+                         [this](Id id) { return marks_.contains(id); });
+  if (ids.empty() && current < rows_.size()) ids.push_back(rows_[current]);
+  return ids;
+}
+
+std::string StationGrid::text(const Entry& entry, int column) {
+  switch (column) {
+    case Khz:
+      return lists::khzText(entry.frequency);
+    case Name:
+      return entry.name;
+    case Mode:
+      return lists::modeText(entry.mode);
+    case Width:
+      return entry.width > 0 ? std::to_string(entry.width) : std::string();
+    case Group:
+      return entry.group;
+    case Tags:
+      return entry.tags;
+    case Utc:
+      return lists::timesText(entry);
+    case Days:
+      return entry.days;
+    case Favourite:
+      return entry.favourite ? kYes : "";
+    case Skip:
+      return entry.skip ? kYes : "";
+    case Note:
+      return lists::oneLine(entry.note);
+    default:
+      return {};
+  }
+}
+
+std::string StationGrid::cell(GridRow row, int column) const {
+  // Between an edit and the next look a row's entry may be gone.
+  if (row >= rows_.size() || rows_[row] >= store_.list().end()) return {};
+  const lists::EntryPtr& entry = store_.list().at(rows_[row]);
+  if (!entry) return {};
+  if (column == Mark) return marks_.contains(rows_[row]) ? "*" : "";
+  return text(*entry, column);
+}
+
+std::string StationGrid::put(Entry& entry, int column, const std::string& typed) {
+  const std::string text = lists::oneLine(typed);
+  switch (column) {
+    case Khz: {
+      const auto read = lists::readFrequency(text, lists::Unit::Khz);
+      if (read.frequency <= 0) return read.reason;
+      entry.frequency = read.frequency;
+      return {};
+    }
+    case Name:
+      entry.name = text;
+      return {};
+    case Mode: {
+      const auto mode = lists::modeOfWord(text);
+      if (!mode) return "this mode is unknown";
+      entry.mode = *mode;
+      return {};
+    }
+    case Width: {
+      const auto width = text.empty() ? 0 : wholeNumber(text);
+      if (!width || *width < 0 || *width > 10'000'000) return "the width is no bandwidth in Hz";
+      entry.width = static_cast<Setting>(*width);
+      return {};
+    }
+    case Group:
+      entry.group = text;
+      return {};
+    case Tags:
+      entry.tags = text;
+      return {};
+    case Utc:
+      return lists::readTimesOf(text, entry) ? std::string() : "times are written 0600-0800";
+    case Days:
+      entry.days = text;
+      return {};
+    case Favourite:
+      entry.favourite = text == kYes;
+      return {};
+    case Skip:
+      entry.skip = text == kYes;
+      return {};
+    case Note:
+      entry.note = text;
+      return {};
+    default:
+      return {};
+  }
+}
+
+void StationGrid::store(GridCell cell, const std::string& text) {
+  if (cell.row >= rows_.size() || cell.column == Mark) return;
+  std::vector<Id> ids{rows_[cell.row]};
+  // In a marked row the edit is for all that are marked, in an unmarked one for it alone.
+  if (marks_.contains(ids.front())) ids = chosen(cell.row);
+  lists::OwnList::Edits edits;
+  for (const Id id : ids) {
+    Entry entry = *store_.list().at(id);
+    if (const std::string why = put(entry, cell.column, text); !why.empty())
+      return asks_.refuse(why);
+    edits.emplace_back(id, std::make_shared<const Entry>(std::move(entry)));
+  }
+  store_.list().edit(edits);
+  asks_.changed();
+}
+
+bool StationGrid::accepts(int column, char32_t character) const {
+  const bool digit = character >= '0' && character <= '9';
+  if (column == Mark) return false;
+  if (column == Khz) return digit || character == '.' || character == ',';
+  if (column == Width) return digit;
+  if (column == Utc) return digit || character == '-' || character == ':';
+  return character >= ' ';
+}
+
+std::string StationGrid::corrected(GridCell cell, const std::string& text) const {
+  Entry entry;
+  entry.frequency = 1;
+  const std::string why = put(entry, cell.column, text);
+  if (why.empty()) return text;
+  asks_.refuse(why);
+  return this->cell(cell.row, cell.column);
+}
+
+std::vector<std::string> StationGrid::choices(int column) const {
+  if (isYesNo(column)) return {"", kYes};
+  if (column != Mode) return {};
+  std::vector<std::string> modes = lists::modeTexts();
+  modes.insert(modes.begin(), "");
+  return modes;
+}
+
+bool StationGrid::keyDown(int keyCode, int shift) {
+  const GridRow row = currentRow ? currentRow() : 0;
+  if (shift == 0 && keyCode == key::Space && row < rows_.size()) {
+    return toggleMark(row), true;
+  }
+  if (shift == 0 && keyCode == key::Delete) return asks_.remove(), true;
+  if (shift == key::CtrlHeld && keyCode == kKeyA) {
+    const bool all = marks_.size() >= rows_.size();
+    marks_.clear();
+    if (!all) marks_.insert(rows_.begin(), rows_.end());
+    return asks_.changed(), true;
+  }
+  if (shift == key::CtrlHeld && keyCode == kKeyZ) return asks_.undo(), true;
+  if (shift == key::CtrlHeld && keyCode == kKeyY) return asks_.redo(), true;
+  return false;
+}
+
+void StationGrid::toggleMark(GridRow row) {
+  if (!marks_.erase(rows_[row])) marks_.insert(rows_[row]);
+  asks_.changed();
+}
+
+bool StationGrid::clicked(GridCell cell) {
+  if (cell.column != Mark || cell.row >= rows_.size()) return false;
+  return toggleMark(cell.row), true;
+}
+
+void StationGrid::recall(GridRow row) {
+  if (row < rows_.size()) asks_.tune(rows_[row]);
+}
+
+void StationGrid::headerClicked(int column) {
+  descending_ = column == sort_ && !descending_;
+  sort_ = column;
+  resort_ = true;
+  asks_.changed();
+}
+
+}  // namespace kelvane

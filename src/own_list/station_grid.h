@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "components/ambrel/lists/own_store.h"
+#include "grid/grid.h"
+
+namespace kelvane {
+
+/// What of the operator's list is shown.
+struct StationFilter {
+  std::string text = {};   ///< what name, group, tags or note hold, or the kHz begin with
+  std::string group = {};  ///< empty: all
+  bool favourites = false;
+
+  bool operator==(const StationFilter&) const = default;
+};
+
+/// The operator's list as the table of a grid: filtered and sorted, with rows that are marked so
+/// that an edit reaches all of them.
+class StationGrid : public GridTable {
+ public:
+  using Id = lists::OwnList::Id;
+  enum Columns { Mark, Khz, Name, Mode, Width, Group, Tags, Utc, Days, Favourite, Skip, Note };
+
+  /// What the grid's keys ask for.
+  struct Asks {
+    std::function<void(Id)> tune;
+    std::function<void()> remove, undo, redo, changed;
+    std::function<void(const std::string& why)> refuse;
+  };
+
+  StationGrid(lists::OwnStore& store, Asks asks) : store_(store), asks_(std::move(asks)) {}
+
+  static std::vector<GridColumn> columns();
+
+  /// Seeks the rows anew where the list or the filter is another. Answers whether it was so.
+  bool follow();
+  void filter(StationFilter filter) { filter_ = std::move(filter); }
+  const StationFilter& filter() const { return filter_; }
+  const std::vector<Id>& shown() const { return rows_; }
+  /// The row of an entry; rows() where it is not shown.
+  GridRow rowOf(Id id) const;
+  /// The marked ones among those shown, in their order; where none is, that of the row.
+  std::vector<Id> chosen(GridRow current) const;
+  std::size_t marked() const { return marks_.size(); }
+  void clearMarks() { marks_.clear(); }
+  int sortedBy() const { return sort_; }
+
+  GridRow rows() const override { return static_cast<GridRow>(rows_.size()); }
+  std::string cell(GridRow row, int column) const override;
+  void store(GridCell cell, const std::string& text) override;
+  bool accepts(int column, char32_t character) const override;
+  std::string corrected(GridCell cell, const std::string& text) const override;
+  std::vector<std::string> choices(int column) const override;
+  bool keyDown(int keyCode, int shift) override;
+  bool clicked(GridCell cell) override;
+  void recall(GridRow row) override;
+  void headerClicked(int column) override;
+  bool undo() override { return asks_.undo(), true; }
+
+  /// The row that the grid stands on, for keys that act on it.
+  std::function<GridRow()> currentRow;
+
+ private:
+  bool takes(const lists::Entry& entry, const std::string& upperText) const;
+  void toggleMark(GridRow row);
+  void seek();
+  void sort();
+  static std::string text(const lists::Entry& entry, int column);
+  /// Why a text cannot stand in a column; empty where it can, and then the entry has it.
+  static std::string put(lists::Entry& entry, int column, const std::string& text);
+
+  lists::OwnStore& store_;
+  Asks asks_;
+  StationFilter filter_, soughtFilter_;
+  std::uint64_t soughtVersion_ = ~std::uint64_t{0};
+  int sort_ = Khz;
+  bool descending_ = false, resort_ = false;
+  std::vector<Id> all_;   ///< in their order
+  std::vector<Id> rows_;  ///< those of them that the filter takes
+  std::set<Id> marks_;
+};
+
+}  // namespace kelvane

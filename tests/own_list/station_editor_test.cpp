@@ -1,0 +1,166 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "own_list/station_editor.h"
+#include "tests/fakes/panel_rig.h"
+#include "ui/key_codes.h"
+
+namespace kelvane {
+namespace {
+
+using testing::HasSubstr;
+
+/// The operator's list on the whole panel; another program has written two stations into it.
+class MyStations : public testing::Test {
+ protected:
+  MyStations() {
+    write("my-stations.txt",
+          "# mine\nkHz ; Name ; Mode ; Group\n7000 ; One ; USB ; A\n9420 ; Two ; AM ; B\n");
+    rig.start();
+    rig.type("y");
+    settle();
+  }
+
+  void write(const std::string& name, const std::string& text) {
+    std::filesystem::create_directories(rig.folder());
+    std::ofstream(rig.folder() / name, std::ios::binary) << text;
+  }
+  std::string file() const {
+    std::string text;
+    std::ifstream in(rig.folder() / "my-stations.txt", std::ios::binary);
+    std::getline(in, text, '\0');
+    return text;
+  }
+  StationEditor& editor() { return *rig.dialogs.stations; }
+  void settle() {
+    do {
+      editor().tick();
+    } while (editor().store().busy() || (editor().import() && editor().import()->busy()));
+    editor().tick();
+  }
+  std::string cell(GridRow row, int column) { return editor().grid().table().cell(row, column); }
+  void edit(GridRow row, int column, const std::string& text) {
+    editor().grid().select({row, column});
+    editor().grid().begin(Grid::Begin::Replace);
+    editor().grid().edited(text);
+    editor().grid().commit();
+    settle();
+  }
+  void press(int key, int shift = 0) {
+    editor().grid().keyDown(key, shift);
+    settle();
+  }
+
+  fakes::PanelRig rig;
+};
+
+TEST_F(MyStations, ThePresentSettingIsTakenWithTheNameKnownThere) {
+  rig.type("5000\r");
+  rig.run(milliseconds(500));
+  rig.type(std::string(1, 25));
+  settle();
+  ASSERT_EQ(editor().table().rows(), 3u);
+  EXPECT_EQ(cell(0, StationGrid::Khz), "5000");
+  EXPECT_NE(cell(0, StationGrid::Name), "");
+  EXPECT_NE(cell(0, StationGrid::Mode), "");
+  EXPECT_EQ(editor().grid().current().row, 0u);
+  EXPECT_THAT(file(), HasSubstr("5000 ; " + cell(0, StationGrid::Name)));
+  rig.type("7201\r");
+  rig.run(milliseconds(500));
+  rig.type(std::string(1, 25));
+  settle();
+  EXPECT_EQ(cell(2, StationGrid::Name), rig.view().Band.text) << "the band's where nobody is known";
+}
+
+TEST_F(MyStations, AnEditReachesAllMarkedRowsAndIsOneStep) {
+  press(key::Space);
+  EXPECT_TRUE(editor().grid().clicked({1, StationGrid::Mark}));
+  EXPECT_FALSE(editor().grid().clicked({1, StationGrid::Name}));
+  edit(1, StationGrid::Group, "Both");
+  EXPECT_EQ(cell(0, StationGrid::Group) + cell(1, StationGrid::Group), "BothBoth");
+  edit(0, StationGrid::Khz, "nothing");
+  EXPECT_EQ(cell(0, StationGrid::Khz), "7000");
+  press('Z', key::CtrlHeld);
+  EXPECT_EQ(cell(0, StationGrid::Group) + cell(1, StationGrid::Group), "AB");
+  press('Y', key::CtrlHeld);
+  press(key::Delete);
+  EXPECT_EQ(editor().table().rows(), 0u);
+  editor().undo();
+  settle();
+  EXPECT_EQ(editor().table().rows(), 2u);
+  EXPECT_THAT(file(), HasSubstr("Both"));
+}
+
+TEST_F(MyStations, TuningToOneAppliesModeAndNearestFilter) {
+  edit(1, StationGrid::Width, "2500");
+  editor().grid().select({1, StationGrid::Khz});
+  editor().tuneTo();
+  rig.run(milliseconds(500));
+  EXPECT_EQ(rig.receiver().GetRxFrequency(0, kTuned), 9420000);
+  EXPECT_EQ(rig.receiver().GetRxMode(0), 0);
+  EXPECT_EQ(rig.receiver().GetRxFilter(0), 3000) << "the nearest that it has";
+}
+
+TEST_F(MyStations, WhatAnotherProgramWroteMeanwhileStays) {
+  write("my-stations.txt",
+        "# mine\nkHz ; Name ; Mode ; Group\n9420 ; Two ; AM ; B\n100 ; Theirs\nno station\n");
+  edit(0, StationGrid::Name, "Ours");
+  settle();
+  EXPECT_THAT(file(), HasSubstr("7000 ; Ours"));
+  EXPECT_THAT(file(), HasSubstr("100 ; Theirs"));
+  EXPECT_THAT(file(), HasSubstr("# mine"));
+  EXPECT_THAT(file(), HasSubstr("no station"));
+  EXPECT_EQ(editor().table().rows(), 3u);
+  EXPECT_EQ(cell(0, StationGrid::Khz), "100");
+}
+
+TEST_F(MyStations, AnImportShowsLineByLineWhatItDoesAndOneUndoTakesItBack) {
+  write("theirs.csv",
+        "Freq (kHz);Station;Mode\n7000;one;LSB\n9420;Two;AM\n6070;New;AM\nx;bad;\n6070;New;USB\n");
+  editor().importFile(rig.folder() / "theirs.csv");
+  settle();
+  const StationImport& import = *editor().import();
+  std::string acts;
+  for (GridRow row = 0; row < import.rows(); ++row)
+    acts += import.cell(row, 1).substr(0, 1) + import.cell(row, 0) + " ";
+  EXPECT_EQ(acts, "C2 L3 A4 L5 A6 ");
+  EXPECT_THAT(import.cell(3, 8), HasSubstr("frequency"));
+  EXPECT_EQ(import.cell(4, 3), "New (2)");
+  editor().takeIn();
+  settle();
+  EXPECT_EQ(editor().table().rows(), 4u);
+  EXPECT_EQ(cell(2, StationGrid::Mode), "LSB");
+  EXPECT_EQ(cell(2, StationGrid::Group), "A") << "what the file leaves open stays";
+  editor().importFile(rig.folder() / "theirs.csv");
+  settle();
+  EXPECT_THAT(editor().import()->words(), HasSubstr("Adds 0, changes 0")) << "the same once more";
+  editor().dropImport();
+  editor().undo();
+  settle();
+  EXPECT_EQ(editor().table().rows(), 2u);
+  EXPECT_EQ(cell(0, StationGrid::Mode), "USB");
+}
+
+TEST_F(MyStations, WhatAFormCannotHoldIsSaidBeforeItIsWritten) {
+  edit(0, StationGrid::Note, "kept nowhere");
+  editor().exportAs(formats::Format::Gqrx);
+  ASSERT_EQ(rig.fileDialogs.boxes.size(), 1u);
+  EXPECT_THAT(rig.fileDialogs.boxes[0], HasSubstr("1 station loses the note."));
+  EXPECT_TRUE(rig.fileDialogs.saved.empty()) << "cancelled";
+  rig.fileDialogs.choice = Choice::Ok;
+  rig.fileDialogs.script.push_back((rig.folder() / "out.csv").string());
+  editor().exportAs(formats::Format::Gqrx);
+  while (editor().view().status.find("written to") == std::string::npos) editor().tick();
+  const formats::Reading again = [&] {
+    std::ifstream in(rig.folder() / "out.csv", std::ios::binary);
+    return formats::readList(std::string(std::istreambuf_iterator<char>(in), {}));
+  }();
+  EXPECT_EQ(again.format, formats::Format::Gqrx);
+  EXPECT_EQ(again.taken.size(), 2u);
+}
+
+}  // namespace
+}  // namespace kelvane
