@@ -49,6 +49,7 @@ struct NoDialogs : PanelDialogs {
   void showChannel(ChannelEditor&) override {}
   void showOverview(Overview&) override {}
   void showTraces(Traces&, Keys) override {}
+  void showStations(StationEditor&) override {}
   void showConfig(Config&) override {}
 };
 
