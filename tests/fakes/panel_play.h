@@ -67,7 +67,7 @@ class PanelPlay {
 
   /// Keys come as from a full queue: time passes, and the screen is painted, after some of them.
   void passTime() {
-    constexpr int kAtOnce = 16;
+    constexpr int kAtOnce = 32;
     if (++acts_ % kAtOnce == 0) rig_.run(milliseconds(20));
   }
 
