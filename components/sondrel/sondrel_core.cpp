@@ -190,6 +190,11 @@ void SondrelCore::host(const std::vector<ReceiverEntry>& entries) {
     receiver.setIndex(static_cast<Index>(i));
     if (made || (receiver.wanted() && !receiver.online())) unlinked.push_back(&receiver);
   }
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const std::vector<ReceiverEntry> before(entries.begin(), entries.begin() + i + 1);
+    if (const auto words = samePortWords(before, i); !words.empty())
+      note(entries[i].name + ": " + words + " Only one of them can open it.");
+  }
   for (Receiver* receiver : unlinked) receiver->connect(true, clock_());
   share();
   shown_ = -1;
