@@ -72,6 +72,11 @@ std::string trouble(const Words& words) {
   return answers ? "" : "read_block(): Timed out 0.4 seconds after 0 chars\n" + end;
 }
 
+void replace(std::string& text, const std::string& words, const std::string& by) {
+  if (const auto place = text.find(words); place != text.npos)
+    text.replace(place, words.size(), by);
+}
+
 /// Answers one client; the radio is one for all of them.
 void serve(SOCKET client, kelvane::fakes::FakeRig& rig, std::mutex& mutex) {
   std::string line;
@@ -86,6 +91,8 @@ void serve(SOCKET client, kelvane::fakes::FakeRig& rig, std::mutex& mutex) {
       reply = rig.answer(line);
     }
     line.clear();
+    replace(reply, "Model name:\tR-1", "Model name:\tIC-7300");
+    replace(reply, "Mfg name:\tAcme", "Mfg name:\tIcom");
     send(client, reply.data(), static_cast<int>(reply.size()), 0);
   }
   closesocket(client);
