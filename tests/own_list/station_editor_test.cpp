@@ -127,6 +127,7 @@ TEST_F(MyStations, AnImportShowsLineByLineWhatItDoesAndOneUndoTakesItBack) {
   for (GridRow row = 0; row < import.rows(); ++row)
     acts += import.cell(row, 1).substr(0, 1) + import.cell(row, 0) + " ";
   EXPECT_EQ(acts, "C2 L3 A4 L5 A6 ");
+  EXPECT_EQ(import.cell(0, 8), "changes mode");
   EXPECT_THAT(import.cell(3, 8), HasSubstr("frequency"));
   EXPECT_EQ(import.cell(4, 3), "New (2)");
   editor().takeIn();
