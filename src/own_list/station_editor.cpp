@@ -16,6 +16,14 @@ namespace {
 /// A known frequency counts for the name up to so far away, as on the panel.
 constexpr Hz kNameNear = 250;
 
+/// Work that takes no longer is over when the call that began it returns.
+constexpr milliseconds kGrace{100};
+
+template <class Future>
+bool isDone(const Future& future) {
+  return future.valid() && future.wait_for(milliseconds(0)) == std::future_status::ready;
+}
+
 std::string extensionOf(std::string_view fileName) {
   return std::string(fileName.substr(fileName.rfind('.') + 1));
 }
@@ -242,24 +250,35 @@ lists::Entries StationEditor::chosenEntries() const {
 
 void StationEditor::exportAs(formats::Format format) {
   grid_.commit();
-  if (export_.valid()) return say("A list is being written already.");
+  if (prepared_.valid() || export_.valid()) return say("A list is being written already.");
   lists::Entries entries = chosenEntries();
   if (entries.empty()) return say("There is nothing to export.");
-  const formats::FormatName& form = formats::nameOf(format);
-  auto writing = std::make_shared<const formats::Writing>(formats::writeList(entries, format));
-  if (!writing->losses.empty()) {
+  prepared_ = std::async(std::launch::async, [entries = std::move(entries), format] {
+    return Prepared{format, entries.size(), formats::writeList(entries, format)};
+  });
+  // A usual list is ready at once.
+  if (prepared_.wait_for(kGrace) == std::future_status::ready) return offerExport();
+  say("Preparing the list ...");
+}
+
+/// Says what the form cannot hold, has a file chosen, and begins to write it.
+void StationEditor::offerExport() {
+  auto prepared = std::make_shared<const Prepared>(prepared_.get());
+  const formats::FormatName& form = formats::nameOf(prepared->format);
+  if (!prepared->writing.losses.empty()) {
     std::string words = "This form cannot hold everything:\n";
-    for (const std::string& loss : writing->losses) words += "\n" + loss;
+    for (const std::string& loss : prepared->writing.losses) words += "\n" + loss;
     if (services_.boxes.show(words + "\n\nWrite the list all the same?", std::string(form.name),
                              Buttons::OkCancel) != Choice::Ok)
       return say("Nothing was written.");
   }
   std::string name = stemOf(form.fileName);
-  if (!services_.files.saveFile(name, extensionOf(form.fileName))) return;
-  const auto job = [writing, name, disk = services_.disk, count = entries.size()]() -> Written {
+  if (!services_.files.saveFile(name, extensionOf(form.fileName))) return say({});
+  const auto job = [prepared, name, disk = services_.disk]() -> Written {
     try {
-      const FileResult how = writeFileSafely(pathFromText(name), writing->text, *disk);
-      return {how, std::to_string(count) + (count == 1 ? " station was" : " stations were") +
+      const FileResult how = writeFileSafely(pathFromText(name), prepared->writing.text, *disk);
+      const bool one = prepared->count == 1;
+      return {how, std::to_string(prepared->count) + (one ? " station was" : " stations were") +
                        " written to " + name + "."};
     } catch (const std::exception& why) {
       return {{false, why.what(), false}, {}};
@@ -274,7 +293,8 @@ void StationEditor::tick() {
     for (const lists::Entry& entry : std::exchange(waiting_, {})) add(entry);
     news = true;
   }
-  if (export_.valid() && export_.wait_for(std::chrono::seconds(0)) == std::future_status::ready) {
+  if (isDone(prepared_)) offerExport();
+  if (isDone(export_)) {
     const Written written = export_.get();
     said_ = written.how ? written.words : "The list was not written: " + written.how.reason;
     news = true;

@@ -96,6 +96,7 @@ class StationEditor {
   void select(StationGrid::Id id);
   void add(const lists::Entry& entry);
   lists::Entries chosenEntries() const;
+  void offerExport();
 
   StationServices services_;
   StationView view_;
@@ -109,6 +110,12 @@ class StationEditor {
   std::unique_ptr<Grid> importGrid_;
   std::uint64_t importFor_ = 0;  ///< version of the list that the import was planned for
   std::uint64_t grouped_ = ~std::uint64_t{0};  ///< version of the list whose groups are shown
+  struct Prepared {
+    formats::Format format;
+    std::size_t count;
+    formats::Writing writing;
+  };
+  std::future<Prepared> prepared_;
   struct Written {
     FileResult how;
     std::string words;

@@ -112,6 +112,7 @@ TEST(ListFormats, AnyTableIsReadByItsHeadings) {
   ASSERT_EQ(semicolons.taken.size(), 2u) << semicolons.refusal;
   EXPECT_EQ(semicolons.taken[0].entry.name, "A;B");
   EXPECT_EQ(semicolons.taken[0].entry.frequency, 7105000);
+  EXPECT_EQ(semicolons.taken[0].entry.width, 2400);
   EXPECT_EQ(semicolons.taken[0].entry.further[0],
             (std::pair<std::string, std::string>("Antenna", "Loop")));
   EXPECT_EQ(semicolons.taken[1].entry.note, "x");

@@ -127,6 +127,7 @@ TEST_F(MyStations, AnImportShowsLineByLineWhatItDoesAndOneUndoTakesItBack) {
   for (GridRow row = 0; row < import.rows(); ++row)
     acts += import.cell(row, 1).substr(0, 1) + import.cell(row, 0) + " ";
   EXPECT_EQ(acts, "C2 L3 A4 L5 A6 ");
+  EXPECT_EQ(import.cell(0, 8), "changes mode");
   EXPECT_THAT(import.cell(3, 8), HasSubstr("frequency"));
   EXPECT_EQ(import.cell(4, 3), "New (2)");
   editor().takeIn();
@@ -142,6 +143,33 @@ TEST_F(MyStations, AnImportShowsLineByLineWhatItDoesAndOneUndoTakesItBack) {
   settle();
   EXPECT_EQ(editor().table().rows(), 2u);
   EXPECT_EQ(cell(0, StationGrid::Mode), "USB");
+}
+
+/// A disk on which another program is writing: it adds a line behind each of the first reads.
+class BusyDisk : public FileSteps {
+ public:
+  explicit BusyDisk(int writes) : writes_(writes) {}
+  FileReading read(const std::filesystem::path& file, std::size_t limit) override {
+    FileReading reading = FileSteps::read(file, limit);
+    if (writes_-- > 0) FileSteps::append(file, "5000,More\n");
+    return reading;
+  }
+  void pause(milliseconds) override {}
+
+ private:
+  int writes_;
+};
+
+TEST_F(MyStations, AFileThatIsBeingWrittenIsReadWholeOrNotAtAll) {
+  write("growing.csv", "kHz,Name\n");
+  BusyDisk writesTwice(2), writesOn(1000);
+  const auto file = rig.folder() / "growing.csv";
+  const FileReading whole = readUnchanging(file, 1'000'000, writesTwice);
+  EXPECT_EQ(whole.how, FileReading::Whole);
+  EXPECT_EQ(whole.content, "kHz,Name\n5000,More\n5000,More\n");
+  const FileReading never = readUnchanging(file, 1'000'000, writesOn);
+  EXPECT_EQ(never.how, FileReading::Unreadable);
+  EXPECT_THAT(never.reason, HasSubstr("Another program is writing it"));
 }
 
 TEST_F(MyStations, WhatAFormCannotHoldIsSaidBeforeItIsWritten) {

@@ -109,11 +109,13 @@ void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& tak
   taken.entry.mode = *mode;
 }
 
-void takeWidth(std::string_view text, Taken& taken) {
-  if (trimmed(text).empty()) return;
-  const double width = num(text);
-  if (width >= 0 && width <= 10'000'000)
-    taken.entry.width = nearestLong(width);
+void takeWidth(std::string_view text, Taken& taken, Hz narrowest) {
+  if (trimmed(text).empty() || num(text) == 0) return;
+  Hz width = lists::readFrequency(text, lists::Unit::Hz).frequency;
+  if (width >= 0 && width < narrowest)
+    width = lists::readFrequency(text, lists::Unit::Khz).frequency;
+  if (width > 0 && width <= 10'000'000)
+    taken.entry.width = width;
   else
     remark(taken, "the bandwidth cannot be read");
 }

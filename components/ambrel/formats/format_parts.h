@@ -51,8 +51,8 @@ struct ModeWord {
 /// A word that is unknown leaves the mode open and is remarked upon.
 void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& taken);
 void remark(Taken& taken, std::string_view words);
-/// Takes a bandwidth in Hz.
-void takeWidth(std::string_view text, Taken& taken);
+/// Takes a bandwidth in Hz, or in the unit behind it; a number below `narrowest` is taken for kHz.
+void takeWidth(std::string_view text, Taken& taken, Hz narrowest = 0);
 
 /// Counts what cannot be written, by what it is.
 class Losses {

@@ -65,8 +65,8 @@ Reading readGqrx(std::string_view text) {
     if (!bookmarks || line.empty() || line.front() == '#') continue;
     const auto fields = split(line, ';');
     if (fields.size() != 5 && fields.size() != 6) {
-      reading.leftOut.push_back({number, "there are " + std::to_string(fields.size()) +
-                                             " fields, and a bookmark has five"});
+      reading.leftOut.push_back(
+          {number, "a bookmark has five fields, and this line " + std::to_string(fields.size())});
       continue;
     }
     const auto frequency = lists::readFrequency(fields[0], lists::Unit::Hz);

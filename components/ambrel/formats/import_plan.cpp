@@ -44,6 +44,26 @@ Entry mergedEntry(Entry entry, const Entry& more) {
   return entry;
 }
 
+/// What of the list's entry is another in the new one: "width, tags".
+std::string changedParts(const Entry& old, const Entry& now) {
+  std::string parts;
+  const auto part = [&parts](bool changed, const char* name) {
+    if (changed) parts += (parts.empty() ? "" : ", ") + std::string(name);
+  };
+  part(old.name != now.name, "name");
+  part(old.mode != now.mode, "mode");
+  part(old.width != now.width, "width");
+  part(old.group != now.group, "group");
+  part(old.tags != now.tags, "tags");
+  part(old.from != now.from || old.to != now.to, "times");
+  part(old.days != now.days, "days");
+  part(old.favourite != now.favourite, "favourite");
+  part(old.skip != now.skip, "skip");
+  part(old.note != now.note, "note");
+  part(old.further != now.further, "further columns");
+  return parts;
+}
+
 /// Plans one station after the other.
 class Planner {
  public:
@@ -71,13 +91,14 @@ class Planner {
     if (rule_ == Rule::Skip) return leave(row, entry, "it is in the list already");
     if (rule_ == Rule::Merge) row.entry = std::make_shared<Entry>(mergedEntry(old, entry));
     if (*row.entry == old) return leave(row, entry, "it is in the list just so");
+    note(row, "changes " + changedParts(old, *row.entry));
     row.act = Act::Change;
     return row;
   }
 
  private:
-  static void note(PlanRow& row, const char* why) {
-    row.why += (row.why.empty() ? "" : "; ") + std::string(why);
+  static void note(PlanRow& row, const std::string& why) {
+    row.why += (row.why.empty() ? "" : "; ") + why;
   }
   static PlanRow leave(PlanRow row, const Entry& entry, const char* why) {
     row.act = Act::Leave;

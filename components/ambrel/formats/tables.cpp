@@ -75,6 +75,9 @@ struct HeadingWord {
   Field field;
 };
 
+/// Smaller widths of a table are kHz: there is no such filter.
+constexpr Hz kNarrowestHz = 20;
+
 constexpr auto kHeadingWords = std::to_array<HeadingWord>({
     {"FREQUENCY", Field::Frequency},
     {"FREQ", Field::Frequency},
@@ -204,7 +207,7 @@ std::string takeField(Field field, std::string_view text, lists::Unit unit, Take
       takeMode(text, {}, taken);
       break;
     case Field::Width:
-      takeWidth(text, taken);
+      takeWidth(text, taken, kNarrowestHz);
       break;
     case Field::Group:
       join(entry.group, lists::oneLine(text), ", ");
