@@ -73,6 +73,7 @@ void ChannelEditor::startReading(Purpose purpose) {
   if (!reading_.start(nReceiver_, owner_.now()))
     return readingFailed("The receiver did not start to read its channels.");
   if (purpose != Purpose::Backup) {
+    unsaved_ = false;
     table_.empty();
     grid_.refresh();
   }
@@ -230,7 +231,9 @@ void ChannelEditor::changed() {
   for (const ChannelButton& row : kButtons) (view_.*row.button).enabled = !working && !gone_;
   if (gone_) view_.Export.enabled = view_.Cancel.enabled = !working;
   if (grid_.locked() != (working || gone_)) grid_.lock(working || gone_);
-  view_.caption = view_.open && table_.unsaved() ? "Channels [unsaved edits]" : "Channels";
+  // Not with each channel that comes or goes: the whole table would be looked at for each.
+  if (!working) unsaved_ = view_.open && table_.unsaved();
+  view_.caption = unsaved_ ? "Channels [unsaved edits]" : "Channels";
   if (tell_) tell_();
 }
 

@@ -138,8 +138,9 @@ class ChannelEditor : private ChannelKeys {
   ChannelReading reading_;
   std::function<void()> tell_;
   Index nReceiver_ = 0;
-  std::string name_;   ///< of the receiver
-  bool gone_ = false;  ///< the receiver is no longer the one that was opened
+  std::string name_;      ///< of the receiver
+  bool gone_ = false;     ///< the receiver is no longer the one that was opened
+  bool unsaved_ = false;  ///< when it was last at rest, the table had what the receiver has not got
   Purpose purpose_ = Purpose::Open;
   ChannelRows backup_;
   ChannelRows rescue_;            ///< the table with unsaved edits, while it is read over

@@ -161,6 +161,8 @@ class Clients : public testing::Test {
                activated("$w") + "; xdotool key Return; done");
     for (const Program& program : programs_) {
       if (program.window.empty()) continue;
+      const std::string id = "echo " + windowOf(program.window);
+      EXPECT_TRUE(eventually([&] { return hostOutput(id).size() > 2; }, 20000)) << program.name;
       hostOutput("xdotool windowmove " + windowOf(program.window) + " " + program.place);
     }
     SetWindowPos(panel_->window(), nullptr, 1180, 880, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
