@@ -61,11 +61,20 @@ void FileSaver::run() {
         [&](const std::string& why) {
           result = {false, "Cannot write a file: " + why};
         });
-    if (job.ended) barrier("telling how a file was written", [&] { job.ended(result); });
+    if (job.ended) tell(job, result);
     lock.lock();
     writing_ = false;
     changed_.notify_all();
   }
+}
+
+/// Who waits for a word of it would wait for ever.
+void FileSaver::tell(const Job& job, const FileResult& result) {
+  constexpr int kTries = 20;
+  const auto told = [&] {
+    return barrier("telling how a file was written", [&] { job.ended(result); });
+  };
+  for (int tries = 1; !told() && tries < kTries; ++tries) steps_->pause(kFilePause);
 }
 
 }  // namespace kelvane

@@ -16,7 +16,8 @@ namespace kelvane {
 /// Writes files safely on a thread of its own, so that a slow disk holds nobody up.
 class FileSaver {
  public:
-  /// Hears how a write ended, on the saver's thread.
+  /// Hears how a write ended, on the saver's thread. Where there is no memory for that, it is
+  /// called again a little later.
   using Ended = std::function<void(const FileResult&)>;
 
   explicit FileSaver(std::shared_ptr<FileSteps> steps = std::make_shared<FileSteps>());
@@ -43,6 +44,7 @@ class FileSaver {
   };
 
   void run();
+  void tell(const Job& job, const FileResult& result);
 
   std::shared_ptr<FileSteps> steps_;
   std::mutex mutex_;

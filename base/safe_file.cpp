@@ -8,6 +8,7 @@
 #include <new>
 #include <thread>
 
+#include "base/folder.h"
 #include "base/text.h"
 #include "base/utf8.h"
 
@@ -81,15 +82,13 @@ fs::path nameBeside(const fs::path& path) {
 void removeLeftovers(const fs::path& path, FileSteps& steps) {
   const std::string start = pathText(path.filename()) + ".";
   const auto old = fs::file_time_type::clock::now() - std::chrono::minutes(10);
-  std::error_code error;
   const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
-  fs::directory_iterator entries(folder, error);
-  for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-    const std::string name = pathText(entries->path().filename());
+  for (const fs::path& entry : entriesIn(folder)) {
+    const std::string name = pathText(entry.filename());
     if (!name.starts_with(start) || !name.ends_with(kUnfinished)) continue;
     std::error_code none;
-    const auto time = entries->last_write_time(none);
-    if (!none && time < old) steps.remove(entries->path());
+    const auto time = fs::last_write_time(entry, none);
+    if (!none && time < old) steps.remove(entry);
   }
 }
 

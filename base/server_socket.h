@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -11,8 +10,8 @@
 
 namespace kelvane {
 
-// The system's sockets as a server needs them, each function the same on every system. Nothing but
-// pollSockets() ever blocks. A closed handle is never used again.
+// The system's sockets as a server needs them, each function the same on every system. Nothing ever
+// blocks; SocketWatch waits. A closed handle is never used again.
 
 /// A socket of the system's; kNoSocket for none.
 using SocketHandle = std::uintptr_t;
@@ -24,14 +23,6 @@ enum class ListenFailure {
   Forbidden,  ///< the system keeps the port for itself, or from this user
   NoAddress,  ///< this computer has no such address
   Failed,     ///< anything else
-};
-
-/// One socket to be watched, and what was seen.
-struct WatchedSocket {
-  SocketHandle handle = kNoSocket;
-  bool writes = false;    ///< room for bytes that wait is looked for, too
-  bool readable = false;  ///< bytes, a new connection or the end wait
-  bool writable = false;
 };
 
 /// Uses the system's sockets as long as it lives; made before the first of them.
@@ -53,18 +44,12 @@ std::string addressText(const NetAddress& address);
 /// Listens; kNoSocket, with the reason, where that is not possible.
 SocketHandle listenAt(const NetAddress& address, ListenFailure& failure);
 /// Takes the next connection that waits, its own small packets sent at once; kNoSocket for none.
-SocketHandle acceptFrom(SocketHandle listener, NetAddress& peer);
+/// `refused` says whether one waits that the system cannot give now.
+SocketHandle acceptFrom(SocketHandle listener, NetAddress& peer, bool& refused);
 /// How many bytes came, 0 when none wait; none when the connection has ended.
 std::optional<std::size_t> receiveFrom(SocketHandle connection, std::span<char> buffer);
 /// How many bytes the system took; none when the connection has ended.
 std::optional<std::size_t> sendTo(SocketHandle connection, std::string_view bytes);
 void closeSocket(SocketHandle handle);
-/// Waits until something happens at one of the sockets or the time is over.
-void pollSockets(std::span<WatchedSocket> sockets, std::chrono::nanoseconds time);
-
-/// A socket that becomes readable by signalSocket(), from any thread; kNoSocket where the system
-/// has none left.
-SocketHandle openSignalSocket();
-void signalSocket(SocketHandle handle);
 
 }  // namespace kelvane

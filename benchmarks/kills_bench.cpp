@@ -18,7 +18,7 @@ int main() {
   return bench::measure([] {
     fakes::KilledWriters writers;
     std::mt19937 random(1);
-    fakes::KilledWriters::Found worst;
+    fakes::WrittenFiles::Found worst;
     for (int kill = 1; kill <= kKills; ++kill) {
       writers.kill(milliseconds(3 + random() % 60));
       if (kill % kLookEvery != 0) continue;

@@ -4,13 +4,21 @@
 #include <string>
 
 #include "base/number.h"
+#include "base/program_line.h"
+#include "base/text.h"
 #include "benchmarks/table.h"
+#include "companions/channel_file.h"
+#include "components/ambrel/bands/band_plan.h"
+#include "components/ambrel/schedule/codes.h"
 #include "components/ambrel/schedule/eibi_schedule.h"
 #include "components/ambrel/schedule/season.h"
 #include "components/ambrel/stations/known_sets.h"
 #include "components/ambrel/stations/station_table.h"
 #include "components/sondrel/channels/channel_bank.h"
 #include "components/sondrel/config/receiver_config.h"
+#include "components/sondrel/radios/radio_models.h"
+#include "components/sondrel/rigctld/rigctld_description.h"
+#include "panel/command_line.h"
 #include "station_log/log_table.h"
 
 // Files of the largest size and the worst form that is read: what twice as large a file takes, and
@@ -81,10 +89,85 @@ std::string broadcasts(std::size_t count) {
   return text;
 }
 
+std::string bandPlan(std::size_t count) {
+  const auto at = [](std::size_t i) { return std::to_string(9000 + 400 * i); };
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i)
+    text += "A band ; " + at(i) + " ; " + at(i + 1) + " ; 1000 ; AM ; 6000\n";
+  return text;
+}
+
+std::string codes(std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i)
+    text += "site ; G-" + std::to_string(i) + " ; Some place\n";
+  return text;
+}
+
+std::string description(std::size_t count) {
+  std::string text = "1\n2031\n0\n";
+  for (std::size_t i = 0; i < count; ++i)
+    text += std::to_string(1000 * i + 1) + ".0 " + std::to_string(1000 * i + 900) +
+            ".0 0x1ff -1 -1 0x1 0x1\n";
+  return text + "0 0 0 0 0 0 0\n";
+}
+
+std::string models(std::size_t count) {
+  std::string text =
+      " Rig #  Mfg                    Model                   Version         Status\n";
+  for (std::size_t i = 1; i <= count; ++i) {
+    const std::string number = std::to_string(i);
+    text += std::string(6 - number.size(), ' ') + number +
+            "  Hamlib                 Dummy                   20240709.0      Stable\n";
+  }
+  return text;
+}
+
+std::string exchanged(std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) text += "001;   14074000;    0;  USB; 2700;Slow;0;\r\n";
+  return text;
+}
+
+/// What else is read, each of which has to take twice the time for twice the size.
+void compareSmallParsers() {
+  compare("band plan of 50,000 entries", 50'000, bandPlan, [](const std::string& text) {
+    bench::must(ambrel::readBandPlan(text).plan.has_value(), "the plan is read");
+  });
+  compare("100,000 codes", 100'000, codes, [](const std::string& text) {
+    std::vector<std::string> problems;
+    const ambrel::Codes all(text, problems);
+    bench::must(problems.empty(), "all codes are read");
+  });
+  compare("radio of 20,000 ranges", 20'000, description, [](const std::string& text) {
+    std::vector<std::string> lines;
+    for (const std::string_view line : split(text, '\n')) lines.emplace_back(line);
+    sondrel::readDescription(lines);
+  });
+  compare("list of 50,000 radio models", 50'000, models, [](const std::string& text) {
+    bench::must(sondrel::readModels(text).has_value(), "the models are read");
+  });
+  compare("100,000 exchanged channels", 100'000, exchanged, [](const std::string& text) {
+    const auto isLine = [](std::string_view line) {
+      return std::holds_alternative<ChannelLine>(readChannelLine(line));
+    };
+    LineCutter cutter(isLine);
+    bench::must(cutter.feed(text), "all lines are read");
+    cutter.end();
+  });
+  compare(
+      "command line of 8 MB", 8'000'000, [](std::size_t size) { return std::string(size, '-'); },
+      [](const std::string& text) {
+        bench::must(!parseCommandLine(text).instance.empty(), "it is an instance's name");
+        programOf(text);
+      });
+}
+
 }  // namespace
 
 int main() {
   return bench::measure([] {
+    compareSmallParsers();
     compare("receivers.txt of 1 MB, 1,000 sections of one name", 1000, sections,
             [](const std::string& text) {
               bench::must(sondrel::readConfig(text)->receivers.size() == 8, "eight are read");

@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -96,10 +95,11 @@ SocketHandle listenAt(const NetAddress& address, ListenFailure& failure) {
   return kNoSocket;
 }
 
-SocketHandle acceptFrom(SocketHandle listener, NetAddress& peer) {
+SocketHandle acceptFrom(SocketHandle listener, NetAddress& peer, bool& refused) {
   socklen_t size = static_cast<socklen_t>(peer.bytes.size());
   const int file = ::accept4(fileOf(listener), reinterpret_cast<sockaddr*>(peer.bytes.data()),
                              &size, SOCK_NONBLOCK | SOCK_CLOEXEC);
+  refused = file < 0 && !isNoEnd(errno);
   if (file < 0) return kNoSocket;
   peer.size = size;
   const int on = 1;
@@ -120,41 +120,5 @@ std::optional<std::size_t> sendTo(SocketHandle connection, std::string_view byte
 }
 
 void closeSocket(SocketHandle handle) { ::close(fileOf(handle)); }
-
-void pollSockets(std::span<WatchedSocket> sockets, std::chrono::nanoseconds time) {
-  std::vector<pollfd> polled;
-  for (WatchedSocket& socket : sockets) {
-    const auto wanted = static_cast<short>(POLLIN | (socket.writes ? POLLOUT : 0));
-    polled.push_back({fileOf(socket.handle), wanted, 0});
-    socket.readable = socket.writable = false;
-  }
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
-  const timespec limit{static_cast<time_t>(seconds.count()),
-                       static_cast<long>((time - seconds).count())};
-  if (::ppoll(polled.data(), polled.size(), &limit, nullptr) <= 0) return;
-  for (std::size_t i = 0; i < polled.size(); ++i) {
-    sockets[i].readable = (polled[i].revents & ~POLLOUT) != 0;
-    sockets[i].writable = (polled[i].revents & POLLOUT) != 0;
-  }
-}
-
-SocketHandle openSignalSocket() {
-  const int file = ::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (file < 0) return kNoSocket;
-  sockaddr_in self{};
-  self.sin_family = AF_INET;
-  self.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  auto* where = reinterpret_cast<sockaddr*>(&self);
-  socklen_t size = sizeof self;
-  // Connected to itself: what anybody else sends does not arrive.
-  if (::bind(file, where, size) == 0 && ::getsockname(file, where, &size) == 0 &&
-      ::connect(file, where, size) == 0) {
-    return handleOf(file);
-  }
-  ::close(file);
-  return kNoSocket;
-}
-
-void signalSocket(SocketHandle handle) { sendTo(handle, "!"); }
 
 }  // namespace kelvane

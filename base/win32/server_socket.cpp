@@ -123,9 +123,10 @@ SocketHandle listenAt(const NetAddress& address, ListenFailure& failure) {
   return kNoSocket;
 }
 
-SocketHandle acceptFrom(SocketHandle listener, NetAddress& peer) {
+SocketHandle acceptFrom(SocketHandle listener, NetAddress& peer, bool& refused) {
   int size = static_cast<int>(peer.bytes.size());
   const SOCKET socket = ::accept(listener, reinterpret_cast<sockaddr*>(peer.bytes.data()), &size);
+  refused = socket == INVALID_SOCKET && ::WSAGetLastError() != WSAEWOULDBLOCK;
   if (socket == INVALID_SOCKET) return kNoSocket;
   peer.size = static_cast<std::size_t>(size);
   ::SetHandleInformation(reinterpret_cast<HANDLE>(socket), HANDLE_FLAG_INHERIT, 0);
@@ -148,42 +149,5 @@ std::optional<std::size_t> sendTo(SocketHandle connection, std::string_view byte
 }
 
 void closeSocket(SocketHandle handle) { ::closesocket(handle); }
-
-void pollSockets(std::span<WatchedSocket> sockets, std::chrono::nanoseconds time) {
-  std::vector<WSAPOLLFD> polled;
-  for (WatchedSocket& socket : sockets) {
-    const auto wanted = static_cast<SHORT>(POLLRDNORM | (socket.writes ? POLLWRNORM : 0));
-    polled.push_back({socket.handle, wanted, 0});
-    socket.readable = socket.writable = false;
-  }
-  // Rounded up: a wait that ends just before its time would be repeated until it has come.
-  const auto limit = std::chrono::ceil<std::chrono::milliseconds>(time);
-  const auto count = static_cast<ULONG>(polled.size());
-  if (::WSAPoll(polled.data(), count, static_cast<INT>(limit.count())) <= 0) return;
-  for (std::size_t i = 0; i < polled.size(); ++i) {
-    sockets[i].readable = (polled[i].revents & ~POLLWRNORM) != 0;
-    sockets[i].writable = (polled[i].revents & POLLWRNORM) != 0;
-  }
-}
-
-SocketHandle openSignalSocket() {
-  const SOCKET socket = openSocket(AF_INET, SOCK_DGRAM);
-  if (socket == INVALID_SOCKET) return kNoSocket;
-  neverBlock(socket);
-  sockaddr_in self{};
-  self.sin_family = AF_INET;
-  self.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  auto* where = reinterpret_cast<sockaddr*>(&self);
-  int size = sizeof self;
-  // Connected to itself: what anybody else sends does not arrive.
-  if (::bind(socket, where, size) == 0 && ::getsockname(socket, where, &size) == 0 &&
-      ::connect(socket, where, size) == 0) {
-    return socket;
-  }
-  ::closesocket(socket);
-  return kNoSocket;
-}
-
-void signalSocket(SocketHandle handle) { sendTo(handle, "!"); }
 
 }  // namespace kelvane

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/barrier.h"
+#include "base/one_try.h"
 #include "components/ambrel/bands/region_store.h"
 #include "components/ambrel/schedule/codes_file.h"
 #include "components/ambrel/stations/own_stations.h"
@@ -28,28 +29,38 @@ std::string AmbrelCore::notes() const {
   const auto add = [&text](const std::vector<std::string>& notes) {
     for (const std::string& note : notes) text += (text.empty() ? "" : "\n") + note;
   };
-  add(openNotes_);
-  add(planNotes_);
+  add(openNotes_.wrong);
+  add(planNotes_.wrong);
   add(problemsOf(data_));
   return text;
 }
 
+/// A window that is being opened waits for nobody who holds a file; a script does, since it may not
+/// heed events.
+DataFiles AmbrelCore::filesNow() const {
+  return owned_ ? files_->on(std::make_shared<OneTry>(*disk_)) : *files_;
+}
+
 Outcome AmbrelCore::OpenFrqConfig(Text instance) {
-  openNotes_.clear();
-  planNotes_.clear();
+  openNotes_ = planNotes_ = {};
   bands_.reset();
   files_.emplace(dataFolder_, userFolder_, instance, disk_);
-  codes_ = loadCodes(*files_, openNotes_);
-  ownStamp_ = ownStationsStamp(*files_);
-  useData(loadStations(*files_, std::nullopt));
+  const DataFiles files = filesNow();
+  codes_ = loadCodes(files, openNotes_);
+  ownStamp_ = ownStationsStamp(files);
+  useData(loadStations(files, std::nullopt));
+  readHeldAgain();
   return Outcome::Done;
 }
 
 Outcome AmbrelCore::InitFrqPlan(Long plan) {
   if (!files_ || plan != 0) return Outcome::Failed;
-  planNotes_.clear();
-  bands_.emplace(*files_, planNotes_);
-  bands_->selectRegion(keptRegion(*files_));
+  planNotes_ = {};
+  const DataFiles files = filesNow();
+  bands_.emplace(files, planNotes_);
+  bands_->selectRegion(keptRegion(files, planNotes_));
+  regionChosen_ = false;
+  readHeldAgain();
   return Outcome::Done;
 }
 
@@ -62,13 +73,15 @@ Answer<Long> AmbrelCore::NextFrqRegion() {
   if (!bands_) return Answer<Long>::failed(0);
   const Long region = (bands_->region() + 1) % kRegions;
   bands_->selectRegion(region);
-  background_.run("keeping the region",
-                  [this, files = *files_, region] {
-                    lostRegion_ = keepRegion(files, region);
-                    if (!lostRegion_.empty())
-                      queue_.post([this, lost = lostRegion_] { openNotes_.push_back(lost + "."); });
-                  },
-                  {});
+  regionChosen_ = true;
+  background_.run(
+      "keeping the region",
+      [this, files = *files_, region] {
+        lostRegion_ = keepRegion(files, region);
+        if (!lostRegion_.empty())
+          queue_.post([this, lost = lostRegion_] { openNotes_.wrong.push_back(lost + "."); });
+      },
+      {});
   return region;
 }
 

@@ -99,15 +99,19 @@ class AmbrelCore final : public FrequencyComponent {
     std::optional<StationData> data;
     std::string words;
     std::optional<Bands> bands = {};
-    std::vector<std::string> planNotes = {};
+    Long region = 0;
+    FileNotes planNotes = {};
     std::shared_ptr<const Codes> codes = {};
-    std::vector<std::string> openNotes = {};
+    FileNotes openNotes = {};
   };
 
   void lookAtOwnFile();
   bool load(std::function<Loaded(const DataFiles&)> read);
   void take(Loaded& loaded);
   void useData(StationData data);
+  DataFiles filesNow() const;
+  std::string unreadable() const;
+  void readHeldAgain();
   void askAgain();
   void useBands(Bands bands);
   void raiseDataUpdated();
@@ -119,8 +123,8 @@ class AmbrelCore final : public FrequencyComponent {
   std::filesystem::path userFolder_;
   std::shared_ptr<FileSteps> disk_;
   ComponentWindows& windows_;
-  std::vector<std::string> openNotes_;
-  std::vector<std::string> planNotes_;
+  FileNotes openNotes_;
+  FileNotes planNotes_;
   std::optional<DataFiles> files_;
   std::optional<Bands> bands_;
   std::shared_ptr<const Codes> codes_ = std::make_shared<const Codes>();
@@ -128,9 +132,10 @@ class AmbrelCore final : public FrequencyComponent {
   KnownStations stations_;
   std::optional<StationWords> words_;
   bool loading_ = false;
-  bool owned_ = false;     ///< somebody sits before the windows
-  bool asking_ = false;    ///< whether to read anew what could not be read
-  bool ownWaits_ = false;  ///< the own list changed while something was being read
+  bool owned_ = false;         ///< somebody sits before the windows
+  bool regionChosen_ = false;  ///< by the operator: a kept one that is read late counts no more
+  bool asking_ = false;        ///< whether to read anew what could not be read
+  bool ownWaits_ = false;      ///< the own list changed while something was being read
   std::optional<GeoPoint> ownPlace_;
   std::string ownStamp_;  ///< of its file when it was last read
   std::string loadWords_;

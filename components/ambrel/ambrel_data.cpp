@@ -4,6 +4,7 @@
 
 #include "base/safe_file.h"
 #include "components/ambrel/ambrel_core.h"
+#include "components/ambrel/bands/region_store.h"
 #include "components/ambrel/schedule/codes_file.h"
 #include "components/ambrel/schedule/schedule_store.h"
 #include "components/ambrel/stations/own_stations.h"
@@ -61,6 +62,7 @@ bool AmbrelCore::reload() {
   return load([](const DataFiles& files) {
     Loaded loaded{loadStations(files, std::nullopt), "All lists were read anew."};
     loaded.bands.emplace(files, loaded.planNotes);
+    loaded.region = keptRegion(files, loaded.planNotes);
     loaded.codes = loadCodes(files, loaded.openNotes);
     return loaded;
   });
@@ -118,10 +120,13 @@ void AmbrelCore::take(Loaded& loaded) {
     openNotes_ = std::move(loaded.openNotes);
   }
   if (loaded.bands && bands_) {
+    const bool regionLate = !planNotes_.unreadable.empty() && !regionChosen_;
     useBands(std::move(*loaded.bands));
+    if (regionLate) bands_->selectRegion(loaded.region);
     planNotes_ = std::move(loaded.planNotes);
   }
   if (loaded.data) useData(std::move(*loaded.data));
+  askAgain();
   queue_.tell([](FrequencyListener& listener) { listener.FrqDataUpdated(); });
   if (std::exchange(ownWaits_, false)) readOwn();
 }
@@ -133,14 +138,27 @@ void AmbrelCore::useData(StationData data) {
   data_ = std::move(data);
   stations_.setTable(data_.table);
   if (known >= 0) stations_.find(known, 0);
-  askAgain();
 }
 
-/// A list that another program holds is as good as it was: the operator may have it read anew.
-void AmbrelCore::askAgain() {
+/// Why files that are there cannot be read now, a line each.
+std::string AmbrelCore::unreadable() const {
   std::string words;
+  const auto add = [&words](const std::string& why) { words += (words.empty() ? "" : "\n") + why; };
   for (const StationList& list : data_.refused)
-    if (list.unreadable) words += (words.empty() ? "" : "\n") + list.refusal;
+    if (list.unreadable) add(list.refusal);
+  for (const FileNotes* notes : {&openNotes_, &planNotes_})
+    for (const std::string& why : notes->unreadable) add(why);
+  return words;
+}
+
+/// Beside the window, which did not wait for whoever holds a file.
+void AmbrelCore::readHeldAgain() {
+  if (owned_ && !unreadable().empty()) reload();
+}
+
+/// A file that another program holds is as good as it was: the operator may have it read anew.
+void AmbrelCore::askAgain() {
+  const std::string words = unreadable();
   if (words.empty() || !owned_ || std::exchange(asking_, true)) return;
   windows_.askAgain(words + "\n\nUntil it can be read the program goes on without it.",
                     [this] { queue_.post([this] { reload(); }); });

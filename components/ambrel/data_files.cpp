@@ -1,9 +1,9 @@
 #include "components/ambrel/data_files.h"
 
 #include <set>
-#include <system_error>
 #include <utility>
 
+#include "base/folder.h"
 #include "base/instance_name.h"
 #include "base/safe_file.h"
 #include "base/text.h"
@@ -37,15 +37,19 @@ DataFiles::DataFiles(fs::path shipped, fs::path user, std::string_view instance,
   look();
 }
 
+DataFiles DataFiles::on(std::shared_ptr<FileSteps> disk) const {
+  DataFiles same = *this;
+  same.disk_ = std::move(disk);
+  return same;
+}
+
 // Once a folder, since to ask for each file that might be there takes longer than reading those
 // that are.
 void DataFiles::look() {
   for (Folder& folder : folders_) {
     folder.names.clear();
-    std::error_code error;
-    fs::directory_iterator entries(folder.path, error);
-    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-      std::string name = pathText(entries->path().filename());
+    for (const fs::path& entry : entriesIn(folder.path)) {
+      std::string name = pathText(entry.filename());
       std::string key = upper(name);
       folder.names.emplace(std::move(key), std::move(name));
     }

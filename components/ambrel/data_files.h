@@ -12,6 +12,12 @@
 
 namespace kelvane::ambrel {
 
+/// What there is to say of files that were read.
+struct FileNotes {
+  std::vector<std::string> wrong = {};       ///< in words, a line each
+  std::vector<std::string> unreadable = {};  ///< why files that are there cannot be read now
+};
+
 /// Where the component's texts lie, and which of several files of one name wins: the instance's
 /// own, then the user's for all instances, then NAME.user.EXT beside the shipped one, then the
 /// shipped one.
@@ -22,6 +28,8 @@ class DataFiles {
             std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>());
 
   FileSteps& disk() const { return *disk_; }
+  /// The same files on another disk.
+  DataFiles on(std::shared_ptr<FileSteps> disk) const;
 
   /// Looks for what is there now; until the next look nothing else is found.
   void look();

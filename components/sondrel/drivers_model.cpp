@@ -138,6 +138,15 @@ std::string whoHasDevice(const std::vector<ReceiverEntry>& receivers, std::strin
   return found == receivers.end() ? std::string() : found->name;
 }
 
+std::string samePortWords(const std::vector<ReceiverEntry>& receivers, std::size_t index) {
+  if (index >= receivers.size() || !equalIgnoringCase(receivers[index].kind, "radio")) return {};
+  const std::string device(trimmed(receivers[index].setting("Device")));
+  std::vector<ReceiverEntry> others = receivers;
+  others.erase(others.begin() + static_cast<std::ptrdiff_t>(index));
+  const std::string who = whoHasDevice(others, device);
+  return who.empty() ? std::string() : device + " is the port of " + who + " already.";
+}
+
 const ReceiverKind& DriversModel::kindOf(std::size_t index) const {
   if (index >= receivers().size()) return receiverKinds().front();
   return kindOrStandard(receivers()[index]);

@@ -48,4 +48,8 @@ class DriversModel {
 /// the first; empty where there is none, and for a device that is a place in the network.
 std::string whoHasDevice(const std::vector<ReceiverEntry>& receivers, std::string_view device);
 
+/// "COM5 is the port of Attic already.", where another radio of these has the port of this one;
+/// else empty.
+std::string samePortWords(const std::vector<ReceiverEntry>& receivers, std::size_t index);
+
 }  // namespace kelvane::sondrel

@@ -190,6 +190,11 @@ void SondrelCore::host(const std::vector<ReceiverEntry>& entries) {
     receiver.setIndex(static_cast<Index>(i));
     if (made || (receiver.wanted() && !receiver.online())) unlinked.push_back(&receiver);
   }
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const std::vector<ReceiverEntry> before(entries.begin(), entries.begin() + i + 1);
+    if (const auto words = samePortWords(before, i); !words.empty())
+      note(entries[i].name + ": " + words + " Only one of them can open it.");
+  }
   for (Receiver* receiver : unlinked) receiver->connect(true, clock_());
   share();
   shown_ = -1;
@@ -261,8 +266,12 @@ FileResult SondrelCore::applyDrivers(const DriversModel& model) {
 }
 
 void SondrelCore::editDrivers() {
-  // Another process may have changed the list: what is edited is what the file holds now.
-  if (editing_ || !takeInConfig()) return;
+  if (editing_ || !instance_) return;
+  // Another process may have changed the list: what is edited is what the file holds now. Where it
+  // is held at this moment, what was read last will do: OK joins the edits with the file.
+  OneTry disk(*steps_);
+  LoadedConfig now = loadConfig(configFile(), disk);
+  if (now.unreadable.empty()) config_ = std::move(now);
   editing_ = true;
   DriversModel model = drivers();
   windows_.editDrivers(model, [&] { return applyDrivers(model); });

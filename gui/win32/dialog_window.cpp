@@ -188,6 +188,11 @@ bool DialogWindow::wheel(int) { return false; }
 HBRUSH DialogWindow::ground(int) const { return nullptr; }
 POINT DialogWindow::place(SIZE, POINT overOwner) const { return overOwner; }
 
+void DialogWindow::prepare() {
+  placeOverOwner();
+  prepared_ = true;
+}
+
 void DialogWindow::runModal() {
   placeOverOwner();
   ownerDisabled_ = owner_ && !EnableWindow(owner_, FALSE);
@@ -471,7 +476,7 @@ void DialogWindow::placeOverOwner() {
   const LONG top = std::max(work.top, std::min(wished, work.bottom - height));
   const POINT at = place({width, height}, {left, top});
   SetWindowPos(window_, nullptr, at.x, at.y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
-  dress();
+  if (!std::exchange(prepared_, false)) dress();
 }
 
 }  // namespace kelvane::win32

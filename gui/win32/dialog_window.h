@@ -99,6 +99,8 @@ class DialogWindow : private WindowBase<DialogWindow> {
   virtual void fileDropped(const std::wstring&) {}
   /// The timer set with startTimer fired.
   virtual void tick() {}
+  /// Gives the controls their fonts and places before the dialog is shown, which is quick then.
+  void prepare();
   void startTimer(UINT milliseconds) { SetTimer(window_, 1, milliseconds, nullptr); }
   /// The controls have their places and fonts of a new resolution.
   virtual void laidOut() {}
@@ -160,6 +162,7 @@ class DialogWindow : private WindowBase<DialogWindow> {
   HWND keyboardWas_ = nullptr, keyboardWasIn_ = nullptr;
   HHOOK hook_ = nullptr;
   bool ownerDisabled_ = false;
+  bool prepared_ = false;
   int wheelRest_ = 0;
   ULONGLONG leftUntil_ = 0;  ///< until then the keyboard goes back to the owner
   std::vector<Placed> controls_;

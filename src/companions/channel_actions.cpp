@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/barrier.h"
 #include "base/code_page.h"
 #include "base/instance_name.h"
 #include "companions/channel_editor.h"
@@ -92,11 +93,21 @@ void ChannelEditor::start(std::unique_ptr<ChannelTask> task, Then then) {
 }
 
 void ChannelEditor::runTask(Instant now) {
-  if (task_->step()) {
-    taskDue_ = now + task_->pause();
-    return say(task_->words());
-  }
-  taskEnded();
+  bool more = false;
+  const auto stopped = [&](const std::string& why) { taskStopped(why); };
+  if (!barrier(
+          "working on channels", [&] { more = task_->step(); }, stopped))
+    return;
+  if (!more) return taskEnded();
+  taskDue_ = now + task_->pause();
+  say(task_->words());
+}
+
+/// A step that was broken off may not be done again: what it had read is gone.
+void ChannelEditor::taskStopped(const std::string& why) {
+  const auto task = std::exchange(task_, nullptr);
+  then_ = {};
+  say(task->words() + " Stopped: " + why + ".");
 }
 
 void ChannelEditor::taskEnded() {

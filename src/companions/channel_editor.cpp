@@ -203,22 +203,9 @@ void ChannelEditor::close() {
   changed();
 }
 
-std::string ChannelEditor::end() {
-  auto* file = dynamic_cast<WriteTask*>(task_.get());
-  if (!file) return {};
-  saver_.finish();
-  const bool ended = !file->step();
-  return ended && (file->failed() || !rescue_.empty()) ? file->words() : std::string();
-}
-
-std::string ChannelEditor::saveTo(const std::string& file) const {
-  const auto* written = dynamic_cast<const WriteTask*>(task_.get());
-  if (!written) return {};
-  const FileResult result = writeFileSafely(pathFromText(file), written->content(), saver_.steps());
-  return result ? std::string() : result.reason + ".";
-}
-
 void ChannelEditor::tick(Instant now) {
+  // What was thrown may have come before the buttons were told.
+  if (view_.hourglass != busy()) changed();
   if (reading_.tick(now)) {
     const Count read = reading_.read();
     readingFailed("The receiver stopped reading after " + std::to_string(read) +
@@ -239,11 +226,11 @@ void ChannelEditor::say(std::string words) {
 
 void ChannelEditor::changed() {
   const bool working = busy();
-  view_.caption = view_.open && table_.unsaved() ? "Channels [unsaved edits]" : "Channels";
   view_.hourglass = working;
   for (const ChannelButton& row : kButtons) (view_.*row.button).enabled = !working && !gone_;
   if (gone_) view_.Export.enabled = view_.Cancel.enabled = !working;
   if (grid_.locked() != (working || gone_)) grid_.lock(working || gone_);
+  view_.caption = view_.open && table_.unsaved() ? "Channels [unsaved edits]" : "Channels";
   if (tell_) tell_();
 }
 

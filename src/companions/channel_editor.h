@@ -72,10 +72,13 @@ class ChannelEditor : private ChannelKeys {
   /// Ends what goes on and closes the window. Nothing is sent.
   void close();
 
-  /// The program ends: returns when the file is written that is under way. Answers in words what
-  /// the operator would have read of one that could not be, or of edits that are kept in one.
+  /// The operator ends the program: asks whether unsaved edits go to the receiver or into a file.
+  void offerToSave();
+  /// The program ends: returns when the file is written that is under way, and edits are kept in
+  /// one that the receiver has not got. Answers in words what the operator would have read of a
+  /// file that could not be written, or where edits are of which he was not asked.
   std::string end();
-  /// Writes what that file was to hold into another one. Answers in words why it could not.
+  /// Writes what could not be written into another file. Answers in words why it could not.
   std::string saveTo(const std::string& file) const;
 
   void tick(Instant now);
@@ -112,6 +115,7 @@ class ChannelEditor : private ChannelKeys {
   void start(std::unique_ptr<ChannelTask> task, Then then = {});
   void runTask(Instant now);
   void taskEnded();
+  void taskStopped(const std::string& why);
 
   bool busy() const { return reading_.running() || task_; }
   void say(std::string words);
@@ -119,6 +123,9 @@ class ChannelEditor : private ChannelKeys {
   std::string text(const ChannelRows& rows);
   ChannelRows workingRows() const;
   static ChannelRows stored(ChannelRows rows);
+  void endWork();
+  std::string endFile();
+  ChannelRows edits();
   std::filesystem::path datedFile() const;
 
   ReceiverComponent& component_;
@@ -135,7 +142,9 @@ class ChannelEditor : private ChannelKeys {
   bool gone_ = false;  ///< the receiver is no longer the one that was opened
   Purpose purpose_ = Purpose::Open;
   ChannelRows backup_;
-  ChannelRows rescue_;  ///< the table with unsaved edits, while it is read over
+  ChannelRows rescue_;            ///< the table with unsaved edits, while it is read over
+  std::filesystem::path keepIn_;  ///< where the operator wants unsaved edits when the program ends
+  std::string last_;              ///< what the last file was to hold
   std::unique_ptr<ChannelTask> task_;
   Then then_;
   Instant taskDue_ = kNever;

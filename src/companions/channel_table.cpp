@@ -75,15 +75,16 @@ void ChannelTable::report(Channel channel, const ChannelRow& row) {
 void ChannelTable::edit(const ChannelRows& rows) {
   ChannelRows before;
   for (const auto& [channel, row] : rows) {
-    if (!has(channel)) continue;
-    before.emplace_back(channel, working(channel));
-    working_[place(channel)] = row;
+    if (has(channel)) before.emplace_back(channel, working(channel));
   }
   if (before.empty()) return;
   edits_.add([this, before = std::move(before)] {
-    for (auto it = before.rbegin(); it != before.rend(); ++it)
-      working_[place(it->first)] = it->second;
+    for (const auto& [channel, row] : before) working_[place(channel)] = row;
   });
+  // Last, since nothing can fail here: an edit that can be undone is made whole or not at all.
+  for (const auto& [channel, row] : rows) {
+    if (has(channel)) working_[place(channel)] = row;
+  }
   keys_.edited();
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "base/barrier.h"
 #include "base/code_page.h"
 #include "base/encoding.h"
 #include "base/number.h"
@@ -177,7 +178,9 @@ ImportTask::ImportTask(const std::filesystem::path& path, ChannelTable& table)
   if (!in_) stopped_ = file_ + " cannot be read.";
 }
 
-ImportTask::~ImportTask() { table_.edit(rows_); }
+ImportTask::~ImportTask() {
+  barrier("keeping imported channels", [this] { table_.edit(rows_); });
+}
 
 bool ImportTask::step() {
   const bool first = in_ && in_.tellg() == std::streampos(0);

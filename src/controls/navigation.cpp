@@ -1,6 +1,7 @@
 #include "controls/navigation.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kelvane {
 
@@ -17,7 +18,7 @@ Navigation::Navigation(MainView& view, ReceiverComponent& component, FrequencyCo
   view_.IBank.tip = "Current Bank";
   view_.VBank.tip = "Record number";
   view_.RNG.tip = "Select region";
-  view_.RNG.text = std::to_string(frequency_.GetFrqRegion() + 1) + "R";
+  showRegion();
   for (Control* label : {&view_.IBank, &view_.VBank, &view_.RNG}) {
     label->back = kBlack;
     label->fore = kQuietText;
@@ -118,8 +119,14 @@ void Navigation::clearBank() {
   view_.VBank.text.clear();
 }
 
+void Navigation::showRegion() {
+  const Long region = frequency_.GetFrqRegion();
+  if (std::exchange(region_, region) != region) view_.RNG.text = std::to_string(region + 1) + "R";
+}
+
 void Navigation::nextRegion() {
-  view_.RNG.text = "R" + std::to_string(frequency_.NextFrqRegion() + 1);
+  region_ = frequency_.NextFrqRegion();
+  view_.RNG.text = "R" + std::to_string(region_ + 1);
   const Hz tuned = component_.GetRxFrequency(shown_.index(), kTuned);
   if (tuned >= 0 && frequency_.SetFrqFrequency(tuned)) best_.bandName();
 }

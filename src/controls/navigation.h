@@ -25,6 +25,8 @@ class Navigation {
   void clearBank();
   /// The next region of the ITU.
   void nextRegion();
+  /// The kept region may have been read only after the start.
+  void showRegion();
 
  private:
   struct Target {
@@ -46,6 +48,7 @@ class Navigation {
   BestSetting& best_;
   WindowCommands& window_;
   Refusal& refusal_;
+  Long region_ = -1;  ///< the shown one
 };
 
 }  // namespace kelvane

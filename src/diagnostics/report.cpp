@@ -5,6 +5,7 @@
 #include <set>
 
 #include "base/barrier.h"
+#include "base/folder.h"
 #include "base/safe_file.h"
 #include "base/text.h"
 #include "contract/link_state.h"
@@ -149,9 +150,8 @@ void pruneCrashReports(const std::filesystem::path& folder, std::size_t keep) {
   std::error_code error;
   // The names begin with the time, so that their order is that of their age.
   std::set<std::filesystem::path> stems;
-  std::filesystem::directory_iterator entries(folder, error);
-  for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
-    const std::filesystem::path name = entries->path().filename();
+  for (const std::filesystem::path& entry : entriesIn(folder)) {
+    const std::filesystem::path name = entry.filename();
     if (pathText(name).starts_with("crash-")) stems.insert(name.stem());
   }
   for (; stems.size() > keep; stems.erase(stems.begin())) {

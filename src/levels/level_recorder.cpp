@@ -5,6 +5,7 @@
 #include <mutex>
 #include <vector>
 
+#include "base/folder.h"
 #include "levels/level_csv.h"
 
 namespace kelvane {
@@ -53,12 +54,12 @@ bool makeRoom(const fs::path& file, std::uintmax_t more, std::uintmax_t limit, F
   std::error_code none;
   std::uintmax_t sum = more;
   std::vector<std::pair<fs::path, std::uintmax_t>> days;
-  for (const fs::directory_entry& entry : fs::directory_iterator(file.parent_path(), none)) {
-    if (!isLevelFile(entry.path())) continue;
-    const std::uintmax_t size = entry.file_size(none);
+  for (const fs::path& entry : entriesIn(file.parent_path())) {
+    if (!isLevelFile(entry)) continue;
+    const std::uintmax_t size = fs::file_size(entry, none);
     if (none) continue;
     sum += size;
-    if (entry.path() != file) days.emplace_back(entry.path(), size);
+    if (entry != file) days.emplace_back(entry, size);
   }
   std::ranges::sort(days);
   for (const auto& [day, size] : days) {

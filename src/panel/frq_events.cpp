@@ -7,6 +7,7 @@ void FrqEvents::FrqSelected(Hz frequency, Setting mode, Setting filter) {
 }
 
 void FrqEvents::FrqDataUpdated() {
+  navigation_.showRegion();
   if (shown_.online()) best_.refresh(component_.GetRxFrequency(shown_.index(), kTuned), Apply::No);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/barrier.h"
 #include "base/text.h"
 #include "companions/channel_editor.h"
 #include "companions/data_log.h"
@@ -130,8 +131,8 @@ ReceiverUnits MAin::units() {
 
 std::unique_ptr<StationViews> MAin::makeViews() {
   return std::make_unique<StationViews>(StationViews::Services{
-      services_.receiver, services_.frequency, shown_, forwarding_, stepping_, services_.settings,
-      services_.clipboard, services_.files, saver_, Clocks{services_.now, services_.wallTime},
+      services_.receiver, services_.frequency, shown_, levels_, forwarding_, stepping_,
+      services_.settings, services_.clipboard, services_.files, saver_, Clocks{services_.now, services_.wallTime},
       services_.ownFolder / "levels", services_.keepAwake, [this] { return options_.OptColours; },
       [this](Index rx) { tabClicked(rx); },
       [this](Index rx) { return std::string(status_.wordsOf(rx).text); },
@@ -364,7 +365,7 @@ void MAin::tick(Instant now) {
     tabs_.highlightAll();
     dde_.blink();
     utc_.tick();
-    levels_.askThreshold();
+    levels_.askThresholds();
     announce();
     stations_->tick();
   }
@@ -410,6 +411,8 @@ std::string MAin::saveSettings(const Placement& place) {
 }
 
 void MAin::unload(const Placement& place, Ending how) {
+  if (how == Ending::ByOperator)
+    barrier("asking for unsaved edits", [this] { channelEditor_->offerToSave(); });
   // First, since a system that ends may end the program at any moment.
   LastWrites last(services_.boxes, services_.files, services_.settings, how);
   for (const LastWrite& write : lastWrites()) last.finish(write);

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "base/text.h"
+#include "gui/win32/accessible.h"
 #include "gui/win32/common_controls.h"
 #include "gui/win32/text_size.h"
 #include "gui/win32/window_barrier.h"
@@ -122,19 +124,30 @@ HWND ViewWindow::addButton(int id, std::string_view text, std::string_view tip) 
       0, window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program(), nullptr);
   common_controls::setSubclass(button, buttonProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
   tips_->set(button, std::string(tip));
+  buttons_[id] = {button, std::string(text), {}, true};
   return button;
 }
 
-void ViewWindow::setButton(int id, const std::string& text, bool on) {
-  const HWND button = item(id);
-  const bool changed = std::exchange(on_[id], on) != on;
-  const std::wstring words = wide(text);
-  if (windowText(button) != words) {
-    SetWindowTextW(button, words.c_str());
-  } else if (!changed) {
-    return;
-  }
-  InvalidateRect(button, nullptr, FALSE);
+void ViewWindow::setButton(int id, const std::string& text) {
+  Button& button = buttons_[id];
+  if (button.text == text) return;
+  button.text = text;
+  SetWindowTextW(button.window, wide(text).c_str());
+  InvalidateRect(button.window, nullptr, FALSE);
+}
+
+void ViewWindow::setToggle(int id, const std::string& text, bool on) {
+  Button& button = buttons_[id];
+  if (button.text == text && button.on == on) return;
+  setButton(id, text);
+  button.on = on;
+  speakAs(button.window, spokenCaption(text) + (on ? ", on" : ", off"));
+  InvalidateRect(button.window, nullptr, FALSE);
+}
+
+void ViewWindow::setEnabled(int id, bool enabled) {
+  Button& button = buttons_[id];
+  if (std::exchange(button.enabled, enabled) != enabled) EnableWindow(button.window, enabled);
 }
 
 void ViewWindow::place(int id, int left, int top, int width, int height) const {
@@ -182,8 +195,9 @@ void ViewWindow::paintItem(const DRAWITEMSTRUCT& draw) const {
 
 void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
   const Colours& c = colours();
-  const auto on = on_.find(static_cast<int>(draw.CtlID));
-  const bool down = (draw.itemState & ODS_SELECTED) != 0 || (on != on_.end() && on->second);
+  const auto button = buttons_.find(static_cast<int>(draw.CtlID));
+  const bool on = button != buttons_.end() && button->second.on.value_or(false);
+  const bool down = (draw.itemState & ODS_SELECTED) != 0 || on;
   const HDC dc = draw.hDC;
   RECT area = draw.rcItem;
   const auto fill = [dc](const RECT& rect, COLORREF colour) {
@@ -192,7 +206,8 @@ void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
   };
   fill(area, resolved(c.window));
   const bool focused = (draw.itemState & ODS_FOCUS) != 0;
-  SetDCBrushColor(dc, resolved(down ? c.pressed : c.button));
+  const bool disabled = (draw.itemState & ODS_DISABLED) != 0;
+  SetDCBrushColor(dc, resolved(disabled ? c.window : down ? c.pressed : c.button));
   SetDCPenColor(dc, resolved(focused ? c.focus : c.line));
   const HGDIOBJ brush = SelectObject(dc, GetStockObject(DC_BRUSH));
   const HGDIOBJ pen = SelectObject(dc, GetStockObject(DC_PEN));
@@ -202,8 +217,14 @@ void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
     RoundRect(dc, area.left + 1, area.top + 1, area.right - 1, area.bottom - 1, px(5), px(5));
   SelectObject(dc, pen);
   SelectObject(dc, brush);
+  // What is on has a line as well: its ground alone would say so by colour.
+  if (on)
+    fill({area.left + px(8), area.bottom - px(5), area.right - px(8), area.bottom - px(3)},
+         resolved(palette().contrast ? c.onSelection : c.accent));
   SetBkMode(dc, TRANSPARENT);
-  const Colour ink = palette().contrast && down ? c.onSelection : c.text;
+  const Colour ink = disabled                     ? palette().contrast ? c.faint : c.quiet
+                     : palette().contrast && down ? c.onSelection
+                                                  : c.text;
   SetTextColor(dc, resolved(ink));
   const HGDIOBJ before = SelectObject(dc, font(Font::Normal));
   DrawTextW(dc, windowText(draw.hwndItem).c_str(), -1, &area,

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -66,9 +67,12 @@ class ViewWindow {
 
   /// A flat button; `id` is its control's. `text` may mark a letter for Alt.
   HWND addButton(int id, std::string_view text, std::string_view tip);
-  /// Another text; "on" is drawn as a button that is down.
-  void setButton(int id, const std::string& text, bool on);
+  /// Another text.
+  void setButton(int id, const std::string& text);
+  /// The same for one that stays down while what it stands for is on: drawn and spoken so.
+  void setToggle(int id, const std::string& text, bool on);
   void place(int id, int left, int top, int width, int height) const;
+  void setEnabled(int id, bool enabled);
   HWND item(int id) const { return GetDlgItem(window_, id); }
   int widthOf(std::string_view text, HFONT font) const;
   void setOnTop(bool onTop) const;
@@ -99,7 +103,14 @@ class ViewWindow {
   UINT dpi_ = 96;
   std::unique_ptr<Fonts> fonts_;
   std::unique_ptr<ToolTips> tips_;
-  std::map<int, bool> on_;  ///< buttons that are down
+  /// What a button was told last: the system is not asked twenty times a second.
+  struct Button {
+    HWND window = nullptr;
+    std::string text;
+    std::optional<bool> on;  ///< none for one that does not stay down
+    bool enabled = true;
+  };
+  std::map<int, Button> buttons_;
   bool placed_ = false;
 };
 

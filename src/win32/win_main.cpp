@@ -28,6 +28,8 @@ struct ComThread {
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR commandLine, int) {
   using namespace kelvane;
   using namespace kelvane::win32;
+  // What Windows itself loads late is looked for in its own folder too, and not beside the program.
+  SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
   SetCursor(LoadCursorW(nullptr, IDC_WAIT));
   common_controls::use(ICC_TAB_CLASSES | ICC_STANDARD_CLASSES);
   const ComThread com;

@@ -212,6 +212,7 @@ TEST(Import, AListThatCannotBeReadNowIsAskedForAgain) {
   EXPECT_TRUE(play.windows.asked.empty()) << "before a script nobody may sit";
   play.core->SetFrqOwner(1);
   play.core->OpenFrqConfig("Shack");
+  while (play.core->isLoading()) play.deliver();
   ASSERT_EQ(play.windows.asked.size(), 1u);
   EXPECT_THAT(play.windows.asked[0], HasSubstr("known-own.txt is not a file"));
   const auto retry = [&play] {
@@ -226,6 +227,48 @@ TEST(Import, AListThatCannotBeReadNowIsAskedForAgain) {
   retry();
   EXPECT_EQ(play.windows.asked.size(), 2u);
   EXPECT_EQ(play.name(6'000'000), "My station");
+}
+
+/// A disk whose files another program may hold; counts how often the test's own thread waits for
+/// it.
+class HeldDisk : public FileSteps {
+ public:
+  FileReading read(const fs::path& file, std::size_t limit) override {
+    if (!held || !fs::exists(file)) return FileSteps::read(file, limit);
+    return {FileReading::Unreadable, {}, "Cannot read " + pathText(file), true};
+  }
+  void pause(milliseconds) override { waits += std::this_thread::get_id() == window ? 1 : 0; }
+
+  std::atomic<bool> held = false;
+  std::atomic<int> waits = 0;
+  const std::thread::id window = std::this_thread::get_id();
+};
+
+TEST(Import, BandPlansCodesAndTheRegionThatAreHeldAreWaitedForBesideTheWindow) {
+  AmbrelPlay play(true);
+  play.write(play.userFolder() / "bandplan-r2.txt", "A band ; 0 ; 40000000 ; 1000 ; AM ; 6000\n");
+  play.core->NextFrqRegion();
+  play.core->FinishFrqWriting();
+  const auto disk = std::make_shared<HeldDisk>();
+  play.disk = disk;
+  play.start();
+  play.core->SetFrqOwner(1);
+  disk->held = true;
+  play.core->OpenFrqConfig("Shack");
+  play.core->InitFrqPlan(0);
+  EXPECT_EQ(disk->waits, 0);
+  EXPECT_EQ(play.core->GetFrqRegion(), 0) << "not known yet";
+  while (play.core->isLoading()) play.deliver();
+  ASSERT_EQ(play.windows.asked.size(), 1u) << "once for all of them";
+  for (const char* file : {"bandplan-r2.txt", "codes.txt", "region.txt", "known-10-time.txt"})
+    EXPECT_THAT(play.windows.asked[0], HasSubstr(file));
+  disk->held = false;
+  play.windows.chooseRetry();
+  play.deliver();
+  while (play.core->isLoading()) play.deliver();
+  EXPECT_EQ(play.core->GetFrqRegion(), 1);
+  EXPECT_EQ(play.core->GetFrqBandName().value(), "A band");
+  EXPECT_EQ(play.windows.asked.size(), 1u);
 }
 
 TEST(Import, ADamagedKeptScheduleIsPutAsideAndSaid) {

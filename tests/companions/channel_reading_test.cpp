@@ -128,13 +128,15 @@ TEST_F(ChannelReadingTest, ClosingInTheMiddleEndsItCleanlyAndTheNextOneIsWhole) 
   EXPECT_EQ(rig_.words(), "10 channels of A read.") << "the stopped row's end is not this one's";
 }
 
-TEST_F(ChannelReadingTest, EndingTheProgramInTheMiddleOfASaveIsClean) {
+TEST_F(ChannelReadingTest, EndingTheProgramInTheMiddleOfASaveSavesTheRest) {
   rig_.type("s");
   rig_.run(milliseconds(1000));
   for (GridRow row = 0; row < 10; ++row) rig_.enter(row, 1, "5000000");
   rig_.editor().clicked(id::ChnSave);
   rig_.panel->unload({});
   EXPECT_FALSE(rig_.channelView().open);
+  EXPECT_EQ(rig_.component->told("SetRxChannel").size(), 10u);
+  EXPECT_TRUE(rig_.fileDialogs.boxes.empty()) << "nothing is unsaved then";
   rig_.run(milliseconds(1000));
   EXPECT_TRUE(rig_.component->told("SetRxChannel").empty());
 }

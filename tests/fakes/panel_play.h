@@ -30,6 +30,7 @@ class PanelPlay {
       noting_->asked.clear();
       bounded_ = false;
       act(bytes[i] % 16, bytes[i + 1]);
+      passTime();
       const std::string wrong = complaint();
       if (!wrong.empty()) return wrong + " after byte " + std::to_string(i);
     }
@@ -49,20 +50,34 @@ class PanelPlay {
       case 8:
       case 9:
       case 10:
-        return rig_.press(keys[with % keys.size()], with / keys.size() % 8);
+        return press(keys[with % keys.size()], with / keys.size() % 8);
       case 11:
         return rig_.window.focus(id::FrqDigit + with % 9);
       case 12:
-        return rig_.click(clicks[with % clicks.size()]);
+        return rig_.panel->clicked(clicks[with % clicks.size()], MouseButton::Left);
       case 13:
         return rig_.panel->wheel((with % 8 - 4) * 40);
       case 14:
         rig_.clipboard.held = std::to_string(with) + (with % 3 ? "000" : "e9");
         return;
       case 15:
-        return with % 4 ? rig_.turnKnob(with % 4, with * 100'000)
-                        : rig_.panel->tabClicked(with % 5);
+        return with % 4 ? turnKnob(with % 4, with * 100'000) : rig_.panel->tabClicked(with % 5);
     }
+  }
+
+  /// Keys come as from a full queue: time passes, and the screen is painted, after some of them.
+  void passTime() {
+    constexpr int kAtOnce = 32;
+    if (++acts_ % kAtOnce == 0) rig_.run(milliseconds(20));
+  }
+
+  void press(int keyCode, int shift) {
+    if (!rig_.panel->previewKeyDown(keyCode, shift, rig_.window.focused))
+      rig_.panel->keyDown(rig_.window.focused, keyCode, shift);
+  }
+
+  void turnKnob(Index rx, Hz frequency) {
+    rig_.sondrel.core.turnKnob(rx, sondrel::Item::Frequency, frequency);
   }
 
   void typeOne(std::uint8_t with) {
@@ -70,7 +85,9 @@ class PanelPlay {
         "0123456789.,:+-\r\x08\x1b\tmMuUfFbBcCsSdDlLrRkKeEpPaAgG \x03\x16";
     const char c = typed[with % typed.size()];
     bounded_ = c == '\r' || c == '\x16';
-    rig_.type(std::string(1, c));
+    const int character = static_cast<unsigned char>(c);
+    if (!rig_.panel->previewKeyPress(character, rig_.window.focused))
+      rig_.panel->keyPress(rig_.window.focused, character);
   }
 
   std::string complaint() {
@@ -90,6 +107,7 @@ class PanelPlay {
 
   PanelRig rig_;
   NotingReceivers* noting_ = nullptr;
+  unsigned acts_ = 0;
   bool bounded_ = false;  ///< what is asked for now has to lie within the receiver's range
 };
 

@@ -14,14 +14,22 @@ namespace kelvane::fakes {
 /// A program that uses a shared receiver through a socket of loopback.
 class SharingProgram {
  public:
-  explicit SharingProgram(int port) : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in where{};
-    where.sin_family = AF_INET;
-    where.sin_port = htons(static_cast<std::uint16_t>(port));
-    where.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  enum class Family { Old = AF_INET, New = AF_INET6 };
+  explicit SharingProgram(int port, Family family = Family::Old)
+      : socket_(::socket(static_cast<int>(family), SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in old{};
+    old.sin_family = AF_INET;
+    old.sin_port = htons(static_cast<std::uint16_t>(port));
+    old.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in6 newer{};
+    newer.sin6_family = AF_INET6;
+    newer.sin6_port = old.sin_port;
+    newer.sin6_addr = in6addr_loopback;
     const timeval limit{10, 0};
     ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-    connected_ = ::connect(socket_, reinterpret_cast<sockaddr*>(&where), sizeof where) == 0;
+    connected_ = (family == Family::Old
+                      ? ::connect(socket_, reinterpret_cast<sockaddr*>(&old), sizeof old)
+                      : ::connect(socket_, reinterpret_cast<sockaddr*>(&newer), sizeof newer)) == 0;
   }
   ~SharingProgram() { ::close(socket_); }
   SharingProgram(const SharingProgram&) = delete;

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <atomic>
 #include <filesystem>
+#include <random>
+#include <stdexcept>
 #include <string>
-
-#include <unistd.h>
 
 namespace kelvane::fakes {
 
@@ -12,8 +11,13 @@ namespace kelvane::fakes {
 class TempFolder {
  public:
   TempFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "kelvane-XXXXXX").string();
-    path_ = ::mkdtemp(name.data());
+    const auto parent = std::filesystem::temp_directory_path();
+    std::random_device random;
+    for (int tries = 0; tries < 100; ++tries) {
+      path_ = parent / ("kelvane-" + std::to_string(random()));
+      if (std::filesystem::create_directory(path_)) return;
+    }
+    throw std::runtime_error("no folder for temporary files");
   }
   ~TempFolder() {
     std::error_code ignored;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "overview/traces.h"
 #include "tests/fakes/noting_receivers.h"
 #include "tests/fakes/panel_rig.h"
@@ -53,6 +55,10 @@ TEST_F(OverviewTest, ShowsEachReceiverWithWhatItTellsAndNothingMore) {
   const OverviewRow secretive = row(unlike::kSecretive), lost = row(unlike::kLost);
   EXPECT_EQ(secretive.mode + secretive.settings + secretive.reading + secretive.squelch, "");
   EXPECT_FALSE(secretive.bar.live);
+  rig.panel->receiverEvents().RxSqlUpdated(unlike::kFull, 1, 0);
+  EXPECT_EQ(row(unlike::kFull).bar.squelch, placeOnBar(-150))
+      << "what the receiver answers: an event has 0 for a threshold that it does not know";
+  EXPECT_EQ(row(unlike::kPlain).bar.squelch, placeOnBar(0)) << "of one that is not shown as well";
   EXPECT_FALSE(secretive.minute.back().known);
   EXPECT_EQ(lost.frequency, -1);
   rig.receiver().SetRxConnect(unlike::kPlain, false);
@@ -114,6 +120,9 @@ TEST_F(OverviewTest, CopiesASettingAndTakesItBack) {
   EXPECT_EQ(scanner.frequency, 6'070'000);
   EXPECT_EQ(scanner.mode, "AM 9000") << "the nearest filter that it has";
   EXPECT_NE(all().statusLine().find("without AGC Slow"), std::string::npos) << all().statusLine();
+  all().dragOver(unlike::kFull, unlike::kPlain);
+  EXPECT_EQ(all().statusLine(), "Let go to give Plain the setting of Full");
+  all().dragEnded();
   all().copy(unlike::kFull, unlike::kPlain);
   EXPECT_NE(all().statusLine().find("from 1600.000"), std::string::npos);
   all().keyDown('Z', key::CtrlHeld);
@@ -143,6 +152,37 @@ TEST_F(OverviewTest, SaysWhoTunedLast) {
   rig.run(milliseconds(3000));
   EXPECT_EQ(movedBy(unlike::kPlain), "radio or program");
   EXPECT_EQ(movedBy(unlike::kFull), "follows Plain");
+}
+
+TEST(OverviewAndSet, EventsOfAReceiverThatIsGoneBelongToNoneThatComes) {
+  PanelRig rig("[Receiver]\nName=A\nMemories=a\n[Receiver]\nName=B\nMemories=b\n");
+  rig.start();
+  rig.press(key::F7);
+  Overview& all = *rig.dialogs.overview;
+  ReceiverListener& events = rig.panel->receiverEvents();
+  const auto change = [&](const std::string& receivers) {
+    rig.sondrel.configure(receivers);
+    events.DrvUpdated(rig.sondrel.core.OpenRxConfig("Kelvane", 0));
+    rig.run(milliseconds(100));
+  };
+  change("[Receiver]\nName=A\nMemories=a\n");
+  for (const Index rx : {1, 7, 8, -1, 32767}) {
+    events.RxSMtUpdated(rx, 0, 0, -30, "S9+43");
+    events.RxFrqUpdated(rx, 6'070'000, 1);
+    events.RxFrqUpdated(rx, 7'070'000, 1);
+    events.RxSqlUpdated(rx, 1, -90);
+    events.RxConnState(rx, 1003);
+  }
+  rig.run(milliseconds(2000));
+  EXPECT_EQ(all.rows(), 1);
+  change("[Receiver]\nName=A\nMemories=a\n[Receiver]\nName=New\nMemories=n\nUntold=meter\n");
+  rig.run(milliseconds(2000));
+  ASSERT_EQ(all.rows(), 2);
+  const OverviewRow fresh = all.row(1);
+  EXPECT_TRUE(fresh.online);
+  EXPECT_EQ(fresh.reading + fresh.movedBy, "");
+  EXPECT_FALSE(fresh.bar.live);
+  EXPECT_FALSE(std::ranges::any_of(fresh.minute, &OverviewRow::Second::known));
 }
 
 TEST(OverviewAndSet, WhatIsKeptStaysWithItsReceiver) {

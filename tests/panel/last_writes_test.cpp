@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "base/folder.h"
 #include "base/second_place.h"
-#include "tests/fakes/panel_rig.h"
+#include "tests/fakes/channel_rig.h"
 
 namespace kelvane {
 namespace {
@@ -80,6 +81,34 @@ TEST_F(LastWritesTest, TheReceiversThatGoWithoutBeingAskedKeepThemToo) {
   rig_.sondrel.core.OpenRxConfig("Other", 0);
   EXPECT_FALSE(rig_.sondrel.windows.told.empty());
   EXPECT_EQ(afterwards(1), 5'000'000);
+}
+
+TEST(UnsavedEdits, GoToTheReceiverOrIntoAFileWhenTheProgramEnds) {
+  struct End {
+    Choice answer;
+    Ending how;
+    const char* stored;
+    std::size_t files;
+  };
+  for (const End& end : {End{Choice::Ok, Ending::ByOperator, "1; 5000000;", 0},
+                         End{Choice::Cancel, Ending::ByOperator, "1; 7000000;", 1},
+                         End{Choice::Cancel, Ending::WithSystem, "1; 7000000;", 1}}) {
+    fakes::ChannelRig rig;
+    rig.start();
+    rig.sondrel.core.SetRxChannel(0, 1, 7'000'000, 0, 0, 6000, 0, 0);
+    rig.open();
+    rig.enter(1, 1, "5000000");
+    rig.fileDialogs.choice = end.answer;
+    rig.panel->unload({}, end.how);
+    const bool asked = end.how == Ending::ByOperator;
+    ASSERT_EQ(rig.fileDialogs.boxes.size(), asked ? 1u : 0u);
+    const auto memories = rig.sondrel.instanceFolder() / "Memories" / "A.txt";
+    EXPECT_NE(rig.content(memories).find(end.stored), std::string::npos) << rig.content(memories);
+    const auto kept = entriesIn(rig.folder() / "Backups");
+    ASSERT_EQ(kept.size(), end.files);
+    if (!kept.empty()) EXPECT_NE(rig.content(kept[0]).find("5000000;"), std::string::npos);
+    EXPECT_EQ(LastWrites::takeNote(rig.settings).empty(), asked) << "told at the next start";
+  }
 }
 
 }  // namespace

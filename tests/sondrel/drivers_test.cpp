@@ -53,6 +53,22 @@ TEST_F(Drivers, RefusesInWordsAndChangesNothing) {
   EXPECT_EQ(model.add("simulated"), "There can be eight receivers at most.");
 }
 
+TEST_F(Drivers, TwoRadiosAtOnePortAreSaid) {
+  rig.configure(
+      "[Receiver]\nName=Attic\nKind=radio\nDevice=COM5\n[Receiver]\nName=Shed\nKind=Radio\n"
+      "Device=\\\\.\\com5\n[Receiver]\nName=Mast\nKind=radio\nDevice=COM6\n");
+  rig.open();
+  const std::string words = "\\\\.\\com5 is the port of Attic already.";
+  EXPECT_NE(core.configurationNote().find("Shed: " + words + " Only one of them can open it."),
+            std::string::npos)
+      << core.configurationNote();
+  EXPECT_EQ(core.configurationNote().find("Mast: COM6"), std::string::npos);
+  const auto entries = core.drivers().receivers();
+  EXPECT_EQ(samePortWords(entries, 0), "COM5 is the port of Shed already.");
+  EXPECT_EQ(samePortWords(entries, 1), words);
+  EXPECT_EQ(samePortWords(entries, 2), "");
+}
+
 TEST_F(Drivers, ShowsEachKeysTextOrItsStandard) {
   DriversModel model = core.drivers();
   EXPECT_EQ(model.parameter(1, "lines"), "2");
@@ -223,6 +239,14 @@ TEST(DriversDialog, DoesNotWaitForWhoeverHoldsTheList) {
   EXPECT_TRUE(!first && first.held) << first.reason;
   for (int i = 0; i < 60 && !rig.core.applyDrivers(model); ++i) continue;
   EXPECT_EQ(rig.core.GetRxName(0).value(), "Attic");
+  rig.core.SetRxOwner(4711);
+  rig.windows.edit = [](const DriversModel& shown, const auto&) {
+    EXPECT_EQ(shown.receivers()[0].name, "Attic") << "what was read last";
+  };
+  steps->arm(1);
+  rig.core.OpenRxConfig("Kelvane", 1);
+  EXPECT_EQ(rig.windows.edits, 1);
+  EXPECT_TRUE(rig.windows.asked.empty()) << "the edits are joined with the file all the same";
   EXPECT_EQ(steps->waited(), milliseconds(0)) << "the window's timer tries again";
 }
 

@@ -1,6 +1,9 @@
 // Radios whose server this program keeps: with a real rigctld and its dummy radio.
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <fstream>
+
 #include "components/sondrel/radios/radio_trial.h"
 #include "components/sondrel/radios/server_search.h"
 #include "tests/fakes/fake_rig.h"
@@ -33,6 +36,51 @@ TEST(RadioLive, ItsServerIsStartedWithTheLinkStartedAgainAndGoneWithIt) {
   RealRigctld::killWhoListensAt(kMark);
   ASSERT_TRUE(inTime([&] { return !up(); }));
   EXPECT_TRUE(inTime(up)) << "at another port, by itself";
+}
+
+/// Stands for a rigctld that tells of a port that is gone only when it opens it, as the newer ones
+/// do; answers the server's process once it runs.
+class ServerOfAPort {
+ public:
+  explicit ServerOfAPort(const std::filesystem::path& folder) : folder_(folder) {
+    std::ofstream(program()) << "#!/bin/sh\necho $$ > '" << text(folder_ / "process") << "'\n"
+                             << "[ -e '" << text(folder_ / "gone") << "' ] && "
+                             << "echo 'serial_open: serial port COM5 does not exist' >&2 && "
+                             << "exec sleep 60\nwhile [ \"$1\" != -t ]; do shift; done\n"
+                             << "exec rigctld -m 1 -T 127.0.0.1 -t $2\n";
+    std::filesystem::permissions(program(), std::filesystem::perms::owner_all);
+  }
+  std::string program() const { return text(folder_ / "rigctld"); }
+  /// From now on its port is gone; the one that runs is silent.
+  void pull() const {
+    std::ofstream(folder_ / "gone");
+    int process = 0;
+    std::ifstream(folder_ / "process") >> process;
+    if (process > 0) ::kill(process, SIGSTOP);
+  }
+
+ private:
+  static std::string text(const std::filesystem::path& path) { return path.string(); }
+  const std::filesystem::path folder_;
+};
+
+TEST(RadioLive, ALostRadiosServerIsMadeAnewAndTellsWhatIsWrong) {
+  if (!RealRigctld::installed()) GTEST_SKIP() << "rigctld is not installed";
+  fakes::SondrelRig rig;
+  const ServerOfAPort server(rig.folder.path());
+  rig.configure("[Receiver]\r\nKind=radio\r\nModel=3073\r\nDevice=COM5\r\nProgram=" +
+                server.program() + "\r\n");
+  rig.open();
+  const auto up = [&] {
+    rig.pump();
+    return rig.core.IsRxOnline(0).value();
+  };
+  ASSERT_TRUE(inTime(up));
+  server.pull();
+  EXPECT_TRUE(inTime([&] {
+    rig.pump();
+    return rig.core.receiver(0)->linkFault() == "COM5 is not there: is the cable plugged in?";
+  })) << rig.core.receiver(0)->linkFault();
 }
 
 TEST(RadioLive, SaysInWordsWhyItsServerDoesNotCome) {

@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "components/sondrel/radios/radio_choice.h"
 #include "components/sondrel/radios/radio_desk.h"
 #include "components/sondrel/radios/radio_faults.h"
 #include "components/sondrel/radios/radio_setup.h"
@@ -112,6 +113,49 @@ TEST(RadioSetup, ComposesALineThatTheServerReadsAsItWasMeant) {
   EXPECT_TRUE(sameDevice("com5", " \\\\.\\COM5"));
   EXPECT_EQ(civAddress("0x94"), 0x94);
   EXPECT_EQ(civAddress("94"), -1) << "it may be meant either way";
+}
+
+TEST(RadioChoice, SaysWhatIsWrongBeforeAnythingIsTried) {
+  const std::vector<SerialPort> ports = {{"COM5", "USB Serial (COM5)"}};
+  ReceiverEntry attic;
+  attic.kind = "radio";
+  attic.name = "Attic";
+  attic.set("Device", "\\\\.\\com5");
+  RadioModel model;
+  model.number = 3073;
+  model.name = "IC-7300";
+  TypedRadio typed;
+  typed.facts.civ = 0x94;
+  typed.facts.handshake = true;
+  const auto problem = [&](const std::vector<ReceiverEntry>& receivers = {}) {
+    return chosenRadio(typed, ports, receivers).problem;
+  };
+  EXPECT_EQ(problem(), "Choose the radio in the list.");
+  typed.model = &model;
+  EXPECT_EQ(problem(), "Choose the port that the radio is at.");
+  typed.device = std::string(300, 'C');
+  EXPECT_EQ(problem(), "The port is longer than 200 characters.");
+  for (const std::string_view same : {"COM5: USB Serial", "usb serial (com5)", " com5 "}) {
+    typed.device = same;
+    EXPECT_EQ(problem({attic}), "COM5 is the port of Attic already.") << same;
+  }
+  typed.speed = "fast";
+  EXPECT_EQ(problem(), "The speed is no number of baud.");
+  typed.speed = "9600";
+  typed.civ = "94";
+  EXPECT_EQ(problem(), "The address must be written as the radio shows it, like 94h.");
+  typed.civ = "A2h";
+  typed.handshake = true;
+  const ReceiverEntry made = chosenRadio(typed, ports, {}).entry;
+  EXPECT_EQ(made.name, "IC-7300");
+  EXPECT_EQ(made.setting("Model"), "3073");
+  EXPECT_EQ(made.setting("Device"), "COM5");
+  EXPECT_EQ(made.setting("Speed"), "9600");
+  EXPECT_EQ(made.setting("Civ"), "A2h");
+  EXPECT_EQ(made.setting("Options"), "-C serial_handshake=Hardware");
+  typed.device = "192.168.1.7:4992";
+  EXPECT_EQ(problem({attic}), "");
+  EXPECT_EQ(chosenRadio(typed, ports, {attic}).entry.setting("Speed"), "") << "none in a network";
 }
 
 TEST(RadioFaults, AreTheRadiosOwnWords) {

@@ -144,6 +144,68 @@ TEST(ShareSession, TakesCommandsAsProgramsWriteThem) {
   EXPECT_EQ(play.say("f\n"), "");
 }
 
+TEST(ShareSession, ServesProgramsThatSpeakTheProtocolByThemselves) {
+  const std::vector<std::pair<std::string, std::vector<Exchange>>> programs = {
+      {"CQRLOG",
+       {{"+\\chk_vfo\n", "ChkVFO: 0\n"},
+        {"+\\set_freq 7100000\n", "set_freq: 7100000\nRPRT 0\n"},
+        {"+\\set_mode USB 2400\n", "set_mode: USB 2400\nRPRT 0\n"},
+        {"+\\set_vfo VFOA\n", "set_vfo: VFOA\nRPRT 0\n"},
+        {"+\\set_ptt 0\n", "set_ptt: 0\nRPRT 0\n"},
+        {"+\\set_powerstat 1\n", "set_powerstat: 1\nRPRT 0\n"},
+        {"+\\set_func RIT 0\n", "set_func: RIT 0\nRPRT 0\n"},
+        {"+\\set_xit 0\n", "set_xit: 0\nRPRT 0\n"}}},
+      {"gpredict",
+       {{"\\set_vfo_opt 1\n", "RPRT 0\n"},
+        {"\\chk_vfo\n", "1\n"},
+        {"F    7100000\n", "RPRT 0\n"},
+        {"f\n", "7100000\n"},
+        {"t\n", "0\n"},
+        {"S 1 2\n", "RPRT -11\n"},
+        {"AOS\n", "RPRT 0\n"},
+        {"LOS\n", "RPRT 0\n"},
+        {"T 1\nq\n", "RPRT -11\nRPRT 0\n"}}},
+      {"not1mm",
+       {{"+\\set_vfo_opt 1\n", "set_vfo_opt: 1\nRPRT 0\n"},
+        {"+f VFOA\n", "get_freq: VFOA\nFrequency: 7100000\nRPRT 0\n"},
+        {"+m VFOA\n", "get_mode: VFOA\nMode: USB\nPassband: 2400\nRPRT 0\n"},
+        {"+v\n", "get_vfo:\nVFO: VFOA\nRPRT 0\n"},
+        {"+l VFOA RFPOWER\n", "get_level: VFOA RFPOWER\nRPRT -11\n"},
+        {"+M VFOA ?\n", "set_mode: VFOA ?\nAM USB LSB CW \nRPRT 0\n"},
+        {"+F VFOA 7100000\n", "set_freq: VFOA 7100000\nRPRT 0\n"},
+        {"+M VFOA USB 0\n", "set_mode: VFOA USB 0\nRPRT 0\n"},
+        {"+\\set_func VFOA SYNC 0\n", "set_func: VFOA SYNC 0\nRPRT 0\n"},
+        {"+b CQ TEST\n", "send_morse: CQ TEST\nRPRT -11\n"},
+        {"+\\stop_morse\n", "stop_morse:\nRPRT 0\n"}}},
+      {"Pat",
+       {{"dump_caps\r\n", "RPRT 0\n"},
+        {"\\chk_vfo\r\n", "0\n"},
+        {"\\get_freq\r\n", "7100000\n"},
+        {"\\set_freq 7100000\r\n", "RPRT 0\n"},
+        {"t\r\n", "0\n"},
+        {"\\set_ptt 0\r\n", "RPRT 0\n"}}},
+      {"WaveLogGate",
+       {{"f\n", "7100000\n"},
+        {"m\n", "USB\n2400\n"},
+        {"u SATMODE\n", "RPRT -11\n"},
+        {"s\n", "0\nVFOA\n"},
+        {"V Sub\n", "RPRT -11\n"},
+        {"M ? 0\n", "AM USB LSB CW \nRPRT 0\n"},
+        {"F 7100000\nM USB -1\n", "RPRT 0\nRPRT 0\n"}}},
+      {"Log4OM",
+       {{";V ?\n", "set_vfo: ?;VFOA;RPRT 0\n"},
+        {"+\\get_vfo_info VFOA\n",
+         "get_vfo_info: VFOA\nFreq: 7100000\nMode: USB\nWidth: 2400\nSplit: 0\nSatMode: 0\n"
+         "RPRT 0\n"}}}};
+  for (const auto& [name, exchanges] : programs) {
+    SharePlay play;
+    for (const auto& [sent, answered] : exchanges) {
+      play.session.received(sent);
+      EXPECT_EQ(play.session.answer(play.now), answered) << name << ", as one packet: " << sent;
+    }
+  }
+}
+
 TEST(ShareSession, APrefixBelongsToOneCommandAndTheVfoOptionToOneConnection) {
   SharePlay play;
   EXPECT_EQ(play.say(";f\nf\n"), "get_freq:;Frequency: 7100000;RPRT 0\n7100000\n");

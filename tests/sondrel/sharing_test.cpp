@@ -211,6 +211,28 @@ TEST_F(ShareRig, ALostLinkIsHeldAndHeals) {
   EXPECT_EQ(program.ask("F 7050000"), "RPRT 0\n");
 }
 
+TEST_F(ShareRig, NobodyIsLetInWhileTheLinkComesUp) {
+  // Who came sooner would hear that the radio does not answer.
+  rig.configure("[Receiver]\nShare=tune\nLinkTime=3000\n");
+  rig.open();
+  const auto shared = [&] { return core.GetRxShareState(0).value().starts_with("Shared at "); };
+  rig.run(milliseconds(2500));
+  ASSERT_FALSE(core.IsRxOnline(0).value());
+  EXPECT_EQ(core.GetRxShareState(0).value(), "Programs are let in when the receiver answers.");
+  rig.run(milliseconds(1000));
+  EXPECT_TRUE(waitFor(shared)) << core.GetRxShareState(0).value();
+  SharingProgram program(port());
+  EXPECT_EQ(program.ask("f"), "7100000\n");
+  rig.configure("[Receiver]\nName=Silent\nShare=tune\nFault=1003\n");
+  rig.core.OpenRxConfig("Kelvane", 0);
+  rig.run(milliseconds(9000));
+  EXPECT_FALSE(shared());
+  rig.run(milliseconds(2000));
+  EXPECT_TRUE(waitFor(shared)) << "one that never answers is shared, too";
+  SharingProgram second(port());
+  EXPECT_EQ(second.ask("f"), "RPRT -5\n");
+}
+
 TEST_F(ShareRig, APortThatIsTakenIsSaidAndOneOfTwoProcessesShares) {
   open();
   const int taken = port();
@@ -237,6 +259,7 @@ TEST_F(ShareRig, APortThatIsTakenIsSaidAndOneOfTwoProcessesShares) {
   now += std::chrono::seconds(6);
   second.tick(now);
   EXPECT_TRUE(waitFor([&] {
+    second.tick(now);
     second.deliverEvents();
     return !second.GetRxShareAddress(0).value().empty();
   })) << "it takes over when the first is gone";
@@ -264,6 +287,42 @@ TEST_F(ShareRig, NobodyHoldsUpAnotherAndThereIsALimit) {
   SharingProgram tooMany(at);
   EXPECT_EQ(tooMany.receive(), "");
   for (const auto& program : crowd) EXPECT_EQ(program->ask("f"), "7100000\n");
+}
+
+TEST_F(ShareRig, ServesBothFamiliesOfThisComputerAlone) {
+  if (!std::filesystem::exists("/proc/net/if_inet6")) GTEST_SKIP() << "there is one family here";
+  open();
+  const int at = port();
+  SharingProgram newer(at, SharingProgram::Family::New);
+  EXPECT_EQ(newer.ask("f"), "7100000\n") << "localhost may mean either";
+  ASSERT_TRUE(waitForPrograms(1));
+  EXPECT_TRUE(core.GetRxProgram(0, 0).value().starts_with("[::1]:"));
+  rig.configure("[Receiver]\nName=Elsewhere\nShare=look\nShareAddress=192.0.2.77\n");
+  rig.core.OpenRxConfig("Kelvane", 0);
+  EXPECT_TRUE(waitFor([&] {
+    return core.GetRxShareState(0).value().starts_with(
+        "This computer has no address of 192.0.2.77, port ");
+  })) << core.GetRxShareState(0).value();
+}
+
+TEST_F(ShareRig, WhoComesAndGoesWithoutEndDisturbsNobody) {
+  open();
+  const int at = port();
+  SharingProgram patient(at);
+  ASSERT_EQ(patient.ask("f"), "7100000\n");
+  for (int i = 0; i < 2000; ++i) {
+    SharingProgram hasty(at);
+    ASSERT_TRUE(hasty.connected());
+    // Its last words come together with its end.
+    if (i % 2 == 0) hasty.send("F 7050000\n");
+    if (i % 100 == 0) {
+      ASSERT_EQ(patient.ask("f").size(), 8U);
+      rig.pump();
+    }
+  }
+  ASSERT_TRUE(waitForPrograms(1)) << core.GetRxProgramCount(0);
+  ASSERT_TRUE(waitForFrequency(7'050'000));
+  EXPECT_EQ(patient.ask("f"), "7050000\n");
 }
 
 TEST_F(ShareRig, ManyCommandsInOnePacketAreAnsweredInOne) {

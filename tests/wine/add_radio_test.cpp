@@ -95,6 +95,56 @@ TEST_F(AddRadio, IsTriedAddedAndItsTabIsLiveAndItsServerDiesWithAKilledPanel) {
   CloseHandle(process);
 }
 
+/// A port in the system's own lists, as plugging in a cable makes one.
+class PluggedPort {
+ public:
+  PluggedPort() {
+    set(kMap, L"\\Device\\KelvaneTest0", L"COM12");
+    set(kDevice, L"ClassGUID", L"{4d36e978-e325-11ce-bfc1-08002be10318}");
+    set(kDevice, L"Class", L"Ports");
+    set(kDevice, L"FriendlyName", L"USB Serial (COM9)");
+    set(std::wstring(kDevice) + L"\\Device Parameters", L"PortName", L"COM9");
+  }
+  ~PluggedPort() {
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kMap, L"\\Device\\KelvaneTest0");
+    RegDeleteTreeW(HKEY_LOCAL_MACHINE, kDevice);
+  }
+  PluggedPort(const PluggedPort&) = delete;
+  PluggedPort& operator=(const PluggedPort&) = delete;
+
+ private:
+  static constexpr wchar_t kMap[] = L"HARDWARE\\DEVICEMAP\\SERIALCOMM";
+  static constexpr wchar_t kDevice[] =
+      L"System\\CurrentControlSet\\Enum\\USB\\VID_0403&PID_6001\\KELVANETEST";
+  static void set(const std::wstring& key, const wchar_t* name, const std::wstring& text) {
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text.c_str(),
+                    static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  }
+};
+
+/// Where in the list that a combo box offers this text stands; -1 where it does not.
+LRESULT offered(const OpenDialog& radio, const std::wstring& text) {
+  return SendMessageW(radio.item(rx::Device), CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                      reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+TEST_F(AddRadio, OffersTheSystemsPortsAsTheyComeAndGo) {
+  const OpenDialog drivers = openDrivers();
+  const OpenDialog radio = choose(drivers, L"COM5");
+  EXPECT_EQ(offered(radio, L"COM12"), -1);
+  {
+    const PluggedPort plugged;
+    EXPECT_TRUE(eventually([&] { return offered(radio, L"COM12") >= 0; }));
+    EXPECT_TRUE(eventually([&] { return offered(radio, L"COM9: USB Serial") >= 0; }));
+    EXPECT_LT(offered(radio, L"COM9: USB Serial"), offered(radio, L"COM12"));
+    EXPECT_EQ(radio.text(rx::Device), "COM5") << "what was typed stays";
+  }
+  EXPECT_TRUE(eventually([&] { return offered(radio, L"COM12") < 0; }));
+  EXPECT_TRUE(eventually([&] { return offered(radio, L"COM9: USB Serial") < 0; }));
+  radio.press(IDCANCEL);
+  EXPECT_TRUE(radio.gone());
+}
+
 TEST_F(AddRadio, SaysInWordsWhatIsWrongAndFindsTheSpeed) {
   const OpenDialog drivers = openDrivers();
   const OpenDialog radio = choose(drivers, L"");

@@ -232,6 +232,7 @@ TEST_F(Clients, FollowThePanelAndItThemAndAllOutliveALostRadio) {
         << program.name << " tunes to " << program.hertz() << ", the panel shows " << dial();
     expectAllFollow(program.name);
   }
+  Sleep(3000);  // until it counts, and what else the panel shows belongs to it
   expectGreenLamps("shared");
 
   radio_.signal("KILL");
@@ -239,6 +240,7 @@ TEST_F(Clients, FollowThePanelAndItThemAndAllOutliveALostRadio) {
       [&] { return panel_->text(id::RxMask).starts_with("Held for 6 programs, "); }, 15000))
       << panel_->text(id::RxMask);
   Sleep(8000);
+  EXPECT_TRUE(eventually([&] { return panel_->visible(id::RxMask); }));
   expectGreenLamps("held");
   ASSERT_TRUE(radio_.start());
   EXPECT_TRUE(panel_->settledOn(0));

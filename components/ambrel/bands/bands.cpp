@@ -25,27 +25,27 @@ void tell(const std::filesystem::path& file, const std::vector<std::string>& pro
 
 std::string planFileName(Long region) { return "bandplan-r" + std::to_string(region + 1) + ".txt"; }
 
-BandPlan Bands::load(const DataFiles& files, Long region, std::vector<std::string>& notes) {
+BandPlan Bands::load(const DataFiles& files, Long region, FileNotes& notes) {
   const std::string name = planFileName(region);
   for (const auto& file : files.named(name)) {
-    FileSteps disk;
-    const FileReading content = readPatiently(file, kLargestPlan, disk);
+    const FileReading content = readPatiently(file, kLargestPlan, files.disk());
     BandPlanReading reading;
     if (content.how == FileReading::Whole)
       reading = readBandPlan(content.content);
     else
       reading.problems.push_back(content.reason);
-    tell(file, reading.problems, notes);
+    if (content.how == FileReading::Unreadable) notes.unreadable.push_back(content.reason);
+    tell(file, reading.problems, notes.wrong);
     const bool used = reading.plan.has_value();
     files_.push_back({region, file, !files.isShipped(file), used, used ? reading.plan->size() : 0,
                       std::move(reading.problems)});
     if (used) return std::move(*reading.plan);
   }
-  notes.push_back("No readable " + name + ": a coarse band plan is used instead.");
+  notes.wrong.push_back("No readable " + name + ": a coarse band plan is used instead.");
   return builtInBandPlan();
 }
 
-Bands::Bands(const DataFiles& files, std::vector<std::string>& notes) {
+Bands::Bands(const DataFiles& files, FileNotes& notes) {
   for (Long region = 0; region < kRegions; ++region) plans_.push_back(load(files, region, notes));
 }
 

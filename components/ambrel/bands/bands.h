@@ -29,9 +29,9 @@ struct PlanFile {
 /// The band plans of the regions, and where in them the database is positioned.
 class Bands {
  public:
-  /// Reads each region's plan from the best file that can be read; what was wrong is added to
-  /// `notes` in words. A region without any readable file has the coarse built-in plan.
-  Bands(const DataFiles& files, std::vector<std::string>& notes);
+  /// Reads each region's plan from the best file that can be read; what there is to say of others
+  /// is added to `notes`. A region without any readable file has the coarse built-in plan.
+  Bands(const DataFiles& files, FileNotes& notes);
 
   /// The files that were read, those not used included.
   const std::vector<PlanFile>& files() const { return files_; }
@@ -54,7 +54,7 @@ class Bands {
  private:
   static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
-  BandPlan load(const DataFiles& files, Long region, std::vector<std::string>& notes);
+  BandPlan load(const DataFiles& files, Long region, FileNotes& notes);
 
   std::vector<PlanFile> files_;
   std::vector<BandPlan> plans_;

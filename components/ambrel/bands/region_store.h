@@ -7,8 +7,9 @@
 
 namespace kelvane::ambrel {
 
-/// The region (from 0) that the instance was left in; 0 where that is not known.
-Long keptRegion(const DataFiles& files);
+/// The region (from 0) that the instance was left in, 0 where that is not known; what cannot be
+/// read now is added to `notes`.
+Long keptRegion(const DataFiles& files, FileNotes& notes);
 
 /// Keeps the region for the next start. Answers why it could not, in words; empty when it is kept.
 std::string keepRegion(const DataFiles& files, Long region);

@@ -8,15 +8,16 @@ namespace {
 
 constexpr std::size_t kLargestCodes = 4u << 20;
 
-std::shared_ptr<Codes> readCodes(const DataFiles& files, std::vector<std::string>& notes) {
+std::shared_ptr<Codes> readCodes(const DataFiles& files, FileNotes& notes) {
   for (const auto& file : files.named("codes.txt")) {
-    FileSteps disk;
-    const FileReading reading = readPatiently(file, kLargestCodes, disk);
+    const FileReading reading = readPatiently(file, kLargestCodes, files.disk());
     std::vector<std::string> problems;
     const bool whole = reading.how == FileReading::Whole;
     if (!whole) problems.push_back(reading.reason);
+    if (reading.how == FileReading::Unreadable) notes.unreadable.push_back(reading.reason);
     auto codes = whole ? std::make_shared<Codes>(reading.content, problems) : nullptr;
-    if (!problems.empty()) notes.push_back("Codes " + pathText(file) + ": " + problems.front());
+    if (!problems.empty())
+      notes.wrong.push_back("Codes " + pathText(file) + ": " + problems.front());
     if (codes) return codes;
   }
   return std::make_shared<Codes>();
@@ -24,10 +25,10 @@ std::shared_ptr<Codes> readCodes(const DataFiles& files, std::vector<std::string
 
 }  // namespace
 
-std::shared_ptr<const Codes> loadCodes(const DataFiles& files, std::vector<std::string>& notes) {
+std::shared_ptr<const Codes> loadCodes(const DataFiles& files, FileNotes& notes) {
   const std::shared_ptr<Codes> codes = readCodes(files, notes);
-  FileSteps disk;
-  const FileReading sites = readPatiently(files.ownFolder() / kSitesName, kLargestCodes, disk);
+  const FileReading sites =
+      readPatiently(files.ownFolder() / kSitesName, kLargestCodes, files.disk());
   if (sites.how == FileReading::Whole) codes->usePlaces(SitePlaces(sites.content));
   return codes;
 }

@@ -37,11 +37,18 @@ bool start(const wchar_t* file, const wchar_t* words) {
              ShellExecuteW(nullptr, L"open", file, words, nullptr, SW_SHOWNORMAL)) > 32;
 }
 
+/// By its full name: a program of that name in the current folder is another one.
+std::wstring systemEditor() {
+  wchar_t folder[MAX_PATH] = L"";
+  GetSystemDirectoryW(folder, MAX_PATH);
+  return folder + std::wstring(L"\\notepad.exe");
+}
+
 /// Opens a text in the editor that the operator has for texts, or in the system's own; what went
 /// wrong, in words.
 std::string openInEditor(const std::filesystem::path& file) {
   const std::wstring quoted = L"\"" + file.wstring() + L"\"";
-  if (start(file.c_str(), nullptr) || start(L"notepad.exe", quoted.c_str())) return {};
+  if (start(file.c_str(), nullptr) || start(systemEditor().c_str(), quoted.c_str())) return {};
   return "No program could be started to edit " + pathText(file) + ".";
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/folder.h"
 #include "base/number.h"
 #include "base/text.h"
 
@@ -11,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostEntries = 2000;  ///< of a folder: more is no folder of programs
+constexpr std::size_t kMostEntries = 2000;  ///< of a folder: more is no folder of programs
 
 std::string lettersOf(const fs::path& path) {
   const auto name = path.filename().u8string();
@@ -20,12 +21,8 @@ std::string lettersOf(const fs::path& path) {
 
 /// The entries of a folder, the last by name first: of several versions the newest.
 std::vector<fs::path> entriesOf(const fs::path& folder) {
-  std::vector<fs::path> entries;
-  std::error_code failed;
-  for (fs::directory_iterator it(folder, failed), end; !failed && it != end; it.increment(failed)) {
-    if (entries.size() >= kMostEntries) break;
-    entries.push_back(it->path());
-  }
+  std::vector<fs::path> entries = entriesIn(folder);
+  if (entries.size() > kMostEntries) entries.resize(kMostEntries);
   std::ranges::sort(entries, std::ranges::greater(), lettersOf);
   return entries;
 }

@@ -1,6 +1,7 @@
 #include "components/sondrel/rigctld/rigctld_worker.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/barrier.h"
 #include "base/instance_name.h"
@@ -139,10 +140,18 @@ void RigctldWorker::deliver() {
   if (up) {
     written_.clear();
     rememberFault({});
-  } else if (address_.own && fault().empty() && tellsOfLink(reports)) {
-    rememberFault(address_.own->silence());
+    reached_ = true;
+  } else if (address_.own && tellsOfLink(reports)) {
+    lostRadio();
   }
   deliver_(std::move(reports), order_);
+}
+
+/// The server writes what is wrong with its port when it opens that, and never while it runs: it is
+/// ended, and started anew by its keeper, so that it tells, and opens a port that is back.
+void RigctldWorker::lostRadio() {
+  if (fault().empty()) rememberFault(address_.own->silence());
+  if (std::exchange(reached_, false)) process_.end();
 }
 
 Instant RigctldWorker::nextDue() const {

@@ -78,6 +78,7 @@ class RigctldWorker {
   std::string startServer();
   bool serverRuns();
   void rememberFault(const std::string& words);
+  void lostRadio();
   void keepConnection(Instant now);
   Instant nextDue() const;
   void feed(const TcpClient::Events& events, Instant now);
@@ -94,7 +95,8 @@ class RigctldWorker {
   std::uint32_t connection_ = 0;
   Instant knockAt_ = kNever;  ///< next attempt at a server that does not listen yet
   std::uint32_t order_ = 0;
-  std::string written_;  ///< what the server of its own wrote last
+  std::string written_;   ///< what the server of its own wrote last
+  bool reached_ = false;  ///< the link was up with the server that runs now
   mutable std::mutex mutex_;
   Mail mail_;
   std::string fault_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/barrier.h"
 #include "base/net_filter.h"
 
 namespace kelvane::sondrel {
@@ -15,6 +16,9 @@ constexpr std::chrono::seconds kTryPortAgain{5};
 /// Where no connection can be taken, the next attempt must not come at once and for ever.
 constexpr milliseconds kAcceptPause{100};
 constexpr int kAcceptAtOnce = 32;
+/// An end that came with a program's last words need not be told once those are read: it is looked
+/// for when the program has been silent so long.
+constexpr milliseconds kLookForEnd{250};
 constexpr int kPortsTried = 50;
 
 std::string words(ListenFailure failure, const std::string& where) {
@@ -34,33 +38,48 @@ std::string words(ListenFailure failure, const std::string& where) {
 }  // namespace
 
 struct ShareServer::Port {
-  explicit Port(SharePlace which) : place(std::move(which)) {}
+  Port(SharePlace which, SocketWatch& watch) : place(std::move(which)), watch_(watch) {}
   ~Port() { close(); }
   Port(const Port&) = delete;
   Port& operator=(const Port&) = delete;
 
   void open(Instant now);
   bool listens() const { return !listeners.empty(); }
+  bool has(SocketHandle listener) const { return std::ranges::count(listeners, listener) != 0; }
+  /// When there is something to do here by itself.
+  Instant due() const { return listens() ? resumeAt : tryAt; }
+  /// Nobody is let in until then.
+  void pause(Instant until);
 
   SharePlace place;
   std::vector<SocketHandle> listeners;
   std::string reached;
   std::string problem;
   Instant tryAt{};
+  Instant resumeAt = kNever;  ///< after a pause
 
  private:
   bool openAt(std::uint16_t port);
+  void listen();
   void close();
+
+  SocketWatch& watch_;
 };
 
 struct ShareServer::Client {
-  Client(SocketHandle handle, const Port& port, const std::string& address,
+  Client(SocketHandle handle, const Port& port, const std::string& address, SocketWatch& watcher,
          std::function<void()> wake)
       : socket(handle),
         key(port.place.key),
         receiver(port.place.receiver),
-        session(*receiver, address, std::move(wake)) {}
-  ~Client() { closeSocket(socket); }
+        session(*receiver, address, std::move(wake)),
+        watch(watcher) {
+    watch.addConnection(socket);
+  }
+  ~Client() {
+    watch.remove(socket);
+    closeSocket(socket);
+  }
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
 
@@ -68,11 +87,14 @@ struct ShareServer::Client {
   std::string key;
   std::shared_ptr<SharedReceiver> receiver;
   ShareSession session;
+  SocketWatch& watch;
   std::string unsent;
+  Instant lookAt = kNever;  ///< for its end
   bool over = false;
 };
 
 void ShareServer::Port::open(Instant now) {
+  if (listens()) return listen();
   if (place.port != 0) {
     openAt(place.port);
   } else {
@@ -103,28 +125,40 @@ bool ShareServer::Port::openAt(std::uint16_t port) {
     return false;
   }
   problem.clear();
+  listen();
   return true;
 }
 
+void ShareServer::Port::listen() {
+  resumeAt = kNever;
+  for (const SocketHandle listener : listeners) watch_.addListener(listener);
+}
+
+void ShareServer::Port::pause(Instant until) {
+  resumeAt = until;
+  for (const SocketHandle listener : listeners) watch_.remove(listener);
+}
+
 void ShareServer::Port::close() {
-  for (const SocketHandle listener : listeners) closeSocket(listener);
+  for (const SocketHandle listener : listeners) {
+    watch_.remove(listener);
+    closeSocket(listener);
+  }
   listeners.clear();
   reached.clear();
 }
 
-ShareServer::ShareServer(Hears hears)
-    : hears_(std::move(hears)), signal_(openSignalSocket()), thread_([this] { run(); }) {}
+ShareServer::ShareServer(Hears hears) : hears_(std::move(hears)), thread_([this] { run(); }) {}
 
 ShareServer::~ShareServer() {
   {
     const std::lock_guard lock(mutex_);
     stop_ = true;
   }
-  signalSocket(signal_);
+  watch_.wake();
   thread_.join();
   clients_.clear();
   ports_.clear();
-  if (signal_ != kNoSocket) closeSocket(signal_);
 }
 
 void ShareServer::serve(std::vector<SharePlace> places) {
@@ -132,7 +166,7 @@ void ShareServer::serve(std::vector<SharePlace> places) {
     const std::lock_guard lock(mutex_);
     places_ = std::move(places);
   }
-  signalSocket(signal_);
+  watch_.wake();
 }
 
 void ShareServer::end(const std::string& client) {
@@ -140,7 +174,7 @@ void ShareServer::end(const std::string& client) {
     const std::lock_guard lock(mutex_);
     endings_.push_back(client);
   }
-  signalSocket(signal_);
+  watch_.wake();
 }
 
 std::vector<ShareView> ShareServer::views() const {
@@ -154,12 +188,8 @@ void ShareServer::run() {
       const std::lock_guard lock(mutex_);
       if (stop_) return;
     }
-    try {
-      round();
-    } catch (...) {
-      // Out of memory: without its programs there is more of it.
-      clients_.clear();
-    }
+    // Out of memory: without its programs there is more of it.
+    if (!barrier("serving other programs", [this] { round(); })) clients_.clear();
   }
 }
 
@@ -168,28 +198,26 @@ void ShareServer::round() {
   const Instant now = std::chrono::steady_clock::now();
   openPorts(now);
   show();
-  watch(rest(now));
+  const auto& told = watch_.wait(rest(now));
   const Instant then = std::chrono::steady_clock::now();
-  std::size_t next = 0;
-  if (watched_[next++].readable) {
-    std::array<char, 64> dropped;
-    while (receiveFrom(signal_, dropped).value_or(0) > 0) {
-    }
-  }
+  for (const SocketHandle socket : told) look(socket, then);
   for (const auto& client : clients_) {
-    const WatchedSocket& seen = watched_[next++];
-    if (seen.writable) write(*client);
-    if (seen.readable && !client->over) read(*client, then);
-  }
-  for (const auto& port : ports_) {
-    const bool asked =
-        std::any_of(watched_.begin() + static_cast<std::ptrdiff_t>(next), watched_.end(),
-                    [&](const WatchedSocket& seen) {
-                      return seen.readable && std::ranges::count(port->listeners, seen.handle) != 0;
-                    });
-    if (asked) accept(*port, then);
+    if (!client->over && client->lookAt <= then) read(*client, then);
   }
   closeEnded();
+}
+
+/// Something may have happened at one of the sockets.
+void ShareServer::look(SocketHandle socket, Instant now) {
+  for (const auto& client : clients_) {
+    if (client->socket != socket) continue;
+    if (!client->unsent.empty()) write(*client);
+    if (!client->over) read(*client, now);
+    return;
+  }
+  for (const auto& port : ports_) {
+    if (port->has(socket)) return accept(*port, socket, now);
+  }
 }
 
 void ShareServer::takeMail() {
@@ -218,7 +246,7 @@ void ShareServer::takeMail() {
     for (SharePlace& place : *places) {
       const auto same = [&](const auto& port) { return port->place == place; };
       if (std::ranges::none_of(ports_, same)) {
-        ports_.push_back(std::make_unique<Port>(std::move(place)));
+        ports_.push_back(std::make_unique<Port>(std::move(place), watch_));
       }
     }
   }
@@ -227,59 +255,51 @@ void ShareServer::takeMail() {
 
 void ShareServer::openPorts(Instant now) {
   for (const auto& port : ports_) {
-    if (port->listens() || now < port->tryAt) continue;
+    if (now < port->due()) continue;
     port->open(now);
     stale_ = true;
   }
 }
 
 std::chrono::nanoseconds ShareServer::rest(Instant now) const {
-  // Without a signal what is asked for has to be looked for.
-  Instant until = now + (signal_ == kNoSocket ? kAcceptPause : milliseconds(std::chrono::hours(1)));
-  for (const auto& port : ports_) {
-    if (!port->listens()) until = std::min(until, port->tryAt);
-  }
-  if (acceptAgainAt_ > now) until = std::min(until, acceptAgainAt_);
+  Instant until = now + std::chrono::hours(1);
+  for (const auto& port : ports_) until = std::min(until, port->due());
+  for (const auto& client : clients_) until = std::min(until, client->lookAt);
   return std::max(until - now, Instant::duration::zero());
 }
 
-void ShareServer::watch(std::chrono::nanoseconds time) {
-  watched_.clear();
-  watched_.push_back({signal_});
-  for (const auto& client : clients_) watched_.push_back({client->socket, !client->unsent.empty()});
-  if (acceptAgainAt_ <= std::chrono::steady_clock::now()) {
-    for (const auto& port : ports_) {
-      for (const SocketHandle listener : port->listeners) watched_.push_back({listener});
+void ShareServer::accept(Port& port, SocketHandle listener, Instant now) {
+  NetAddress peer;
+  bool refused = false;
+  for (int taken = 0; taken < kAcceptAtOnce; ++taken) {
+    const SocketHandle socket = acceptFrom(listener, peer, refused);
+    if (socket == kNoSocket) break;
+    stale_ = true;
+    const bool welcome = isLoopbackAddress(peer) || isInNetList(peer, port.place.from);
+    if (!welcome || clients_.size() >= kMostPrograms) {
+      closeSocket(socket);
+      continue;
     }
+    clients_.push_back(
+        std::make_unique<Client>(socket, port, addressText(peer), watch_,
+                                 [this, key = port.place.key] { hears_.ordered(key); }));
   }
-  pollSockets(watched_, time);
-}
-
-void ShareServer::accept(Port& port, Instant now) {
-  int taken = 0;
-  for (const SocketHandle listener : port.listeners) {
-    NetAddress peer;
-    for (SocketHandle socket; taken < kAcceptAtOnce; ++taken) {
-      if ((socket = acceptFrom(listener, peer)) == kNoSocket) break;
-      const bool welcome = isLoopbackAddress(peer) || isInNetList(peer, port.place.from);
-      if (!welcome || clients_.size() >= kMostPrograms) {
-        closeSocket(socket);
-        continue;
-      }
-      clients_.push_back(std::make_unique<Client>(
-          socket, port, addressText(peer), [this, key = port.place.key] { hears_.ordered(key); }));
-    }
-  }
-  stale_ = true;
-  if (taken == 0) acceptAgainAt_ = now + kAcceptPause;
+  if (refused) port.pause(now + kAcceptPause);
 }
 
 void ShareServer::read(Client& client, Instant now) {
   std::array<char, 16384> buffer;
   const auto count = receiveFrom(client.socket, buffer);
   client.over = !count;
+  client.lookAt = kNever;
   if (!count || *count == 0) return;
+  client.lookAt = now + kLookForEnd;
+  if (*count == buffer.size()) watch_.again(client.socket);
   client.session.received({buffer.data(), *count});
+  answer(client, now);
+}
+
+void ShareServer::answer(Client& client, Instant now) {
   for (std::string part; !(part = client.session.answer(now)).empty() && !client.over;) {
     client.unsent += part;
     write(client);
@@ -292,6 +312,7 @@ void ShareServer::write(Client& client) {
   const auto sent = sendTo(client.socket, client.unsent);
   client.over = client.over || !sent;
   client.unsent.erase(0, sent.value_or(0));
+  watch_.setWrites(client.socket, !client.unsent.empty());
 }
 
 void ShareServer::closeEnded() {

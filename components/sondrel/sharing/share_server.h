@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "base/server_socket.h"
+#include "base/socket_watch.h"
 #include "components/sondrel/sharing/share_session.h"
 
 namespace kelvane::sondrel {
@@ -70,21 +70,20 @@ class ShareServer {
   void takeMail();
   void openPorts(Instant now);
   std::chrono::nanoseconds rest(Instant now) const;
-  void watch(std::chrono::nanoseconds time);
-  void accept(Port& port, Instant now);
+  void look(SocketHandle socket, Instant now);
+  void accept(Port& port, SocketHandle listener, Instant now);
   void read(Client& client, Instant now);
+  void answer(Client& client, Instant now);
   void write(Client& client);
   void closeEnded();
   void show();
 
   Hears hears_;
   SocketUse use_;
-  SocketHandle signal_;
+  SocketWatch watch_;
   std::vector<std::unique_ptr<Port>> ports_;
   std::vector<std::unique_ptr<Client>> clients_;
   bool stale_ = false;  ///< views_ may be out of date
-  std::vector<WatchedSocket> watched_;
-  Instant acceptAgainAt_{};
   mutable std::mutex mutex_;
   bool stop_ = false;
   std::optional<std::vector<SharePlace>> places_;

@@ -9,6 +9,9 @@ namespace kelvane::sondrel {
 namespace {
 
 constexpr std::chrono::seconds kTryLockAgain{5};
+/// A program that connects while the link is on its way up would hear that the radio does not
+/// answer, and some wait for a hand then: so long nobody is let in.
+constexpr std::chrono::seconds kWaitForReceiver{10};
 
 std::string programCount(std::size_t count) {
   if (count == 0) return "no program";
@@ -41,7 +44,9 @@ void Sharing::configure(const std::filesystem::path& lock, const std::vector<Sha
   for (const SharedEntry& entry : entries) {
     if (!entry.setup.shared) continue;
     auto place = former.extract(entry.key);
-    Seat& seat = place ? seats_.insert(std::move(place)).position->second : seats_[entry.key];
+    const bool stays = bool(place);
+    Seat& seat = stays ? seats_.insert(std::move(place)).position->second : seats_[entry.key];
+    if (!stays) seat.openBy = now + kWaitForReceiver;
     seat.entry = entry;
   }
   if (seats_.empty() || lock != lockFile_) {
@@ -55,11 +60,12 @@ void Sharing::configure(const std::filesystem::path& lock, const std::vector<Sha
 void Sharing::tick(Instant now) {
   if (now < tryAt_) return;
   if (!lock_.owned()) lockResult_ = lock_.acquire(lockFile_);
-  tryAt_ = lock_.owned() ? kNever : now + kTryLockAgain;
-  if (lock_.owned()) startServer();
+  tryAt_ = now + kTryLockAgain;
+  if (!lock_.owned()) return;
+  startServer(now);
 }
 
-void Sharing::startServer() {
+void Sharing::startServer(Instant now) {
   if (!server_) {
     server_ = std::make_unique<ShareServer>(
         ShareServer::Hears{[this, box = mailbox_](const std::string& key) {
@@ -67,8 +73,14 @@ void Sharing::startServer() {
                            },
                            [this, box = mailbox_] { box.post([this] { takeViews(); }); }});
   }
+  tryAt_ = kNever;
   std::vector<SharePlace> places;
-  for (const auto& [key, seat] : seats_) {
+  for (auto& [key, seat] : seats_) {
+    seat.open = seat.open || seat.facts.online || now >= seat.openBy;
+    if (!seat.open) {
+      tryAt_ = std::min(tryAt_, seat.openBy);
+      continue;
+    }
     const ShareSetup& setup = seat.entry.setup;
     places.push_back(
         {key, seat.receiver, setup.address, setup.from, setup.port, seat.entry.firstPort});
@@ -122,6 +134,7 @@ void Sharing::publish(const std::string& key, const Receiver& receiver, Instant 
   if (facts == seat.facts && !seat.orderTaken) return;
   seat.orderTaken = false;
   seat.facts = facts;
+  if (facts.online && !seat.open) tryAt_ = now;
   seat.receiver->publish(std::move(facts));
 }
 
@@ -143,6 +156,7 @@ std::string Sharing::state(const std::string& key, Instant now) const {
   if (!lock_.owned()) return "Not shared, since a file cannot be made: " + lockResult_.reason + ".";
   const ShareView& view = found->view;
   if (!view.problem.empty()) return view.problem + " It is tried again every few seconds.";
+  if (!found->open) return "Programs are let in when the receiver answers.";
   if (view.address.empty()) return "Opening a port.";
   const SharedFacts& facts = found->facts;
   if (!facts.online && facts.lostAt && !view.clients.empty()) {

@@ -71,12 +71,14 @@ class Sharing {
     std::shared_ptr<SharedReceiver> receiver = std::make_shared<SharedReceiver>();
     SharedFacts facts;
     bool orderTaken = false;  ///< programs wait for facts that know of it
+    bool open = false;        ///< programs are let in
+    Instant openBy{};         ///< then also without an answer of the receiver
     ShareView view;
     std::string movedBy;
   };
 
   const Seat* seat(const std::string& key) const;
-  void startServer();
+  void startServer(Instant now);
   void takeOrders(const std::string& key);
   void takeViews();
 

@@ -46,14 +46,20 @@ AddRadioDialog::AddRadioDialog(HWND owner, RadioDesk& desk,
   makePort();
   makeTrial();
   list_.setColumns({{"Maker", 150}, {"Model", 200, false, true}, {"Tried by Hamlib", 110}}, 96);
-  desk_.watchPorts(true);
-  desk_.look();
   changes_ = desk_.changes() - 1;
   showDesk();
-  startTimer(kShowEvery);
+  prepare();
 }
 
 AddRadioDialog::~AddRadioDialog() { desk_.watchPorts(false); }
+
+void AddRadioDialog::open() {
+  desk_.watchPorts(true);
+  desk_.look();
+  showDesk();
+  startTimer(kShowEvery);
+  runModal();
+}
 
 void AddRadioDialog::makeModel() {
   add({id::Label, WC_STATICW, 0, "&Find:", {12, 15, 44, 16}});

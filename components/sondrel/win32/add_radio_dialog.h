@@ -22,6 +22,9 @@ class AddRadioDialog : public win32::DialogWindow {
   AddRadioDialog(HWND owner, RadioDesk& desk, const std::vector<ReceiverEntry>& receivers);
   ~AddRadioDialog() override;
 
+  /// Shows the dialog, and returns when it is closed. It may be made long before.
+  void open();
+
   /// The radio that was added; none where the dialog was left otherwise.
   const std::optional<ReceiverEntry>& added() const { return added_; }
 

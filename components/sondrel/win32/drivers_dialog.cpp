@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "base/win32/utf16.h"
-#include "components/sondrel/win32/add_radio_dialog.h"
 #include "components/sondrel/win32/dialog_ids.h"
 #include "components/sondrel/win32/find_servers_dialog.h"
 #include "gui/win32/list_rows.h"
@@ -154,6 +153,7 @@ void DriversDialog::tick() {
   showLinks();
   showTest();
   showPrograms();
+  prepareRadio();
 }
 
 void DriversDialog::laidOut() {
@@ -347,9 +347,17 @@ void DriversDialog::addReceiver() {
 void DriversDialog::addRadio() {
   giveUpWrong();
   forgetTest();
-  AddRadioDialog dialog(window(), deskOf_(), model_.receivers());
-  dialog.runModal();
-  takeIn(dialog.added());
+  auto dialog = std::move(radio_);
+  if (!dialog) dialog = std::make_unique<AddRadioDialog>(window(), deskOf_(), model_.receivers());
+  dialog->open();
+  takeIn(dialog->added());
+}
+
+/// Its many controls are made while nobody waits for them.
+void DriversDialog::prepareRadio() {
+  const bool busy = HIWORD(GetQueueStatus(QS_INPUT)) != 0 || !IsWindowEnabled(window());
+  if (radio_ || busy) return;
+  radio_ = std::make_unique<AddRadioDialog>(window(), deskOf_(), model_.receivers());
 }
 
 void DriversDialog::findServers() {
@@ -401,7 +409,9 @@ void DriversDialog::valueTyped() {
   if (!typed) return;
   forgetTest();
   judge(id::Value, model_.setParameter(receiver_, typed->key, text(id::Value)));
-  if (wrong_ != id::Value) win32::setCell(item(id::Parameters), parameter_, 1, cell(*typed));
+  if (wrong_ == id::Value) return;
+  win32::setCell(item(id::Parameters), parameter_, 1, cell(*typed));
+  if (wrong_ == 0 && typed->key == "Device") say(samePortWords(model_.receivers(), receiver_));
 }
 
 bool DriversDialog::somethingWrong() {
@@ -416,6 +426,8 @@ void DriversDialog::test() {
   if (somethingWrong()) return;
   const ReceiverEntry& entry = model_.receivers()[receiver_];
   trial_.reset();
+  const std::string taken = samePortWords(model_.receivers(), receiver_);
+  if (!taken.empty()) return setText(id::Found, taken);
   // Some servers take one client alone, or the newest: a link that is up is not put at risk.
   const std::string found = foundOf_(entry);
   setText(id::Found, found.empty() ? "Trying." : win32::textLines("Its link is up.\n" + found));

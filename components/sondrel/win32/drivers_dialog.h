@@ -10,6 +10,7 @@
 #include "components/sondrel/link_trial.h"
 #include "components/sondrel/radios/radio_desk.h"
 #include "components/sondrel/sondrel_core.h"
+#include "components/sondrel/win32/add_radio_dialog.h"
 #include "gui/win32/dialog_window.h"
 
 namespace kelvane::sondrel {
@@ -57,6 +58,7 @@ class DriversDialog : public win32::DialogWindow {
 
   void addReceiver();
   void addRadio();
+  void prepareRadio();
   void findServers();
   void takeIn(const std::optional<ReceiverEntry>& added);
   void removeReceiver();
@@ -93,6 +95,7 @@ class DriversDialog : public win32::DialogWindow {
   int wrong_ = 0;  ///< the field whose text was refused
   std::string problem_;
   std::unique_ptr<LinkTrial> trial_;
+  std::unique_ptr<AddRadioDialog> radio_;  ///< the next one, ready to be shown
   Instant giveUpAt_ = kNever;  ///< while OK waits for another program that holds the list
 };
 
