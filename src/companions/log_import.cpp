@@ -26,7 +26,7 @@ std::vector<GridColumn> LogImport::columns() {
   };
   return {shown("Line", 50, true), shown("What", 66),     shown("Frequency", 84, true),
           shown("Mode", 60),       shown("Date", 84),     shown("Time", 66),
-          shown("Comments", 220),  shown("Receiver", 90), shown("Why", 280)};
+          shown("Comments", 170),  shown("Receiver", 70), shown("Why", 330)};
 }
 
 std::string LogImport::words() const {

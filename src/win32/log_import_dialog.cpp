@@ -14,7 +14,7 @@ constexpr int kLogImportButtonTop = kLogImportHeight - 34, kLogImportGridTop = 6
 
 LogImportDialog::LogImportDialog(HWND owner, DataLog& log, const ScreenColours& colours)
     : DialogWindow({L"KelvaneLogImport", "Import into the station log", owner, kLogImportWidth,
-                    kLogImportHeight, true, 960, 500}),
+                    kLogImportHeight, true, 1000, 500}),
       log_(log),
       import_(log.import()) {
   constexpr int kInside = kLogImportWidth - 16;
@@ -83,7 +83,8 @@ void LogImportDialog::command(int control, int notice) {
 }
 
 bool LogImportDialog::keyDown(int keyCode, int shift) {
-  return grid_->hasFocus() && grid_->keyDown(keyCode, shift);
+  // Nothing is edited here: Enter is for the default button.
+  return keyCode != VK_RETURN && grid_->hasFocus() && grid_->keyDown(keyCode, shift);
 }
 
 bool LogImportDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }

@@ -176,7 +176,8 @@ void ImportDialog::command(int control, int notice) {
 }
 
 bool ImportDialog::keyDown(int keyCode, int shift) {
-  return grid_->hasFocus() && grid_->keyDown(keyCode, shift);
+  // Nothing is edited here: Enter is for the default button.
+  return keyCode != VK_RETURN && grid_->hasFocus() && grid_->keyDown(keyCode, shift);
 }
 
 bool ImportDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }
