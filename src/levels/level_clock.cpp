@@ -22,22 +22,30 @@ constexpr std::size_t kMostSettings = 1000;
 LevelTime LevelClock::at(Instant steady, WallTime wall) {
   if (settings_.empty()) {
     now_ = wall;
+    steady_ = steady;
     settings_.push_back({now_, 0});
   } else {
-    const WallTime elapsed =
-        std::max<WallTime>(0, std::chrono::duration_cast<milliseconds>(steady - steady_).count());
+    const WallTime elapsed = wholeMilliseconds(steady);
     const WallTime skipped = wall - wall_ - elapsed;
     const bool passedOver = skipped > kSkip && skipped <= kLongestSleep;
     now_ += elapsed + (passedOver ? skipped : 0);
     slept_ = passedOver || elapsed > kPause;
   }
-  steady_ = steady;
   wall_ = wall;
   const WallTime difference = wall - now_;
   if (std::abs(difference - settings_.back().difference) > kTolerance)
     settings_.push_back({now_, difference});
   if (settings_.size() > kMostSettings) settings_.pop_front();
   return now_;
+}
+
+/// What the steady clock went on by since it was asked last. Part of a millisecond is kept for the
+/// next time: asked hundreds of times a second, the clock would else lose a tenth of all time.
+WallTime LevelClock::wholeMilliseconds(Instant steady) {
+  const auto elapsed = std::chrono::duration_cast<milliseconds>(steady - steady_);
+  if (elapsed.count() <= 0) return 0;
+  steady_ += elapsed;
+  return elapsed.count();
 }
 
 WallTime LevelClock::utc(LevelTime time) const {

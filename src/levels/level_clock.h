@@ -31,8 +31,10 @@ class LevelClock {
     WallTime difference;
   };
 
+  WallTime wholeMilliseconds(Instant steady);
+
   std::deque<Setting> settings_;
-  Instant steady_{};
+  Instant steady_{};  ///< up to where it was counted
   WallTime wall_ = 0;
   LevelTime now_ = 0;
   bool slept_ = false;

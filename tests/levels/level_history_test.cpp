@@ -101,6 +101,15 @@ TEST(LevelClock, NeverGoesBackAndCountsTheSleep) {
   EXPECT_EQ(clock.now(), kFirstMoment + 2100 + 2 * kHour) << "nobody sleeps for 1000 days";
 }
 
+TEST(LevelClock, KeepsTimeHoweverOftenItIsAsked) {
+  LevelClock clock;
+  const Instant start{};
+  for (int i = 0; i <= 100'000; ++i)
+    clock.at(start + std::chrono::microseconds(i * 600), kFirstMoment + i * 6 / 10);
+  EXPECT_EQ(clock.now(), kFirstMoment + 60'000);
+  EXPECT_EQ(clock.utc(kFirstMoment + 100), kFirstMoment + 100);
+}
+
 TEST(Comparison, ComparesOnlySecondsOfBothSinceTheLastChange) {
   LevelHistory a, b;
   feed(a, kFirstMoment, 100, [](int i) { return i / 20 % 2 ? -70 : -74; });
