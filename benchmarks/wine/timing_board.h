@@ -18,6 +18,10 @@ struct TimingBoard {
   std::atomic<LONG64> raisedAt;  ///< just before RxFrqUpdated was raised
   std::atomic<LONG> raised;      ///< how many were raised at a request
 
+  std::atomic<LONG> level;      ///< dBm to report once at receiver 0; taken at a request; 0 for none
+  std::atomic<LONG64> levelAt;  ///< just before it was raised
+  std::atomic<LONG> levels;     ///< how many were raised at a request
+
   std::atomic<LONG> meterRate;     ///< S-meter events a second for each receiver; 0 none
   std::atomic<LONG> metersAtOnce;  ///< how many of them come at the same moment, 1 at least
   std::atomic<LONG> meterEvents;   ///< how many were raised

@@ -9,6 +9,7 @@ namespace kelvane {
 /// One button. Its key is named in the tool tip, which is where operators learn it.
 struct Openers::Button {
   std::string_view caption;
+  std::string_view spoken;  ///< where it says more than the caption
   std::string_view tip;
   std::optional<Companion> window;  ///< none for a window of a component's
   bool needsRemote;
@@ -17,14 +18,24 @@ struct Openers::Button {
 
 const std::array<Openers::Button, Openers::kButtons>& Openers::buttons() {
   static constexpr std::array<Button, kButtons> all{{
-      {"Cha&nnels", "Show the receiver's channels (S)", Companion::Channels, true,
+      {"Cha&nnels", "", "Show the receiver's channels (S)", Companion::Channels, true,
        &Openers::channels},
-      {"L&og", "Show the station log (G; SPACE records the present setting as well)",
+      {"L&og", "", "Show the station log (G; SPACE records the present setting as well)",
        Companion::Log, true, &Openers::log},
-      {"&Known", "Show the list of known frequencies (K)", {}, true, &Openers::knownList},
-      {"&Data", "Show the frequency database (D)", {}, true, &Openers::dataView},
-      {"&Source", "Edit or configure the database's source (E)", {}, true, &Openers::editSource},
-      {"Hel&p", "Show the card of keyboard commands (F1)", Companion::Help, false, &Openers::help},
+      {"&Known", "", "Show the list of known frequencies (K)", {}, true, &Openers::knownList},
+      {"&Data", "", "Show the frequency database (D)", {}, true, &Openers::dataView},
+      {"&Source",
+       "",
+       "Edit or configure the database's source (E)",
+       {},
+       true,
+       &Openers::editSource},
+      {"Hel&p", "", "Show the card of keyboard commands (F1)", Companion::Help, false,
+       &Openers::help},
+      {"All", "All receivers", "Show all receivers at once (F7)", Companion::Overview, false,
+       &Openers::overview},
+      {"Levels", "Level traces", "Show the receivers' levels over each other (F8)",
+       Companion::Traces, false, &Openers::traces},
   }};
   return all;
 }
@@ -40,6 +51,7 @@ Openers::Openers(std::array<Control, kButtons>& Opener, ReceiverComponent& recei
       window_(window) {
   for (int i = 0; i < kButtons; ++i) {
     Opener_[i].text = buttons()[i].caption;
+    Opener_[i].spoken = buttons()[i].spoken;
     Opener_[i].tip = buttons()[i].tip;
     Opener_[i].back = kMenuColour;
   }

@@ -13,7 +13,7 @@ namespace kelvane {
 /// What opens the windows beside the main one, for the keys and for the row of buttons alike.
 class Openers {
  public:
-  static constexpr int kButtons = 6;
+  static constexpr int kButtons = 8;
 
   Openers(std::array<Control, kButtons>& Opener, ReceiverComponent& receiver,
           FrequencyComponent& frequency, ShownReceiver& shown, Companions& windows,

@@ -88,6 +88,7 @@ const std::string& Overview::station(Index rx, Hz frequency) {
 }
 
 std::string Overview::statusLine() const {
+  if (!dragged_.empty()) return dragged_;
   if (!entry_.empty() && exists(focused_))
     return "Frequency for " + name(static_cast<Index>(focused_)) + ": " + entry_ +
            " kHz; Enter tunes it, Escape drops it";
@@ -200,6 +201,14 @@ void Overview::commit() {
   entry_.clear();
 }
 
+void Overview::dragOver(int from, int to) {
+  if (!exists(from)) return dragEnded();
+  const std::string setting = " the setting of " + name(static_cast<Index>(from));
+  dragged_ = exists(to) && to != from
+                 ? "Let go to give " + name(static_cast<Index>(to)) + setting
+                 : "Let go over another row to give it" + setting + "; Escape drops it";
+}
+
 void Overview::copy(int from, int to) {
   if (!exists(from) || !exists(to) || from == to) return;
   const auto source = static_cast<Index>(from), target = static_cast<Index>(to);
@@ -231,6 +240,7 @@ void Overview::takeBack() {
 void Overview::receiversChanged(const ReceiverMoves& moves) {
   entry_.clear();
   said_.clear();
+  dragged_.clear();
   const auto moved = [&moves](int row) { return row < 0 ? row : moves(static_cast<Index>(row)); };
   focused_ = moved(focused_);
   source_ = moved(source_);

@@ -83,6 +83,9 @@ class Overview {
   void show(int row);
   /// The wheel was turned over a row's frequency; positive away from the user.
   void wheel(int row, int delta);
+  /// A row is dragged over another one; -1 over none. The last line says what letting go does.
+  void dragOver(int from, int to);
+  void dragEnded() { dragged_.clear(); }
   /// Gives the receiver of one row the setting of another's.
   void copy(int from, int to);
   void takeBack();
@@ -126,7 +129,8 @@ class Overview {
   int focused_ = -1;
   std::string entry_;
   std::string said_;
-  int source_ = -1;  ///< the row that Ctrl+C was pressed on
+  std::string dragged_;  ///< what letting go would do
+  int source_ = -1;      ///< the row that Ctrl+C was pressed on
   std::vector<Copied> copies_;
   std::array<WMouse, kMostReceivers> wheels_;
   std::array<Station, kMostReceivers> stations_;

@@ -5,9 +5,10 @@
 namespace kelvane {
 
 ReceiverWatch::ReceiverWatch(ReceiverComponent& component, const ShownReceiver& shown,
-                             const Forwarding& forwarding, Clocks clocks)
+                             const LevelBars& levels, const Forwarding& forwarding, Clocks clocks)
     : component_(component),
       shown_(shown),
+      levels_(levels),
       forwarding_(forwarding),
       clocks_(std::move(clocks)),
       moves_(component) {}
@@ -24,17 +25,14 @@ void ReceiverWatch::level(Index rx, Long level, const Text& reading) {
   const LevelTime when = now();
   Receiver& receiver = receivers_[rx];
   receiver.reading = reading;
-  receiver.meter.reading(level, clocks_.now());
   receiver.history->add(when, level);
   const auto last = receiver.history->last();
   if (listener_ && last && last->when == when)
     listener_->heard(rx, clock_.utc(when), receiver.settings.frequency, last->level);
 }
 
-void ReceiverWatch::squelch(Index rx, Long state, Long threshold) {
-  if (!valid(rx)) return;
-  receivers_[rx].squelch = state;
-  receivers_[rx].meter.squelch(threshold);
+void ReceiverWatch::squelch(Index rx, Long state) {
+  if (valid(rx)) receivers_[rx].squelch = state;
 }
 
 void ReceiverWatch::frequency(Index rx, Hz frequency, bool atReceiver) {
@@ -79,7 +77,6 @@ void ReceiverWatch::link(Index rx) {
   }
   receiver.history->gap();
   receiver.reading.clear();
-  receiver.meter.clear();
   receiver.squelch = -1;
 }
 

@@ -10,8 +10,8 @@
 #include "levels/level_history.h"
 #include "levels/level_listener.h"
 #include "overview/last_move.h"
+#include "receiver/level_bars.h"
 #include "receiver/shown_receiver.h"
-#include "ui/meter_bar.h"
 
 namespace kelvane {
 
@@ -24,15 +24,15 @@ struct Clocks {
 };
 
 /// What the events of all receivers told, the shown one or not: levels with their history, squelch,
-/// settings and who tuned last. Fed by the panel's event handlers. What is kept belongs to the
-/// receiver, not to its place.
+/// settings and who tuned last. Fed by the panel's event handlers; the meters are the panel's own.
+/// What is kept belongs to the receiver, not to its place.
 class ReceiverWatch {
  public:
-  ReceiverWatch(ReceiverComponent& component, const ShownReceiver& shown,
+  ReceiverWatch(ReceiverComponent& component, const ShownReceiver& shown, const LevelBars& levels,
                 const Forwarding& forwarding, Clocks clocks);
 
   void level(Index rx, Long level, const Text& reading);
-  void squelch(Index rx, Long state, Long threshold);
+  void squelch(Index rx, Long state);
   void frequency(Index rx, Hz frequency, bool atReceiver);
   /// A mode, filter, AGC or attenuator has changed.
   void settings(Index rx);
@@ -44,13 +44,12 @@ class ReceiverWatch {
     std::shared_ptr<LevelHistory> history = std::make_shared<LevelHistory>();
     Text reading;       ///< in S units; empty while there is none
     Long squelch = -1;  ///< 1 open, 0 closed, -1 not told
-    LevelMeter meter;
-    Hz told = -1;  ///< the frequency that an event told last
+    Hz told = -1;       ///< the frequency that an event told last
     LevelSettings settings;
     LevelTime unchanged = 0;  ///< since when the settings are these
   };
   const Receiver& of(Index rx) const { return receivers_[rx]; }
-  MeterBar bar(Index rx) const { return receivers_[rx].meter.bar(false, clocks_.now()); }
+  MeterBar bar(Index rx) const { return levels_.bar(rx, clocks_.now()); }
   const Move& lastMove(Index rx) const { return moves_.of(rx); }
   /// The present moment of the levels' time; asks the clocks.
   LevelTime now();
@@ -64,6 +63,7 @@ class ReceiverWatch {
 
   ReceiverComponent& component_;
   const ShownReceiver& shown_;
+  const LevelBars& levels_;
   const Forwarding& forwarding_;
   Clocks clocks_;
   LevelClock clock_;

@@ -3,7 +3,8 @@
 namespace kelvane {
 
 StationViews::StationViews(const Services& services)
-    : watch_(services.receiver, services.shown, services.forwarding, services.clocks),
+    : watch_(services.receiver, services.shown, services.levels, services.forwarding,
+             services.clocks),
       recorder_(
           {services.saver, services.levelsFolder,
            [&receiver = services.receiver](Index rx) { return receiver.GetRxName(rx).value(); },

@@ -12,6 +12,7 @@ class StationViews {
     ReceiverComponent& receiver;
     FrequencyComponent& frequency;
     const ShownReceiver& shown;
+    const LevelBars& levels;
     const Forwarding& forwarding;
     const Stepping& stepping;
     SettingsStore& settings;

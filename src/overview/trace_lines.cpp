@@ -8,39 +8,62 @@ namespace kelvane {
 
 namespace {
 
-std::uint32_t mixed(std::uint32_t under, std::uint32_t over, int share) {
-  const auto mix = [share](std::uint32_t a, std::uint32_t b) {
-    return (a * static_cast<std::uint32_t>(255 - share) + b * static_cast<std::uint32_t>(share)) /
-           255;
-  };
-  return mix(under >> 16 & 255, over >> 16 & 255) << 16 |
-         mix(under >> 8 & 255, over >> 8 & 255) << 8 | mix(under & 255, over & 255);
-}
+/// A colour that is laid over others by a share of 0 to 256; red and blue are reckoned together.
+class Ink {
+ public:
+  Ink(std::uint32_t colour, int share)
+      : rest_(256 - static_cast<std::uint32_t>(share)),
+        redBlue_((colour & 0xFF00FF) * static_cast<std::uint32_t>(share)),
+        green_((colour >> 8 & 0xFF) * static_cast<std::uint32_t>(share)) {}
+
+  std::uint32_t over(std::uint32_t under) const {
+    const std::uint32_t redBlue = (under & 0xFF00FF) * rest_ + redBlue_;
+    const std::uint32_t green = (under >> 8 & 0xFF) * rest_ + green_;
+    return (redBlue >> 8 & 0xFF00FF) | (green & 0xFF00);
+  }
+
+ private:
+  std::uint32_t rest_, redBlue_, green_;
+};
+
+int ofWhole(int share) { return share * 256 / 255; }
 
 /// Colours part of a column; ends within a pixel colour it by their share.
 void drawRun(const Pixels& pixels, int x, double top, double bottom, const LineStyle& style) {
   top = std::max(top, 0.0);
   bottom = std::min(bottom, static_cast<double>(pixels.height));
-  for (int y = static_cast<int>(top); y < bottom; ++y) {
-    const double covered = std::min(bottom, y + 1.0) - std::max(top, static_cast<double>(y));
-    std::uint32_t& pixel =
-        pixels.data[static_cast<std::size_t>(y) * static_cast<std::size_t>(pixels.width) +
-                    static_cast<std::size_t>(x)];
-    pixel = mixed(pixel, style.colour, static_cast<int>(covered * style.share));
-  }
+  if (top >= bottom) return;
+  std::uint32_t* const column = pixels.column(x);
+  const auto mix = [&](int y, double covered) {
+    column[y] = Ink(style.colour, ofWhole(static_cast<int>(covered * style.share))).over(column[y]);
+  };
+  const int first = static_cast<int>(top), last = static_cast<int>(bottom);
+  if (first == last) return mix(first, bottom - top);
+  mix(first, first + 1 - top);
+  const Ink ink(style.colour, ofWhole(style.share));
+  for (int y = first + 1; y < last; ++y) column[y] = ink.over(column[y]);
+  if (last < bottom) mix(last, bottom - last);
 }
 
-bool inDash(const LineStyle& style, int x) {
-  double length = 0;
-  for (const std::uint8_t part : style.dashes) length += part * style.dashUnit;
-  if (length <= 0) return true;
-  double rest = std::fmod(x, length);
-  for (std::size_t i = 0; i < style.dashes.size(); ++i) {
-    rest -= style.dashes[i] * style.dashUnit;
-    if (rest < 0) return i % 2 == 0;
+/// Where a line has its dashes.
+class Dashes {
+ public:
+  explicit Dashes(const LineStyle& style) {
+    for (std::size_t i = 0; i < style.dashes.size(); ++i)
+      ends_[i] = length_ += style.dashes[i] * style.dashUnit;
   }
-  return false;
-}
+  bool at(int x) const {
+    if (length_ <= 0) return true;
+    const double place = x - std::floor(x / length_) * length_;
+    std::size_t part = 0;
+    while (part + 1 < ends_.size() && place >= ends_[part]) ++part;
+    return part % 2 == 0;
+  }
+
+ private:
+  std::array<double, 6> ends_{};
+  double length_ = 0;
+};
 
 /// What of each column the line covers, from top to bottom.
 struct Covered {
@@ -60,7 +83,29 @@ void coverSegment(std::vector<Covered>& covered, int x0, double y0, int x1, doub
     cover(covered, x, at(std::max<double>(x0, x - 0.5)), at(std::min<double>(x1, x + 0.5)));
 }
 
+/// Calls a function for each pixel, in squares that stay near each other either way.
+template <class Each>
+void inSquares(int width, int height, Each each) {
+  constexpr int kSquare = 16;
+  for (int left = 0; left < width; left += kSquare) {
+    for (int top = 0; top < height; top += kSquare) {
+      for (int x = left; x < std::min(left + kSquare, width); ++x)
+        for (int y = top; y < std::min(top + kSquare, height); ++y) each(x, y);
+    }
+  }
+}
+
 }  // namespace
+
+void copyFromRows(const Pixels& to, PixelRows from) {
+  inSquares(to.width, to.height,
+            [&](int x, int y) { to.column(x)[y] = from.first[y * from.rowLength + x]; });
+}
+
+void copyToRows(const Pixels& from, PixelRows to) {
+  inSquares(from.width, from.height,
+            [&](int x, int y) { to.first[y * to.rowLength + x] = from.column(x)[y]; });
+}
 
 void drawBand(const Pixels& pixels, std::span<const LevelSpan> columns, const LevelScale& scale,
               const LineStyle& style) {
@@ -93,9 +138,10 @@ void drawLine(const Pixels& pixels, std::span<const LevelSpan> columns, const Le
     before = x;
     yBefore = y;
   }
+  const Dashes dashes(style);
   for (int x = 0; x < width; ++x) {
     const Covered& column = covered[static_cast<std::size_t>(x)];
-    if (column.top > column.bottom || !inDash(style, x)) continue;
+    if (column.top > column.bottom || !dashes.at(x)) continue;
     drawRun(pixels, x, column.top - style.thickness / 2, column.bottom + style.thickness / 2,
             style);
   }

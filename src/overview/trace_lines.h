@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -9,11 +10,26 @@
 
 namespace kelvane {
 
-/// A picture in memory: rows from top to bottom, each pixel 0x00RRGGBB.
+/// A picture in memory, column after column from the left, each from top to bottom: lines and bands
+/// are drawn column by column, and a screen's rows would have each of their pixels somewhere else.
+/// A pixel is 0x00RRGGBB.
 struct Pixels {
   std::span<std::uint32_t> data;
   int width = 0, height = 0;
+
+  std::uint32_t* column(int x) const {
+    return data.data() + static_cast<std::size_t>(x) * static_cast<std::size_t>(height);
+  }
 };
+
+/// A rectangle of a picture whose rows lie one after the other, `rowLength` pixels apart.
+struct PixelRows {
+  std::uint32_t* first = nullptr;
+  std::ptrdiff_t rowLength = 0;
+};
+/// Copies a picture of the same size out of rows, and back into them.
+void copyFromRows(const Pixels& to, PixelRows from);
+void copyToRows(const Pixels& from, PixelRows to);
 
 /// How one trace is drawn.
 struct LineStyle {

@@ -307,13 +307,14 @@ std::vector<std::string> Traces::results() {
   const LevelTime now = services_.watch.now();
   const int count = receivers();
   if (reference_ >= count) return lines;
+  if (!services_.receiver.IsRxOnline(reference_)) return {"No link: " + name(reference_)};
   const ReceiverWatch::Receiver& first = services_.watch.of(reference_);
   for (Index rx = 0; rx < count; ++rx) {
     if (rx == reference_ || !visible_[rx]) continue;
     const ReceiverWatch::Receiver& second = services_.watch.of(rx);
-    const std::string differ = differingSettings(first.settings, second.settings);
-    if (!differ.empty()) {
-      std::string& names = unlike[differ];
+    const std::string why = whyNotCompared(rx);
+    if (!why.empty()) {
+      std::string& names = unlike[why];
       names += (names.empty() ? "" : ", ") + name(rx);
       continue;
     }
@@ -322,9 +323,16 @@ std::vector<std::string> Traces::results() {
                 {*second.history, offsets_[rx], second.unchanged}, now, kCompared[compared_]);
     lines.push_back(comparisonLine(name(reference_), name(rx), result));
   }
-  for (const auto& [differ, names] : unlike)
-    lines.push_back("Not the same " + differ + " as " + name(reference_) + ": " + names);
+  for (const auto& [why, names] : unlike) lines.push_back(why + ": " + names);
   return lines;
+}
+
+/// Why a receiver cannot be compared with the reference now, in words; empty where it can.
+std::string Traces::whyNotCompared(Index rx) const {
+  if (!services_.receiver.IsRxOnline(rx)) return "No link";
+  const std::string differ =
+      differingSettings(services_.watch.of(reference_).settings, services_.watch.of(rx).settings);
+  return differ.empty() ? differ : "Not the same " + differ + " as " + name(reference_);
 }
 
 void Traces::copyResults() {
@@ -405,9 +413,12 @@ void Traces::say(std::string words) {
   ++changes_;
 }
 
+/// Where it never was open, a little aside of where the overview begins: both open at once.
 Traces::Place Traces::startPlace(Global::Point owner) const {
+  constexpr std::int32_t kAside = 480;
   const SettingsStore& kept = services_.settings;
-  return {{kept.number("TracesLeft", owner.left), kept.number("TracesTop", owner.top)},
+  return {{kept.number("TracesLeft", owner.left + kAside),
+           kept.number("TracesTop", owner.top + kAside)},
           kept.number("TracesWidth", 0),
           kept.number("TracesHeight", 0)};
 }

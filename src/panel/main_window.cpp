@@ -121,8 +121,8 @@ ReceiverUnits MAin::units() {
 
 std::unique_ptr<StationViews> MAin::makeViews() {
   return std::make_unique<StationViews>(StationViews::Services{
-      services_.receiver, services_.frequency, shown_, forwarding_, stepping_, services_.settings,
-      services_.clipboard, services_.files, saver_, Clocks{services_.now, services_.wallTime},
+      services_.receiver, services_.frequency, shown_, levels_, forwarding_, stepping_,
+      services_.settings, services_.clipboard, services_.files, saver_, Clocks{services_.now, services_.wallTime},
       services_.ownFolder / "levels", services_.keepAwake, [this] { return options_.OptColours; },
       [this](Index rx) { tabClicked(rx); },
       [this](Index rx) { return std::string(status_.wordsOf(rx).text); },
@@ -348,7 +348,7 @@ void MAin::tick(Instant now) {
     tabs_.highlightAll();
     dde_.blink();
     utc_.tick();
-    levels_.askThreshold();
+    levels_.askThresholds();
     announce();
   }
   levels_.tick(now);

@@ -96,11 +96,10 @@ void RxEvents::RxAttUpdated(Index rx, Setting attenuator, Long db) {
   if (shown_.shows(rx)) units_.buttons.AttUpdated(rx, attenuator, db);
 }
 
-void RxEvents::RxSqlUpdated(Index rx, Long state, Long threshold) {
-  views_.watch().squelch(rx, state, threshold);
-  if (!shown_.shows(rx)) return;
-  units_.indicators.squelch(state);
-  units_.levels.askThreshold();
+void RxEvents::RxSqlUpdated(Index rx, Long state, Long) {
+  views_.watch().squelch(rx, state);
+  units_.levels.askThreshold(rx);
+  if (shown_.shows(rx)) units_.indicators.squelch(state);
 }
 
 void RxEvents::RxSMtUpdated(Index rx, Long, Long, Long level, Text reading) {

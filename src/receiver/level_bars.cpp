@@ -26,7 +26,8 @@ void LevelBars::reading(Index rx, Long dBm, Instant now) {
 }
 
 void LevelBars::linkReported(Index rx) {
-  if (!isReceiver(rx) || component_.IsRxOnline(rx)) return;
+  if (!isReceiver(rx)) return;
+  if (component_.IsRxOnline(rx)) return askThreshold(rx);
   meterOf(rx).clear();
   show(now_);
 }
@@ -37,16 +38,21 @@ void LevelBars::receiversChanged(const ReceiverMoves& moves) {
 }
 
 void LevelBars::receiverSelected() {
-  askThreshold();
+  if (shown_.exists()) askThreshold(shown_.index());
   show(now_);
 }
 
-void LevelBars::askThreshold() {
-  if (!shown_.online()) return;
+void LevelBars::askThreshold(Index rx) {
+  if (!isReceiver(rx) || !component_.IsRxOnline(rx)) return;
   constexpr Long kNotTold = -999;
-  const Answer<Long> level = component_.GetRxSqlLevel(shown_.index());
+  const Answer<Long> level = component_.GetRxSqlLevel(rx);
   const bool told = level.ok() && level != kNotTold;
-  meterOf(shown_.index()).squelch(told ? std::optional(level.value()) : std::nullopt);
+  meterOf(rx).squelch(told ? std::optional(level.value()) : std::nullopt);
+}
+
+void LevelBars::askThresholds() {
+  const Count receivers = receiverCount(component_);
+  for (Index rx = 0; rx < receivers; ++rx) askThreshold(rx);
 }
 
 void LevelBars::countInDecibels(bool decibels) {

@@ -9,8 +9,9 @@
 
 namespace kelvane {
 
-/// The panel's bars: the shown receiver's meter and one on each tab, from the same readings. They
-/// change at most twenty times a second, however many readings come.
+/// Each receiver's meter, for whatever shows one: the panel's bars change here, the shown
+/// receiver's and one on each tab, at most twenty times a second however many readings come;
+/// windows ask for theirs when they paint.
 class LevelBars {
  public:
   static constexpr milliseconds kFrame{50};
@@ -20,6 +21,10 @@ class LevelBars {
 
   /// A receiver that answers told its level, dBm.
   void reading(Index rx, Long dBm, Instant now);
+  /// A receiver's bar as it is now, in S units; empty while it tells no level.
+  MeterBar bar(Index rx, Instant now) const {
+    return meters_[static_cast<std::size_t>(rx)].bar(false, now);
+  }
   /// A receiver's link is up, or is not: its old readings count no more.
   void linkReported(Index rx);
   /// Before the tabs are those of the new set.
@@ -31,8 +36,9 @@ class LevelBars {
   /// The scale is in dBm instead of S units.
   void countInDecibels(bool decibels);
 
-  /// Asks for what no event tells: the squelch's threshold.
-  void askThreshold();
+  /// Asks for what no event tells for certain: a receiver's squelch threshold, those of all.
+  void askThreshold(Index rx);
+  void askThresholds();
   void tick(Instant now);
   Instant nextDue() const;
 

@@ -41,7 +41,7 @@ enum ControlId : int {
   IO = 1140,        // 0..3
   VStep = 1150,     // 0..1
   IStep = 1160,     // 0..1
-  Opener = 1170,    // 0..5
+  Opener = 1170,    // 0..7
 
   // MiniHelp
   HelpCard = 1190,

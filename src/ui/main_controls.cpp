@@ -23,6 +23,8 @@ constexpr int kPanelHeight = 172;
 // Below it: the receiver's settings, the panel's own buttons.
 constexpr int kSettingRow = 214;
 constexpr int kButtonRow = 256;
+// Eight tabs leave this much of their strip, for what shows all receivers.
+constexpr int kBesideTabs = 642;
 // The windows' buttons stand in the middle between the forwarding and the options.
 constexpr int kOpenerWidth = 66;
 constexpr int kOpenerGap = (kWidth - 4 * 72 - 6 * kOpenerWidth) / 2;
@@ -88,6 +90,26 @@ constexpr auto kRows = std::to_array<ControlRow>({
      kOpenerWidth,
      "",
      [](MainView& v, int i) -> Control& { return v.Opener[i]; }},
+    {id::Opener + 6,
+     "Opener",
+     1,
+     Kind::Button,
+     Font::Small,
+     Align::Centre,
+     {kBesideTabs, 4, 28, 22},
+     0,
+     "",
+     [](MainView& v, int) -> Control& { return v.Opener[6]; }},
+    {id::Opener + 7,
+     "Opener",
+     1,
+     Kind::Button,
+     Font::Small,
+     Align::Centre,
+     {kBesideTabs + 28, 4, 46, 22},
+     0,
+     "",
+     [](MainView& v, int) -> Control& { return v.Opener[7]; }},
     {id::ConfigButton,
      "Config",
      1,

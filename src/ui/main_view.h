@@ -26,7 +26,7 @@ struct MainView {
   std::array<Control, 5> ModEvent;
   std::array<Control, 3> GenEvent;
   Control Config;
-  std::array<Control, 6> Opener;
+  std::array<Control, 8> Opener;
   std::array<Control, 2> VStep, IStep;
   Control LChn, VChn, IChn, IBank, VBank;
   Control Band, FDif, BMod, BFlt;

@@ -40,11 +40,17 @@ inline const Palette& paletteNow(ColourChoice choice) {
 class ScreenColours {
  public:
   const Palette& now() const { return *palette_; }
+  /// What we draw inside dialogs: around it lie the system's own controls, and those are light.
+  const Palette& dialogs() const { return *dialogs_; }
   /// The choice or the system is, or may be, another one.
-  void choose(ColourChoice choice) { palette_ = &paletteNow(choice); }
+  void choose(ColourChoice choice) {
+    palette_ = &paletteNow(choice);
+    dialogs_ = &paletteNow(ColourChoice::Light);
+  }
 
  private:
   const Palette* palette_ = &paletteNow(ColourChoice::AsSystem);
+  const Palette* dialogs_ = &paletteNow(ColourChoice::Light);
 };
 
 /// Has Windows draw a window's caption dark, where it offers that.

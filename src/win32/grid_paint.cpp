@@ -33,7 +33,7 @@ struct GridWindow::Look {
 
 void GridWindow::paint() const {
   const Painting on(window_);
-  const Look look(colours_.now(), hasFocus());
+  const Look look(colours_.dialogs(), hasFocus());
   on.fill(on.dirty(), look.ground);
   const HGDIOBJ before = SelectObject(on.dc(), font_);
   const GridRow rows = grid_.table().rows();

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "base/text.h"
@@ -65,8 +66,28 @@ void OverviewWindow::paint(HWND window) {
   strip.top = strip.bottom - px(44);
   strip.left += px(12);
   strip.right -= px(216);
-  on.text(wide(status_).c_str(), strip, font(Font::Normal), resolved(c.quiet),
-          DT_WORDBREAK | DT_NOPREFIX | DT_END_ELLIPSIS);
+  // One line or two, in the middle beside the buttons.
+  constexpr UINT kWords = DT_WORDBREAK | DT_NOPREFIX;
+  const std::wstring words = wide(status_);
+  RECT needed = strip;
+  const HGDIOBJ before = SelectObject(on.dc(), font(Font::Normal));
+  DrawTextW(on.dc(), words.c_str(), -1, &needed, kWords | DT_CALCRECT);
+  SelectObject(on.dc(), before);
+  strip.top += std::max<LONG>((strip.bottom - strip.top - (needed.bottom - needed.top)) / 2, 0);
+  on.text(words.c_str(), strip, font(Font::Normal), resolved(c.quiet), kWords | DT_END_ELLIPSIS);
+}
+
+/// A broken frame round the row that a dragged one would be dropped on.
+void OverviewWindow::paintTarget(const Painting& on) const {
+  const RECT& whole = on.area();
+  const COLORREF colour = resolved(colours().accent);
+  const LONG thick = px(2), dash = px(8), step = px(13);
+  for (LONG x = whole.left; x < whole.right; x += step) {
+    on.fill({x, whole.top, x + dash, whole.top + thick}, colour);
+    on.fill({x, whole.bottom - thick, x + dash, whole.bottom}, colour);
+  }
+  for (const LONG x : {whole.left, whole.right - thick})
+    on.fill({x, whole.top, x + thick, whole.bottom}, colour);
 }
 
 void OverviewWindow::paintRow(HWND window, int number) {
@@ -114,6 +135,7 @@ void OverviewWindow::paintRow(HWND window, int number) {
     paintMinute(on, row, cell(at.minute, at.moved - px(10)));
   RECT moved = cell(at.moved, at.end);
   write(moved, row.movedBy, Font::Normal, c.quiet);
+  if (number == target_) return paintTarget(on);
   if (GetFocus() == window) {
     SetDCPenColor(on.dc(), resolved(c.focus));
     const HGDIOBJ pen = SelectObject(on.dc(), GetStockObject(DC_PEN));
@@ -156,7 +178,8 @@ void OverviewWindow::paintLevel(const Painting& on, const OverviewRow& row, RECT
   const auto x = [&](int place) { return area.left + MulDiv(width, place, MeterBar::kFull); };
   const int gap = std::max(px(1), 1);
   for (int i = 0; i < kRowSegments; ++i) {
-    const int from = i * MeterBar::kFull / kRowSegments, to = (i + 1) * MeterBar::kFull / kRowSegments;
+    const int from = i * MeterBar::kFull / kRowSegments,
+              to = (i + 1) * MeterBar::kFull / kRowSegments;
     const bool lit = row.bar.level > from;
     const bool over = from >= MeterBar::kS9;
     on.fill({x(from), area.top, x(to) - gap, area.bottom}, resolved(!lit   ? c.empty
@@ -199,9 +222,10 @@ void OverviewWindow::paintMinute(const Painting& on, const OverviewRow& row, REC
     if (points > 1) Polyline(on.dc(), line.data(), static_cast<int>(points));
     points = 0;
   };
+  // A slow radio has seconds without a reading; only a gap in its levels parts the line.
   for (int i = 0; i < seconds; ++i) {
     const OverviewRow::Second& second = row.minute[static_cast<std::size_t>(i)];
-    if (!second.known || second.afterGap) end();
+    if (second.afterGap) end();
     if (second.known) line[points++] = {x(i), y(second.mean)};
   }
   end();

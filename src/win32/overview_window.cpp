@@ -183,6 +183,7 @@ bool OverviewWindow::keyDown(int keyCode, int shift) {
 }
 
 bool OverviewWindow::keyPress(int character) {
+  if (character == key::Escape && dragging_) return ReleaseCapture(), true;
   if (!overview_.keyPress(character)) return false;
   refresh();
   return true;
@@ -243,24 +244,19 @@ bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lPa
       return refresh(), true;
     case WM_LBUTTONDOWN:
       pressed_ = row;
-      dragging_ = false;
       SetFocus(window);
       SetCapture(window);
       return true;
     case WM_MOUSEMOVE:
       if (pressed_ != row) return false;
       ClientToScreen(window, &at);
-      target_ = rowAt(at);
-      dragging_ |= target_ != row;
-      SetCursor(LoadCursorW(nullptr, !dragging_ ? IDC_ARROW : target_ >= 0 ? IDC_HAND : IDC_NO));
-      return true;
+      return drag(at), true;
     case WM_LBUTTONUP:
       if (pressed_ != row) return false;
       ClientToScreen(window, &at);
       return drop(at), true;
     case WM_CAPTURECHANGED:
-      pressed_ = -1;
-      return true;
+      return endDrag(), true;
     case WM_MOUSEWHEEL: {
       // Some systems send it to the window under the pointer, some to the one with the focus.
       const int under = rowAt(at);
@@ -275,14 +271,40 @@ bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lPa
   }
 }
 
+/// The row that it would be dropped on has a frame, and the last line says what that does.
+void OverviewWindow::drag(POINT screen) {
+  const int over = rowAt(screen);
+  if (over != pressed_) dragging_ = true;
+  if (!dragging_) return;
+  const int before = std::exchange(target_, over == pressed_ ? -1 : over);
+  SetCursor(LoadCursorW(nullptr, target_ >= 0 ? IDC_HAND : IDC_NO));
+  overview_.dragOver(pressed_, target_);
+  for (const int changed : {before, target_}) {
+    if (changed >= 0 && changed < static_cast<int>(rows_.size()) && before != target_)
+      InvalidateRect(rows_[static_cast<std::size_t>(changed)].window, nullptr, FALSE);
+  }
+  showStatus();
+}
+
 /// A press and its release on one row shows the receiver; from one row to another it copies.
 void OverviewWindow::drop(POINT screen) {
-  const int from = std::exchange(pressed_, -1), to = rowAt(screen);
+  const int from = pressed_, to = rowAt(screen);
+  const bool dragged = dragging_;
+  // Ends the drag: the capture is gone.
   ReleaseCapture();
-  if (!dragging_ && to == from) overview_.show(to);
-  if (dragging_ && to >= 0 && to != from) overview_.copy(from, to);
-  dragging_ = false;
+  if (!dragged && to == from) overview_.show(to);
+  if (dragged && to >= 0 && to != from) overview_.copy(from, to);
   refresh();
+}
+
+void OverviewWindow::endDrag() {
+  pressed_ = -1;
+  const int target = std::exchange(target_, -1);
+  if (!std::exchange(dragging_, false)) return;
+  overview_.dragEnded();
+  if (target >= 0 && target < static_cast<int>(rows_.size()))
+    InvalidateRect(rows_[static_cast<std::size_t>(target)].window, nullptr, FALSE);
+  showStatus();
 }
 
 }  // namespace kelvane::win32

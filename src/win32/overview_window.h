@@ -46,10 +46,13 @@ class OverviewWindow : public ViewWindow {
   void makeRows(int count);
   void showRow(int row, const OverviewRow& now);
   void showStatus();
+  void drag(POINT screen);
   void drop(POINT screen);
+  void endDrag();
   void makeFont();
 
   void paintRow(HWND window, int row);
+  void paintTarget(const Painting& on) const;
   void paintFrequency(const Painting& on, const OverviewRow& row, RECT area) const;
   void paintLevel(const Painting& on, const OverviewRow& row, RECT area) const;
   void paintMinute(const Painting& on, const OverviewRow& row, RECT area) const;
@@ -63,7 +66,7 @@ class OverviewWindow : public ViewWindow {
   std::string status_;
   int pressed_ = -1;  ///< the row that the mouse button went down on
   bool dragging_ = false;
-  int target_ = -1;  ///< the row that a dragged one would be dropped on
+  int target_ = -1;  ///< the other row that a dragged one would be dropped on
 };
 
 }  // namespace kelvane::win32

@@ -99,6 +99,7 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
     for (int element = 0; element < row.count; ++element)
       faces_.push_back(std::make_unique<Face>(window_, row, element, events, dpi));
   }
+  raiseAboveTabs();
   layOut(dpi);
 }
 
@@ -167,6 +168,13 @@ bool PanelWindow::preview(const MSG& message) {
     default:
       return false;
   }
+}
+
+/// The tabs' strip is as wide as the window; what lies at its right end must not be under it.
+void PanelWindow::raiseAboveTabs() const {
+  for (const int control : {id::Opener + 6, id::Opener + 7})
+    SetWindowPos(GetDlgItem(window_, control), HWND_TOP, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 /// A wheel of the system's, or one of the driver of old.

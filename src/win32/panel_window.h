@@ -60,6 +60,7 @@ class PanelWindow : public WindowCommands, private ControlEvents {
   bool preview(const MSG& message);
   void show();
   void schedule();
+  void raiseAboveTabs() const;
   void layOut(UINT dpi);
   void dress(UINT dpi, const Fonts& fonts);
   void erase(HDC to) const;

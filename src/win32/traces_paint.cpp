@@ -86,19 +86,13 @@ void TracesWindow::drawGrid(const TraceFrame& frame, const RECT& area) {
 /// Into the part of the canvas inside the scales.
 void TracesWindow::drawTraces(const TraceFrame& frame, const RECT& area) {
   GdiFlush();
-  const Pixels whole = canvas_.pixels();
-  if (whole.height == 0) return;
-  // The lines are drawn in a picture of their own width and put back row by row.
-  std::vector<std::uint32_t> inner(static_cast<std::size_t>(frame.width) *
-                                   static_cast<std::size_t>(frame.height));
-  const auto rowOf = [&](int y) {
-    return whole.data.begin() + (area.top + y) * static_cast<std::ptrdiff_t>(whole.width) +
-           area.left;
-  };
-  for (int y = 0; y < frame.height; ++y)
-    std::copy_n(rowOf(y), frame.width,
-                inner.begin() + y * static_cast<std::ptrdiff_t>(frame.width));
-  const Pixels pixels{inner, frame.width, frame.height};
+  if (canvas_.pixels().empty()) return;
+  const auto size = static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height);
+  plotted_.resize(std::max(plotted_.size(), size));
+  const Pixels pixels{{plotted_.data(), size}, frame.width, frame.height};
+  const std::ptrdiff_t rowLength = canvas_.width();
+  const PixelRows rows{canvas_.pixels().data() + area.top * rowLength + area.left, rowLength};
+  copyFromRows(pixels, rows);
   for (const TraceFrame::Trace& trace : frame.traces) {
     const auto place = static_cast<std::size_t>(trace.rx);
     LineStyle style{pixelOf(colours().traces[place]), px(3) / 2.0, kTraceDashes[place],
@@ -119,18 +113,23 @@ void TracesWindow::drawTraces(const TraceFrame& frame, const RECT& area) {
       drawLine(pixels, trace.rolled, frame.scale, style, Through::Greatest, frame.longestPause);
     }
   }
-  for (int y = 0; y < frame.height; ++y)
-    std::copy_n(inner.begin() + y * static_cast<std::ptrdiff_t>(frame.width), frame.width,
-                rowOf(y));
+  copyToRows(pixels, rows);
 }
 
+/// Words that would lie under the next mark's are left out: that one tells what was tuned last.
 void TracesWindow::drawMarks(const TraceFrame& frame, const RECT& area) {
-  for (const TraceFrame::Mark& mark : frame.marks) {
+  for (std::size_t i = 0; i < frame.marks.size(); ++i) {
+    const TraceFrame::Mark& mark = frame.marks[i];
     const Colour colour = colours().traces[static_cast<std::size_t>(mark.rx)];
     const LONG x = area.left + mark.x;
     fill({x, area.top, x + std::max(px(1), 1), area.bottom}, colour);
+    const int width = widthOf(mark.words, font(Font::Small)) + px(8);
+    const auto next = i + 1;
+    if (next < frame.marks.size() && frame.marks[next].rx == mark.rx &&
+        frame.marks[next].x - mark.x < width)
+      continue;
     const LONG y = area.bottom - px(16) * (mark.rx + 1);
-    const bool left = x + px(120) > area.right;
+    const bool left = x + width > area.right;
     const RECT words{left ? x - px(124) : x + px(4), y, left ? x - px(4) : x + px(124), y + px(16)};
     write(mark.words, words, colour, left ? DT_RIGHT : DT_LEFT);
   }

@@ -81,9 +81,9 @@ void Canvas::resize(int width, int height) {
   SetBkMode(dc_, TRANSPARENT);
 }
 
-Pixels Canvas::pixels() const {
+std::span<std::uint32_t> Canvas::pixels() const {
   const auto count = static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
-  return {{data_, data_ ? count : 0}, width_, data_ ? height_ : 0};
+  return {data_, data_ ? count : 0};
 }
 
 TracesWindow::TracesWindow(HWND owner, Traces& traces)
@@ -265,7 +265,7 @@ void TracesWindow::savePicture() {
   drawPlot();
   GdiFlush();
   std::string why;
-  std::string bytes = pngOf(canvas_.pixels().data, canvas_.width(), canvas_.height(), why);
+  std::string bytes = pngOf(canvas_.pixels(), canvas_.width(), canvas_.height(), why);
   traces_.savePicture(name, std::move(bytes), why);
 }
 

@@ -19,7 +19,8 @@ class Canvas {
   /// Makes it this large; what was in it is gone.
   void resize(int width, int height);
   HDC dc() const { return dc_; }
-  Pixels pixels() const;
+  /// Row after row from the top, each pixel 0x00RRGGBB.
+  std::span<std::uint32_t> pixels() const;
   int width() const { return width_; }
   int height() const { return height_; }
 
@@ -73,6 +74,7 @@ class TracesWindow : public ViewWindow {
   Traces& traces_;
   HWND plot_ = nullptr;
   Canvas canvas_;
+  std::vector<std::uint32_t> plotted_;  ///< the plot while its lines are drawn
   Traces::Version drawn_;
   std::vector<std::string> results_;
   ULONGLONG resultsAt_ = 0;

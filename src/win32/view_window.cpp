@@ -192,7 +192,8 @@ void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
   };
   fill(area, resolved(c.window));
   const bool focused = (draw.itemState & ODS_FOCUS) != 0;
-  SetDCBrushColor(dc, resolved(down ? c.pressed : c.button));
+  const bool disabled = (draw.itemState & ODS_DISABLED) != 0;
+  SetDCBrushColor(dc, resolved(disabled ? c.window : down ? c.pressed : c.button));
   SetDCPenColor(dc, resolved(focused ? c.focus : c.line));
   const HGDIOBJ brush = SelectObject(dc, GetStockObject(DC_BRUSH));
   const HGDIOBJ pen = SelectObject(dc, GetStockObject(DC_PEN));
@@ -203,7 +204,9 @@ void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
   SelectObject(dc, pen);
   SelectObject(dc, brush);
   SetBkMode(dc, TRANSPARENT);
-  const Colour ink = palette().contrast && down ? c.onSelection : c.text;
+  const Colour ink = disabled                     ? palette().contrast ? c.faint : c.quiet
+                     : palette().contrast && down ? c.onSelection
+                                                  : c.text;
   SetTextColor(dc, resolved(ink));
   const HGDIOBJ before = SelectObject(dc, font(Font::Normal));
   DrawTextW(dc, windowText(draw.hwndItem).c_str(), -1, &area,

@@ -20,8 +20,11 @@ class OpenersTest : public testing::Test {
     noting = receivers.get();
     rig.wrapped = std::move(receivers);
     rig.start();
-    const std::pair<Companion, const char*> windows[] = {
-        {Companion::Channels, "S"}, {Companion::Log, "G"}, {Companion::LogAndRecord, "+"}};
+    const std::pair<Companion, const char*> windows[] = {{Companion::Channels, "S"},
+                                                         {Companion::Log, "G"},
+                                                         {Companion::LogAndRecord, "+"},
+                                                         {Companion::Overview, "7"},
+                                                         {Companion::Traces, "8"}};
     for (const auto& [window, sign] : windows)
       rig.panel->companions().provide(window, [this, sign = sign] { opened += sign; });
     rig.panel->tabClicked(0);
@@ -34,12 +37,12 @@ class OpenersTest : public testing::Test {
 
 TEST_F(OpenersTest, ButtonsDoWhatTheirKeysDo) {
   for (int button = 0; button < Openers::kButtons; ++button) rig.click(id::Opener + button);
-  EXPECT_EQ(opened, "SG");
+  EXPECT_EQ(opened, "SG78");
   EXPECT_EQ(rig.ambrelWindows.opened, "KDE");
   EXPECT_EQ(rig.dialogs.helps, 1);
   rig.type("sgkde ");
-  rig.press(key::F1);
-  EXPECT_EQ(opened, "SGSG+");
+  for (const int code : {key::F1, key::F7, key::F8}) rig.press(code);
+  EXPECT_EQ(opened, "SG78SG+78");
   EXPECT_EQ(rig.ambrelWindows.opened, "KDEKDE");
   EXPECT_EQ(rig.dialogs.helps, 2);
 }
@@ -62,12 +65,12 @@ TEST_F(OpenersTest, AButtonIsThereWithItsWindowAndOnWhileItWouldDoSomething) {
     for (const Control& button : rig.view().Opener) on += button.enabled ? '1' : '0';
     return on;
   };
-  EXPECT_EQ(enabled(), "111111");
+  EXPECT_EQ(enabled(), "11111111");
   rig.type("l");
-  EXPECT_EQ(enabled(), "000001");
+  EXPECT_EQ(enabled(), "00000111");
   rig.type("u");
   rig.panel->tabClicked(2);
-  EXPECT_EQ(enabled(), "011111") << "this receiver has no channels";
+  EXPECT_EQ(enabled(), "01111111") << "this receiver has no channels";
   rig.click(id::Opener + kChannels);
   rig.type("s");
   EXPECT_EQ(opened, "");

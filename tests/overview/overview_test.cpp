@@ -53,6 +53,7 @@ TEST_F(OverviewTest, ShowsEachReceiverWithWhatItTellsAndNothingMore) {
   const OverviewRow secretive = row(unlike::kSecretive), lost = row(unlike::kLost);
   EXPECT_EQ(secretive.mode + secretive.settings + secretive.reading + secretive.squelch, "");
   EXPECT_FALSE(secretive.bar.live);
+  EXPECT_EQ(full.bar.squelch, placeOnBar(-110)) << "where the receiver tells its threshold";
   EXPECT_FALSE(secretive.minute.back().known);
   EXPECT_EQ(lost.frequency, -1);
   rig.receiver().SetRxConnect(unlike::kPlain, false);
@@ -114,6 +115,9 @@ TEST_F(OverviewTest, CopiesASettingAndTakesItBack) {
   EXPECT_EQ(scanner.frequency, 6'070'000);
   EXPECT_EQ(scanner.mode, "AM 9000") << "the nearest filter that it has";
   EXPECT_NE(all().statusLine().find("without AGC Slow"), std::string::npos) << all().statusLine();
+  all().dragOver(unlike::kFull, unlike::kPlain);
+  EXPECT_EQ(all().statusLine(), "Let go to give Plain the setting of Full");
+  all().dragEnded();
   all().copy(unlike::kFull, unlike::kPlain);
   EXPECT_NE(all().statusLine().find("from 1600.000"), std::string::npos);
   all().keyDown('Z', key::CtrlHeld);

@@ -71,6 +71,7 @@ TEST_F(TracesTest, APictureHasLinesGapsMarksAndACursorWithValues) {
   rig.run(std::chrono::seconds(40));
   rig.receiver().SetRxConnect(2, false);
   rig.run(std::chrono::seconds(5));
+  EXPECT_EQ(traces().results().back(), "No link: Apart");
   rig.receiver().SetRxConnect(2, true);
   rig.type("6100\r");
   rig.run(std::chrono::seconds(10));

@@ -205,8 +205,9 @@ class Accessible : public testing::Test {
     };
     constexpr Window kWindows[] = {{L"KelvaneChannel", 10},   {L"KelvaneLog", 9},
                                    {L"KelvaneKnownList", 10}, {L"KelvaneDataView", 7},
-                                   {L"KelvaneSource", 13},    {L"KelvaneMiniHelp", 2}};
-    for (int i = 0; i < 6; ++i) {
+                                   {L"KelvaneSource", 13},    {L"KelvaneMiniHelp", 2},
+                                   {L"KelvaneOverview", 3},   {L"KelvaneTraces", 10}};
+    for (int i = 0; i < 8; ++i) {
       const HWND button = GetDlgItem(panel, id::Opener + i);
       EXPECT_TRUE(wine::eventually([&] { return IsWindowEnabled(button) != 0; })) << i;
       PostMessageW(button, BM_CLICK, 0, 0);

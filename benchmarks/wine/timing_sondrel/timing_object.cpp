@@ -17,12 +17,14 @@ TimingObject::~TimingObject() {
 void TimingObject::deliverEvents() {
   const Hz tuned = tuned_.exchange(0);
   receivers_.deliver(listener(), tuned, metersDue_.exchange(0));
+  if (const LONG level = level_.exchange(0); level != 0) receivers_.level(listener(), level);
 }
 
 void TimingObject::run() {
   while (!ending_) {
     if (WaitForSingleObject(timing_.request(), beat()) != WAIT_OBJECT_0) continue;
     if (const Hz wanted = timing_->wanted.exchange(0); wanted > 0) tuned_ = wanted;
+    if (const LONG level = timing_->level.exchange(0); level != 0) level_ = level;
     host_.wake();
   }
 }

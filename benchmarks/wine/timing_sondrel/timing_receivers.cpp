@@ -37,6 +37,12 @@ void TimingReceivers::deliver(ReceiverListener& to, Hz tuned, LONG meters) {
   for (LONG i = 0; i < meters; ++i) meter(to);
 }
 
+void TimingReceivers::level(ReceiverListener& to, Long dBm) {
+  board_.levelAt = counter();
+  to.RxSMtUpdated(0, 0, 0, dBm, "S5");
+  ++board_.levels;
+}
+
 void TimingReceivers::meter(ReceiverListener& to) {
   const LONG number = meters_++;
   const auto rx = static_cast<Index>(number % kMostReceivers);

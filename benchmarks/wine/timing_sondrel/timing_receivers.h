@@ -21,6 +21,9 @@ class TimingReceivers final : public fakes::BareReceivers {
   /// many meter events.
   void deliver(ReceiverListener& to, Hz tuned, LONG meters);
 
+  /// Raises one level of receiver 0, dBm.
+  void level(ReceiverListener& to, Long dBm);
+
   /// Opens all links; the first receiver reports last, and is the one that the panel then shows.
   Answer<Count> OpenRxConfig(Text, Long) override;
   Answer<Count> GetRxCount() override { return Count{kMostReceivers}; }
