@@ -42,6 +42,7 @@ class WatchedPanel {
  private:
   HWND open(WORD key, const wchar_t* windowClass, int left, int top);
   double share() const;
+  void scrolling(HWND traces) const;
   void answers(HWND window, const std::string& name) const;
   COLORREF barPixel() const;
 
@@ -57,8 +58,7 @@ COLORREF WatchedPanel::barPixel() const {
   RECT bar{};
   GetWindowRect(panel_.control(id::Meter), &bar);
   const HDC screen = GetDC(nullptr);
-  const COLORREF pixel =
-      GetPixel(screen, bar.left + (bar.right - bar.left) * 51 / 100, bar.top + 7);
+  const COLORREF pixel = GetPixel(screen, bar.left + (bar.right - bar.left) / 2, bar.top + 8);
   ReleaseDC(nullptr, screen);
   return pixel;
 }
@@ -117,8 +117,22 @@ void WatchedPanel::load() {
     SendMessageW(GetDlgItem(traces, id::TraceLonger), BM_CLICK, 0, 0);
   print({"the same with 24 hours in the trace: more", share() - alone, "% of a core",
          "the most it should be", 10, 1});
+  scrolling(traces);
   must(IsWindowVisible(rows) && IsWindowVisible(traces), "both windows");
   timing_->meterRate = 0;
+}
+
+/// A button that scrolls answers when the picture has been drawn.
+void WatchedPanel::scrolling(HWND traces) const {
+  Latencies times;
+  for (int i = 0; i < kLevels; ++i) {
+    const LONG64 pressed = counter();
+    SendMessageW(GetDlgItem(traces, i % 2 ? id::TraceOn : id::TraceBack), BM_CLICK, 0, 0);
+    times.add(microseconds(counter() - pressed));
+    Sleep(10);
+  }
+  times.printRows("the same: 24 hours scrolled by a button, to the drawn picture", "us", "a frame",
+                  kFrame);
 }
 
 /// How soon the window answers meanwhile.

@@ -200,12 +200,19 @@ void Traces::toggleVisible(Index rx) {
   ++changes_;
 }
 
-std::string Traces::spanWords() const { return kSpans[span_].words; }
+std::string Traces::statusLine() const {
+  if (!said_.empty()) return said_;
+  const std::string words = std::string(kSpans[span_].words) + " shown";
+  if (!end_) return words;
+  const WallTime utc = services_.watch.clock().utc(*end_);
+  return words + ", up to " + utcDay(utc) + " " + utcTime(utc, Precision::Seconds) + " UTC";
+}
 
 void Traces::zoom(int direction) {
   const auto wanted = static_cast<int>(span_) + direction;
   span_ = static_cast<std::size_t>(std::clamp(wanted, 0, static_cast<int>(kSpans.size()) - 1));
   services_.settings.writeNumber("TracesSpan", static_cast<std::int32_t>(span_));
+  said_.clear();
   ++changes_;
 }
 
@@ -215,6 +222,7 @@ void Traces::pause(bool paused) {
   } else {
     end_.reset();
   }
+  said_.clear();
   ++changes_;
 }
 
@@ -226,6 +234,7 @@ void Traces::scroll(int direction) {
   end_ = std::max(wanted, now - LevelHistory::kKept + span);
   // The present has gone on since he went back: less than a step away is there.
   if (*end_ >= now || (direction > 0 && now - *end_ < step)) end_.reset();
+  said_.clear();
   ++changes_;
 }
 

@@ -80,7 +80,6 @@ class Traces {
   // What is shown.
   bool visible(Index rx) const { return visible_[rx]; }
   void toggleVisible(Index rx);
-  std::string spanWords() const;
   void zoom(int direction);  ///< 1 shows a longer time
   bool paused() const { return end_.has_value(); }
   void pause(bool paused);
@@ -118,7 +117,8 @@ class Traces {
   std::string askPictureName();
   /// Saves a picture's bytes; with none, says why there are none.
   void savePicture(const std::string& name, std::string bytes, const std::string& why);
-  const std::string& said() const { return said_; }
+  /// The last line: what was done last, else what is shown.
+  std::string statusLine() const;
   void say(std::string words);
   /// Hears how the saving of a file ended.
   void tick();
@@ -156,7 +156,7 @@ class Traces {
   LevelScale scale_;
   Index reference_ = 0;
   unsigned changes_ = 0;
-  std::string said_;
+  std::string said_;  ///< of what was done, until another time is shown
   /// How a file was saved, told by the thread that wrote it.
   struct Saved {
     std::mutex mutex;

@@ -112,7 +112,7 @@ void OverviewWindow::refresh() {
     InvalidateRect(window(), nullptr, FALSE);
   }
   for (int row = 0; row < count; ++row) showRow(row, overview_.row(static_cast<Index>(row)));
-  setButton(id::AllOnTop, overview_.onTop() ? "On &top: yes" : "Keep on &top", overview_.onTop());
+  setToggle(id::AllOnTop, "Keep on &top", overview_.onTop());
   EnableWindow(item(id::AllTakeBack), overview_.canTakeBack());
   showStatus();
 }

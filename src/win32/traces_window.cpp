@@ -20,7 +20,7 @@ namespace {
 
 constexpr wchar_t kPlotClass[] = L"KelvaneTracePlot";
 constexpr int kTracesWidth = 990, kTracesHeight = 480;
-constexpr int kTraceButton = 26, kTraceGap = 6, kTraceEdge = 8, kLineHeight = 18;
+constexpr int kTraceButton = 26, kTraceGap = 6, kTraceEdge = 8, kLineHeight = 15;
 /// What is compared changes with each second.
 constexpr ULONGLONG kResultsTime = 500;
 
@@ -129,7 +129,7 @@ void TracesWindow::layOut(int width, int height) {
   };
   row(kLowerButtons, height - step);
   row(kUpperButtons, height - 2 * step);
-  const int lines = static_cast<int>(results_.size()) + 1;
+  const int lines = std::max(static_cast<int>(results_.size()), 2);
   const int results = height - 2 * step - px(kTraceGap) - px(kLineHeight) * lines;
   place(id::TraceResults, edge, results, width - 2 * edge, px(kLineHeight) * lines);
   place(id::TracePlot, 0, step + px(kTraceGap), width,
@@ -164,28 +164,26 @@ void TracesWindow::showButtons() {
     const double offset = traces_.offset(rx);
     std::string text = "&" + std::to_string(rx + 1) + " " + traces_.name(rx);
     if (offset != 0) text += " " + signedDecibels(offset);
-    setButton(id::TraceReceiver + rx, text, traces_.visible(rx));
+    setToggle(id::TraceReceiver + rx, text, traces_.visible(rx));
   }
-  setButton(id::TracePause, traces_.paused() ? "R&un" : "Pa&use", traces_.paused());
-  const bool automatic = traces_.automaticScale();
-  setButton(id::TraceScale, automatic ? "&Auto scale" : "Fixed sc&ale", automatic);
-  setButton(id::TracePeak, "&Peak", traces_.showsPeak());
-  setButton(id::TraceMean, "&Mean", traces_.showsMean());
+  setButton(id::TracePause, traces_.paused() ? "R&un" : "Pa&use");
+  setButton(id::TraceScale, traces_.automaticScale() ? "&Auto scale" : "Fixed sc&ale");
+  setToggle(id::TracePeak, "&Peak", traces_.showsPeak());
+  setToggle(id::TraceMean, "&Mean", traces_.showsMean());
   const bool any = traces_.receivers() > 0;
-  setButton(id::TraceReference, any ? "&Compare " + traces_.name(traces_.reference()) : "&Compare",
-            false);
-  setButton(id::TraceCompared, "O&ver " + traces_.comparedWords(), false);
-  setButton(id::TraceRecord, traces_.recording() ? "&Recording" : "&Record", traces_.recording());
+  setButton(id::TraceReference, any ? "&Compare " + traces_.name(traces_.reference()) : "&Compare");
+  setButton(id::TraceCompared, "O&ver " + traces_.comparedWords());
+  setToggle(id::TraceRecord, "&Record", traces_.recording());
 }
 
 void TracesWindow::showResults() {
   const ULONGLONG now = GetTickCount64();
-  const bool told = results_.size() > 0 && results_.back() == traces_.said();
+  const std::string status = traces_.statusLine();
+  const bool told = results_.size() > 0 && results_.back() == status;
   if (now - resultsAt_ < kResultsTime && told && !stale_) return;
   resultsAt_ = now;
   std::vector<std::string> lines = traces_.results();
-  const std::string& said = traces_.said();
-  lines.push_back(!said.empty() ? said : traces_.spanWords() + " shown");
+  lines.push_back(status);
   if (lines == results_) return;
   const bool other = lines.size() != results_.size();
   results_ = std::move(lines);

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "base/text.h"
+#include "gui/win32/accessible.h"
 #include "gui/win32/common_controls.h"
 #include "gui/win32/text_size.h"
 #include "gui/win32/window_barrier.h"
@@ -125,16 +127,20 @@ HWND ViewWindow::addButton(int id, std::string_view text, std::string_view tip) 
   return button;
 }
 
-void ViewWindow::setButton(int id, const std::string& text, bool on) {
-  const HWND button = item(id);
-  const bool changed = std::exchange(on_[id], on) != on;
+void ViewWindow::setButton(int id, const std::string& text) {
   const std::wstring words = wide(text);
-  if (windowText(button) != words) {
-    SetWindowTextW(button, words.c_str());
-  } else if (!changed) {
-    return;
-  }
-  InvalidateRect(button, nullptr, FALSE);
+  if (windowText(item(id)) == words) return;
+  SetWindowTextW(item(id), words.c_str());
+  InvalidateRect(item(id), nullptr, FALSE);
+}
+
+void ViewWindow::setToggle(int id, const std::string& text, bool on) {
+  const bool known = on_.contains(id);
+  const bool changed = std::exchange(on_[id], on) != on || !known;
+  if (!changed && windowText(item(id)) == wide(text)) return;
+  setButton(id, text);
+  speakAs(item(id), spokenCaption(text) + (on ? ", on" : ", off"));
+  InvalidateRect(item(id), nullptr, FALSE);
 }
 
 void ViewWindow::place(int id, int left, int top, int width, int height) const {
@@ -203,6 +209,10 @@ void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
     RoundRect(dc, area.left + 1, area.top + 1, area.right - 1, area.bottom - 1, px(5), px(5));
   SelectObject(dc, pen);
   SelectObject(dc, brush);
+  // What is on has a line as well: its ground alone would say so by colour.
+  if (on != on_.end() && on->second)
+    fill({area.left + px(8), area.bottom - px(5), area.right - px(8), area.bottom - px(3)},
+         resolved(palette().contrast ? c.onSelection : c.accent));
   SetBkMode(dc, TRANSPARENT);
   const Colour ink = disabled                     ? palette().contrast ? c.faint : c.quiet
                      : palette().contrast && down ? c.onSelection

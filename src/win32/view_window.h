@@ -66,8 +66,10 @@ class ViewWindow {
 
   /// A flat button; `id` is its control's. `text` may mark a letter for Alt.
   HWND addButton(int id, std::string_view text, std::string_view tip);
-  /// Another text; "on" is drawn as a button that is down.
-  void setButton(int id, const std::string& text, bool on);
+  /// Another text.
+  void setButton(int id, const std::string& text);
+  /// The same for one that stays down while what it stands for is on: drawn and spoken so.
+  void setToggle(int id, const std::string& text, bool on);
   void place(int id, int left, int top, int width, int height) const;
   HWND item(int id) const { return GetDlgItem(window_, id); }
   int widthOf(std::string_view text, HFONT font) const;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "overview/traces.h"
 #include "tests/fakes/noting_receivers.h"
 #include "tests/fakes/panel_rig.h"
@@ -147,6 +149,37 @@ TEST_F(OverviewTest, SaysWhoTunedLast) {
   rig.run(milliseconds(3000));
   EXPECT_EQ(movedBy(unlike::kPlain), "radio or program");
   EXPECT_EQ(movedBy(unlike::kFull), "follows Plain");
+}
+
+TEST(OverviewAndSet, EventsOfAReceiverThatIsGoneBelongToNoneThatComes) {
+  PanelRig rig("[Receiver]\nName=A\nMemories=a\n[Receiver]\nName=B\nMemories=b\n");
+  rig.start();
+  rig.press(key::F7);
+  Overview& all = *rig.dialogs.overview;
+  RxEvents& events = rig.panel->receiverEvents();
+  const auto change = [&](const std::string& receivers) {
+    rig.sondrel.configure(receivers);
+    events.DrvUpdated(rig.sondrel.core.OpenRxConfig("Kelvane", 0));
+    rig.run(milliseconds(100));
+  };
+  change("[Receiver]\nName=A\nMemories=a\n");
+  for (const Index rx : {1, 7, 8, -1, 32767}) {
+    events.RxSMtUpdated(rx, 0, 0, -30, "S9+43");
+    events.RxFrqUpdated(rx, 6'070'000, 1);
+    events.RxFrqUpdated(rx, 7'070'000, 1);
+    events.RxSqlUpdated(rx, 1, -90);
+    events.RxConnState(rx, 1003);
+  }
+  rig.run(milliseconds(2000));
+  EXPECT_EQ(all.rows(), 1);
+  change("[Receiver]\nName=A\nMemories=a\n[Receiver]\nName=New\nMemories=n\nUntold=meter\n");
+  rig.run(milliseconds(2000));
+  ASSERT_EQ(all.rows(), 2);
+  const OverviewRow fresh = all.row(1);
+  EXPECT_TRUE(fresh.online);
+  EXPECT_EQ(fresh.reading + fresh.movedBy, "");
+  EXPECT_FALSE(fresh.bar.live);
+  EXPECT_FALSE(std::ranges::any_of(fresh.minute, &OverviewRow::Second::known));
 }
 
 TEST(OverviewAndSet, WhatIsKeptStaysWithItsReceiver) {

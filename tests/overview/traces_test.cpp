@@ -97,6 +97,11 @@ TEST_F(TracesTest, APictureHasLinesGapsMarksAndACursorWithValues) {
   EXPECT_FALSE(traces().paused()) << "at the present it runs on";
   traces().scroll(-1);
   EXPECT_LT(traces().version(600).to, before.to);
+  EXPECT_TRUE(traces().statusLine().starts_with("1 min shown, up to ")) << traces().statusLine();
+  traces().say("done");
+  EXPECT_EQ(traces().statusLine(), "done");
+  traces().pause(false);
+  EXPECT_EQ(traces().statusLine(), "1 min shown");
 }
 
 TEST_F(TracesTest, RecordsWholeLinesAndKeepsTheComputerAwake) {
@@ -131,7 +136,7 @@ TEST_F(TracesTest, SavesWhatIsShownAsTextAndSaysHowThatEnded) {
   rig.finishWriting();
   rig.run(std::chrono::seconds(1));
   EXPECT_TRUE(wholeLines(readFile(file, 1 << 24).value_or("nothing")));
-  EXPECT_TRUE(traces().said().starts_with("Saved ")) << traces().said();
+  EXPECT_TRUE(traces().statusLine().starts_with("Saved ")) << traces().statusLine();
   std::string line;
   appendLevelLine(line, 951'782'400'007, csvName("A,\"b\""), -1, -735);
   EXPECT_EQ(line, "2000-02-29T00:00:00.007Z,\"A,\"\"b\"\"\",,-73.5\r\n");
@@ -154,7 +159,7 @@ TEST(LevelRecorder, AFullDiskStopsItOnceAndNothingElse) {
   rig.run(std::chrono::seconds(5));
   EXPECT_FALSE(traces.recording());
   EXPECT_FALSE(rig.keptAwake);
-  EXPECT_EQ(traces.said(), "Levels are not recorded any more: the disk is full");
+  EXPECT_EQ(traces.statusLine(), "Levels are not recorded any more: the disk is full");
   EXPECT_EQ(rig.dialogs.tracesShown, shown + 1) << "told once";
   const fs::path file = fs::directory_iterator(rig.folder() / "levels")->path();
   EXPECT_TRUE(readFile(file, 1 << 24).value_or("").ends_with("\r\n")) << "no part of a line";
