@@ -156,7 +156,7 @@ TEST(OverviewAndSet, EventsOfAReceiverThatIsGoneBelongToNoneThatComes) {
   rig.start();
   rig.press(key::F7);
   Overview& all = *rig.dialogs.overview;
-  RxEvents& events = rig.panel->receiverEvents();
+  ReceiverListener& events = rig.panel->receiverEvents();
   const auto change = [&](const std::string& receivers) {
     rig.sondrel.configure(receivers);
     events.DrvUpdated(rig.sondrel.core.OpenRxConfig("Kelvane", 0));
