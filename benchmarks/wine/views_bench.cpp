@@ -125,10 +125,15 @@ void WatchedPanel::load() {
 /// A button that scrolls answers when the picture has been drawn.
 void WatchedPanel::scrolling(HWND traces) const {
   Latencies times;
-  for (int i = 0; i < kLevels; ++i) {
+  const auto press = [traces](int i) {
     const LONG64 pressed = counter();
     SendMessageW(GetDlgItem(traces, i % 2 ? id::TraceOn : id::TraceBack), BM_CLICK, 0, 0);
-    times.add(microseconds(counter() - pressed));
+    return microseconds(counter() - pressed);
+  };
+  // The first ones take the keyboard from the plot.
+  for (int i = 0; i < 4; ++i) press(i);
+  for (int i = 0; i < kLevels; ++i) {
+    times.add(press(i));
     Sleep(10);
   }
   times.printRows("the same: 24 hours scrolled by a button, to the drawn picture", "us", "a frame",

@@ -136,7 +136,7 @@ void OverviewWindow::paintRow(HWND window, int number) {
   RECT moved = cell(at.moved, at.end);
   write(moved, row.movedBy, Font::Normal, c.quiet);
   if (number == target_) return paintTarget(on);
-  if (GetFocus() == window) {
+  if (number == typing_) {
     SetDCPenColor(on.dc(), resolved(c.focus));
     const HGDIOBJ pen = SelectObject(on.dc(), GetStockObject(DC_PEN));
     const HGDIOBJ brush = SelectObject(on.dc(), GetStockObject(NULL_BRUSH));

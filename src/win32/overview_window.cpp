@@ -113,7 +113,7 @@ void OverviewWindow::refresh() {
   }
   for (int row = 0; row < count; ++row) showRow(row, overview_.row(static_cast<Index>(row)));
   setToggle(id::AllOnTop, "Keep on &top", overview_.onTop());
-  EnableWindow(item(id::AllTakeBack), overview_.canTakeBack());
+  setEnabled(id::AllTakeBack, overview_.canTakeBack());
   showStatus();
 }
 
@@ -143,9 +143,9 @@ void OverviewWindow::showRow(int number, const OverviewRow& now) {
       changed(cell(at.frequency, at.mode));
     if (was.mode != now.mode || was.settings != now.settings) changed(cell(at.mode, at.station));
     if (was.station != now.station) changed(cell(at.station, at.level));
-    if (was.bar != now.bar) changed(cell(at.level, at.reading));
-    if (was.reading != now.reading || was.squelch != now.squelch || was.level != now.level)
-      changed(cell(at.reading, at.minute));
+    // What changes most lies side by side: one piece of the window.
+    const bool words = was.reading != now.reading || was.squelch != now.squelch;
+    if (words || was.bar != now.bar) changed(cell(at.level, words ? at.minute : at.reading));
     if (was.minute != now.minute) changed(cell(at.minute, at.moved));
     if (was.movedBy != now.movedBy) changed(cell(at.moved, at.end));
   }
@@ -240,6 +240,7 @@ bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lPa
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       if (message == WM_SETFOCUS) overview_.focus(row);
+      typing_ = message == WM_SETFOCUS ? row : -1;
       InvalidateRect(window, nullptr, FALSE);
       return refresh(), true;
     case WM_LBUTTONDOWN:

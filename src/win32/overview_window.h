@@ -64,6 +64,7 @@ class OverviewWindow : public ViewWindow {
   std::vector<Row> rows_;
   HFONT digits_ = nullptr;
   std::string status_;
+  int typing_ = -1;   ///< the row that has the keyboard
   int pressed_ = -1;  ///< the row that the mouse button went down on
   bool dragging_ = false;
   int target_ = -1;  ///< the other row that a dragged one would be dropped on

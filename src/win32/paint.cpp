@@ -1,5 +1,7 @@
 #include "win32/paint.h"
 
+#include <algorithm>
+
 namespace kelvane::win32 {
 
 namespace {
@@ -61,8 +63,11 @@ Painting::Painting(HWND window) : window_(window) {
   BeginPaint(window, &paint_);
   GetClientRect(window, &area_);
   memory_ = CreateCompatibleDC(paint_.hdc);
-  bitmap_ = CreateCompatibleBitmap(paint_.hdc, area_.right, area_.bottom);
+  const RECT& seen = paint_.rcPaint;
+  bitmap_ = CreateCompatibleBitmap(paint_.hdc, std::max<int>(seen.right - seen.left, 1),
+                                   std::max<int>(seen.bottom - seen.top, 1));
   before_ = SelectObject(memory_, bitmap_);
+  SetWindowOrgEx(memory_, seen.left, seen.top, nullptr);
   SetBkMode(memory_, TRANSPARENT);
 }
 

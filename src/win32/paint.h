@@ -11,8 +11,8 @@ namespace kelvane::win32 {
 void paintLine(HWND window, const std::wstring& text, HFONT font, COLORREF colour, COLORREF ground,
                UINT align);
 
-/// One painting of a window into a bitmap of its own size, put on the screen in one go when it
-/// ends.
+/// One painting of a window into a bitmap, put on the screen in one go when it ends. The bitmap is
+/// as large as what will be seen of it; places are the window's own.
 class Painting {
  public:
   explicit Painting(HWND window);

@@ -124,23 +124,30 @@ HWND ViewWindow::addButton(int id, std::string_view text, std::string_view tip) 
       0, window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program(), nullptr);
   common_controls::setSubclass(button, buttonProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
   tips_->set(button, std::string(tip));
+  buttons_[id] = {button, std::string(text), {}, true};
   return button;
 }
 
 void ViewWindow::setButton(int id, const std::string& text) {
-  const std::wstring words = wide(text);
-  if (windowText(item(id)) == words) return;
-  SetWindowTextW(item(id), words.c_str());
-  InvalidateRect(item(id), nullptr, FALSE);
+  Button& button = buttons_[id];
+  if (button.text == text) return;
+  button.text = text;
+  SetWindowTextW(button.window, wide(text).c_str());
+  InvalidateRect(button.window, nullptr, FALSE);
 }
 
 void ViewWindow::setToggle(int id, const std::string& text, bool on) {
-  const bool known = on_.contains(id);
-  const bool changed = std::exchange(on_[id], on) != on || !known;
-  if (!changed && windowText(item(id)) == wide(text)) return;
+  Button& button = buttons_[id];
+  if (button.text == text && button.on == on) return;
   setButton(id, text);
-  speakAs(item(id), spokenCaption(text) + (on ? ", on" : ", off"));
-  InvalidateRect(item(id), nullptr, FALSE);
+  button.on = on;
+  speakAs(button.window, spokenCaption(text) + (on ? ", on" : ", off"));
+  InvalidateRect(button.window, nullptr, FALSE);
+}
+
+void ViewWindow::setEnabled(int id, bool enabled) {
+  Button& button = buttons_[id];
+  if (std::exchange(button.enabled, enabled) != enabled) EnableWindow(button.window, enabled);
 }
 
 void ViewWindow::place(int id, int left, int top, int width, int height) const {
@@ -188,8 +195,9 @@ void ViewWindow::paintItem(const DRAWITEMSTRUCT& draw) const {
 
 void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
   const Colours& c = colours();
-  const auto on = on_.find(static_cast<int>(draw.CtlID));
-  const bool down = (draw.itemState & ODS_SELECTED) != 0 || (on != on_.end() && on->second);
+  const auto button = buttons_.find(static_cast<int>(draw.CtlID));
+  const bool on = button != buttons_.end() && button->second.on.value_or(false);
+  const bool down = (draw.itemState & ODS_SELECTED) != 0 || on;
   const HDC dc = draw.hDC;
   RECT area = draw.rcItem;
   const auto fill = [dc](const RECT& rect, COLORREF colour) {
@@ -210,7 +218,7 @@ void ViewWindow::paintButton(const DRAWITEMSTRUCT& draw) const {
   SelectObject(dc, pen);
   SelectObject(dc, brush);
   // What is on has a line as well: its ground alone would say so by colour.
-  if (on != on_.end() && on->second)
+  if (on)
     fill({area.left + px(8), area.bottom - px(5), area.right - px(8), area.bottom - px(3)},
          resolved(palette().contrast ? c.onSelection : c.accent));
   SetBkMode(dc, TRANSPARENT);

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -71,6 +72,7 @@ class ViewWindow {
   /// The same for one that stays down while what it stands for is on: drawn and spoken so.
   void setToggle(int id, const std::string& text, bool on);
   void place(int id, int left, int top, int width, int height) const;
+  void setEnabled(int id, bool enabled);
   HWND item(int id) const { return GetDlgItem(window_, id); }
   int widthOf(std::string_view text, HFONT font) const;
   void setOnTop(bool onTop) const;
@@ -101,7 +103,14 @@ class ViewWindow {
   UINT dpi_ = 96;
   std::unique_ptr<Fonts> fonts_;
   std::unique_ptr<ToolTips> tips_;
-  std::map<int, bool> on_;  ///< buttons that are down
+  /// What a button was told last: the system is not asked twenty times a second.
+  struct Button {
+    HWND window = nullptr;
+    std::string text;
+    std::optional<bool> on;  ///< none for one that does not stay down
+    bool enabled = true;
+  };
+  std::map<int, Button> buttons_;
   bool placed_ = false;
 };
 
