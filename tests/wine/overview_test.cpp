@@ -54,7 +54,7 @@ TEST_F(AllReceivers, AreTunedByTheWheelAndCopiedByDragging) {
   ASSERT_TRUE(says(1, "14200.000 kHz")) << row(1);
   const POINT second = frequencyOf(1);
   pointAt(second.x, second.y);
-  panel_->turnWheel(120);
+  panel_->turnWheel(-120);
   EXPECT_TRUE(says(1, "14200.500 kHz")) << row(1);
   EXPECT_EQ(panel_->digits(), "  7100000") << "another receiver is shown";
 
