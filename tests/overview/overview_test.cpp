@@ -55,7 +55,10 @@ TEST_F(OverviewTest, ShowsEachReceiverWithWhatItTellsAndNothingMore) {
   const OverviewRow secretive = row(unlike::kSecretive), lost = row(unlike::kLost);
   EXPECT_EQ(secretive.mode + secretive.settings + secretive.reading + secretive.squelch, "");
   EXPECT_FALSE(secretive.bar.live);
-  EXPECT_EQ(full.bar.squelch, placeOnBar(-110)) << "where the receiver tells its threshold";
+  rig.panel->receiverEvents().RxSqlUpdated(unlike::kFull, 1, 0);
+  EXPECT_EQ(row(unlike::kFull).bar.squelch, placeOnBar(-150))
+      << "what the receiver answers: an event has 0 for a threshold that it does not know";
+  EXPECT_EQ(row(unlike::kPlain).bar.squelch, placeOnBar(0)) << "of one that is not shown as well";
   EXPECT_FALSE(secretive.minute.back().known);
   EXPECT_EQ(lost.frequency, -1);
   rig.receiver().SetRxConnect(unlike::kPlain, false);
