@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "gui/win32/window_base.h"
 #include "ui/control_events.h"
 #include "ui/main_controls.h"
 #include "ui/press.h"
@@ -12,7 +13,7 @@ namespace kelvane::win32 {
 
 /// One control on the screen: a real window of the kind that its row says, showing the values of a
 /// `Control`, and telling what the hand does to it.
-class Face {
+class Face : private WindowBase<Face> {
  public:
   Face(HWND parent, const ControlRow& row, int element, ControlEvents& events, UINT dpi);
   Face(const Face&) = delete;
@@ -39,7 +40,7 @@ class Face {
   void speak();
 
  private:
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  friend WindowBase<Face>;
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   /// What the mouse does to a control that acts on a click; answers whether that was all.
   bool mouse(UINT message, LPARAM lParam);
@@ -54,7 +55,6 @@ class Face {
   int element_;
   ControlEvents& events_;
   HWND window_;
-  WNDPROC original_ = nullptr;
   Control shown_;
   Press press_;
   HFONT font_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "gui/win32/window_base.h"
 #include "ui/colours.h"
 #include "ui/meter_bar.h"
 #include "win32/fonts.h"
@@ -10,7 +11,7 @@ namespace kelvane::win32 {
 
 /// The panel's meter to look at: bar and scale between the digits and the station. It takes neither
 /// keys nor clicks.
-class MeterStrip {
+class MeterStrip : private WindowBase<MeterStrip> {
  public:
   explicit MeterStrip(HWND parent);
   MeterStrip(const MeterStrip&) = delete;
@@ -23,12 +24,12 @@ class MeterStrip {
   void place(UINT dpi, const Fonts& fonts, const Palette& palette);
 
  private:
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  friend WindowBase<MeterStrip>;
+  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   void paint() const;
   RECT barArea() const;
 
   HWND window_;
-  WNDPROC original_ = nullptr;
   MeterBar shown_;
   bool visible_ = true;
   UINT dpi_ = 96;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "gui/win32/tool_tips.h"
+#include "gui/win32/window_base.h"
 #include "panel/main_window.h"
 #include "win32/face.h"
 #include "win32/meter_strip.h"
@@ -15,7 +16,9 @@ namespace kelvane::win32 {
 
 /// The main window on the screen: makes the controls, forwards what the hand does, and shows the
 /// panel's values, at most once a frame.
-class PanelWindow : public WindowCommands, private ControlEvents {
+class PanelWindow : public WindowCommands,
+                    private ControlEvents,
+                    private WindowBase<PanelWindow> {
  public:
   explicit PanelWindow(HINSTANCE instance);
   ~PanelWindow() override;
@@ -46,7 +49,8 @@ class PanelWindow : public WindowCommands, private ControlEvents {
 
   /// Hears each message that the thread takes, whichever loop and window it is for.
   static LRESULT CALLBACK noteHand(int code, WPARAM wParam, LPARAM lParam);
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  friend WindowBase<PanelWindow>;
+  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   bool command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
   void gotFocus(int control) override;

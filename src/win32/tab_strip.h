@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "gui/win32/window_base.h"
 #include "ui/control.h"
 #include "win32/colours.h"
 #include "win32/fonts.h"
@@ -12,7 +13,7 @@ namespace kelvane::win32 {
 
 /// The receivers' tabs: Windows' tab control, showing the values of a `TabRow`, painted by us. Each
 /// has a disc where its receiver is under remote control, else a ring, and a line for its level.
-class TabStrip {
+class TabStrip : private WindowBase<TabStrip> {
  public:
   explicit TabStrip(HWND parent);
   TabStrip(const TabStrip&) = delete;
@@ -31,8 +32,8 @@ class TabStrip {
   void speak() const;
 
  private:
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                    UINT_PTR, DWORD_PTR self);
+  friend WindowBase<TabStrip>;
+  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   void rebuild();
   void paint() const;
   void paintTab(const class Painting& on, int tab) const;
