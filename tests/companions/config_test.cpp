@@ -47,7 +47,7 @@ TEST(Config, WhatHasNoBoxStaysAsItWasStored) {
   rig.settings.writeNumber("FollowCarrier", 0);
   rig.start();
   rig.open([](Config& config) {
-    for (const int shift : {0, key::ShiftHeld, key::CtrlHeld | key::ShiftHeld})
+    for (const int shift : {0, int{key::ShiftHeld}, key::CtrlHeld | key::ShiftHeld})
       EXPECT_FALSE(config.keyDown(key::Tab, shift)) << "goes from control to control";
     EXPECT_EQ(config.cmdOK_Click(), "");
   });
