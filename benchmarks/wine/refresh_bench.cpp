@@ -47,7 +47,8 @@ struct NoDialogs : PanelDialogs {
   void showHelp(MiniHelp&) override {}
   void showLog(DataLog&) override {}
   void showChannel(ChannelEditor&) override {}
-  void tell(const std::string&) override {}
+  void showOverview(Overview&) override {}
+  void showTraces(Traces&, Keys) override {}
   void showConfig(Config&) override {}
 };
 

@@ -31,8 +31,9 @@ class WindowBase {
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
   }
 
-  /// A control of the system's becomes a window of `self`: what `handle` leaves goes to the control's
-  /// own procedure. Quicker than `watch`, which the system looks up anew with each message.
+  /// A control of the system's becomes a window of `self`: what `handle` leaves goes to the
+  /// control's own procedure. Quicker than `watch`, which the system looks up anew with each
+  /// message.
   static void takeOver(HWND control, Self* self) {
     keep(control, self);
     self->ownProcedure_ = reinterpret_cast<WNDPROC>(

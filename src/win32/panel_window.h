@@ -16,9 +16,7 @@ namespace kelvane::win32 {
 
 /// The main window on the screen: makes the controls, forwards what the hand does, and shows the
 /// panel's values, at most once a frame.
-class PanelWindow : public WindowCommands,
-                    private ControlEvents,
-                    private WindowBase<PanelWindow> {
+class PanelWindow : public WindowCommands, private ControlEvents, private WindowBase<PanelWindow> {
  public:
   explicit PanelWindow(HINSTANCE instance);
   ~PanelWindow() override;

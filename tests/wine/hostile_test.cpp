@@ -143,8 +143,8 @@ void openInstance(IDispatch& object, const std::string& instance) {
                 &arguments, nullptr, nullptr, nullptr);
 }
 
-/// Windows that fail at whatever the operator asks of them, at a timer and at a message of ours: one
-/// of our own, a control that we took over and one that we only listen to.
+/// Windows that fail at whatever the operator asks of them, at a timer and at a message of ours:
+/// one of our own, a control that we took over and one that we only listen to.
 class Failing : private win32::WindowBase<Failing> {
  public:
   Failing() {
