@@ -47,8 +47,7 @@ struct NoDialogs : PanelDialogs {
   void showHelp(MiniHelp&) override {}
   void showLog(DataLog&) override {}
   void showChannel(ChannelEditor&) override {}
-  void showOverview(Overview&) override {}
-  void showTraces(Traces&, Keys) override {}
+  void tell(const std::string&) override {}
   void showConfig(Config&) override {}
 };
 

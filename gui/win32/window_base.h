@@ -31,20 +31,6 @@ class WindowBase {
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
   }
 
-  /// A control of the system's becomes a window of `self`: what `handle` leaves goes to the
-  /// control's own procedure. Quicker than `watch`, which the system looks up anew with each
-  /// message.
-  static void takeOver(HWND control, Self* self) {
-    keep(control, self);
-    self->ownProcedure_ = reinterpret_cast<WNDPROC>(
-        SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
-  }
-
-  /// What the window's own procedure makes of a message.
-  LRESULT ownAnswer(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const {
-    return CallWindowProcW(ownProcedure_, window, message, wParam, lParam);
-  }
-
   /// The object that hears the window's messages, null where there is none.
   static Self* of(HWND window) {
     return reinterpret_cast<Self*>(GetWindowLongPtrW(window, GWLP_USERDATA));
@@ -56,13 +42,12 @@ class WindowBase {
       if (create->lpCreateParams) keep(window, static_cast<Self*>(create->lpCreateParams));
     }
     Self* const self = of(window);
-    const WNDPROC rest = self ? self->ownProcedure_ : DefWindowProcW;
     LRESULT result = 0;
     bool handled = false;
     const bool whole = windowBarrier(
         window, message, [&] { handled = self && self->handle(message, wParam, lParam, result); });
     if (handled || !whole) return whole ? result : 0;
-    return CallWindowProcW(rest, window, message, wParam, lParam);
+    return DefWindowProcW(window, message, wParam, lParam);
   }
 
   /// A control of the system's hears its messages from now on after `member` of `self`, which
@@ -85,8 +70,6 @@ class WindowBase {
     if (handled || !whole) return whole ? result : 0;
     return common_controls::defSubclass(part, message, wParam, lParam);
   }
-
-  WNDPROC ownProcedure_ = DefWindowProcW;  ///< hears what `handle` leaves
 };
 
 }  // namespace kelvane::win32

@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "gui/win32/window_barrier.h"
 #include "win32/accessible.h"
 #include "win32/text.h"
 
@@ -41,12 +42,16 @@ bool takesKeys(Kind kind) { return kind == Kind::Digit || kind == Kind::Keys; }
 
 bool isButton(Kind kind) { return kind == Kind::Toggle || kind == Kind::Button; }
 
+LRESULT CALLBACK ownProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
 }  // namespace
 
 void registerFaceClasses(HINSTANCE instance) {
   for (const wchar_t* name : {kDigitClass, kKeysClass}) {
     WNDCLASSW own{};
-    own.lpfnWndProc = DefWindowProcW;
+    own.lpfnWndProc = ownProcedure;
     own.hInstance = instance;
     own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     own.lpszClassName = name;
@@ -67,7 +72,10 @@ Face::Face(HWND parent, const ControlRow& row, int element, ControlEvents& event
                             at.top, at.right - at.left, at.bottom - at.top, parent,
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id())),
                             GetModuleHandleW(nullptr), nullptr);
-  takeOver(window_, this);
+  // Not by the library of controls, which looks itself up again with every message.
+  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  original_ = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
   if (row.kind == Kind::Panel)
     SetWindowPos(window_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
@@ -124,6 +132,17 @@ void Face::takePlace() const {
                SWP_NOACTIVATE | SWP_NOZORDER);
 }
 
+LRESULT CALLBACK Face::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  auto* const face = reinterpret_cast<Face*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  LRESULT result = 0;
+  bool handled = false;
+  const bool whole = windowBarrier(
+      window, message, [&] { handled = face->handle(message, wParam, lParam, result); });
+  if (!whole) return 0;
+  if (handled) return result;
+  return CallWindowProcW(face->original_, window, message, wParam, lParam);
+}
+
 bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   switch (message) {
     case WM_PAINT:
@@ -157,7 +176,7 @@ bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
       return dropPress(), false;
     case BM_GETSTATE:
       if (!handPressed()) return false;
-      result = ownAnswer(window_, message, wParam, lParam) | BST_PUSHED;
+      result = CallWindowProcW(original_, window_, message, wParam, lParam) | BST_PUSHED;
       return true;
     default:
       return mouse(message, lParam);

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include "gui/win32/window_base.h"
 #include "ui/control_events.h"
 #include "ui/main_controls.h"
 #include "ui/press.h"
@@ -13,7 +12,7 @@ namespace kelvane::win32 {
 
 /// One control on the screen: a real window of the kind that its row says, showing the values of a
 /// `Control`, and telling what the hand does to it.
-class Face : private WindowBase<Face> {
+class Face {
  public:
   Face(HWND parent, const ControlRow& row, int element, ControlEvents& events, UINT dpi);
   Face(const Face&) = delete;
@@ -40,7 +39,7 @@ class Face : private WindowBase<Face> {
   void speak();
 
  private:
-  friend WindowBase<Face>;
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   /// What the mouse does to a control that acts on a click; answers whether that was all.
   bool mouse(UINT message, LPARAM lParam);
@@ -55,6 +54,7 @@ class Face : private WindowBase<Face> {
   int element_;
   ControlEvents& events_;
   HWND window_;
+  WNDPROC original_ = nullptr;
   Control shown_;
   Press press_;
   HFONT font_ = nullptr;

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "gui/win32/window_barrier.h"
 #include "ui/control_ids.h"
 #include "win32/accessible.h"
 #include "win32/colours.h"
@@ -24,7 +25,9 @@ MeterStrip::MeterStrip(HWND parent)
     : window_(CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, parent,
                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::Meter)),
                               GetModuleHandleW(nullptr), nullptr)) {
-  takeOver(window_, this);
+  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  original_ = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
 }
 
 void MeterStrip::show(const MeterBar& bar, bool visible) {
@@ -66,21 +69,19 @@ void MeterStrip::paint() const {
   paintMeterScale(on.dc(), scale, shown_.decibels, font_, colours);
 }
 
-bool MeterStrip::handle(UINT message, WPARAM, LPARAM, LRESULT& result) {
-  switch (message) {
-    case WM_ERASEBKGND:
-      result = 1;
-      return true;
-    case WM_GETOBJECT:
-      // Said when somebody asks, and not twenty times a second.
-      speakAs(window_, spokenBar(shown_));
-      return false;
-    case WM_PAINT:
-      if (palette_) paint();
-      return palette_ != nullptr;
-    default:
-      return false;
-  }
+LRESULT CALLBACK MeterStrip::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto* strip = reinterpret_cast<MeterStrip*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  bool handled = message == WM_ERASEBKGND;
+  const bool whole = windowBarrier(window, message, [&] {
+    // Said when somebody asks, and not twenty times a second.
+    if (message == WM_GETOBJECT) speakAs(window, spokenBar(strip->shown_));
+    if (message != WM_PAINT || !strip->palette_) return;
+    strip->paint();
+    handled = true;
+  });
+  if (!whole) return 0;
+  if (handled) return message == WM_ERASEBKGND;
+  return CallWindowProcW(strip->original_, window, message, wParam, lParam);
 }
 
 }  // namespace kelvane::win32

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include "gui/win32/window_base.h"
 #include "ui/colours.h"
 #include "ui/meter_bar.h"
 #include "win32/fonts.h"
@@ -11,7 +10,7 @@ namespace kelvane::win32 {
 
 /// The panel's meter to look at: bar and scale between the digits and the station. It takes neither
 /// keys nor clicks.
-class MeterStrip : private WindowBase<MeterStrip> {
+class MeterStrip {
  public:
   explicit MeterStrip(HWND parent);
   MeterStrip(const MeterStrip&) = delete;
@@ -24,12 +23,12 @@ class MeterStrip : private WindowBase<MeterStrip> {
   void place(UINT dpi, const Fonts& fonts, const Palette& palette);
 
  private:
-  friend WindowBase<MeterStrip>;
-  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void paint() const;
   RECT barArea() const;
 
   HWND window_;
+  WNDPROC original_ = nullptr;
   MeterBar shown_;
   bool visible_ = true;
   UINT dpi_ = 96;

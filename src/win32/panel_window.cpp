@@ -79,11 +79,12 @@ void keepOnTop(HWND window, bool onTop) {
 PanelWindow::PanelWindow(HINSTANCE instance) {
   registerFaceClasses(instance);
   WNDCLASSW own{};
+  own.lpfnWndProc = procedure;
   own.hInstance = instance;
   own.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
   own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   own.lpszClassName = kPanelClass;
-  registerWindows(own);
+  RegisterClassW(&own);
   window_ = CreateWindowExW(0, kPanelClass, L"Kelvane", kPanelStyle, CW_USEDEFAULT, CW_USEDEFAULT,
                             0, 0, nullptr, nullptr, instance, this);
   SetPropW(window_, kSelf, this);
@@ -187,18 +188,26 @@ LRESULT CALLBACK PanelWindow::noteHand(int code, WPARAM wParam, LPARAM lParam) {
     // Each of the program's windows belongs to the panel.
     const HWND owner = GetAncestor(message.hwnd, GA_ROOTOWNER);
     const auto* self = reinterpret_cast<const PanelWindow*>(GetPropW(owner, kSelf));
-    barrier("noting the operator's hand", [self] {
-      if (self && self->panel_) self->panel_->handMoved();
-    });
+    if (self && self->panel_) self->panel_->handMoved();
   }
   return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-bool PanelWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+LRESULT CALLBACK PanelWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCCREATE) {
+    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
+  }
+  auto* self = reinterpret_cast<PanelWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (message == WM_DESTROY) PostQuitMessage(0);
-  if (!panel_ || !command(message, wParam, lParam, result)) return false;
-  changed();
-  return true;
+  LRESULT result = 0;
+  bool handled = false;
+  const bool whole = windowBarrier(window, message, [&] {
+    handled = self && self->panel_ && self->command(message, wParam, lParam, result);
+    if (handled) self->changed();
+  });
+  if (!whole) return 0;
+  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
 }
 
 bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "gui/win32/tool_tips.h"
-#include "gui/win32/window_base.h"
 #include "panel/main_window.h"
 #include "win32/face.h"
 #include "win32/meter_strip.h"
@@ -16,7 +15,7 @@ namespace kelvane::win32 {
 
 /// The main window on the screen: makes the controls, forwards what the hand does, and shows the
 /// panel's values, at most once a frame.
-class PanelWindow : public WindowCommands, private ControlEvents, private WindowBase<PanelWindow> {
+class PanelWindow : public WindowCommands, private ControlEvents {
  public:
   explicit PanelWindow(HINSTANCE instance);
   ~PanelWindow() override;
@@ -47,8 +46,7 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
 
   /// Hears each message that the thread takes, whichever loop and window it is for.
   static LRESULT CALLBACK noteHand(int code, WPARAM wParam, LPARAM lParam);
-  friend WindowBase<PanelWindow>;
-  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   bool command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
   void gotFocus(int control) override;

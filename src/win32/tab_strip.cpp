@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "gui/win32/common_controls.h"
+#include "gui/win32/window_barrier.h"
 #include "ui/control_ids.h"
 #include "ui/main_controls.h"
 #include "win32/accessible.h"
@@ -26,7 +28,7 @@ TabStrip::TabStrip(HWND parent)
           WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | TCS_FIXEDWIDTH | TCS_FOCUSNEVER | TCS_TOOLTIPS,
           0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::TabStrip)),
           GetModuleHandleW(nullptr), nullptr)) {
-  takeOver(window_, this);
+  common_controls::setSubclass(window_, procedure, 1, reinterpret_cast<DWORD_PTR>(this));
 }
 
 void TabStrip::speak() const { speakAs(window_, "Receivers"); }
@@ -142,10 +144,12 @@ void TabStrip::paintTab(const Painting& on, int index) const {
           DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS);
 }
 
-bool TabStrip::handle(UINT message, WPARAM, LPARAM, LRESULT& result) {
-  if (message == WM_PAINT) paint();
-  if (message == WM_ERASEBKGND) result = 1;
-  return message == WM_PAINT || message == WM_ERASEBKGND;
+LRESULT CALLBACK TabStrip::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                     UINT_PTR, DWORD_PTR self) {
+  const auto* strip = reinterpret_cast<TabStrip*>(self);
+  if (message == WM_ERASEBKGND) return 1;
+  if (message == WM_PAINT && windowBarrier(window, message, [strip] { strip->paint(); })) return 0;
+  return common_controls::defSubclass(window, message, wParam, lParam);
 }
 
 }  // namespace kelvane::win32

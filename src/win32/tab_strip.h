@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "gui/win32/window_base.h"
 #include "ui/control.h"
 #include "win32/colours.h"
 #include "win32/fonts.h"
@@ -13,7 +12,7 @@ namespace kelvane::win32 {
 
 /// The receivers' tabs: Windows' tab control, showing the values of a `TabRow`, painted by us. Each
 /// has a disc where its receiver is under remote control, else a ring, and a line for its level.
-class TabStrip : private WindowBase<TabStrip> {
+class TabStrip {
  public:
   explicit TabStrip(HWND parent);
   TabStrip(const TabStrip&) = delete;
@@ -32,8 +31,8 @@ class TabStrip : private WindowBase<TabStrip> {
   void speak() const;
 
  private:
-  friend WindowBase<TabStrip>;
-  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                    UINT_PTR, DWORD_PTR self);
   void rebuild();
   void paint() const;
   void paintTab(const class Painting& on, int tab) const;

@@ -154,8 +154,7 @@ TEST(Words, CarryLanguageTimesSiteAndTarget) {
       "9420;1800-2400;;G;BBC;A;WAf;w;1;;\r\n"
       "9430;1800-1900;;CHN;CNR 1;M;CHN;b;1;;\r\n"
       "9440;1800-1900;;KRE;Nodong;QX;Xyz;/KOR-zz;1;;\r\n"
-      "9450;1900-2000;;;;;;;1;;\r\n"
-      "9460;1800-1900;USB;G;Volmet;AMD,KHA;Eu;;1;;\r\n");
+      "9450;1900-2000;;;;;;;1;;\r\n");
   EXPECT_EQ(play.shown(9'410'000),
             "BBC - English, French 1800-1900 Mo-Fr Cyprus to the Middle East");
   EXPECT_EQ(play.shown(9'420'000),
@@ -163,9 +162,6 @@ TEST(Words, CarryLanguageTimesSiteAndTarget) {
   EXPECT_EQ(play.shown(9'430'000), "CNR 1 - Mandarin 1800-1900 Beijing, China");
   EXPECT_EQ(play.shown(9'440'000), "Nodong - QX 1800-1900 site zz, South Korea to Xyz");
   EXPECT_EQ(play.shown(9'450'000), " - not on the air now, 1900-2000 ");
-  EXPECT_EQ(play.shown(9'460'000),
-            "Volmet - Amdo Tibetan, Kham Tibetan 1800-1900 United Kingdom to Europe")
-      << "a mode in the place of days";
   EXPECT_EQ(play.core->GetFrqModeName(5).value(), "RTTY");
   EXPECT_EQ(play.core->GetFrqModeName(-1).value(), "");
 }

@@ -42,19 +42,6 @@ TEST(Config, TicksStandForTheOptionsOneByOneAndOkTakesThemOver) {
   }
 }
 
-TEST(Config, WhatHasNoBoxStaysAsItWasStored) {
-  ConfigRig rig;
-  rig.settings.writeNumber("FollowCarrier", 0);
-  rig.start();
-  rig.open([](Config& config) {
-    for (const int shift : {0, int{key::ShiftHeld}, key::CtrlHeld | key::ShiftHeld})
-      EXPECT_FALSE(config.keyDown(key::Tab, shift)) << "goes from control to control";
-    EXPECT_EQ(config.cmdOK_Click(), "");
-  });
-  EXPECT_FALSE(rig.options().OptFollowCarrier);
-  EXPECT_EQ(rig.settings.number("FollowCarrier", -1), 0);
-}
-
 TEST(Config, ColoursChangeWithOkAloneAndAtOnce) {
   ConfigRig rig;
   rig.start();

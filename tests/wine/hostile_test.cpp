@@ -19,7 +19,7 @@
 #include "contract/win32/event_sink.h"
 #include "contract/win32/variant.h"
 #include "gui/win32/dialog_thread.h"
-#include "gui/win32/window_base.h"
+#include "gui/win32/window_barrier.h"
 #include "tests/fakes/recording_listener.h"
 #include "tests/wine/com_support.h"
 
@@ -143,48 +143,13 @@ void openInstance(IDispatch& object, const std::string& instance) {
                 &arguments, nullptr, nullptr, nullptr);
 }
 
-/// Windows that fail at whatever the operator asks of them, at a timer and at a message of ours:
-/// one of our own, a control that we took over and one that we only listen to.
-class Failing : private win32::WindowBase<Failing> {
- public:
-  Failing() {
-    WNDCLASSW type{};
-    type.lpszClassName = L"KelvaneFailing";
-    registerWindows(type);
-    windows[0] = make(L"KelvaneFailing", this);
-    windows[1] = make(L"STATIC", nullptr);
-    takeOver(windows[1], this);
-    windows[2] = make(L"STATIC", nullptr);
-    watch<&Failing::heard>(windows[2], this);
+/// A window that fails at whatever the operator asks of it, and at other messages too.
+LRESULT CALLBACK failing(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != WM_COMMAND && message != WM_APP) {
+    return DefWindowProcW(window, message, wParam, lParam);
   }
-  ~Failing() {
-    for (const HWND window : windows) DestroyWindow(window);
-  }
-
-  std::array<HWND, 3> windows{};
-
- private:
-  friend win32::WindowBase<Failing>;
-  static HWND make(const wchar_t* type, Failing* self) {
-    return CreateWindowExW(0, type, L"words", WS_OVERLAPPED, 0, 0, 9, 9, nullptr, nullptr, nullptr,
-                           self);
-  }
-  bool handle(UINT message, WPARAM, LPARAM, LRESULT&) {
-    if (message == WM_COMMAND || message == WM_TIMER || message == WM_APP) throw std::bad_alloc();
-    return false;
-  }
-  bool heard(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-    return handle(message, wParam, lParam, result);
-  }
-};
-
-int faultsNoted() {
-  const std::string noted = notedFaults();
-  const auto at = noted.find("answering a window's message: there is not enough memory");
-  if (at == noted.npos) return 0;
-  const auto line = noted.substr(at, noted.find('\n', at) - at);
-  const auto times = line.rfind('(');
-  return times == line.npos ? 1 : std::stoi(line.substr(times + 1));
+  win32::windowBarrier(window, message, [] { throw std::bad_alloc(); });
+  return 0;
 }
 
 /// Closes the box that tells of a failure; answers its words.
@@ -225,22 +190,19 @@ TEST_F(HostileScript, MayHandOverWhatItLikes) {
 }
 
 TEST(Hostile, WhatFailsInAWindowIsToldAndGoesNoFurther) {
-  const Failing failing;
-  const int before = faultsNoted();
-  for (const HWND window : failing.windows) {
-    SendMessageW(window, WM_APP, 0, 0);
-    SendMessageW(window, WM_TIMER, 1, 0);
-    wchar_t text[9] = L"";
-    GetWindowTextW(window, text, 9);
-    EXPECT_EQ(narrow(text), "words") << "what it leaves goes on as ever";
-  }
-  EXPECT_EQ(faultsNoted() - before, 6);
+  WNDCLASSW type{};
+  type.lpfnWndProc = failing;
+  type.lpszClassName = L"KelvaneFailing";
+  RegisterClassW(&type);
+  const HWND window = CreateWindowExW(0, type.lpszClassName, L"", WS_OVERLAPPED, 0, 0, 9, 9,
+                                      nullptr, nullptr, nullptr, nullptr);
+  SendMessageW(window, WM_APP, 0, 0);
+  EXPECT_NE(notedFaults().find("answering a window's message: there is not"), std::string::npos);
   EXPECT_EQ(FindWindowW(L"#32770", L"Kelvane"), nullptr) << "nobody asked for anything";
-  for (const HWND window : failing.windows) {
-    auto words = std::async(std::launch::async, closeBox);
-    SendMessageW(window, WM_COMMAND, 1, 0);
-    EXPECT_EQ(words.get(), "That did not succeed: there is not enough memory.");
-  }
+  auto words = std::async(std::launch::async, closeBox);
+  SendMessageW(window, WM_COMMAND, 1, 0);
+  EXPECT_EQ(words.get(), "That did not succeed: there is not enough memory.");
+  DestroyWindow(window);
 }
 
 TEST(Hostile, AThreadOfADialogThatFailsIsHeardOfAndEnds) {

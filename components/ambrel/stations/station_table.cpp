@@ -1,10 +1,8 @@
 #include "components/ambrel/stations/station_table.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <limits>
-#include <numeric>
 #include <utility>
 
 namespace kelvane::ambrel {
@@ -12,22 +10,6 @@ namespace kelvane::ambrel {
 namespace {
 
 bool lower(const ListedRecord& a, const ListedRecord& b) { return a.frequency < b.frequency; }
-
-/// Orders by frequency and else keeps the order, digit by digit: twice as many take twice the time.
-void orderByDigits(std::vector<ListedRecord>& records) {
-  constexpr unsigned kBits = 11;
-  std::vector<ListedRecord> ordered(records.size());
-  for (unsigned shift = 0; shift < 32; shift += kBits) {
-    const auto digit = [shift](const ListedRecord& record) {
-      return static_cast<std::uint32_t>(record.frequency) >> shift & ((1u << kBits) - 1);
-    };
-    std::array<std::size_t, (1u << kBits) + 1> starts{};
-    for (const ListedRecord& record : records) ++starts[digit(record) + 1];
-    std::partial_sum(starts.begin(), starts.end(), starts.begin());
-    for (const ListedRecord& record : records) ordered[starts[digit(record)]++] = record;
-    records.swap(ordered);
-  }
-}
 
 /// Orders by frequency and else keeps the order. Lists come nearly in order: what is out of it is
 /// taken aside, ordered and merged back, so that an ordered list costs one pass.
@@ -44,11 +26,7 @@ void order(std::vector<ListedRecord>& records) {
     }
   }
   if (aside.empty()) return;
-  constexpr std::size_t kFew = 2000;
-  if (aside.size() > kFew)
-    orderByDigits(aside);
-  else
-    std::ranges::stable_sort(aside, lower);
+  std::stable_sort(aside.begin(), aside.end(), lower);
   std::copy(aside.begin(), aside.end(), kept);
   std::inplace_merge(records.begin(), kept, records.end(), lower);
 }

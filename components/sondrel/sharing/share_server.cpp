@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "base/barrier.h"
 #include "base/net_filter.h"
 
 namespace kelvane::sondrel {
@@ -188,8 +187,12 @@ void ShareServer::run() {
       const std::lock_guard lock(mutex_);
       if (stop_) return;
     }
-    // Out of memory: without its programs there is more of it.
-    if (!barrier("serving other programs", [this] { round(); })) clients_.clear();
+    try {
+      round();
+    } catch (...) {
+      // Out of memory: without its programs there is more of it.
+      clients_.clear();
+    }
   }
 }
 

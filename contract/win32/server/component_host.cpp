@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/barrier.h"
 #include "contract/win32/server/type_library.h"
 
 namespace kelvane::com {
@@ -19,23 +20,25 @@ constexpr Instant kFired = Instant::min();
 }  // namespace
 
 ComponentHost::ComponentHost(HostedComponent& component) : component_(component) {
-  WNDCLASSW type{};
+  WNDCLASSEXW type{};
+  type.cbSize = sizeof type;
+  type.lpfnWndProc = procedure;
   type.hInstance = ownModule();
   type.lpszClassName = kClassName;
-  registerWindows(type);
+  RegisterClassExW(&type);  // fails where a sibling in this library has done it already
   window_ = CreateWindowExW(0, kClassName, nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
                             type.hInstance, nullptr);
   if (!window_) {
     throw std::system_error(static_cast<int>(GetLastError()), std::system_category(),
                             "host window");
   }
-  keep(window_, this);
+  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   wake_.emplace(window_, kWake);
 }
 
 ComponentHost::~ComponentHost() {
   wake_.reset();
-  keep(window_, nullptr);
+  SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
   DestroyWindow(window_);
   // The class would outlive the library that holds its procedure. While a sibling's window still
   // uses it this fails, and the sibling does it.
@@ -55,12 +58,18 @@ void ComponentHost::callEnds() {
   setTimer();
 }
 
-bool ComponentHost::handle(UINT message, WPARAM, LPARAM, LRESULT&) {
-  if (message != kWake && message != WM_TIMER) return false;
-  const ComPtr<IUnknown> alive(&component_.identity());
-  if (message == WM_TIMER) timerDue_ = kFired;
-  takeTurn();
-  return true;
+LRESULT CALLBACK ComponentHost::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  auto* host = reinterpret_cast<ComponentHost*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (!host || (message != kWake && message != WM_TIMER)) {
+    return DefWindowProcW(window, message, wparam, lparam);
+  }
+  const ComPtr<IUnknown> alive(&host->component_.identity());
+  // What is left of a turn that failed is for the next one.
+  barrier("a turn of the component", [&] {
+    if (message == WM_TIMER) host->timerDue_ = kFired;
+    host->takeTurn();
+  });
+  return 0;
 }
 
 void ComponentHost::takeTurn() {

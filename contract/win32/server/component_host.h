@@ -8,7 +8,6 @@
 #include "contract/win32/com.h"
 #include "contract/win32/com_ptr.h"
 #include "contract/win32/server/face.h"
-#include "gui/win32/window_base.h"
 
 namespace kelvane::com {
 
@@ -29,7 +28,7 @@ class HostedComponent {
 /// wake-up, and a tick when one is due. Nothing is delivered while a caller is inside the
 /// component, even when the call runs a message loop of its own (a dialog): that waits for the
 /// call's end.
-class ComponentHost final : public CallWatch, private win32::WindowBase<ComponentHost> {
+class ComponentHost final : public CallWatch {
  public:
   /// Throws std::system_error where the system has no window left.
   explicit ComponentHost(HostedComponent& component);
@@ -44,9 +43,7 @@ class ComponentHost final : public CallWatch, private win32::WindowBase<Componen
   void callEnds() override;
 
  private:
-  friend win32::WindowBase<ComponentHost>;
-  bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
-  /// What is left of a turn that failed is for the next one.
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM, LPARAM);
   void takeTurn();
   void setTimer();
 
