@@ -154,6 +154,7 @@ void OverviewWindow::showRow(int number, const OverviewRow& now) {
   if (spoken == row.spoken) return;
   row.spoken = std::move(spoken);
   SetWindowTextW(row.window, wide(row.spoken).c_str());
+  speakAs(row.window, row.spoken);
 }
 
 void OverviewWindow::command(int id) {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "gui/win32/accessible.h"
 #include "overview/trace_lines.h"
 #include "win32/text.h"
 #include "win32/traces_window.h"
@@ -52,7 +53,10 @@ void TracesWindow::drawPlot() {
   drawCursor(frame, area);
   std::string spoken = frame.cursor < 0 ? "Levels of the receivers" : "";
   for (const std::string& words : frame.cursorWords) spoken += (spoken.empty() ? "" : ", ") + words;
-  if (std::exchange(spoken_, spoken) != spoken) SetWindowTextW(plot_, wide(spoken).c_str());
+  if (std::exchange(spoken_, spoken) != spoken) {
+    SetWindowTextW(plot_, wide(spoken).c_str());
+    speakAs(plot_, spoken);
+  }
   if (GetFocus() != plot_) return;
   RECT whole{0, 0, canvas_.width(), canvas_.height()};
   SetDCBrushColor(canvas_.dc(), resolved(colours().focus));

@@ -99,6 +99,7 @@ TracesWindow::TracesWindow(HWND owner, Traces& traces)
                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::TracePlot)),
                           GetModuleHandleW(nullptr), this);
   giveRole(plot_, ROLE_SYSTEM_GRAPHIC);
+  speakAs(plot_, "Levels of the receivers");
   makeButtons();
 }
 
