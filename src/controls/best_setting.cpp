@@ -90,10 +90,16 @@ void BestSetting::showKnown(Hz tuned) {
   const Hz offset = known_ - tuned;
   Text text = frequency_.GetFrqKnownName();
   const Text info = frequency_.GetFrqKnownInfo();
-  if (!info.empty()) text += " - " + info + " " + frequency_.GetFrqKnownExtra().value();
+  if (!info.empty()) text += " - " + info;
+  // Before what else is known, which may be longer than the line.
+  const char* between = " ";
   for (const Text& more :
-       {frequency_.GetFrqKnownPath().value(), frequency_.GetFrqNextHere().value()})
-    if (!more.empty()) text += "; " + more;
+       {frequency_.GetFrqKnownPath().value(), frequency_.GetFrqNextHere().value()}) {
+    if (more.empty()) continue;
+    text += "; " + more;
+    between = "; ";
+  }
+  if (!info.empty()) text += between + frequency_.GetFrqKnownExtra().value();
   caption(text);
   if (offset != 0) {
     view_.Band.fore = std::abs(offset) > kVeryNear ? kOff : kClose;

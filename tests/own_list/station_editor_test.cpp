@@ -6,6 +6,7 @@
 
 #include "own_list/station_editor.h"
 #include "tests/fakes/panel_rig.h"
+#include "ui/control_ids.h"
 #include "ui/key_codes.h"
 
 namespace kelvane {
@@ -188,6 +189,36 @@ TEST_F(MyStations, WhatAFormCannotHoldIsSaidBeforeItIsWritten) {
   }();
   EXPECT_EQ(again.format, formats::Format::Gqrx);
   EXPECT_EQ(again.taken.size(), 2u);
+}
+
+/// The panel with a schedule, the places of its sites, and the operator's own place.
+TEST(PlaceWords, StandBesideTheStationBeforeWhatElseIsKnown) {
+  fakes::PanelRig rig;
+  const auto load = [&rig](const char* name, const char* text) {
+    const auto file = rig.sondrel.folder.path() / name;
+    std::ofstream(file, std::ios::binary) << text;
+    rig.ambrel.importSchedule(file);
+    while (rig.ambrel.isLoading()) rig.ambrel.deliverEvents();
+  };
+  rig.settings.writeText("Place", "JO21SX");
+  rig.start();
+  load("readme.txt",
+       "IV) Transmitter-site codes.\n   G: Daventry 52N15-01W08 except:\n"
+       "        w-Woofferton 52N19-02W43\n");
+  load("sked-a26.csv",
+       "kHz:75;Time(UTC):93;Days:59;ITU:49;Station:201;Lng:49;Target:62;Remarks:135;P:35;"
+       "Start:60;Stop:60;\r\n9411;0000-2400;;G;BBC;E;Eu;w;1;;\r\n");
+  rig.type("9411\r");
+  rig.run(milliseconds(500));
+  EXPECT_THAT(rig.view().Band.text, HasSubstr("BBC - English 0000-2400; 564 km, 277\u00B0 W; "));
+  EXPECT_THAT(rig.view().Band.text, HasSubstr(" here; Woofferton"));
+  rig.dialogs.inConfig = [](Config& config) {
+    config.placeTyped("nowhere");
+    config.cmdOK_Click();
+  };
+  rig.click(id::ConfigButton);
+  ASSERT_EQ(rig.fileDialogs.boxes.size(), 1u);
+  EXPECT_THAT(rig.fileDialogs.boxes[0], HasSubstr("\"nowhere\" is no place"));
 }
 
 }  // namespace
