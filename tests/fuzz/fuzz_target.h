@@ -42,8 +42,8 @@ inline void promise(bool kept, const std::string& words) {
   }                                                                                   \
   static void name(std::string_view input)
 #else
-#define FUZZ_TARGET(name)                                               \
-  static void name(std::string_view input);                             \
-  static const kelvane::fuzz::Registered name##Registered(#name, name); \
+#define FUZZ_TARGET(name)                                                 \
+  static void name(std::string_view input);                               \
+  static const kelvane::fuzz::Registered name##Registered(#name, ::name); \
   static void name(std::string_view input)
 #endif
