@@ -6,6 +6,7 @@
 
 #include "base/encoding.h"
 #include "components/ambrel/formats/list_format.h"
+#include "components/ambrel/lists/own_file.h"
 #include "contract/modes.h"
 
 namespace kelvane::formats {
@@ -13,6 +14,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Pair;
 
 constexpr Setting kAm = static_cast<Setting>(Mode::Am), kUsb = static_cast<Setting>(Mode::Usb);
 
@@ -116,6 +118,16 @@ TEST(ListFormats, AnyTableIsReadByItsHeadings) {
   EXPECT_EQ(semicolons.taken[0].entry.further[0],
             (std::pair<std::string, std::string>("Antenna", "Loop")));
   EXPECT_EQ(semicolons.taken[1].entry.note, "x");
+  // Columns without a heading or with the same keep what is in them, in our own file too.
+  const Reading nameless = read("kHz,Name,,Site,Site,\n7105,A,x,North,South,y\n");
+  ASSERT_EQ(nameless.taken.size(), 1u);
+  const lists::Entries entries{std::make_shared<const Entry>(nameless.taken[0].entry)};
+  const auto own = lists::readOwnText(writeList(entries, Format::Own).text);
+  ASSERT_EQ(own.entries.size(), 1u);
+  EXPECT_THAT(
+      own.entries[0]->further,
+      testing::UnorderedElementsAre(Pair("Column 3", "x"), Pair("Site", "North"),
+                                    Pair("Site (column 5)", "South"), Pair("Column 6", "y")));
   ASSERT_EQ(semicolons.leftOut.size(), 1u);
   EXPECT_EQ(semicolons.leftOut[0].place, 3u);
   // Hz, kHz and MHz mixed, tabs, no heading.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <set>
 
 #include "base/number.h"
 #include "base/text.h"
@@ -447,6 +448,26 @@ TableShape guessShape(std::string_view text, char delimiter) {
   return shape;
 }
 
+namespace {
+
+/// Names for the columns that this program does not know, each another: a heading may be empty, or
+/// stand there twice.
+std::vector<std::string> columnNames(const TableShape& shape) {
+  std::vector<std::string> names;
+  std::set<std::string> taken;
+  for (std::size_t column = 0; column < shape.headings.size(); ++column) {
+    const std::string number = std::to_string(column + 1);
+    std::string name = lists::oneLine(shape.headings[column]);
+    name = std::string(trimmed(name));
+    if (name.empty()) name = "Column " + number;
+    if (!taken.insert(name).second) taken.insert(name += " (column " + number + ")");
+    names.push_back(std::move(name));
+  }
+  return names;
+}
+
+}  // namespace
+
 Reading readAnyTable(std::string_view text, const TableShape& shape) {
   Reading reading;
   reading.shape = shape;
@@ -454,6 +475,7 @@ Reading readAnyTable(std::string_view text, const TableShape& shape) {
     reading.refusal = "No column of it says a frequency.";
     return reading;
   }
+  const std::vector<std::string> names = columnNames(shape);
   TableRows rows(text, shape.delimiter);
   bool heading = shape.heading;
   while (rows.next()) {
@@ -476,8 +498,7 @@ Reading readAnyTable(std::string_view text, const TableShape& shape) {
     if (shape.heading) {
       for (std::size_t column = 0; column < columns; ++column) {
         if (shape.fields[column] == Field::Ignored && !rows.field(column).empty())
-          taken.entry.further.emplace_back(lists::oneLine(shape.headings[column]),
-                                           rows.field(column));
+          taken.entry.further.emplace_back(names[column], rows.field(column));
       }
     }
     settleTimes(taken.entry);
