@@ -15,6 +15,15 @@ namespace {
 
 namespace rx = sondrel::id;
 
+/// What lies on the clipboard as text; "" where there is none.
+std::string copiedText() {
+  if (OpenClipboard(nullptr) == 0) return {};
+  const auto* text = static_cast<const wchar_t*>(GetClipboardData(CF_UNICODETEXT));
+  const std::wstring copied = text ? text : L"";
+  CloseClipboard();
+  return narrow(copied);
+}
+
 /// The program with a real radio that other programs may tune.
 class Sharing : public testing::Test {
  protected:
@@ -82,6 +91,9 @@ TEST_F(Sharing, ShowsWhoIsThereAndEndsOneOfThem) {
   EXPECT_TRUE(state.starts_with("Shared at 127.0.0.1:" + std::to_string(port) + ": 1 program. " +
                                 "Moved last by 127.0.0.1:"))
       << state;
+  drivers.press(rx::CopyAddress);
+  const std::string address = "127.0.0.1:" + std::to_string(port);
+  EXPECT_TRUE(eventually([&] { return copiedText() == address; })) << copiedText();
   EXPECT_FALSE(IsWindowEnabled(drivers.item(rx::EndProgram))) << "none is selected";
   SetFocus(drivers.item(rx::Programs));
   PostMessageW(drivers.item(rx::Programs), WM_KEYDOWN, VK_DOWN, 0);
