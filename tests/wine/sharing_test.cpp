@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 #include "components/sondrel/win32/dialog_ids.h"
 #include "tests/wine/instance.h"
@@ -75,6 +77,26 @@ TEST_F(Sharing, ServesGenuineClientsAndHoldsThemWhileItsRadioIsGone) {
   EXPECT_TRUE(eventually([&] { return chain.ask("f") == "7060000"; })) << chain.ask("f");
   panel->close();
   EXPECT_EQ(panel->ended(), 0) << "also with programs connected";
+}
+
+TEST_F(Sharing, ServesACrowdAndThoseWhoStayOfIt) {
+  std::vector<std::unique_ptr<LineClient>> crowd;
+  for (int i = 0; i < 40; ++i) {
+    crowd.push_back(std::make_unique<LineClient>(port));
+    ASSERT_EQ(crowd.back()->ask("f"), "7050000") << "program " << i;
+  }
+  const auto allAnswered = [&](const std::string& hertz) {
+    return std::ranges::all_of(crowd,
+                               [&](const auto& program) { return program->ask("f") == hertz; });
+  };
+  EXPECT_TRUE(allAnswered("7050000"));
+  EXPECT_EQ(crowd.front()->ask("F 7060000"), "RPRT 0");
+  EXPECT_TRUE(eventually([&] { return allAnswered("7060000"); }));
+  crowd.resize(5);
+  EXPECT_EQ(crowd.back()->ask("F 7070000"), "RPRT 0");
+  EXPECT_TRUE(eventually([&] { return allAnswered("7070000"); }));
+  panel->close();
+  EXPECT_EQ(panel->ended(), 0);
 }
 
 TEST_F(Sharing, ShowsWhoIsThereAndEndsOneOfThem) {
