@@ -1,3 +1,5 @@
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <chrono>
 #include <fstream>
@@ -104,9 +106,46 @@ void printMemory(int port) {
          "the most it should be", 64, 1});
 }
 
+/// Processor time of all threads of this process but the calling one, in seconds.
+double secondsOfOthers() {
+  const auto of = [](int who) {
+    rusage used{};
+    getrusage(who, &used);
+    const auto seconds = [](const timeval& time) { return time.tv_sec + time.tv_usec / 1e6; };
+    return seconds(used.ru_utime) + seconds(used.ru_stime);
+  };
+  return of(RUSAGE_SELF) - of(RUSAGE_THREAD);
+}
+
+/// 128 programs that ask ten times a second each, one of sixteen at the same moment.
+void printCost(int port) {
+  constexpr int kPrograms = 128, kGroups = 16, kRounds = 5 * 10 * kGroups;
+  constexpr std::chrono::microseconds kPause{1'000'000 / 10 / kGroups};
+  std::vector<std::unique_ptr<SharingProgram>> programs;
+  for (int i = 0; i < kPrograms; ++i) {
+    programs.push_back(std::make_unique<SharingProgram>(port));
+    must(!programs.back()->ask("f").empty(), "an answer");
+  }
+  const double before = secondsOfOthers();
+  const auto start = Clock::now();
+  for (int round = 0; round < kRounds; ++round) {
+    std::this_thread::sleep_until(start + round * kPause);
+    for (int i = round % kGroups; i < kPrograms; i += kGroups) {
+      must(programs[i]->send("f\n"), "a question sent");
+    }
+    for (int i = round % kGroups; i < kPrograms; i += kGroups) {
+      must(!programs[i]->receive().empty(), "an answer");
+    }
+  }
+  const double wall = microseconds(Clock::now() - start) / 1e6;
+  print({"128 programs, 1280 polls a second, natively", 100 * (secondsOfOthers() - before) / wall,
+         "% of a core", "the most it should be", 10, 1});
+}
+
 void run() {
   const Served served;
   printMemory(served.port());
+  printCost(served.port());
   const fakes::RealRigctld rigctld;
   print({"f of a shared receiver, one by one, median", medianOfOne(served.port()), "us",
          "rigctld -m 1", medianOfOne(rigctld.port()), 1.0});

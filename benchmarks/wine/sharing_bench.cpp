@@ -103,6 +103,59 @@ void ask(const Line& line, Latencies& times) {
   }
 }
 
+/// A server that knows nothing and has the same programs: what the system's own calls take. It is a
+/// process of its own, this program again.
+class BareServer {
+ public:
+  explicit BareServer(int port) {
+    wchar_t self[MAX_PATH];
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    std::wstring line = L'"' + std::wstring(self) + L"\" bare " + std::to_wstring(port);
+    STARTUPINFOW how{sizeof how};
+    must(CreateProcessW(self, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &how,
+                        &process_) != 0,
+         "a bare server");
+    Sleep(1000);
+  }
+  ~BareServer() {
+    TerminateProcess(process_.hProcess, 0);
+    CloseHandle(process_.hThread);
+    CloseHandle(process_.hProcess);
+  }
+  BareServer(const BareServer&) = delete;
+  BareServer& operator=(const BareServer&) = delete;
+
+  /// Serves for ever: whoever asks gets back what he sent.
+  static void serve(int port) {
+    WSADATA ignored;
+    WSAStartup(MAKEWORD(2, 2), &ignored);
+    const SOCKET listener = socket(AF_INET, SOCK_STREAM, 0);
+    const sockaddr_in address = loopback(port);
+    must(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+             listen(listener, SOMAXCONN) == 0,
+         "a bare server's port");
+    std::vector<WSAPOLLFD> watched{{listener, POLLRDNORM, 0}};
+    while (WSAPoll(watched.data(), static_cast<ULONG>(watched.size()), -1) > 0) {
+      for (std::size_t i = watched.size(); i-- > 1;) {
+        char bytes[200];
+        if (watched[i].revents == 0) continue;
+        const int size = recv(watched[i].fd, bytes, sizeof bytes, 0);
+        if (size > 0) send(watched[i].fd, bytes, size, 0);
+        if (size <= 0) watched.erase(watched.begin() + static_cast<std::ptrdiff_t>(i));
+      }
+      if (watched[0].revents != 0) {
+        const SOCKET client = accept(listener, nullptr, nullptr);
+        const int on = 1;
+        setsockopt(client, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
+        watched.push_back({client, POLLRDNORM, 0});
+      }
+    }
+  }
+
+ private:
+  PROCESS_INFORMATION process_{};
+};
+
 class Program {
  public:
   Program() {
@@ -143,20 +196,21 @@ class Program {
   void printCost() {
     const double alone = share([] { Sleep(kSeconds * 1000); });
     const double memory = accounts_->memory().made;
-    join();
+    lines_ = joined(ports_);
     const double programs = kReceivers * kPrograms;
     print({"memory for a program that shares",
            (accounts_->memory().made - memory) * 1024 / programs, "KB", "the most it should be", 64,
            1});
     double rate = 0;
-    const double busy = share([&] { rate = poll(kSeconds); });
+    const double busy = share([&] { rate = poll(lines_, kSeconds); });
     constexpr double kWanted = kReceivers * kPrograms * kPolls;
     print({"128 programs: the polls that they get answered", rate, "a second", "those wanted",
            kWanted});
-    print({"128 programs, for 1280 polls a second: the panel's processor time above none",
-           std::max(busy - alone, 0.0) * kWanted / rate, "% of a core", "the most it should be", 10,
-           1});
-    std::thread programsPoll([this] { poll(2 * kSeconds); });
+    const double ours = std::max(busy - alone, 0.0) * kWanted / rate;
+    print({"128 programs, for 1280 polls a second: the panel's processor time above none", ours,
+           "% of a core", "the most it should be", 10, 1});
+    print({"the same", ours, "% of a core", "a bare server", costOfBare() * kWanted});
+    std::thread programsPoll([this] { poll(lines_, 2 * kSeconds); });
     answers().printRows("window's answer with 1280 polls a second", "us", "a frame", kFrame);
     programsPoll.join();
   }
@@ -169,16 +223,30 @@ class Program {
     work();
     return 100 * (accounts_->seconds() - before) / (microseconds(counter() - start) / 1e6);
   }
-  void join() {
+  static std::vector<std::unique_ptr<Line>> joined(const std::array<int, kReceivers>& ports) {
+    std::vector<std::unique_ptr<Line>> lines;
     for (int i = 0; i < kPrograms; ++i) {
-      for (const int port : ports_) lines_.push_back(std::make_unique<Line>(port));
+      for (const int port : ports) lines.push_back(std::make_unique<Line>(port));
     }
-    for (const auto& line : lines_) line->send("f\n");
-    for (const auto& line : lines_) line->receive();
+    for (const auto& line : lines) line->send("f\n");
+    for (const auto& line : lines) line->receive();
+    return lines;
+  }
+  /// Of a bare server with as many programs, for one poll a second.
+  double costOfBare() const {
+    const int port = wine::freePort();
+    const BareServer server(port);
+    std::array<int, kReceivers> ports;
+    ports.fill(port);
+    const auto accounts = ProcessAccounts::ofCommand("sharing_bench.exe", "bare");
+    const auto lines = joined(ports);
+    const double before = accounts.seconds();
+    const double rate = poll(lines, kSeconds);
+    return 100 * (accounts.seconds() - before) / kSeconds / rate;
   }
   /// Each program asks ten times a second; one of sixteen asks at the same moment. Answers how many
   /// were answered a second, fewer where the computer is too busy for all.
-  double poll(int seconds) const {
+  static double poll(const std::vector<std::unique_ptr<Line>>& lines, int seconds) {
     const LONG64 start = counter();
     const int rounds = seconds * kPolls * kPrograms;
     for (int round = 0; round < rounds; ++round) {
@@ -186,8 +254,8 @@ class Program {
       const double early = due - microseconds(counter() - start);
       if (early > 1000) Sleep(static_cast<DWORD>(early / 1000));
       const std::size_t first = static_cast<std::size_t>(round % kPrograms) * kReceivers;
-      for (std::size_t i = first; i < first + kReceivers; ++i) lines_[i]->send("f\n");
-      for (std::size_t i = first; i < first + kReceivers; ++i) lines_[i]->receive();
+      for (std::size_t i = first; i < first + kReceivers; ++i) lines[i]->send("f\n");
+      for (std::size_t i = first; i < first + kReceivers; ++i) lines[i]->receive();
     }
     return 1e6 * rounds * kReceivers / microseconds(counter() - start);
   }
@@ -214,8 +282,9 @@ class Program {
 
 }  // namespace
 
-int main() {
-  return measure([] {
+int main(int count, char** words) {
+  return measure([&] {
+    if (count == 3) return BareServer::serve(std::stoi(words[2]));
     Program program;
     program.printAnswer();
     program.printCost();
