@@ -8,6 +8,16 @@
 #include "tests/fakes/recording_listener.h"
 #include "tests/fakes/temp_folder.h"
 
+namespace kelvane {
+
+// The receivers of a new list.
+constexpr Index kHarrow = 0;  // 1 to 29 999 999 Hz in steps of 1
+constexpr Index kQuill = 1;   // 10 000 to 999 999 999 Hz in steps of 10
+constexpr Index kTern = 2;    // 1 600 000 to 4 200 000 Hz in steps of 100
+constexpr Index kLoom = 3;    // 150 000 to 26 100 000 Hz in steps of 1000
+
+}  // namespace kelvane
+
 namespace kelvane::fakes {
 
 /// The component's windows, opened by nobody: remembers what was asked.

@@ -4,6 +4,7 @@
 
 #include "components/sondrel/s_meter.h"
 #include "components/sondrel/simulated/hf_spectrum.h"
+#include "tests/fakes/mode_settings.h"
 #include "tests/fakes/sondrel_rig.h"
 
 namespace kelvane::sondrel {
@@ -11,10 +12,6 @@ namespace {
 
 using fakes::SondrelRig;
 using Lines = std::vector<std::string>;
-
-constexpr Setting kAm = 0;
-constexpr Setting kUsb = 2;
-constexpr Setting kLsb = 3;
 
 /// The strongest level of a minute, by which fading does not matter.
 double strongest(Hz frequency, Setting mode, Hz filter) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <thread>
 
-#include "contract/modes.h"
+#include "tests/fakes/mode_settings.h"
 #include "tests/fakes/real_rigctld.h"
 #include "tests/fakes/sondrel_rig.h"
 
@@ -12,10 +12,6 @@ namespace {
 
 using fakes::RealRigctld;
 using Lines = std::vector<std::string>;
-
-constexpr Setting kFm = static_cast<Setting>(Mode::Fm);
-constexpr Setting kUsb = static_cast<Setting>(Mode::Usb);
-constexpr Setting kCw = static_cast<Setting>(Mode::Cw);
 
 /// The component with receivers behind a real rigctld and its dummy radio.
 class RigctldLive : public testing::Test {

@@ -8,11 +8,6 @@ namespace {
 using fakes::SondrelRig;
 using Lines = std::vector<std::string>;
 
-constexpr Index kHarrow = 0;
-constexpr Index kQuill = 1;
-constexpr Index kTern = 2;
-constexpr Index kLoom = 3;
-
 class Settings : public testing::Test {
  protected:
   Settings() {

@@ -2,6 +2,7 @@
 
 #include <random>
 
+#include "tests/fakes/mode_settings.h"
 #include "tests/fakes/share_storm.h"
 
 namespace kelvane::sondrel {
@@ -10,9 +11,6 @@ namespace {
 using fakes::SharePlay;
 using Orders = std::vector<ShareOrder>;
 
-constexpr Setting kAm = static_cast<Setting>(Mode::Am);
-constexpr Setting kUsb = static_cast<Setting>(Mode::Usb);
-constexpr Setting kLsb = static_cast<Setting>(Mode::Lsb);
 const std::string kClient = "127.0.0.1:50000";
 
 ShareOrder order(Item item, std::int32_t value) { return {item, value, 0, kClient}; }

@@ -8,11 +8,6 @@ namespace {
 using fakes::SondrelRig;
 using Lines = std::vector<std::string>;
 
-constexpr Index kHarrow = 0;  // 1 to 29 999 999 Hz in steps of 1
-constexpr Index kQuill = 1;   // 10 000 to 999 999 999 Hz in steps of 10
-constexpr Index kTern = 2;    // 1 600 000 to 4 200 000 Hz in steps of 100
-constexpr Index kLoom = 3;    // 150 000 to 26 100 000 Hz in steps of 1000
-
 /// Four receivers that are up, and nothing heard yet.
 class Tuning : public testing::Test {
  protected:

@@ -7,9 +7,10 @@
 namespace kelvane {
 namespace {
 
-constexpr const char* kFirst =
+constexpr const char* kFirstRecord =
     "   7050000|USB  |  2400|FAST |2026-03-14|08:00:00|VOICE|net, strong|Harrow|";
-constexpr const char* kSecond = "    648000|AM   |  6000|SLOW |2026-03-13|23:59:59|Unknown||Quill|";
+constexpr const char* kSecondRecord =
+    "    648000|AM   |  6000|SLOW |2026-03-13|23:59:59|Unknown||Quill|";
 constexpr const char* kThird = "10000000000|DIGITAL|500|A|2026-03-14|07:59:59|PSK|time|Harrow|";
 
 LogTable read(const std::string& text, LogRejects* rejects = nullptr) {
@@ -31,8 +32,8 @@ std::string column(const LogTable& log, int field) {
 }
 
 TEST(LogTable, WritesBackWhatItReadByteForByte) {
-  const std::string file =
-      lines({kFirst, kSecond}) + "10000000000|DIGITAL|   500|A    |d|t|PSK|time|Harrow|\r\n";
+  const std::string file = lines({kFirstRecord, kSecondRecord}) +
+                           "10000000000|DIGITAL|   500|A    |d|t|PSK|time|Harrow|\r\n";
   const LogTable log = read(file);
   EXPECT_EQ(log.size(), 3u);
   EXPECT_EQ(log.field(0, LogFrequency), "7050000");
@@ -44,9 +45,10 @@ TEST(LogTable, WritesBackWhatItReadByteForByte) {
 TEST(LogTable, ReadsLinesOfOtherWritersAndBringsThemIntoTheFixedForm) {
   for (const char* end : {"\n", "\r", "\r\n", "\n\n \r\n"}) {
     const LogTable log =
-        read(std::string("7050000 | USB|+2400|FAST\t| a | b |VOICE|c||") + end + kSecond);
+        read(std::string("7050000 | USB|+2400|FAST\t| a | b |VOICE|c||") + end + kSecondRecord);
     ASSERT_EQ(log.size(), 2u);
-    EXPECT_EQ(log.content(), "   7050000|USB  | +2400|FAST |a|b|VOICE|c||\r\n" + lines({kSecond}));
+    EXPECT_EQ(log.content(),
+              "   7050000|USB  | +2400|FAST |a|b|VOICE|c||\r\n" + lines({kSecondRecord}));
   }
   EXPECT_EQ(read("0.5|USB|1|F|d|t|T|c|without a last separator").size(), 1u);
   EXPECT_EQ(read("7050000|USB||F|d|t|T|c|a filter that was not known|").size(), 1u);
@@ -74,12 +76,13 @@ TEST(LogTable, KeepsAsideWhatIsNoRecordAndWhatARecordCannotHold) {
   EXPECT_EQ(log.field(0, LogComments), "one");
   EXPECT_EQ(log.field(0, LogReceiver), "two");
   EXPECT_EQ(rejects.lines, lines({bar})) << "the tenth field would be lost";
-  const std::string ten = std::string(kSecond) + "10|";
-  EXPECT_EQ(read(lines({kFirst, ten.c_str()})).content(), lines({kFirst, kSecond}));
+  const std::string ten = std::string(kSecondRecord) + "10|";
+  EXPECT_EQ(read(lines({kFirstRecord, ten.c_str()})).content(),
+            lines({kFirstRecord, kSecondRecord}));
 }
 
 TEST(LogTable, SortsByTheKindOfTheColumnAndMovesNoRecord) {
-  LogTable log = read(lines({kFirst, kSecond, kThird}));
+  LogTable log = read(lines({kFirstRecord, kSecondRecord, kThird}));
   log.setOrder(log.sorted(LogFrequency));
   EXPECT_EQ(column(log, LogFrequency), "648000,7050000,10000000000");
   log.setOrder(log.sorted(LogFilter));
@@ -95,7 +98,7 @@ TEST(LogTable, SortsByTheKindOfTheColumnAndMovesNoRecord) {
 }
 
 TEST(LogTable, ChangesAddsAndRemovesRecords) {
-  LogTable log = read(lines({kFirst, kSecond, kThird}));
+  LogTable log = read(lines({kFirstRecord, kSecondRecord, kThird}));
   log.setOrder(log.sorted(LogFrequency));
   EXPECT_EQ(log.append({"14", "USB", "9", "", "d", "t", "Unknown", "", "Quill"}), 3u);
   log.set(0, LogComments, " a|b\r\nc\t");
@@ -108,7 +111,7 @@ TEST(LogTable, ChangesAddsAndRemovesRecords) {
   log.restore(removed);
   EXPECT_EQ(column(log, LogFrequency), "648000,7050000,10000000000,14");
   EXPECT_EQ(log.recordAt(3), 3u);
-  EXPECT_EQ(log.content(), lines({kSecond}) +
+  EXPECT_EQ(log.content(), lines({kSecondRecord}) +
                                "   7050000|USB  |  2400|FAST |2026-03-14|08:00:00|VOICE|a/b  c|"
                                "Harrow|\r\n" +
                                "10000000000|DIGITAL|   500|A    |2026-03-14|07:59:59|PSK|time|"
@@ -120,7 +123,7 @@ TEST(LogTable, HoldsFieldsOfAnyLengthAndByte) {
   const std::string longText(10'000, 'x');
   std::string bytes;
   for (int byte = 1; byte < 256; ++byte) bytes += static_cast<char>(byte);
-  LogTable log = read(lines({kFirst}));
+  LogTable log = read(lines({kFirstRecord}));
   log.set(0, LogType, longText);
   log.set(0, LogComments, std::string("<\0>", 3) + bytes + "<");
   const LogTable again = read(log.content());

@@ -20,7 +20,6 @@ namespace fs = std::filesystem;
 
 constexpr int kNameField = 0x47c;
 /// The field in which a grid's cell is edited.
-constexpr int kEntry = 2;
 constexpr int kChannels = 100;
 
 std::string content(const fs::path& file) {

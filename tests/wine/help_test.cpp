@@ -12,7 +12,6 @@
 namespace kelvane::wine {
 namespace {
 
-constexpr int kCtrl = 2, kAlt = 4;
 
 /// A running program, and the card of keys over it.
 class HelpCardWindow : public testing::Test {

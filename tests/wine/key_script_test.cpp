@@ -19,7 +19,6 @@
 namespace kelvane::wine {
 namespace {
 
-constexpr int kShift = 1, kCtrl = 2, kAlt = 4;
 const std::string kMain = "From main window", kDigit = "On a selected digit";
 /// The log lies where the program is started.
 const std::filesystem::path kLogFolder = std::filesystem::temp_directory_path();

@@ -17,14 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kEntry = 2;  ///< the field in which a grid's cell is edited
-
-std::string textOf(HWND window) {
-  wchar_t text[256] = L"";
-  SendMessageW(window, WM_GETTEXT, 256, reinterpret_cast<LPARAM>(text));
-  return narrow(text);
-}
-
 /// A program that runs in a folder of the test's own, where the log lies.
 class KeyboardTest : public testing::Test {
  protected:

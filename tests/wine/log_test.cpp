@@ -17,9 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kShift = 1, kCtrl = 2, kAlt = 4;
 /// The field in which a grid's cell is edited, and the fields of its search.
-constexpr int kEntry = 2, kFindField = 5;
+constexpr int kFindField = 5;
 
 const std::string kSecond =
     "    648000|AM   |  6000|Slow |2026-03-13|23:59:59|VOICE|Quiet|Quill|\r\n";
@@ -27,12 +26,6 @@ const std::string kFirst =
     "   7050000|USB  |  2400|Fast |2026-03-14|08:00:00|VOICE|net|Harrow|\r\n";
 /// As programs before this one wrote it: dates in the system's form of their time.
 const std::string kOlder = "  15050000|AM   |  6000|FAST |3/14/02|6:05:09 PM|Unknown||Harrow|\r\n";
-
-std::string textOf(HWND window) {
-  wchar_t text[1024] = L"";
-  SendMessageW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text));
-  return narrow(text);
-}
 
 /// A program with its first receiver up, and a log in a folder of the test's own.
 class LogWindowTest : public testing::Test {

@@ -15,7 +15,7 @@ namespace kelvane::wine {
 namespace {
 
 constexpr int kInputs = 2000;
-constexpr int kRadios = 8;
+constexpr int kModelRadios = 8;
 
 /// A copy of the program whose radios are made up.
 class ModelCopy : public ProgramCopy {
@@ -93,7 +93,7 @@ class Model : public testing::Test {
       said_ << "wheel; ";
       mouse(MOUSEEVENTF_WHEEL, any(2) ? 120 : -120);
     } else {
-      const int tab = chosen_ = any(kRadios);
+      const int tab = chosen_ = any(kModelRadios);
       said_ << "tab " << tab << "; ";
       panel_.pointAtTab(tab);
       panel_.clickHere();
@@ -118,7 +118,7 @@ class Model : public testing::Test {
 
   /// Something at a radio that is not shown, or its link; never what would take the display.
   void radio() {
-    const int mark = any(kRadios);
+    const int mark = any(kModelRadios);
     const int number = any(1 << 12) * 16 + 2 + any(14);
     const bool link = any(4) == 0;
     if (mark == panel_.selectedTab() && (link || number % 16 == 7)) lockChanges();

@@ -17,7 +17,7 @@ namespace {
 
 namespace rx = sondrel::id;
 
-constexpr int kRadios = 8;
+constexpr int kServedRadios = 8;
 constexpr int kKilled = 2;
 constexpr int kStopped = 5;
 
@@ -31,7 +31,7 @@ class EightRadios : public testing::Test {
  protected:
   void SetUp() override {
     std::string receivers = "Version=1\r\n";
-    for (int i = 0; i < kRadios; ++i) {
+    for (int i = 0; i < kServedRadios; ++i) {
       const int port = freePort();
       servers_[i] = std::make_unique<RealRigctld>(port);
       ASSERT_TRUE(servers_[i]->start());
@@ -40,7 +40,7 @@ class EightRadios : public testing::Test {
     instance_.writeReceivers(receivers);
     panel_ = std::make_unique<RunningPanel>(instance_.name());
     ASSERT_TRUE(panel_->shown());
-    ASSERT_TRUE(eventually([&] { return panel_->tabs() == kRadios; }));
+    ASSERT_TRUE(eventually([&] { return panel_->tabs() == kServedRadios; }));
   }
 
   /// Tunes the radio by the panel's keys, and sees that its server has it.
@@ -69,18 +69,18 @@ class EightRadios : public testing::Test {
   }
 
   const Instance instance_{L"TestEight"};
-  std::array<std::unique_ptr<RealRigctld>, kRadios> servers_;
+  std::array<std::unique_ptr<RealRigctld>, kServedRadios> servers_;
   std::unique_ptr<RunningPanel> panel_;
 };
 
 TEST_F(EightRadios, GoOnWhileOneServerIsKilledAndOneStoppedWhichHealAfterwards) {
-  for (int radio = 0; radio < kRadios; ++radio) tune(radio, 7010 + radio);
-  changeMode(kRadios - 1);
+  for (int radio = 0; radio < kServedRadios; ++radio) tune(radio, 7010 + radio);
+  changeMode(kServedRadios - 1);
   servers_[kKilled]->signal("KILL");
   servers_[kStopped]->signal("STOP");
   EXPECT_TRUE(says(kKilled, "Link: Cannot open")) << panel_->text(id::RxMask);
   EXPECT_TRUE(says(kStopped, "Rx: Not responding")) << panel_->text(id::RxMask);
-  for (int radio = 0; radio < kRadios; ++radio) {
+  for (int radio = 0; radio < kServedRadios; ++radio) {
     if (radio != kKilled && radio != kStopped) tune(radio, 14010 + radio);
   }
   ASSERT_TRUE(servers_[kKilled]->start());

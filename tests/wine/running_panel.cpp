@@ -13,12 +13,6 @@ namespace {
 
 constexpr int kMessageText = 65535;
 
-std::string textOf(HWND window) {
-  wchar_t text[1024] = L"";
-  SendMessageW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text));
-  return narrow(text);
-}
-
 struct Search {
   DWORD process;
   std::wstring windowClass;
@@ -37,7 +31,7 @@ BOOL CALLBACK compare(HWND window, LPARAM parameter) {
   return FALSE;
 }
 
-void send(WORD code, bool up) {
+void sendKey(WORD code, bool up) {
   INPUT input{};
   input.type = INPUT_KEYBOARD;
   input.ki.wVk = code;
@@ -65,6 +59,12 @@ bool keepsKeyboard(HWND window) {
 }
 
 }  // namespace
+
+std::string textOf(HWND window) {
+  wchar_t text[1024] = L"";
+  SendMessageW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text));
+  return narrow(text);
+}
 
 std::filesystem::path programFolder() {
   wchar_t folder[MAX_PATH] = L"";
@@ -198,12 +198,12 @@ void RunningPanel::key(WORD code, int modifiers) {
 void RunningPanel::keyHere(WORD code, int modifiers) {
   const std::vector<std::pair<int, WORD>> held = {{1, VK_SHIFT}, {2, VK_CONTROL}, {4, VK_MENU}};
   for (const auto& [bit, modifier] : held) {
-    if (modifiers & bit) send(modifier, false);
+    if (modifiers & bit) sendKey(modifier, false);
   }
-  send(code, false);
-  send(code, true);
+  sendKey(code, false);
+  sendKey(code, true);
   for (const auto& [bit, modifier] : held) {
-    if (modifiers & bit) send(modifier, true);
+    if (modifiers & bit) sendKey(modifier, true);
   }
 }
 

@@ -12,6 +12,14 @@
 
 namespace kelvane::wine {
 
+// What is held down while a key is pressed.
+constexpr int kShift = 1, kCtrl = 2, kAlt = 4;
+/// The field in which a grid's cell is edited.
+constexpr int kEntry = 2;
+
+/// A window's text, also of another process.
+std::string textOf(HWND window);
+
 /// The folder that the built program lies in.
 std::filesystem::path programFolder();
 

@@ -19,12 +19,6 @@ namespace frq = ambrel::id;
 
 constexpr int kFileName = 0x47c;
 
-std::string textOf(HWND window) {
-  wchar_t text[1024] = L"";
-  SendMessageW(window, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text));
-  return narrow(text);
-}
-
 bool isForeground(HWND window) {
   return eventually([window] { return GetForegroundWindow() == window; }, 3000);
 }
