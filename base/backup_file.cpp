@@ -37,8 +37,8 @@ FileResult makeRoom(const std::filesystem::path& file, FileSteps& steps, int gen
   int free = 1;
   while (free < generations && isThere(backupOf(file, free))) ++free;
   for (int to = free; to > 1; --to) {
-    const FileResult moved =
-        patiently(steps, [&] { return steps.swapIn(backupOf(file, to - 1), backupOf(file, to)); });
+    const FileResult moved = retryWhileHeld(
+        steps, [&] { return steps.swapIn(backupOf(file, to - 1), backupOf(file, to)); });
     if (!moved) return moved;
   }
   return {};
@@ -64,7 +64,7 @@ FileResult writeKeepingBackups(const std::filesystem::path& file, std::string_vi
     if (!isThere(file) || isSame(file, newest)) return FileResult{};
     const FileResult room = makeRoom(file, steps, generations);
     if (!room) return room;
-    return patiently(steps, [&] { return steps.secondName(file, newest); });
+    return retryWhileHeld(steps, [&] { return steps.secondName(file, newest); });
   });
 }
 

@@ -7,9 +7,9 @@ FileResult changeFile(const std::filesystem::path& path, std::size_t limit, File
   std::filesystem::path beside = path;
   beside += ".lock";
   FileLock lock;
-  const FileResult sole = patiently(steps, [&] { return lock.acquire(beside); });
+  const FileResult sole = retryWhileHeld(steps, [&] { return lock.acquire(beside); });
   if (!sole) return {false, "Cannot write " + pathText(path) + ": " + sole.reason, sole.held};
-  const FileReading now = readPatiently(path, limit, steps);
+  const FileReading now = readWhenFree(path, limit, steps);
   if (now.how == FileReading::Unreadable) return {false, now.reason, now.held};
   const FileChange changed = change(now);
   if (!changed.refusal.empty()) return {false, changed.refusal};

@@ -41,7 +41,7 @@ struct FileChange {
 
 /// Changes a file that other processes change too: nobody else does while `change` is given what
 /// the file holds now and answers what it is to hold. A file that cannot be read is not written.
-/// Waits, as `patiently` does, for whoever is in the way.
+/// Waits, as `retryWhileHeld` does, for whoever is in the way.
 FileResult changeFile(const std::filesystem::path& path, std::size_t limit, FileSteps& steps,
                       const std::function<FileChange(const FileReading& now)>& change);
 

@@ -156,9 +156,9 @@ FileResult writeFileSafely(const fs::path& path, std::string_view content, FileS
   }
   const fs::path unfinished = nameBeside(path);
   FileResult result = steps.write(unfinished, content);
-  if (result) result = patiently(steps, [&] { return steps.flush(unfinished); });
+  if (result) result = retryWhileHeld(steps, [&] { return steps.flush(unfinished); });
   if (result) result = beforeSwap();
-  if (result) result = patiently(steps, [&] { return steps.swapIn(unfinished, path); });
+  if (result) result = retryWhileHeld(steps, [&] { return steps.swapIn(unfinished, path); });
   if (result) return result;
   steps.remove(unfinished);
   return failure(path, result);
@@ -169,8 +169,8 @@ FileReading tooLargeToRead(const fs::path& path, std::size_t limit) {
       FileReading::TooLarge, {}, pathText(path) + " is too large; the most is " + sizeText(limit)};
 }
 
-FileReading readPatiently(const fs::path& path, std::size_t limit, FileSteps& steps) {
-  return patiently(steps, [&] { return readOnce(path, limit, steps); });
+FileReading readWhenFree(const fs::path& path, std::size_t limit, FileSteps& steps) {
+  return retryWhileHeld(steps, [&] { return readOnce(path, limit, steps); });
 }
 
 std::optional<std::string> readFile(const fs::path& path, std::size_t limit, std::string* reason) {

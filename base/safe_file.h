@@ -60,16 +60,16 @@ class FileSteps {
 
 /// For how long a file that another program holds is tried again, and the longest pause between two
 /// tries. Scanners, indexers and backups let go long before.
-inline constexpr milliseconds kFilePatience{1500};
+inline constexpr milliseconds kFileRetryTime{1500};
 inline constexpr milliseconds kFilePause{50};
 
 /// Tries something with a file again for as long as another program holds it, at most for
-/// kFilePatience. Not for a thread that a window waits for.
+/// kFileRetryTime. Not for a thread that a window waits for.
 template <class Try>
-auto patiently(FileSteps& steps, Try attempt) {
+auto retryWhileHeld(FileSteps& steps, Try attempt) {
   auto result = attempt();
   milliseconds waited{0};
-  for (milliseconds next{2}; result.held && waited < kFilePatience; waited += next) {
+  for (milliseconds next{2}; result.held && waited < kFileRetryTime; waited += next) {
     next = std::min(next * 2, kFilePause);
     steps.pause(next);
     result = attempt();
@@ -79,7 +79,8 @@ auto patiently(FileSteps& steps, Try attempt) {
 
 /// Replaces a file's content: written beside it, flushed to the disk, and swapped in, so that a
 /// crash at any moment leaves the old or the new file whole. Makes missing folders. A step that
-/// another program holds up is tried again, `patiently`. After a failure the old file is as it was.
+/// another program holds up is tried again, `retryWhileHeld`. After a failure the old file is as it
+/// was.
 FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content);
 FileResult writeFileSafely(const std::filesystem::path& path, std::string_view content,
                            FileSteps& steps);
@@ -91,8 +92,8 @@ FileResult writeFileSafely(const std::filesystem::path& path, std::string_view c
 /// What FileSteps::read answers for a file that is larger than `limit` bytes.
 FileReading tooLargeToRead(const std::filesystem::path& path, std::size_t limit);
 
-/// Reads a file that another program may hold for a moment. Waits, as `patiently` does.
-FileReading readPatiently(const std::filesystem::path& path, std::size_t limit, FileSteps& steps);
+/// Reads a file that another program may hold for a moment. Waits, as `retryWhileHeld` does.
+FileReading readWhenFree(const std::filesystem::path& path, std::size_t limit, FileSteps& steps);
 
 /// The whole content of a file, at most `limit` bytes. None when it cannot be opened or read, or is
 /// larger; `reason` then says why when it is asked for, and is empty when there is no such file.

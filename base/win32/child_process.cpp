@@ -81,7 +81,7 @@ class ChildStreams {
   ChildStreams& operator=(const ChildStreams&) = delete;
 
   bool kept() const { return list_ != nullptr; }
-  void dress(STARTUPINFOEXW& how) const {
+  void addTo(STARTUPINFOEXW& how) const {
     how.StartupInfo.cb = sizeof(STARTUPINFOW);
     if (!kept()) return;
     how.StartupInfo.cb = sizeof how;
@@ -133,7 +133,7 @@ std::string ChildProcess::start(const std::string& line, Written written) {
   std::wstring words = wide(line);
   ChildStreams streams(written);
   STARTUPINFOEXW how{};
-  streams.dress(how);
+  streams.addTo(how);
   PROCESS_INFORMATION child{};
   // It joins the job before it has run at all, and could have started others.
   DWORD flags = CREATE_NO_WINDOW | CREATE_SUSPENDED;

@@ -48,7 +48,7 @@ Outcome AmbrelCore::OpenFrqConfig(Text instance) {
   const DataFiles files = filesNow();
   codes_ = loadCodes(files, openNotes_);
   ownStamp_ = ownStationsStamp(files);
-  useData(loadStations(files, std::nullopt));
+  setData(loadStations(files, std::nullopt));
   readHeldAgain();
   return Outcome::Done;
 }

@@ -108,12 +108,12 @@ class AmbrelCore final : public FrequencyComponent {
   void lookAtOwnFile();
   bool load(std::function<Loaded(const DataFiles&)> read);
   void take(Loaded& loaded);
-  void useData(StationData data);
+  void setData(StationData data);
   DataFiles filesNow() const;
   std::string unreadable() const;
   void readHeldAgain();
   void askAgain();
-  void useBands(Bands bands);
+  void setBands(Bands bands);
   void raiseDataUpdated();
   /// The words for what was found, worked out when first asked for; none where nothing is found.
   const StationWords* words();

@@ -121,17 +121,17 @@ void AmbrelCore::take(Loaded& loaded) {
   }
   if (loaded.bands && bands_) {
     const bool regionLate = !planNotes_.unreadable.empty() && !regionChosen_;
-    useBands(std::move(*loaded.bands));
+    setBands(std::move(*loaded.bands));
     if (regionLate) bands_->selectRegion(loaded.region);
     planNotes_ = std::move(loaded.planNotes);
   }
-  if (loaded.data) useData(std::move(*loaded.data));
+  if (loaded.data) setData(std::move(*loaded.data));
   askAgain();
   queue_.tell([](FrequencyListener& listener) { listener.FrqDataUpdated(); });
   if (std::exchange(ownWaits_, false)) readOwn();
 }
 
-void AmbrelCore::useData(StationData data) {
+void AmbrelCore::setData(StationData data) {
   const auto found = stations_.found();
   const Hz known = found ? found->frequency : -1;
   words_.reset();
@@ -164,7 +164,7 @@ void AmbrelCore::askAgain() {
                     [this] { queue_.post([this] { reload(); }); });
 }
 
-void AmbrelCore::useBands(Bands bands) {
+void AmbrelCore::setBands(Bands bands) {
   bands.selectRegion(bands_->region());
   bands.moveTo(bands_->frequency());
   bands_ = std::move(bands);

@@ -53,7 +53,7 @@ class ChannelEditor : private ChannelKeys {
   const ChannelView& view() const { return view_; }
   Grid& grid() { return grid_; }
   /// Who shows the values, and is called whenever they change.
-  void whenChanged(std::function<void()> tell) { tell_ = std::move(tell); }
+  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
 
   /// Opens the window for this receiver and reads its channels. While the window has unsaved edits
   /// or is at work it only comes to the front.

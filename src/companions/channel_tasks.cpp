@@ -224,7 +224,10 @@ bool ImportTask::store(const ChannelLine& line) {
     return false;
   }
   const auto channel = static_cast<Channel>(nearestLong(number));
-  if (!table_.has(channel)) return ++skipped_, true;
+  if (!table_.has(channel)) {
+    ++skipped_;
+    return true;
+  }
   const ChannelRow& now = table_.working(channel);
   ChannelRow row;
   row[Frequency] = line.frequency;

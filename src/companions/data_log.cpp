@@ -499,9 +499,18 @@ bool DataLog::mayHold(GridRow row, std::string_view upperText) const {
 }
 
 bool DataLog::keyDown(int keyCode, int shift) {
-  if (keyCode == key::Delete && shift == 0) return Delete_Click(), true;
-  if (keyCode == key::Insert && shift == 0) return Insert_Click(), true;
-  if (keyCode == 'C' && shift == key::CtrlHeld) return Copy_Click(), true;
+  if (keyCode == key::Delete && shift == 0) {
+    Delete_Click();
+    return true;
+  }
+  if (keyCode == key::Insert && shift == 0) {
+    Insert_Click();
+    return true;
+  }
+  if (keyCode == 'C' && shift == key::CtrlHeld) {
+    Copy_Click();
+    return true;
+  }
   return false;
 }
 

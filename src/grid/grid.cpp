@@ -146,7 +146,10 @@ bool Grid::find(std::string_view text, Find from) {
   const GridCell start = cell;
   bool may = table_.mayHold(cell.row, wanted);
   do {
-    if (may && table_.holds(cell, wanted)) return select(cell), true;
+    if (may && table_.holds(cell, wanted)) {
+      select(cell);
+      return true;
+    }
     const GridRow row = cell.row;
     cell = after(cell, direction);
     if (cell.row != row) may = table_.mayHold(cell.row, wanted);

@@ -76,7 +76,7 @@ FileResult appendWhole(const fs::path& file, std::string_view lines, FileSteps& 
   std::string content;
   if (before == 0) content = kLevelCsvHead;
   content += lines;
-  FileResult result = patiently(steps, [&] { return steps.append(file, content); });
+  FileResult result = retryWhileHeld(steps, [&] { return steps.append(file, content); });
   if (!result.ok) {
     fs::resize_file(file, before, none);
     if (before == 0) steps.remove(file);
@@ -127,7 +127,10 @@ void LevelRecorder::tick(Instant now) {
     waiting = shared_->waiting;
   }
   if (why.empty() && waiting > kMostWaiting) why = "The disk does not keep up.";
-  why.empty() ? write() : fail(why);
+  if (why.empty())
+    write();
+  else
+    fail(why);
 }
 
 void LevelRecorder::fail(const std::string& why) {

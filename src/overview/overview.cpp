@@ -43,7 +43,10 @@ OverviewRow Overview::row(Index rx) {
   const Move& move = services_.watch.lastMove(rx);
   row.movedBy = moveWords(move, move.follows >= 0 ? name(move.follows) : std::string());
   fillLevels(row, watched);
-  if (!row.online) return row.link = services_.linkWords(rx), row;
+  if (!row.online) {
+    row.link = services_.linkWords(rx);
+    return row;
+  }
   const LevelSettings& told = watched.settings;
   row.frequency = told.frequency;
   row.mode = joined(told.mode, told.filter > 0 ? std::to_string(told.filter) : "", " ");
@@ -135,24 +138,31 @@ bool Overview::keyDown(int keyCode, int shift) {
   if (shift != 0 || !exists(focused_)) return false;
   switch (keyCode) {
     case key::Right:
-      return tune(static_cast<Index>(focused_), 1), true;
+      tune(static_cast<Index>(focused_), 1);
+      return true;
     case key::Left:
-      return tune(static_cast<Index>(focused_), -1), true;
+      tune(static_cast<Index>(focused_), -1);
+      return true;
     default:
       return false;
   }
 }
 
 bool Overview::command(int keyCode) {
-  if (keyCode >= '1' && keyCode <= '8') return show(keyCode - '1'), true;
+  if (keyCode >= '1' && keyCode <= '8') {
+    show(keyCode - '1');
+    return true;
+  }
   switch (keyCode) {
     case 'C':
-      return markSource(), true;
+      markSource();
+      return true;
     case 'V':
       if (exists(source_) && exists(focused_)) copy(source_, focused_);
       return true;
     case 'Z':
-      return takeBack(), true;
+      takeBack();
+      return true;
     default:
       return false;
   }
@@ -170,10 +180,17 @@ void Overview::markSource() {
 bool Overview::keyPress(int character) {
   if (!exists(focused_)) return false;
   const auto rx = static_cast<Index>(focused_);
-  if (character == key::Enter) return entry_.empty() ? show(focused_) : commit(), true;
+  if (character == key::Enter) {
+    if (entry_.empty())
+      show(focused_);
+    else
+      commit();
+    return true;
+  }
   if (character == key::Escape) {
     if (entry_.empty()) return false;
-    return entry_.clear(), true;
+    entry_.clear();
+    return true;
   }
   if (character == key::Backspace) {
     if (!entry_.empty()) entry_.pop_back();

@@ -106,8 +106,11 @@ TraceFrame Traces::frame(int width, int height) {
     services_.watch.of(rx).history->fill(frame.from, frame.to, trace.columns);
     if (offsets_[rx] != 0) {
       const auto offset = static_cast<float>(offsets_[rx]);
-      for (LevelSpan& column : trace.columns)
-        column.least += offset, column.mean += offset, column.greatest += offset;
+      for (LevelSpan& column : trace.columns) {
+        column.least += offset;
+        column.mean += offset;
+        column.greatest += offset;
+      }
     }
     if (peak_ || mean_) trace.rolled = rolling(trace.columns, std::max(rolled, 1));
     frame.traces.push_back(std::move(trace));

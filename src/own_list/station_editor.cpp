@@ -114,7 +114,7 @@ void StationEditor::listChanged() {
 void StationEditor::select(StationGrid::Id id) {
   table_.follow();
   if (table_.rowOf(id) == table_.rows()) {
-    table_.filter({});
+    table_.setFilter({});
     table_.follow();
   }
   if (const GridRow row = table_.rowOf(id); row < table_.rows())
@@ -152,8 +152,8 @@ void StationEditor::takeShown() {
   open();
 }
 
-void StationEditor::filter(StationFilter filter) {
-  table_.filter(std::move(filter));
+void StationEditor::setFilter(StationFilter filter) {
+  table_.setFilter(std::move(filter));
   refresh();
 }
 

@@ -56,14 +56,14 @@ class StationEditor {
   StationGrid& table() { return table_; }
   lists::OwnStore& store() { return store_; }
   /// Who shows the window; called when anything of it changed.
-  void whenChanged(std::function<void()> tell) { tell_ = std::move(tell); }
+  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
 
   void open();
   void close();
   /// Takes the shown receiver's present setting into the list, with the name of the station that is
   /// known there, else of the band, and shows it. A frequency that is not known is not taken.
   void takeShown();
-  void filter(StationFilter filter);
+  void setFilter(StationFilter filter);
 
   void tuneTo();
   void addEmpty();

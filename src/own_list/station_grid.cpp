@@ -252,17 +252,28 @@ std::vector<std::string> StationGrid::choices(int column) const {
 bool StationGrid::keyDown(int keyCode, int shift) {
   const GridRow row = currentRow ? currentRow() : 0;
   if (shift == 0 && keyCode == key::Space && row < rows_.size()) {
-    return toggleMark(row), true;
+    toggleMark(row);
+    return true;
   }
-  if (shift == 0 && keyCode == key::Delete) return asks_.remove(), true;
+  if (shift == 0 && keyCode == key::Delete) {
+    asks_.remove();
+    return true;
+  }
   if (shift == key::CtrlHeld && keyCode == kKeyA) {
     const bool all = marks_.size() >= rows_.size();
     marks_.clear();
     if (!all) marks_.insert(rows_.begin(), rows_.end());
-    return asks_.changed(), true;
+    asks_.changed();
+    return true;
   }
-  if (shift == key::CtrlHeld && keyCode == kKeyZ) return asks_.undo(), true;
-  if (shift == key::CtrlHeld && keyCode == kKeyY) return asks_.redo(), true;
+  if (shift == key::CtrlHeld && keyCode == kKeyZ) {
+    asks_.undo();
+    return true;
+  }
+  if (shift == key::CtrlHeld && keyCode == kKeyY) {
+    asks_.redo();
+    return true;
+  }
   return false;
 }
 
@@ -273,7 +284,8 @@ void StationGrid::toggleMark(GridRow row) {
 
 bool StationGrid::clicked(GridCell cell) {
   if (cell.column != Mark || cell.row >= rows_.size()) return false;
-  return toggleMark(cell.row), true;
+  toggleMark(cell.row);
+  return true;
 }
 
 void StationGrid::recall(GridRow row) {

@@ -27,7 +27,7 @@ FileReading readUnchanging(const fs::path& file, std::size_t limit, FileSteps& d
   constexpr int kTries = 20;
   for (int tried = 0; tried < kTries; ++tried) {
     const auto before = stateOf(file);
-    FileReading reading = readPatiently(file, limit, disk);
+    FileReading reading = readWhenFree(file, limit, disk);
     if (reading.how != FileReading::Whole || stateOf(file) == before) return reading;
     disk.pause(kFilePause);
   }
@@ -102,7 +102,7 @@ bool StationImport::tick() {
   return true;
 }
 
-void StationImport::rule(formats::Rule rule) {
+void StationImport::setRule(formats::Rule rule) {
   if (rule == rule_) return;
   rule_ = rule;
   start(false, false);

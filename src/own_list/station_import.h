@@ -35,7 +35,7 @@ class StationImport : public GridTable {
   bool ready() const { return !busy() && plan_.adds + plan_.changes > 0; }
 
   formats::Rule rule() const { return rule_; }
-  void rule(formats::Rule rule);
+  void setRule(formats::Rule rule);
   /// Reads a table otherwise than was guessed.
   void shape(const formats::TableShape& shape);
   /// Parts the columns by another sign, and guesses the rest anew.

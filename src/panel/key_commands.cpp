@@ -116,17 +116,26 @@ bool KeyCommands::keyDown(int keyCode, int shift, bool onDigit) {
 
 bool KeyCommands::keyPress(int character, bool onDigit) {
   receiverMayHaveChanged();
-  if (onDigit) return endPair(), false;
+  if (onDigit) {
+    endPair();
+    return false;
+  }
   character = upperCase(character);
   const CommandRow* row = find(CommandRow::Input::Character, character, 0);
   if (shown_.locked()) {
-    if (row && allowed(*row)) (this->*row->run)(), endPair();
+    if (row && allowed(*row)) {
+      (this->*row->run)();
+      endPair();
+    }
     return true;
   }
   const bool control = character == 3 || character == 22;
   if (!control && (takenByReceiver(character) || takenByRow(character))) return true;
   row = find(CommandRow::Input::Character, character, 0);
-  if (!row) return becomePrefix(character), true;
+  if (!row) {
+    becomePrefix(character);
+    return true;
+  }
   keepsPrefix_ = false;
   (this->*row->run)();
   if (!keepsPrefix_) endPair();
@@ -188,8 +197,10 @@ void KeyCommands::setFilter() {
   const auto number = typedNumber();
   if (number)
     component_.SetRxFilter(shown_.index(), *number);
-  else
-    CommandPrefix_ = "F", keepsPrefix_ = true;
+  else {
+    CommandPrefix_ = "F";
+    keepsPrefix_ = true;
+  }
 }
 
 void KeyCommands::setBfo() {

@@ -132,8 +132,9 @@ ReceiverUnits MAin::units() {
 std::unique_ptr<StationViews> MAin::makeViews() {
   return std::make_unique<StationViews>(StationViews::Services{
       services_.receiver, services_.frequency, shown_, levels_, forwarding_, stepping_,
-      services_.settings, services_.clipboard, services_.files, saver_, Clocks{services_.now, services_.wallTime},
-      services_.ownFolder / "levels", services_.keepAwake, [this] { return options_.OptColours; },
+      services_.settings, services_.clipboard, services_.files, saver_,
+      Clocks{services_.now, services_.wallTime}, services_.ownFolder / "levels",
+      services_.keepAwake, [this] { return options_.OptColours; },
       [this](Index rx) { tabClicked(rx); },
       [this](Index rx) { return std::string(status_.wordsOf(rx).text); },
       [this] { services_.dialogs.showTraces(views_->traces(), PanelDialogs::Keys::Leave); }});
@@ -267,7 +268,10 @@ void MAin::Config_Click() {
                              "\" is no place: a locator (JO21SX) or degrees of latitude and "
                              "longitude (52.1, 5.2) were expected.",
                          "", Buttons::Ok);
-  tabs_.hasTabs() ? refresh_.run() : refresh_.none();
+  if (tabs_.hasTabs())
+    refresh_.run();
+  else
+    refresh_.none();
   dde_.apply();
 }
 
@@ -299,13 +303,13 @@ bool MAin::pressFocused(int character, int focused) {
 
 bool MAin::previewKeyDown(int keyCode, int shift, int focused) {
   handMoved();
-  groups_.at(focused);
+  groups_.setFocused(focused);
   return keys_.keyDown(keyCode, shift, within(focused, id::FrqDigit, view_.FrqDigit.size()));
 }
 
 bool MAin::previewKeyPress(int character, int focused) {
   handMoved();
-  groups_.at(focused);
+  groups_.setFocused(focused);
   return pressFocused(character, focused) ||
          keys_.keyPress(character, within(focused, id::FrqDigit, view_.FrqDigit.size()));
 }

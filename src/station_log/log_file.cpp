@@ -32,7 +32,7 @@ std::optional<std::string> LogFile::content() {
   known_ = stamp();
   rejects_ = {};
   rejectFile_.clear();
-  FileReading reading = readPatiently(path_, kLargestLog, *steps_);
+  FileReading reading = readWhenFree(path_, kLargestLog, *steps_);
   problem_ = reading.reason;
   if (reading.how != FileReading::Whole) return std::nullopt;
   return std::move(reading.content);
@@ -54,7 +54,7 @@ LogTable LogFile::read() {
 FileResult LogFile::lockFor(FileLock& lock) {
   fs::path file = path_;
   file += ".lock";
-  const FileResult sole = patiently(*steps_, [&] { return lock.acquire(file); });
+  const FileResult sole = retryWhileHeld(*steps_, [&] { return lock.acquire(file); });
   return sole ? sole : FileResult{false, "Cannot write " + pathText(path_) + ": " + sole.reason};
 }
 

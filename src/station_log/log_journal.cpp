@@ -169,8 +169,8 @@ FileResult LogJournal::writeOut() {
   if (!result) return result;
   const std::string text = (torn_ ? "\r\n" : "") + unwritten_;
   torn_ = true;
-  result = patiently(*steps_, [&] { return steps_->append(file_, text); });
-  if (result) result = patiently(*steps_, [&] { return steps_->flush(file_); });
+  result = retryWhileHeld(*steps_, [&] { return steps_->append(file_, text); });
+  if (result) result = retryWhileHeld(*steps_, [&] { return steps_->flush(file_); });
   if (!result) return {false, "Cannot write " + pathText(file_) + ": " + result.reason};
   torn_ = false;
   unwritten_.clear();
@@ -178,7 +178,7 @@ FileResult LogJournal::writeOut() {
 }
 
 FileResult LogJournal::read(std::string_view logFile, LogChanges& changes) {
-  const FileReading reading = readPatiently(file_, kLargestJournal, *steps_);
+  const FileReading reading = readWhenFree(file_, kLargestJournal, *steps_);
   if (reading.how == FileReading::Missing) return {};
   if (reading.how != FileReading::Whole) return {false, reading.reason};
   const auto entries = readEntries(reading.content);

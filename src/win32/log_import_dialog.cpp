@@ -87,6 +87,9 @@ bool LogImportDialog::keyDown(int keyCode, int shift) {
   return keyCode != VK_RETURN && grid_->hasFocus() && grid_->keyDown(keyCode, shift);
 }
 
-bool LogImportDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }
+bool LogImportDialog::wheel(int notches) {
+  grid_->scrollWheel(notches);
+  return true;
+}
 
 }  // namespace kelvane::win32

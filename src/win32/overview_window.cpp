@@ -177,14 +177,20 @@ bool OverviewWindow::keyDown(int keyCode, int shift) {
     if (keyCode == key::Home) wanted = 0;
     if (keyCode == key::End) wanted = last;
   }
-  if (wanted >= 0) return SetFocus(rows_[static_cast<std::size_t>(wanted)].window), true;
+  if (wanted >= 0) {
+    SetFocus(rows_[static_cast<std::size_t>(wanted)].window);
+    return true;
+  }
   if (!overview_.keyDown(keyCode, shift)) return false;
   refresh();
   return true;
 }
 
 bool OverviewWindow::keyPress(int character) {
-  if (character == key::Escape && dragging_) return ReleaseCapture(), true;
+  if (character == key::Escape && dragging_) {
+    ReleaseCapture();
+    return true;
+  }
   if (!overview_.keyPress(character)) return false;
   refresh();
   return true;
@@ -235,15 +241,18 @@ bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lPa
   POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
   switch (message) {
     case WM_PAINT:
-      return paintRow(window, row), true;
+      paintRow(window, row);
+      return true;
     case WM_ERASEBKGND:
-      return result = 1, true;
+      result = 1;
+      return true;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       if (message == WM_SETFOCUS) overview_.focus(row);
       typing_ = message == WM_SETFOCUS ? row : -1;
       InvalidateRect(window, nullptr, FALSE);
-      return refresh(), true;
+      refresh();
+      return true;
     case WM_LBUTTONDOWN:
       pressed_ = row;
       SetFocus(window);
@@ -252,13 +261,16 @@ bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lPa
     case WM_MOUSEMOVE:
       if (pressed_ != row) return false;
       ClientToScreen(window, &at);
-      return drag(at), true;
+      drag(at);
+      return true;
     case WM_LBUTTONUP:
       if (pressed_ != row) return false;
       ClientToScreen(window, &at);
-      return drop(at), true;
+      drop(at);
+      return true;
     case WM_CAPTURECHANGED:
-      return endDrag(), true;
+      endDrag();
+      return true;
     case WM_MOUSEWHEEL: {
       // Some systems send it to the window under the pointer, some to the one with the focus.
       const int under = rowAt(at);
@@ -266,7 +278,8 @@ bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lPa
       ScreenToClient(rows_[static_cast<std::size_t>(under)].window, &at);
       if (at.x >= columns_.frequency && at.x < columns_.mode)
         overview_.wheel(under, GET_WHEEL_DELTA_WPARAM(wParam));
-      return refresh(), true;
+      refresh();
+      return true;
     }
     default:
       return partMessage(message, wParam);

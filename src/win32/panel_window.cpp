@@ -96,7 +96,7 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   const UINT dpi = resolution();
   for (const ControlRow& row : mainControls()) {
     for (int element = 0; element < row.count; ++element)
-      faces_.push_back(std::make_unique<Face>(window_, row, element, events, dpi));
+      panelControls_.push_back(std::make_unique<PanelControl>(window_, row, element, events, dpi));
   }
   raiseAboveTabs();
   layOut(dpi);
@@ -125,9 +125,9 @@ void PanelWindow::explain() {
   explained_ = true;
   tabs_->speak();
   meter_->speak();
-  for (const auto& face : faces_) {
-    face->speak();
-    if (!face->shown().tip.empty()) tips_->set(face->window(), face->shown().tip);
+  for (const auto& control : panelControls_) {
+    control->speak();
+    if (!control->shown().tip.empty()) tips_->set(control->window(), control->shown().tip);
   }
 }
 
@@ -203,7 +203,11 @@ bool PanelWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& re
 
 bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   const auto* notice = reinterpret_cast<const NMHDR*>(lParam);
-  if (message == SolePanel::showMessage()) return comeForward(), result = SolePanel::kAnswer, true;
+  if (message == SolePanel::showMessage()) {
+    comeForward();
+    result = SolePanel::kAnswer;
+    return true;
+  }
   switch (message) {
     case WM_TIMER:
       if (wParam == kTick) panel_->tick(std::chrono::steady_clock::now());
@@ -215,7 +219,8 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (HIWORD(wParam) == BN_CLICKED) clicked(LOWORD(wParam), MouseButton::Left);
       return true;
     case WM_SETFOCUS:
-      return panel_->activated(), true;
+      panel_->activated();
+      return true;
     case WM_MOUSEWHEEL:
       // Sent by another program, past the message loop.
       if (wheelPresent_) panel_->wheel(GET_WHEEL_DELTA_WPARAM(wParam));
@@ -224,23 +229,31 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (wheelPresent_ && active()) focus(id::FrqFocus);
       return false;
     case WM_ERASEBKGND:
-      return erase(reinterpret_cast<HDC>(wParam)), result = 1, true;
+      erase(reinterpret_cast<HDC>(wParam));
+      result = 1;
+      return true;
     case WM_WINDOWPOSCHANGED:
-      return noteMove(), false;
+      noteMove();
+      return false;
     case WM_DPICHANGED:
-      return dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam)), true;
+      dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+      return true;
     case WM_SETTINGCHANGE:
     case WM_SYSCOLORCHANGE:
-      return settingsChanged(), false;
+      settingsChanged();
+      return false;
     case WM_SYSCOMMAND:
       return systemCommand(wParam, lParam);
     case WM_QUERYENDSESSION:
-      return result = TRUE, true;
+      result = TRUE;
+      return true;
     case WM_ENDSESSION:
       if (wParam) unload(Ending::WithSystem);
       return true;
     case WM_CLOSE:
-      return unload(Ending::ByOperator), DestroyWindow(window_), true;
+      unload(Ending::ByOperator);
+      DestroyWindow(window_);
+      return true;
     default:
       return false;
   }
@@ -284,7 +297,7 @@ void PanelWindow::show() {
   MainView& view = panel_->view();
   // A press was made for the receiver that was shown then.
   if (view.TabStrip.selected != presented_.TabStrip.selected) {
-    for (const auto& face : faces_) face->dropPress();
+    for (const auto& control : panelControls_) control->dropPress();
   }
   presented_ = view;
   if (std::exchange(caption_, view.caption) != view.caption)
@@ -294,10 +307,10 @@ void PanelWindow::show() {
   tabs_->show(view.TabStrip);
   // The box blinks, but what it is about lasts.
   meter_->show(view.meter, !view.RxWhy.visible);
-  for (const auto& face : faces_) {
-    const Control& control = face->row().of(view, face->element());
-    if (explained_ && control.tip != face->shown().tip) tips_->set(face->window(), control.tip);
-    face->show(control);
+  for (const auto& control : panelControls_) {
+    const Control& next = control->row().of(view, control->element());
+    if (explained_ && next.tip != control->shown().tip) tips_->set(control->window(), next.tip);
+    control->show(next);
   }
 }
 
@@ -321,7 +334,7 @@ void PanelWindow::dress(UINT dpi, const Fonts& fonts) {
   const Palette& palette = colours_.now();
   tabs_->place(dpi, fonts, palette);
   meter_->place(dpi, fonts, palette);
-  for (const auto& face : faces_) face->place(dpi, fonts, palette);
+  for (const auto& control : panelControls_) control->place(dpi, fonts, palette);
 }
 
 void PanelWindow::erase(HDC to) const {

@@ -8,8 +8,8 @@
 #include "gui/win32/tool_tips.h"
 #include "gui/win32/window_base.h"
 #include "panel/main_window.h"
-#include "win32/face.h"
 #include "win32/meter_strip.h"
+#include "win32/panel_control.h"
 #include "win32/tab_strip.h"
 
 namespace kelvane::win32 {
@@ -85,7 +85,7 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   UINT laidOutAt_ = 96;
   std::unique_ptr<TabStrip> tabs_;
   std::unique_ptr<MeterStrip> meter_;
-  std::vector<std::unique_ptr<Face>> faces_;
+  std::vector<std::unique_ptr<PanelControl>> panelControls_;
   std::unique_ptr<ToolTips> tips_;
   /// Looked for once: without a wheel its messages are nobody's.
   const bool wheelPresent_ = wheelPresent();

@@ -169,7 +169,7 @@ void ImportDialog::command(int control, int notice) {
   if (notice != CBN_SELCHANGE || import->busy()) return;
   if (control == id::ImpColumn) return fillMeaning();
   if (control == id::ImpRule)
-    import->rule(static_cast<formats::Rule>(choiceOf(item(id::ImpRule))));
+    import->setRule(static_cast<formats::Rule>(choiceOf(item(id::ImpRule))));
   else
     shapeChosen();
   show();
@@ -180,7 +180,10 @@ bool ImportDialog::keyDown(int keyCode, int shift) {
   return keyCode != VK_RETURN && grid_->hasFocus() && grid_->keyDown(keyCode, shift);
 }
 
-bool ImportDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }
+bool ImportDialog::wheel(int notches) {
+  grid_->scrollWheel(notches);
+  return true;
+}
 
 StationDialog::StationDialog(HWND owner, StationEditor& editor, const ScreenColours& colours)
     : DialogWindow({L"KelvaneStations", "My stations", owner, kStationsWidth, kStationsHeight, true,
@@ -189,12 +192,12 @@ StationDialog::StationDialog(HWND owner, StationEditor& editor, const ScreenColo
       colours_(colours) {
   GridWindow::registerClass(reinterpret_cast<HINSTANCE>(GetModuleHandleW(nullptr)));
   make(colours);
-  editor_.whenChanged([this] { show(); });
+  editor_.setListener([this] { show(); });
   takeFiles();
   startTimer(kStationsTick);
 }
 
-StationDialog::~StationDialog() { editor_.whenChanged({}); }
+StationDialog::~StationDialog() { editor_.setListener({}); }
 
 void StationDialog::fileDropped(const std::wstring& name) {
   if (!name.empty()) editor_.importFile(name);
@@ -307,7 +310,10 @@ void StationDialog::present() {
 void StationDialog::show() {
   const StationView& view = editor_.view();
   if (!window()) return;
-  if (!view.open) return import_.reset(), close();
+  if (!view.open) {
+    import_.reset();
+    return close();
+  }
   showGroups();
   for (const int button : {IDOK, static_cast<int>(id::StnRemove), static_cast<int>(id::StnExport)})
     enable(button, editor_.table().rows() > 0);
@@ -345,7 +351,7 @@ void StationDialog::filterChanged() {
   filter.text = text(id::StnSearch);
   if (group > 0) filter.group = groups_[static_cast<std::size_t>(group)];
   filter.favourites = checked(id::StnFavourites);
-  editor_.filter(std::move(filter));
+  editor_.setFilter(std::move(filter));
 }
 
 void StationDialog::command(int control, int notice) {
@@ -380,14 +386,19 @@ void StationDialog::command(int control, int notice) {
 
 bool StationDialog::keyDown(int keyCode, int shift) {
   // From what is sought straight into what was found.
-  if (keyCode == key::Down && shift == 0 && GetFocus() == item(id::StnSearch))
-    return SetFocus(item(id::StnGrd)), true;
+  if (keyCode == key::Down && shift == 0 && GetFocus() == item(id::StnSearch)) {
+    SetFocus(item(id::StnGrd));
+    return true;
+  }
   if (!grid_->hasFocus() || !grid_->keyDown(keyCode, shift)) return false;
   grid_->show();
   return true;
 }
 
-bool StationDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }
+bool StationDialog::wheel(int notches) {
+  grid_->scrollWheel(notches);
+  return true;
+}
 
 void StationDialog::tick() { editor_.tick(); }
 

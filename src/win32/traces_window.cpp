@@ -361,23 +361,28 @@ bool TracesWindow::plotMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESU
       return true;
     }
     case WM_ERASEBKGND:
-      return result = 1, true;
+      result = 1;
+      return true;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       stale_ = true;
-      return refresh(), true;
+      refresh();
+      return true;
     case WM_LBUTTONDOWN:
       SetFocus(plot_);
-      return pointAt(lParam), true;
+      pointAt(lParam);
+      return true;
     case WM_MOUSEMOVE:
       if (wParam & MK_LBUTTON) pointAt(lParam);
       return true;
     case WM_RBUTTONUP:
       traces_.pointAt(-1, plotWidth());
-      return refresh(), true;
+      refresh();
+      return true;
     case WM_MOUSEWHEEL:
       traces_.zoom(GET_WHEEL_DELTA_WPARAM(wParam) > 0 ? -1 : 1);
-      return refresh(), true;
+      refresh();
+      return true;
     default:
       return partMessage(message, wParam);
   }

@@ -11,8 +11,8 @@
 #include "gui/win32/window_barrier.h"
 #include "ui/alt_letters.h"
 #include "ui/key_codes.h"
-#include "win32/face.h"
 #include "win32/paint.h"
+#include "win32/panel_control.h"
 #include "win32/screens.h"
 #include "win32/text.h"
 
@@ -321,11 +321,14 @@ bool ViewWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
     case WM_TIMER:
       if (wParam != kRefreshTimer || !canBeSeen(window_)) return true;
       if (&paletteNow(choice_()) != palette_) changeLook();
-      return refresh(), true;
+      refresh();
+      return true;
     case WM_PAINT:
-      return paint(window_), true;
+      paint(window_);
+      return true;
     case WM_ERASEBKGND:
-      return result = 1, true;
+      result = 1;
+      return true;
     case WM_SIZE:
       if (wParam != SIZE_MINIMIZED) spread();
       return true;
@@ -336,27 +339,32 @@ bool ViewWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
       return true;
     }
     case WM_SETFOCUS:
-      return SetFocus(startOfKeys()), true;
+      SetFocus(startOfKeys());
+      return true;
     case WM_COMMAND:
       if (HIWORD(wParam) == BN_CLICKED && lParam) command(LOWORD(wParam));
       return true;
     case WM_DRAWITEM:
       paintItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
-      return result = TRUE, true;
+      result = TRUE;
+      return true;
     case WM_DPICHANGED: {
       const RECT& to = *reinterpret_cast<const RECT*>(lParam);
       SetWindowPos(window_, nullptr, to.left, to.top, to.right - to.left, to.bottom - to.top,
                    SWP_NOZORDER | SWP_NOACTIVATE);
-      return changeLook(), true;
+      changeLook();
+      return true;
     }
     case WM_SETTINGCHANGE:
     case WM_SYSCOLORCHANGE:
-      return changeLook(), false;
+      changeLook();
+      return false;
     case WM_CLOSE:
       keepPlace();
       KillTimer(window_, kRefreshTimer);
       ShowWindow(window_, SW_HIDE);
-      return SetForegroundWindow(owner_), true;
+      SetForegroundWindow(owner_);
+      return true;
     case WM_DESTROY:
       if (IsWindowVisible(window_)) keepPlace();
       return false;

@@ -72,14 +72,14 @@ TEST(SafeFile, AFileThatAnotherProgramHoldsForAMomentIsTriedAgainAndAtLastSaid) 
     FailingSteps lasting(step, FailingSteps::How::Hold, 1'000'000);
     const FileResult result = writeFileSafely(file, "new", lasting);
     EXPECT_NE(result.reason.find("another program uses it"), std::string::npos);
-    EXPECT_GE(lasting.waited(), kFilePatience);
-    EXPECT_LE(lasting.waited(), kFilePatience * 2);
+    EXPECT_GE(lasting.waited(), kFileRetryTime);
+    EXPECT_LE(lasting.waited(), kFileRetryTime * 2);
     EXPECT_EQ(readFile(file, 100), std::to_string(step));
   }
   FailingSteps held(1, FailingSteps::How::Hold, 10);
-  EXPECT_EQ(readPatiently(file, 100, held).content, "4");
+  EXPECT_EQ(readWhenFree(file, 100, held).content, "4");
   FailingSteps never(1, FailingSteps::How::Hold, 1'000'000);
-  const FileReading reading = readPatiently(file, 100, never);
+  const FileReading reading = readWhenFree(file, 100, never);
   EXPECT_EQ(reading.how, FileReading::Unreadable);
   EXPECT_EQ(reading.reason, "another program uses it");
 }

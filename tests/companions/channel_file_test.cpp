@@ -14,7 +14,10 @@ using Lines = std::vector<std::string>;
 
 Lines cut(const Lines& pieces) {
   Lines lines;
-  LineCutter cutter([&lines](std::string_view line) { return lines.emplace_back(line), true; });
+  LineCutter cutter([&lines](std::string_view line) {
+    lines.emplace_back(line);
+    return true;
+  });
   for (const std::string& piece : pieces) cutter.feed(piece);
   cutter.end();
   return lines;

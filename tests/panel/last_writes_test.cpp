@@ -106,7 +106,9 @@ TEST(UnsavedEdits, GoToTheReceiverOrIntoAFileWhenTheProgramEnds) {
     EXPECT_NE(rig.content(memories).find(end.stored), std::string::npos) << rig.content(memories);
     const auto kept = entriesIn(rig.folder() / "Backups");
     ASSERT_EQ(kept.size(), end.files);
-    if (!kept.empty()) EXPECT_NE(rig.content(kept[0]).find("5000000;"), std::string::npos);
+    if (!kept.empty()) {
+      EXPECT_NE(rig.content(kept[0]).find("5000000;"), std::string::npos);
+    }
     EXPECT_EQ(LastWrites::takeNote(rig.settings).empty(), asked) << "told at the next start";
   }
 }

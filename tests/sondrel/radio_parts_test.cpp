@@ -83,9 +83,11 @@ std::vector<std::string> wordsRead(const std::string& line) {
     if (beforeQuote && slashes % 2 == 1) {
       words.back() += line[i++];
     } else if (line[i] == '"') {
-      quoted = !quoted, ++i;
+      quoted = !quoted;
+      ++i;
     } else if (line[i] == ' ' && !quoted) {
-      inWord = false, ++i;
+      inWord = false;
+      ++i;
     } else if (slashes == 0) {
       words.back() += line[i++];
     }

@@ -92,14 +92,14 @@ TEST_F(Keeper, SaysEachTimeWhyAServerCannotBeStartedButTriesItSeldom) {
 }
 
 TEST_F(Keeper, IsPatientWithAServerThatDoesNotListenYet) {
-  EXPECT_FALSE(keeper.young(now));
+  EXPECT_FALSE(keeper.justStarted(now));
   keeper.want(now);
-  EXPECT_TRUE(keeper.young(now));
+  EXPECT_TRUE(keeper.justStarted(now));
   run(milliseconds(10'000));
-  EXPECT_FALSE(keeper.young(now));
+  EXPECT_FALSE(keeper.justStarted(now));
   runs = false;
   run(milliseconds(300));
-  EXPECT_TRUE(keeper.young(now)) << "started anew";
+  EXPECT_TRUE(keeper.justStarted(now)) << "started anew";
 }
 
 }  // namespace

@@ -72,28 +72,35 @@ class OddArgument : public com::Variant {
     const auto one = [&](const auto& values) { return values[random() % std::size(values)]; };
     switch (random() % 9) {
       case 0:
-        vt = VT_R8, dblVal = one(kReals);
+        vt = VT_R8;
+        dblVal = one(kReals);
         break;
       case 1:
-        vt = VT_BSTR, bstrVal = com::newBstr(std::string(random() % 300, 'x'));
+        vt = VT_BSTR;
+        bstrVal = com::newBstr(std::string(random() % 300, 'x'));
         break;
       case 2:
-        vt = VT_I4 | VT_BYREF, plVal = &(place = one(kWholes));
+        vt = VT_I4 | VT_BYREF;
+        plVal = &(place = one(kWholes));
         break;
       case 3:
         vt = static_cast<VARTYPE>(random() % 2 ? VT_NULL : VT_EMPTY);
         break;
       case 4:
-        vt = VT_ERROR, scode = DISP_E_PARAMNOTFOUND;
+        vt = VT_ERROR;
+        scode = DISP_E_PARAMNOTFOUND;
         break;
       case 5:
-        vt = VT_BSTR, bstrVal = nullptr;
+        vt = VT_BSTR;
+        bstrVal = nullptr;
         break;
       case 6:
-        vt = VT_UI8, ullVal = ~0ull >> random() % 64;
+        vt = VT_UI8;
+        ullVal = ~0ull >> random() % 64;
         break;
       default:
-        vt = VT_I4, lVal = one(kWholes);
+        vt = VT_I4;
+        lVal = one(kWholes);
     }
   }
 };

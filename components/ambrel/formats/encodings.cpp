@@ -18,10 +18,13 @@ void appendUtf8(std::string& text, std::uint32_t code) {
     part(0);
   } else if (code < 0x10000) {
     text += static_cast<char>(0xE0 | code >> 12);
-    part(6), part(0);
+    part(6);
+    part(0);
   } else {
     text += static_cast<char>(0xF0 | code >> 18);
-    part(12), part(6), part(0);
+    part(12);
+    part(6);
+    part(0);
   }
 }
 

@@ -164,7 +164,10 @@ std::string minuteText(std::int16_t minute) {
 
 bool readTimesOf(std::string_view text, Entry& entry) {
   text = trimmed(text);
-  if (text.empty()) return entry.from = entry.to = -1, true;
+  if (text.empty()) {
+    entry.from = entry.to = -1;
+    return true;
+  }
   const auto dash = text.find('-');
   if (dash == text.npos) return false;
   const auto from = readMinute(text.substr(0, dash)), to = readMinute(text.substr(dash + 1));

@@ -43,7 +43,7 @@ void OwnStore::read() {
   if (busy()) return;
   underWay_ = base_;
   start([file = file_, disk = disk_, mark = mark_]() -> Outcome {
-    FileReading now = readPatiently(file, kLargestOwnList, *disk);
+    FileReading now = readWhenFree(file, kLargestOwnList, *disk);
     Outcome read;
     if (now.how == FileReading::Unreadable || now.how == FileReading::TooLarge) {
       read.how = {false, now.reason, false};

@@ -35,7 +35,7 @@ class Codes {
   std::optional<GeoPoint> place(std::string_view code, std::string_view homeCountry) const {
     return places_.at(code, homeCountry);
   }
-  void usePlaces(SitePlaces places) { places_ = std::move(places); }
+  void setPlaces(SitePlaces places) { places_ = std::move(places); }
 
  private:
   const std::string* find(Kind kind, std::string_view code) const;

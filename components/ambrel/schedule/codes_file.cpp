@@ -10,7 +10,7 @@ constexpr std::size_t kLargestCodes = 4u << 20;
 
 std::shared_ptr<Codes> readCodes(const DataFiles& files, FileNotes& notes) {
   for (const auto& file : files.named("codes.txt")) {
-    const FileReading reading = readPatiently(file, kLargestCodes, files.disk());
+    const FileReading reading = readWhenFree(file, kLargestCodes, files.disk());
     std::vector<std::string> problems;
     const bool whole = reading.how == FileReading::Whole;
     if (!whole) problems.push_back(reading.reason);
@@ -28,8 +28,8 @@ std::shared_ptr<Codes> readCodes(const DataFiles& files, FileNotes& notes) {
 std::shared_ptr<const Codes> loadCodes(const DataFiles& files, FileNotes& notes) {
   const std::shared_ptr<Codes> codes = readCodes(files, notes);
   const FileReading sites =
-      readPatiently(files.ownFolder() / kSitesName, kLargestCodes, files.disk());
-  if (sites.how == FileReading::Whole) codes->usePlaces(SitePlaces(sites.content));
+      readWhenFree(files.ownFolder() / kSitesName, kLargestCodes, files.disk());
+  if (sites.how == FileReading::Whole) codes->setPlaces(SitePlaces(sites.content));
   return codes;
 }
 

@@ -73,7 +73,7 @@ bool readHead(std::string_view text, std::optional<Season>& season, std::string&
 }  // namespace
 
 StationList readScheduleFile(const fs::path& file, FileSteps& disk) {
-  FileReading reading = readPatiently(file, kLargestSchedule, disk);
+  FileReading reading = readWhenFree(file, kLargestSchedule, disk);
   if (reading.how != FileReading::Whole) {
     const bool missing = reading.how == FileReading::Missing;
     StationList none = refused(file, missing ? "There is no such file." : reading.reason);
@@ -116,7 +116,7 @@ std::optional<StationList> keptSchedule(const DataFiles& files) {
 
 std::optional<StationList> keptHfcc(const DataFiles& files) {
   const fs::path file = files.ownFolder() / kHfccName;
-  const FileReading reading = readPatiently(file, kLargestHfcc, files.disk());
+  const FileReading reading = readWhenFree(file, kLargestHfcc, files.disk());
   if (reading.how == FileReading::Missing) return std::nullopt;
   StationList list = reading.how == FileReading::Whole ? readHfcc(reading.content, kHfccName)
                                                        : refused(file, reading.reason);
@@ -126,7 +126,7 @@ std::optional<StationList> keptHfcc(const DataFiles& files) {
 }
 
 std::optional<OtherImport> importOther(const fs::path& file, const DataFiles& files) {
-  const FileReading reading = readPatiently(file, kLargestHfcc, files.disk());
+  const FileReading reading = readWhenFree(file, kLargestHfcc, files.disk());
   if (reading.how != FileReading::Whole) return std::nullopt;
   const std::string name = pathText(file.filename());
   if (isZip(reading.content)) {

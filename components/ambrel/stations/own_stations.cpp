@@ -89,7 +89,7 @@ StationList ownStationsOf(std::string text) {
 }
 
 StationList readOwnStations(const DataFiles& files) {
-  FileReading reading = readPatiently(ownFile(files), lists::kLargestOwnList, files.disk());
+  FileReading reading = readWhenFree(ownFile(files), lists::kLargestOwnList, files.disk());
   StationList list = ownStationsOf(std::move(reading.content));
   list.file = ownFile(files);
   if (reading.how != FileReading::Whole && reading.how != FileReading::Missing)

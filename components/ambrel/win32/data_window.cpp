@@ -87,7 +87,10 @@ void DataWindow::command(int control, int notice) {
 
 bool DataWindow::notified(const NMHDR& notice, LRESULT& result) {
   if (notice.idFrom != id::Rows) return false;
-  if (notice.code == NM_DBLCLK) return tune(), true;
+  if (notice.code == NM_DBLCLK) {
+    tune();
+    return true;
+  }
   return rows_.answer(notice, result);
 }
 

@@ -118,14 +118,16 @@ bool KnownListWindow::notified(const NMHDR& notice, LRESULT& result) {
     case LVN_COLUMNCLICK: {
       const auto column = static_cast<ListColumn>(change.iSubItem);
       check(id::Descending, column == list_.query().sort && !checked(id::Descending));
-      return sortBy(column), true;
+      sortBy(column);
+      return true;
     }
     case LVN_ITEMCHANGED:
       if (!filling_ && change.iItem >= 0 && (change.uNewState & LVIS_SELECTED))
         chosen_ = list_.station(static_cast<std::size_t>(change.iItem));
       return true;
     case NM_DBLCLK:
-      return tune(), true;
+      tune();
+      return true;
     default:
       return rows_.answer(notice, result);
   }

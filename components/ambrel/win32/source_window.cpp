@@ -165,7 +165,10 @@ void SourceWindow::command(int control, int notice) {
 
 bool SourceWindow::notified(const NMHDR& notice, LRESULT& result) {
   if (notice.idFrom != id::Lists) return false;
-  if (notice.code == LVN_ITEMCHANGED) return showDetails(), true;
+  if (notice.code == LVN_ITEMCHANGED) {
+    showDetails();
+    return true;
+  }
   return rows_.answer(notice, result);
 }
 

@@ -120,7 +120,7 @@ void ChannelKeeper::refresh() {
 }
 
 void ChannelKeeper::readAgain(Instant now) {
-  if (giveUpAt_ == kNever) giveUpAt_ = now + kFilePatience;
+  if (giveUpAt_ == kNever) giveUpAt_ = now + kFileRetryTime;
   readAt_ = now + kFilePause;
   const FileReading reading = read();
   const bool readable = reading.how != FileReading::Unreadable;

@@ -43,7 +43,7 @@ class ChannelKeeper {
   void put(Channel channel, const ChannelRecord& record, Instant now);
 
   /// Returns when everything that was put is in the file; else in words where it is kept for the
-  /// next start, or that it is nowhere. Waits, as `patiently` does.
+  /// next start, or that it is nowhere. Waits, as `retryWhileHeld` does.
   std::string finish();
   /// Writes all channels into another file. Answers in words why it could not.
   std::string writeTo(const std::filesystem::path& file) const;

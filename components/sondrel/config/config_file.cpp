@@ -47,7 +47,7 @@ LoadedConfig standardInstead(const std::filesystem::path& path, const std::strin
 }  // namespace
 
 LoadedConfig loadConfig(const std::filesystem::path& path, FileSteps& steps) {
-  const FileReading reading = readPatiently(path, kLargestConfigFile, steps);
+  const FileReading reading = readWhenFree(path, kLargestConfigFile, steps);
   if (reading.how == FileReading::Unreadable) {
     LoadedConfig none;
     none.unreadable = reading.reason;

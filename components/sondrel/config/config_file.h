@@ -16,7 +16,7 @@ struct LoadedConfig {
 };
 
 /// Reads the file. Where there is none, or a damaged one, which is kept aside, the standard
-/// configuration takes its place. One that cannot be read is left alone. Waits, as `patiently`
+/// configuration takes its place. One that cannot be read is left alone. Waits, as `retryWhileHeld`
 /// does, for another program that holds it.
 LoadedConfig loadConfig(const std::filesystem::path& path, FileSteps& steps);
 

@@ -16,7 +16,7 @@ constexpr milliseconds kAnswerLimit{10'000};
 constexpr milliseconds kMeterLimit{4000};
 constexpr milliseconds kSpeedLimit{6000};
 /// Makes rigctld give a speed up soon.
-constexpr const char* kImpatient = "-C timeout=400,retry=0";
+constexpr const char* kQuickReplies = "-C timeout=400,retry=0";
 
 std::string lastLineOf(std::string_view text) {
   text = trimmed(text);
@@ -78,7 +78,7 @@ void RadioTrial::trySpeeds() {
     return;
   }
   const std::string options = setup_.options;
-  setup_.options = kImpatient + (options.empty() ? options : " " + options);
+  setup_.options = kQuickReplies + (options.empty() ? options : " " + options);
   for (const std::int32_t speed : speeds_) {
     if (stop_) return;
     setup_.speed = speed;

@@ -26,7 +26,7 @@ CloseReason reasonOf(NetFailure failure) {
   return CloseReason::Ended;
 }
 
-constexpr milliseconds kKnockEvery{100};
+constexpr milliseconds kConnectEvery{100};
 constexpr std::size_t kMostWritten = 8192;
 /// What a turn lacked, memory above all, is hardly there at once.
 constexpr milliseconds kPauseAfterFault{100};
@@ -155,7 +155,7 @@ void RigctldWorker::lostRadio() {
 }
 
 Instant RigctldWorker::nextDue() const {
-  return std::min({session_.nextDue(), keeper_.nextDue(), knockAt_});
+  return std::min({session_.nextDue(), keeper_.nextDue(), nextConnectAt_});
 }
 
 /// Answers false when the worker is to end.
@@ -168,7 +168,7 @@ bool RigctldWorker::readMail(Instant now) {
     mail_.stop = mail.stop;  // also when what follows fails
   }
   order_ = mail.order;
-  if (mail.shown) session_.show(*mail.shown);
+  if (mail.shown) session_.setShown(*mail.shown);
   if (mail.close) {
     session_.close();
     dismissServer();
@@ -243,9 +243,9 @@ void RigctldWorker::keepServer(Instant now) {
 
 void RigctldWorker::keepConnection(Instant now) {
   const auto wanted = session_.connectionWanted();
-  if (wanted == connection_ && now < knockAt_) return;
+  if (wanted == connection_ && now < nextConnectAt_) return;
   connection_ = wanted;
-  knockAt_ = kNever;
+  nextConnectAt_ = kNever;
   client_.close();
   if (wanted != 0) client_.open(address_.host, address_.port, now);
 }
@@ -254,8 +254,8 @@ void RigctldWorker::feed(const TcpClient::Events& events, Instant now) {
   if (events.opened) session_.connected(now);
   if (!events.received.empty()) session_.received(events.received, now);
   if (events.failed && session_.connectionWanted() == connection_) {
-    if (events.failed == NetFailure::Refused && keeper_.young(now)) {
-      knockAt_ = now + kKnockEvery;
+    if (events.failed == NetFailure::Refused && keeper_.justStarted(now)) {
+      nextConnectAt_ = now + kConnectEvery;
     } else {
       session_.closed(reasonOf(*events.failed), now);
     }

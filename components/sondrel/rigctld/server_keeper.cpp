@@ -12,7 +12,7 @@ constexpr milliseconds kLongestPause{30'000};
 // Who ran so long was no failed start.
 constexpr milliseconds kSettled{10'000};
 // A server opens its port only after it has tried its radio.
-constexpr milliseconds kYoung{6000};
+constexpr milliseconds kJustStarted{6000};
 
 }  // namespace
 
@@ -51,7 +51,9 @@ Instant ServerKeeper::nextDue() const {
   return runs_ ? lookAt_ : startAt_;
 }
 
-bool ServerKeeper::young(Instant now) const { return runs_ && now < startedAt_ + kYoung; }
+bool ServerKeeper::justStarted(Instant now) const {
+  return runs_ && now < startedAt_ + kJustStarted;
+}
 
 void ServerKeeper::start(Instant now) {
   problem_ = process_.start();

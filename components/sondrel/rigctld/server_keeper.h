@@ -29,7 +29,7 @@ class ServerKeeper {
   /// When tick() should be called next; kNever while no server is wanted.
   Instant nextDue() const;
   /// It runs, and was started so lately that it may not listen yet.
-  bool young(Instant now) const;
+  bool justStarted(Instant now) const;
 
  private:
   void start(Instant now);

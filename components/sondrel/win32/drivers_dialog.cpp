@@ -447,7 +447,7 @@ void DriversDialog::forgetTest() {
 
 void DriversDialog::confirm() {
   if (somethingWrong()) return;
-  giveUpAt_ = std::chrono::steady_clock::now() + kFilePatience;
+  giveUpAt_ = std::chrono::steady_clock::now() + kFileRetryTime;
   enable(IDOK, false);
   apply();
 }

@@ -41,7 +41,10 @@ class ClassFactory final : public IClassFactory {
     }
   }
   STDMETHODIMP LockServer(BOOL lock) override {
-    lock ? count_.add() : count_.remove();
+    if (lock)
+      count_.add();
+    else
+      count_.remove();
     return S_OK;
   }
 
