@@ -39,7 +39,7 @@ void writeList(const fs::path& file) {
     text += std::to_string(150 + i * 29) + " ; Station " + std::to_string(i * 7919 % kStations);
     text += " ; AM ; 6000 ; Group " + std::to_string(i % 20) + "\n";
   }
-  must(writeFileSafely(file, text).ok, "the list's file");
+  must(writeFileSafely(file, text).ok(), "the list's file");
 }
 
 void runPending() {

@@ -140,7 +140,7 @@ class AmbrelCore final : public FrequencyComponent {
   std::string ownStamp_;  ///< of its file when it was last read
   std::string loadWords_;
   // Why what the operator chose could not be kept; the background's while that is at work.
-  std::string lostRegion_, lostSchedule_;
+  Result<> regionKept_, scheduleKept_;
   EventQueue queue_;
   Background background_;  ///< last, so that its jobs end before what they use
 };

@@ -39,8 +39,8 @@ void AmbrelCore::lookAtClock() {
 bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
   return load([this, file](const DataFiles& files) {
     if (const auto other = importOther(file, files)) {
-      if (!other->taken) return Loaded{std::nullopt, other->words};
-      Loaded loaded{loadStations(files, std::nullopt), other->words};
+      if (!*other) return Loaded{std::nullopt, other->reason()};
+      Loaded loaded{loadStations(files, std::nullopt), **other};
       loaded.codes = loadCodes(files, loaded.openNotes);
       return loaded;
     }
@@ -50,9 +50,9 @@ bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
                                       " The data that was there stays."};
     std::string words =
         list.origin + " was loaded: season " + list.season->code() + ", " + countsOf(list);
-    lostSchedule_ = keepSchedule(list, files);
-    if (!lostSchedule_.empty())
-      words += " It could not be kept for the next start: " + lostSchedule_;
+    scheduleKept_ = keepSchedule(list, files);
+    if (!scheduleKept_)
+      words += " It could not be kept for the next start: " + scheduleKept_.reason();
     return Loaded{loadStations(files, std::move(list)), std::move(words)};
   });
 }

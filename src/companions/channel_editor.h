@@ -77,9 +77,9 @@ class ChannelEditor : private ChannelKeys {
   /// The program ends: returns when the file is written that is under way, and edits are kept in
   /// one that the receiver has not got. Answers in words what the operator would have read of a
   /// file that could not be written, or where edits are of which he was not asked.
-  std::string end();
+  Result<> end();
   /// Writes what could not be written into another file. Answers in words why it could not.
-  std::string saveTo(const std::string& file) const;
+  Result<> saveTo(const std::string& file) const;
 
   void tick(Instant now);
   Instant nextDue() const;

@@ -123,7 +123,7 @@ void DataLog::tellNews() {
 void DataLog::serveActivation() {
   if (!waiting_.empty()) {
     start("Storing ...", [this, records = waiting_]() -> std::function<void()> {
-      const FileResult kept = keepWaiting(records);
+      const Result<> kept = keepWaiting(records);
       return [this, count = records.size(), kept] { insertWaiting(count, kept); };
     });
   }
@@ -131,22 +131,22 @@ void DataLog::serveActivation() {
 }
 
 /// The records as the table is going to have them, where their letters are in its file's encoding.
-FileResult DataLog::keepWaiting(std::span<const LogRecord> records) {
+Result<> DataLog::keepWaiting(std::span<const LogRecord> records) {
   std::vector<LogChange> changes;
   for (const LogRecord& record : records)
     changes.push_back({LogChange::Added, joinLogLine(record)});
   return file_.keep(changes);
 }
 
-void DataLog::insertWaiting(std::size_t count, const FileResult& kept) {
+void DataLog::insertWaiting(std::size_t count, const Result<>& kept) {
   const std::vector<LogRecord> records(waiting_.begin(), waiting_.begin() + count);
   waiting_.erase(waiting_.begin(), waiting_.begin() + count);
   for (const LogRecord& record : records) insert(record);
   sayKept(kept);
 }
 
-void DataLog::sayKept(const FileResult& kept) {
-  if (!kept) view_.Notice = "It is in this window only, until OK saves it: " + kept.reason;
+void DataLog::sayKept(const Result<>& kept) {
+  if (!kept) view_.Notice = "It is in this window only, until OK saves it: " + kept.reason();
 }
 
 void DataLog::record() {
@@ -282,8 +282,8 @@ void DataLog::exportTo(const std::string& path, const StationNames& stations) {
   start("Exporting ...", [this, path, stations]() -> std::function<void()> {
     const LogExport file =
         isCsv(path) ? csvOf(log_, services_.calendar) : adifOf(log_, services_.calendar, stations);
-    const FileResult written = writeFileSafely(pathFromText(path), file.content);
-    std::string words = written ? "Exported to " + path + "." : "Not exported: " + written.reason;
+    const Result<> written = writeFileSafely(pathFromText(path), file.content);
+    std::string words = written ? "Exported to " + path + "." : "Not exported: " + written.reason();
     const auto without = [&](const char* what, std::size_t records) {
       if (written && records > 0) words += what + std::to_string(records) + " records.";
     };
@@ -307,7 +307,7 @@ void DataLog::Cancel_Click() {
   if (busy()) return;
   PadGrd_.cancel();
   start("Cancelling ...", [this]() -> std::function<void()> {
-    const FileResult dropped = file_.drop();
+    const Result<> dropped = file_.drop();
     return [this, dropped] {
       undo_.clear();
       changes_ = {};
@@ -315,7 +315,7 @@ void DataLog::Cancel_Click() {
       read_ = edited_ = false;
       if (dropped) return close();
       view_.Notice =
-          "The edits are dropped, but may come back at the next start: " + dropped.reason;
+          "The edits are dropped, but may come back at the next start: " + dropped.reason();
     };
   });
 }
@@ -364,7 +364,7 @@ void DataLog::read(milliseconds grace) {
   start(
       "Reading ...",
       [this, records = waiting_]() -> std::function<void()> {
-        const FileResult kept = keepWaiting(records);
+        const Result<> kept = keepWaiting(records);
         const auto log = std::make_shared<LogTable>(file_.read());
         return [this, log, count = records.size(), kept] {
           arrived(std::move(*log));
@@ -401,21 +401,21 @@ void DataLog::save() {
 
 void DataLog::saved(const LogSaved& how) {
   if (!how) {
-    view_.Notice = "Not saved: " + how.reason + ".";
+    view_.Notice = "Not saved: " + how.reason() + ".";
     return;
   }
   edited_ = false;
   changes_ = {};
-  if (how.merged) {
+  if (*how) {
     undo_.clear();
-    log_ = std::move(*how.merged);
+    log_ = std::move(**how);
     PadGrd_.markSorted(-1);
   }
   // A record that was stored meanwhile keeps the window.
   if (waiting_.empty() && !select_) close();
 }
 
-std::string DataLog::end() {
+Result<> DataLog::end() {
   PadGrd_.commit();
   while (busy()) {
     work_.wait();
@@ -426,14 +426,15 @@ std::string DataLog::end() {
   const LogSaved how = file_.save(log_, changes_);
   if (how) return {};
   // What the disk refused before it may take by now.
-  if (!file_.keep({})) return rescue(how.reason);
-  return "Error: the station log was not saved: " + how.reason +
-         ".\n\nIts changes are kept beside it and go into it at the next start.";
+  if (!file_.keep({})) return Failure{rescue(how.reason())};
+  return Failure{"Error: the station log was not saved: " + how.reason() +
+                 ".\n\nIts changes are kept beside it and go into it at the next start."};
 }
 
-std::string DataLog::saveTo(const std::string& file) const {
-  const FileResult written = writeFileSafely(pathFromText(file), log_.content());
-  return written ? std::string() : "Error: " + written.reason + ".";
+Result<> DataLog::saveTo(const std::string& file) const {
+  const Result<> written = writeFileSafely(pathFromText(file), log_.content());
+  if (!written) return Failure{"Error: " + written.reason() + "."};
+  return {};
 }
 
 std::string DataLog::rescue(const std::string& reason) const {

@@ -94,9 +94,9 @@ class DataLog : private GridTable {
 
   /// The program ends: keeps the edits, in another file where the log cannot take them. Answers
   /// what the operator has to be told; mostly nothing.
-  std::string end();
+  Result<> end();
   /// Writes the log as it is shown into another file. Answers in words why it could not.
-  std::string saveTo(const std::string& file) const;
+  Result<> saveTo(const std::string& file) const;
 
  private:
   /// Work that takes no longer is over when the call that started it returns.
@@ -125,9 +125,9 @@ class DataLog : private GridTable {
   void save();
   void saved(const LogSaved& how);
   void note(const std::vector<LogChange>& changes);
-  void sayKept(const FileResult& kept);
-  FileResult keepWaiting(std::span<const LogRecord> records);
-  void insertWaiting(std::size_t count, const FileResult& kept);
+  void sayKept(const Result<>& kept);
+  Result<> keepWaiting(std::span<const LogRecord> records);
+  void insertWaiting(std::size_t count, const Result<>& kept);
   void serveActivation();
   void close();
   std::string rescue(const std::string& reason) const;
@@ -158,7 +158,7 @@ class DataLog : private GridTable {
   bool read_ = false;    ///< the table is that of the file
   bool edited_ = false;  ///< the table has what the file lacks, if only another order
   LogChanges changes_;   ///< the records by which they differ
-  std::shared_future<FileResult> keeping_;  ///< some of them are being put on the disk
+  std::shared_future<Result<>> keeping_;  ///< some of them are being put on the disk
   bool saveWhenRead_ = false;
   std::string news_;                ///< for the notice, once the window is open and at rest
   bool select_ = false;             ///< the record of the present frequency is to be selected

@@ -99,10 +99,10 @@ std::string DiagnosticReport::options() const {
 }
 
 std::string DiagnosticReport::configuration() const {
-  std::string reason;
-  const auto text = readFile(folder_ / "receivers.txt", kLargestConfiguration, &reason);
-  if (text) return withoutSecrets(*text);
-  return row(reason.empty() ? "There is none." : "It cannot be read: " + reason);
+  const FileReading reading = FileSteps().read(folder_ / "receivers.txt", kLargestConfiguration);
+  if (reading.how == FileReading::Whole) return withoutSecrets(reading.content);
+  const bool missing = reading.how == FileReading::Missing;
+  return row(missing ? "There is none." : "It cannot be read: " + reading.reason);
 }
 
 std::string DiagnosticReport::events() const {
@@ -139,8 +139,8 @@ std::string DiagnosticReport::text(const SystemFacts& facts, WallTime now) const
 
 std::string DiagnosticReport::save(const SystemFacts& facts, WallTime now) const {
   const std::filesystem::path file = folder_ / "report.txt";
-  const FileResult saved = writeFileSafely(file, text(facts, now));
-  if (!saved) return "The report could not be saved: " + saved.reason;
+  const Result<> saved = writeFileSafely(file, text(facts, now));
+  if (!saved) return "The report could not be saved: " + saved.reason();
   return "The report has been saved as\r\n" + pathText(file) +
          "\r\n\r\nIt holds versions, options, the receivers without addresses and commands, and "
          "the last events of their links. Please read it before you send it to anybody.";

@@ -112,9 +112,9 @@ void Overview::show(int row) {
 
 /// Whether a receiver takes no commands now; says why.
 bool Overview::refused(Index rx) {
-  const std::string why = whyLocked(services_.receiver, rx);
-  if (!why.empty()) said_ = name(rx) + ": " + why;
-  return !why.empty();
+  const Result<> open = checkTakesCommands(services_.receiver, rx);
+  if (!open) said_ = name(rx) + ": " + open.reason();
+  return !open;
 }
 
 void Overview::tune(Index rx, int direction) {
@@ -208,9 +208,9 @@ void Overview::commit() {
   const auto rx = static_cast<Index>(focused_);
   if (refused(rx)) return entry_.clear();
   const double hertz = std::round(num(entry_) * 1000);
-  const std::string why = whyNotTuned(services_.receiver, rx, hertz);
-  if (!why.empty()) {
-    said_ = name(rx) + ": " + entry_ + " kHz is out of reach; " + why;
+  const Result<> in = checkReaches(services_.receiver, rx, hertz);
+  if (!in) {
+    said_ = name(rx) + ": " + entry_ + " kHz is out of reach; " + in.reason();
     return entry_.clear();
   }
   services_.receiver.SetRxFrequency(rx, false, nearestLong(hertz));
@@ -230,24 +230,25 @@ void Overview::copy(int from, int to) {
   if (!exists(from) || !exists(to) || from == to) return;
   const auto source = static_cast<Index>(from), target = static_cast<Index>(to);
   const SettingCopy before = settingOf(services_.receiver, target);
-  const Applied applied =
+  const Result<std::string> applied =
       applySetting(services_.receiver, target, settingOf(services_.receiver, source));
-  if (!applied.done) {
-    said_ = name(target) + " does not take the setting of " + name(source) + ": " + applied.missing;
+  if (!applied) {
+    said_ =
+        name(target) + " does not take the setting of " + name(source) + ": " + applied.reason();
     return;
   }
   if (copies_.size() == kMostCopies) copies_.erase(copies_.begin());
   copies_.push_back({target, before});
   said_ = name(target) + " has the setting of " + name(source) +
-          (applied.missing.empty() ? "" : " without " + applied.missing) + "; Ctrl+Z takes it back";
+          (applied->empty() ? "" : " without " + *applied) + "; Ctrl+Z takes it back";
 }
 
 void Overview::takeBack() {
   if (copies_.empty()) return;
   const Copied last = copies_.back();
-  const Applied applied = applySetting(services_.receiver, last.rx, last.before);
-  if (!applied.done) {
-    said_ = name(last.rx) + " does not take its setting back: " + applied.missing;
+  const Result<std::string> applied = applySetting(services_.receiver, last.rx, last.before);
+  if (!applied) {
+    said_ = name(last.rx) + " does not take its setting back: " + applied.reason();
     return;
   }
   copies_.pop_back();

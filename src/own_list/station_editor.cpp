@@ -276,12 +276,12 @@ void StationEditor::offerExport() {
   if (!services_.files.saveFile(name, extensionOf(form.fileName))) return say({});
   const auto job = [prepared, name, disk = services_.disk]() -> Written {
     try {
-      const FileResult how = writeFileSafely(pathFromText(name), prepared->writing.text, *disk);
+      const Result<> how = writeFileSafely(pathFromText(name), prepared->writing.text, *disk);
       const bool one = prepared->count == 1;
       return {how, std::to_string(prepared->count) + (one ? " station was" : " stations were") +
                        " written to " + name + "."};
     } catch (const std::exception& why) {
-      return {{false, why.what(), false}, {}};
+      return {Failure{why.what()}, {}};
     }
   };
   export_ = std::async(std::launch::async, job);
@@ -296,7 +296,7 @@ void StationEditor::tick() {
   if (isDone(prepared_)) offerExport();
   if (isDone(export_)) {
     const Written written = export_.get();
-    said_ = written.how ? written.words : "The list was not written: " + written.how.reason;
+    said_ = written.how ? written.words : "The list was not written: " + written.how.reason();
     news = true;
   }
   if (import_ && import_->tick()) {
@@ -306,7 +306,7 @@ void StationEditor::tick() {
   if (news) refresh();
 }
 
-std::string StationEditor::end() {
+Result<> StationEditor::end() {
   grid_.commit();
   // What was to be added before the list was read is added now.
   if (!waiting_.empty()) {
@@ -315,12 +315,12 @@ std::string StationEditor::end() {
   }
   store_.finish();
   if (export_.valid()) export_.wait();
-  return store_.unsaved() || !waiting_.empty() ? store_.problem() : std::string();
+  if (!store_.unsaved() && waiting_.empty()) return {};
+  return resultOf(store_.problem());
 }
 
-std::string StationEditor::saveTo(const std::string& file) {
-  return writeFileSafely(pathFromText(file), lists::ownText(store_.list().text()), *services_.disk)
-      .reason;
+Result<> StationEditor::saveTo(const std::string& file) {
+  return writeFileSafely(pathFromText(file), lists::ownText(store_.list().text()), *services_.disk);
 }
 
 }  // namespace kelvane

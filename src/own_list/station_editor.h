@@ -84,10 +84,10 @@ class StationEditor {
   void tick();
   /// The program ends: returns when the list is in its file. Answers what the operator has to be
   /// told; mostly nothing.
-  std::string end();
+  Result<> end();
   /// Writes the list as it is into a file of the operator's choice. Waits; answers why it could
   /// not.
-  std::string saveTo(const std::string& file);
+  Result<> saveTo(const std::string& file);
 
  private:
   void listChanged();
@@ -117,7 +117,7 @@ class StationEditor {
   };
   std::future<Prepared> prepared_;
   struct Written {
-    FileResult how;
+    Result<> how;
     std::string words;
   };
   std::future<Written> export_;

@@ -158,13 +158,13 @@ std::string StationGrid::cell(GridRow row, int column) const {
   return text(*entry, column);
 }
 
-std::string StationGrid::put(Entry& entry, int column, const std::string& typed) {
+Result<> StationGrid::put(Entry& entry, int column, const std::string& typed) {
   const std::string text = lists::oneLine(typed);
   switch (column) {
     case Khz: {
       const auto read = lists::readFrequency(text, lists::Unit::Khz);
-      if (read.frequency <= 0) return read.reason;
-      entry.frequency = read.frequency;
+      if (!read) return read.failure();
+      entry.frequency = *read;
       return {};
     }
     case Name:
@@ -172,13 +172,14 @@ std::string StationGrid::put(Entry& entry, int column, const std::string& typed)
       return {};
     case Mode: {
       const auto mode = lists::modeOfWord(text);
-      if (!mode) return "this mode is unknown";
+      if (!mode) return Failure{"this mode is unknown"};
       entry.mode = *mode;
       return {};
     }
     case Width: {
       const auto width = text.empty() ? 0 : wholeNumber(text);
-      if (!width || *width < 0 || *width > 10'000'000) return "the width is no bandwidth in Hz";
+      if (!width || *width < 0 || *width > 10'000'000)
+        return Failure{"the width is no bandwidth in Hz"};
       entry.width = static_cast<Setting>(*width);
       return {};
     }
@@ -189,7 +190,8 @@ std::string StationGrid::put(Entry& entry, int column, const std::string& typed)
       entry.tags = text;
       return {};
     case Utc:
-      return lists::readTimesOf(text, entry) ? std::string() : "times are written 0600-0800";
+      if (lists::readTimesOf(text, entry)) return {};
+      return Failure{"times are written 0600-0800"};
     case Days:
       entry.days = text;
       return {};
@@ -215,8 +217,8 @@ void StationGrid::store(GridCell cell, const std::string& text) {
   lists::OwnList::Edits edits;
   for (const Id id : ids) {
     Entry entry = *store_.list().at(id);
-    if (const std::string why = put(entry, cell.column, text); !why.empty())
-      return asks_.refuse(why);
+    if (const Result<> done = put(entry, cell.column, text); !done)
+      return asks_.refuse(done.reason());
     edits.emplace_back(id, std::make_shared<const Entry>(std::move(entry)));
   }
   store_.list().edit(edits);
@@ -235,9 +237,9 @@ bool StationGrid::accepts(int column, char32_t character) const {
 std::string StationGrid::corrected(GridCell cell, const std::string& text) const {
   Entry entry;
   entry.frequency = 1;
-  const std::string why = put(entry, cell.column, text);
-  if (why.empty()) return text;
-  asks_.refuse(why);
+  const Result<> fits = put(entry, cell.column, text);
+  if (fits) return text;
+  asks_.refuse(fits.reason());
   return this->cell(cell.row, cell.column);
 }
 

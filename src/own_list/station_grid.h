@@ -76,7 +76,7 @@ class StationGrid : public GridTable {
   void sort();
   static std::string text(const lists::Entry& entry, int column);
   /// Why a text cannot stand in a column; empty where it can, and then the entry has it.
-  static std::string put(lists::Entry& entry, int column, const std::string& text);
+  static Result<> put(lists::Entry& entry, int column, const std::string& text);
 
   lists::OwnStore& store_;
   Asks asks_;

@@ -395,23 +395,24 @@ std::vector<LastWrite> MAin::lastWrites() {
       {[this] { return stations_->end(); }, "My stations", "txt", saveStations}};
   for (Index rx = 0; rx < receiverCount(receiver); ++rx) {
     const auto write = [&receiver, rx](const std::string& file) {
-      return receiver.FinishRxWriting(rx, file).value();
+      return resultOf(receiver.FinishRxWriting(rx, file));
     };
     writes.push_back({[write] { return write({}); }, receiver.GetRxName(rx).value() + " channels",
                       "txt", write});
   }
-  writes.push_back({[this] { return services_.frequency.FinishFrqWriting().value(); }});
+  writes.push_back({[this] { return resultOf(services_.frequency.FinishFrqWriting()); }});
   return writes;
 }
 
-std::string MAin::saveSettings(const Placement& place) {
+Result<> MAin::saveSettings(const Placement& place) {
   SettingsStore& settings = services_.settings;
   bool kept = settings.writeNumber("MainLeft", place.left);
   kept = settings.writeNumber("MainTop", place.top) && kept;
   kept = settings.writeNumber("MainWidth", place.width) && kept;
   kept = settings.writeNumber("MainHeight", place.height) && kept;
-  if (!config_.saveAgain()) return "The options that you changed could not be saved.";
-  return kept ? std::string() : "The window's place could not be saved.";
+  if (!config_.saveAgain()) return Failure{"The options that you changed could not be saved."};
+  if (!kept) return Failure{"The window's place could not be saved."};
+  return {};
 }
 
 void MAin::unload(const Placement& place, Ending how) {

@@ -149,7 +149,7 @@ class MAin : public ControlEvents {
   void provideCompanions();
   void openLog(bool updateOnly);
   std::vector<LastWrite> lastWrites();
-  std::string saveSettings(const Placement& place);
+  Result<> saveSettings(const Placement& place);
   void announce();
   /// What is held for other programs while the shown receiver does not answer; empty for nothing.
   std::string whyNotUp() const;

@@ -292,12 +292,12 @@ TEST(Hostile, AProgramAtAShorterNameIsNotStartedInstead) {
   folder.write(L"Pro.exe", "not a program");
   const std::string words = narrow(real.wstring()) + " /c exit";
   ChildProcess child;
-  EXPECT_EQ(child.start(words), "") << "the one that is meant, without quotes";
+  EXPECT_EQ(child.start(words).reason(), "") << "the one that is meant, without quotes";
   const std::string without = narrow((folder / L"Pro gram" / L"cmd").wstring());
-  EXPECT_NE(child.start(without + " /c exit").find("in quotes"), std::string::npos);
-  EXPECT_EQ(child.start("\"" + without + "\" /c exit"), "");
-  EXPECT_EQ(child.start("cmd /c exit"), "") << "by the search path";
-  EXPECT_EQ(child.start("no-such-program -m 1"), "There is no program no-such-program.");
+  EXPECT_NE(child.start(without + " /c exit").reason().find("in quotes"), std::string::npos);
+  EXPECT_EQ(child.start("\"" + without + "\" /c exit").reason(), "");
+  EXPECT_EQ(child.start("cmd /c exit").reason(), "") << "by the search path";
+  EXPECT_EQ(child.start("no-such-program -m 1").reason(), "There is no program no-such-program.");
 }
 
 }  // namespace kelvane::test

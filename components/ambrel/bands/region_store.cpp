@@ -21,9 +21,9 @@ Long keptRegion(const DataFiles& files, FileNotes& notes) {
   return region && *region >= 1 && *region <= kRegions ? static_cast<Long>(*region) - 1 : 0;
 }
 
-std::string keepRegion(const DataFiles& files, Long region) {
+Result<> keepRegion(const DataFiles& files, Long region) {
   const std::string text = std::to_string(region + 1) + "\r\n";
-  return writeFileSafely(files.ownFolder() / kName, text, files.disk()).reason;
+  return writeFileSafely(files.ownFolder() / kName, text, files.disk());
 }
 
 }  // namespace kelvane::ambrel

@@ -29,7 +29,7 @@ void OwnStore::start(std::function<Outcome()> job) {
     try {
       return job();
     } catch (const std::exception& why) {
-      return {{false, why.what(), false}, {}, 0, false, false};
+      return {Failure{why.what()}, {}, 0, false, false};
     }
   };
   try {
@@ -46,13 +46,13 @@ void OwnStore::read() {
     FileReading now = readWhenFree(file, kLargestOwnList, *disk);
     Outcome read;
     if (now.how == FileReading::Unreadable || now.how == FileReading::TooLarge) {
-      read.how = {false, now.reason, false};
+      read.how = Failure{now.reason};
       return read;
     }
     read.mark = now.how == FileReading::Missing ? 0 : markOf(now.content);
     read.other = read.mark != mark;
     if (read.other) read.text = readOwnText(now.content);
-    if (!read.text.refusal.empty()) read.how = {false, read.text.refusal, false};
+    if (!read.text.refusal.empty()) read.how = Failure{read.text.refusal};
     return read;
   });
 }
@@ -64,17 +64,17 @@ void OwnStore::write() {
     Outcome done;
     done.wrote = true;
     const auto change = [&](const FileReading& now) -> FileChange {
-      if (now.how == FileReading::TooLarge) return {false, {}, now.reason};
+      if (now.how == FileReading::TooLarge) return Failure{now.reason};
       done.text = *mine;
       done.other = now.how == FileReading::Whole && markOf(now.content) != mark;
       if (done.other) {
         OwnText theirs = readOwnText(now.content);
-        if (!theirs.refusal.empty()) return {false, {}, theirs.refusal};
+        if (!theirs.refusal.empty()) return Failure{theirs.refusal};
         done.text = merged(*base, *mine, std::move(theirs));
       }
       std::string content = ownText(done.text);
       done.mark = markOf(content);
-      return {true, std::move(content), {}};
+      return content;
     };
     done.how = changeFile(file, kLargestOwnList, *disk, change);
     return done;
@@ -84,7 +84,7 @@ void OwnStore::write() {
 void OwnStore::take(Outcome outcome) {
   if (!outcome.how) {
     problem_ = std::string("My stations were not ") + (outcome.wrote ? "saved: " : "read: ") +
-               outcome.how.reason;
+               outcome.how.reason();
     refused_ = outcome.wrote;
     return;
   }

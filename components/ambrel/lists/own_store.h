@@ -49,7 +49,7 @@ class OwnStore {
 
  private:
   struct Outcome {
-    FileResult how;
+    Result<> how;
     OwnText text;
     std::size_t mark = 0;
     bool other = false;  ///< another program changed the file

@@ -137,7 +137,7 @@ std::string refusalOf(const ScheduleReading& reading) {
 
 ScheduleReading readEibiSchedule(std::string_view text, Season season) {
   ScheduleReading reading;
-  reading.refusal = whyNoText(text);
+  reading.refusal = checkText(text).reason();
   if (!reading.refusal.empty()) return reading;
   const std::size_t middle =
       text.size() < kWorthTwoThreads ? text.npos : text.find('\n', text.size() / 2);

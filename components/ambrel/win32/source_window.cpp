@@ -222,10 +222,7 @@ void SourceWindow::edit(MakeFile make) {
   const auto job = [&core = core_, refusal = refusal_, make = std::move(make),
                     files = *core_.files()] {
     const OwnFile own = make(files);
-    core.post([refusal, own] {
-      *refusal = own.reason.empty() ? openInEditor(own.file)
-                                    : pathText(own.file) + " was not made. " + own.reason;
-    });
+    core.post([refusal, own] { *refusal = own ? openInEditor(*own) : own.reason(); });
   };
   background_.run("making a file of the operator's own", job, refused("The file was not made"));
 }

@@ -23,7 +23,7 @@ LoadedConfig loadConfig(const std::filesystem::path& path, FileSteps& steps);
 /// Writes the list that was made of the loaded one, together with what other processes changed in
 /// the file meanwhile; `loaded` is what the file holds then. Refuses where both changed the same
 /// receiver. A damaged file is never written over: it is moved aside first.
-FileResult saveConfig(const std::filesystem::path& path, const ReceiverConfig& wanted,
-                      LoadedConfig& loaded, FileSteps& steps);
+Result<> saveConfig(const std::filesystem::path& path, const ReceiverConfig& wanted,
+                    LoadedConfig& loaded, FileSteps& steps);
 
 }  // namespace kelvane::sondrel

@@ -49,8 +49,8 @@ class RadioDesk {
     /// Remembers the one that the operator has shown.
     std::function<void(const std::filesystem::path&)> remember;
     /// Runs a program to its end (see outputOf).
-    std::function<ProgramOutput(const std::string& line, milliseconds limit,
-                                const std::function<bool()>& stop)>
+    std::function<Result<std::string>(const std::string& line, milliseconds limit,
+                                      const std::function<bool()>& stop)>
         run;
   };
   explicit RadioDesk(Sources sources);
@@ -84,9 +84,9 @@ class RadioDesk {
   void readBestProgram();
   std::string readProgram(const std::filesystem::path& program);
   void said(const std::string& problem);
-  bool takeProgram(const std::filesystem::path& program, std::string& problem);
+  Result<std::string> takeProgram(const std::filesystem::path& program);
   void readFacts(std::int32_t model);
-  std::string output(const std::string& program, const std::string& words, std::string& problem);
+  Result<std::string> output(const std::string& program, const std::string& words);
   template <class Change>
   void change(Change change);
   bool stopped() const;

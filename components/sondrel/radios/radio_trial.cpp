@@ -95,8 +95,8 @@ void RadioTrial::trySpeeds() {
 bool RadioTrial::trySpeed(Depth depth) {
   const bool whole = depth == Depth::Whole;
   ServerTalk talk([this] { return stopped(); });
-  const std::string problem = startServer(talk, whole ? kStartLimit : kSpeedLimit);
-  const bool answers = problem.empty() && askFrequency(talk, whole ? kAnswerLimit : kSpeedLimit);
+  const Result<> started = startServer(talk, whole ? kStartLimit : kSpeedLimit);
+  const bool answers = started && askFrequency(talk, whole ? kAnswerLimit : kSpeedLimit);
   if (answers) {
     const std::lock_guard lock(mutex_);
     answeredAt_ = setup_.speed;
@@ -107,23 +107,23 @@ bool RadioTrial::trySpeed(Depth depth) {
     askRest(talk);
     if (!stop_) say("It works.");
   }
-  if (!answers) failure_ = problem.empty() ? failure() : problem;
+  if (!answers) failure_ = started ? failure() : started.reason();
   if (whole && !answers && !stop_) say(failure_);
   server_.end();
   return answers;
 }
 
-/// Answers in words why there is no server to talk to; empty where there is.
-std::string RadioTrial::startServer(ServerTalk& talk, milliseconds limit) {
+/// Starts a server to talk to.
+Result<> RadioTrial::startServer(ServerTalk& talk, milliseconds limit) {
   server_.end();
   written_.clear();
-  const OwnServer::Start start = serverOf(setup_)->prepare();
-  if (!start.problem.empty()) return start.problem;
-  std::string problem = server_.start(start.command, Written::Kept);
-  if (!problem.empty()) return "rigctld cannot be started: " + problem;
+  const Result<OwnServer::Start> start = serverOf(setup_)->prepare();
+  if (!start) return start.failure();
+  const Result<> started = server_.start(start->command, Written::Kept);
+  if (!started) return Failure{"rigctld cannot be started: " + started.reason()};
   const bool told = speeds_.size() < 2;
   if (told) say("rigctld is started.");
-  if (!talk.open("127.0.0.1", start.port, limit, true)) return failure();
+  if (!talk.open("127.0.0.1", start->port, limit, true)) return Failure{failure()};
   if (told && !setup_.device.empty()) say(setup_.device + " is open.");
   return {};
 }

@@ -38,7 +38,7 @@ class RadioTrial {
   void run();
   void trySpeeds();
   bool trySpeed(Depth depth);
-  std::string startServer(ServerTalk& talk, milliseconds limit);
+  Result<> startServer(ServerTalk& talk, milliseconds limit);
   bool askFrequency(ServerTalk& talk, milliseconds limit);
   void askRest(ServerTalk& talk);
   std::string failure();

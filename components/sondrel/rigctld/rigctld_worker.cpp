@@ -188,30 +188,30 @@ void RigctldWorker::rememberFault(const std::string& words) {
   fault_ = words;
 }
 
-std::string RigctldWorker::startServer() {
+Result<> RigctldWorker::startServer() {
   if (!address_.own) return startSoleServer();
-  const OwnServer::Start start = address_.own->prepare();
   written_.clear();
-  address_.port = start.port;
-  std::string problem = start.problem;
-  if (problem.empty()) problem = process_.start(start.command, Written::Kept);
-  if (!problem.empty()) rememberFault(problem);
-  return problem;
+  const Result<OwnServer::Start> start = address_.own->prepare();
+  address_.port = start ? start->port : 0;
+  const Result<> started =
+      start ? process_.start(start->command, Written::Kept) : Result<>(start.failure());
+  if (!started) rememberFault(started.reason());
+  return started;
 }
 
 /// Two servers at one place would fight for radio and port: the first process that wants one there
 /// starts it, for all.
-std::string RigctldWorker::startSoleServer() {
-  const FileResult sole = sole_.owned() ? FileResult{} : sole_.acquire(serverMark(address_));
-  const bool elsewhere = !sole && sole.held;
+Result<> RigctldWorker::startSoleServer() {
+  const Result<> sole = sole_.owned() ? Result<>() : sole_.acquire(serverMark(address_));
+  const bool elsewhere = !sole && sole.held();
   if (elsewhere && !servedElsewhere_) {
     noteFault("starting the server at " + address_.host + ":" + std::to_string(address_.port),
               "another program started it already, and owns it; it is used as it is");
   }
   servedElsewhere_ = elsewhere;
-  const std::string problem = elsewhere ? std::string() : process_.start(address_.command);
-  if (!problem.empty()) sole_.release();
-  return problem;
+  const Result<> started = elsewhere ? Result<>() : process_.start(address_.command);
+  if (!started) sole_.release();
+  return started;
 }
 
 /// Another process's server ends with its owner.
@@ -237,7 +237,7 @@ void RigctldWorker::keepServer(Instant now) {
   if (!address_.startsServer()) return;
   const bool begins =
       session_.connectionWanted() != 0 && session_.connectionWanted() != connection_;
-  if (begins && !keeper_.want(now).empty()) session_.closed(CloseReason::NoServer, now);
+  if (begins && !keeper_.want(now)) session_.closed(CloseReason::NoServer, now);
   if (keeper_.tick(now)) session_.tryAgain();
 }
 

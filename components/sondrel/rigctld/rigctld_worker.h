@@ -70,12 +70,12 @@ class RigctldWorker {
   std::uint32_t post(Change change);
   void run();
   bool serve();
-  std::string startSoleServer();
+  Result<> startSoleServer();
   bool serverRunsElsewhere();
   void dismissServer();
   bool readMail(Instant now);
   void keepServer(Instant now);
-  std::string startServer();
+  Result<> startServer();
   bool serverRuns();
   void rememberFault(const std::string& words);
   void lostRadio();

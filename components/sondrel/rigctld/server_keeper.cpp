@@ -16,10 +16,10 @@ constexpr milliseconds kJustStarted{6000};
 
 }  // namespace
 
-std::string ServerKeeper::want(Instant now) {
+Result<> ServerKeeper::want(Instant now) {
   wanted_ = true;
   if (!runs_ && now >= startAt_) start(now);
-  return problem_;
+  return started_;
 }
 
 void ServerKeeper::dismiss() {
@@ -28,7 +28,7 @@ void ServerKeeper::dismiss() {
   runs_ = false;
   backOff_ = milliseconds(0);
   startAt_ = {};
-  problem_.clear();
+  started_ = {};
 }
 
 bool ServerKeeper::tick(Instant now) {
@@ -56,8 +56,8 @@ bool ServerKeeper::justStarted(Instant now) const {
 }
 
 void ServerKeeper::start(Instant now) {
-  problem_ = process_.start();
-  runs_ = problem_.empty();
+  started_ = process_.start();
+  runs_ = started_.ok();
   startedAt_ = now;
   lookAt_ = now + kLookEvery;
   // What cannot be started at all is tried again seldom: someone has to change something first.

@@ -276,10 +276,10 @@ TypedRadio AddRadioDialog::typed() const {
 }
 
 /// What is chosen; what is wrong with it is said.
-RadioChoice AddRadioDialog::choice() {
-  RadioChoice choice = chosenRadio(typed(), known_.ports, receivers_);
-  say(choice.problem);
-  if (!choice.problem.empty()) MessageBeep(MB_ICONWARNING);
+Result<ReceiverEntry> AddRadioDialog::choice() {
+  Result<ReceiverEntry> choice = chosenRadio(typed(), known_.ports, receivers_);
+  say(choice.reason());
+  if (!choice) MessageBeep(MB_ICONWARNING);
   return choice;
 }
 
@@ -315,9 +315,9 @@ bool AddRadioDialog::keyDown(int keyCode, int shift) {
 }
 
 void AddRadioDialog::tryOut(bool allSpeeds) {
-  const RadioChoice chosen = choice();
-  if (!chosen.problem.empty()) return;
-  RadioSetup setup = setupOf(chosen.entry);
+  const Result<ReceiverEntry> chosen = choice();
+  if (!chosen) return;
+  RadioSetup setup = setupOf(*chosen);
   setup.program = known_.program;
   const auto speeds = allSpeeds ? speedsOf(known_.facts) : std::vector<std::int32_t>{};
   trial_.reset();
@@ -339,11 +339,11 @@ void AddRadioDialog::showTrial() {
 }
 
 void AddRadioDialog::addRadio() {
-  RadioChoice chosen = choice();
-  if (!chosen.problem.empty()) return;
+  Result<ReceiverEntry> chosen = choice();
+  if (!chosen) return;
   // The port is free when the receiver's own server opens it.
   trial_.reset();
-  added_ = std::move(chosen.entry);
+  added_ = std::move(*chosen);
   close();
 }
 
