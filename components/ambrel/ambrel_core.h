@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "components/ambrel/background.h"
+#include "base/background.h"
 #include "components/ambrel/bands/bands.h"
 #include "components/ambrel/component_windows.h"
 #include "components/ambrel/data_files.h"

@@ -70,20 +70,16 @@ bool isCsv(const std::string& path) {
   return upper(pathText(pathFromText(path).extension())) == ".CSV";
 }
 
-template <class Future>
-bool isReady(const Future& future) {
-  return future.wait_for(milliseconds(0)) == std::future_status::ready;
-}
-
 }  // namespace
 
 DataLog::DataLog(const DataLogServices& services)
     : services_(services),
       file_(services.folder / "scratchpad.txt"),
       view_(firstLogView()),
-      PadGrd_(*this, columns()) {
+      PadGrd_(*this, columns()),
+      beside_(services.wake) {
   // What a killed program left comes into the file without being asked for.
-  if (file_.mayHaveLeftovers()) read(milliseconds(0));
+  if (file_.mayHaveLeftovers()) read();
 }
 
 DataLog::~DataLog() = default;
@@ -214,10 +210,12 @@ void DataLog::change(GridRow record, int field, std::string_view bytes) {
 void DataLog::note(const std::vector<LogChange>& changes) {
   for (const LogChange& change : changes) changes_.note(change);
   edited_ = true;
-  keeping_ = std::async(std::launch::async, [this, changes, before = keeping_] {
-               if (before.valid()) before.wait();
-               return file_.keep(changes);
-             }).share();
+  beside_.start(
+      "keeping records",
+      [this, changes]() -> WorkBeside::Done {
+        return [this, kept = file_.keep(changes)] { kept_ = kept; };
+      },
+      [this](const std::string& why) { kept_ = Failure{why}; });
 }
 
 GridRow DataLog::rowOf(GridRow record) const {
@@ -322,57 +320,61 @@ void DataLog::Cancel_Click() {
 
 void DataLog::close() {
   import_.reset();
+  PadGrd_.dropTyped();
   view_.open = false;
   refresh();
 }
 
 // Reading and writing.
 
-void DataLog::start(const std::string& words, Work work, milliseconds grace) {
+/// Jobs come one after the other: a change that is on its way to the disk is there before the file
+/// has it.
+void DataLog::start(const std::string& words, WorkBeside::Job work) {
   // First, since it may fail: then nothing is under way.
-  work_ = std::async(std::launch::async, [work = std::move(work), before = keeping_] {
-    // A change that is on its way to the disk is to be there before the file has it.
-    if (before.valid()) before.wait();
-    return work();
-  });
+  beside_.start(
+      "working on the station log",
+      [this, work = std::move(work)]() -> WorkBeside::Done {
+        return [this, done = work()] {
+          working_ = false;
+          view_.Notice.clear();
+          barrier("showing the station log", done,
+                  [this](const std::string& why) { workFailed(why); });
+          if (!busy() && read_) serveActivation();
+        };
+      },
+      [this](const std::string& why) { workFailed(why); });
+  working_ = true;
   PadGrd_.lock(true);
   view_.Notice = words;
   refresh();
-  if (work_.wait_for(grace) == std::future_status::ready) tick();
 }
 
-void DataLog::tick() {
-  if (!busy() && keeping_.valid() && isReady(keeping_)) {
-    sayKept(std::exchange(keeping_, {}).get());
-    refresh();
-  }
-  if (!busy() || !isReady(work_)) return;
-  PadGrd_.lock(false);
-  view_.Notice.clear();
-  try {
-    work_.get()();
-    if (!busy() && read_) serveActivation();
-  } catch (...) {
-    const std::string why = thrownWords();
-    noteFault("working on the station log", why);
-    view_.Notice = "It did not succeed: " + why + ".";
+void DataLog::workFailed(const std::string& why) {
+  working_ = false;
+  view_.Notice = "It did not succeed: " + why + ".";
+}
+
+void DataLog::deliver() {
+  if (!beside_.deliver()) return;
+  if (!busy()) {
+    // Last, since what was typed meanwhile is for the cell that is current now.
+    PadGrd_.lock(false);
+    if (kept_) sayKept(*std::exchange(kept_, std::nullopt));
   }
   tellNews();
+  if (tell_) tell_();
 }
 
-void DataLog::read(milliseconds grace) {
-  start(
-      "Reading ...",
-      [this, records = waiting_]() -> std::function<void()> {
-        const Result<> kept = keepWaiting(records);
-        const auto log = std::make_shared<LogTable>(file_.read());
-        return [this, log, count = records.size(), kept] {
-          arrived(std::move(*log));
-          insertWaiting(count, kept);
-          readEnded();
-        };
-      },
-      grace);
+void DataLog::read() {
+  start("Reading ...", [this, records = waiting_]() -> std::function<void()> {
+    const Result<> kept = keepWaiting(records);
+    const auto log = std::make_shared<LogTable>(file_.read());
+    return [this, log, count = records.size(), kept] {
+      arrived(std::move(*log));
+      insertWaiting(count, kept);
+      readEnded();
+    };
+  });
 }
 
 void DataLog::arrived(LogTable fromFile) {
@@ -417,11 +419,11 @@ void DataLog::saved(const LogSaved& how) {
 
 Result<> DataLog::end() {
   PadGrd_.commit();
-  while (busy()) {
-    work_.wait();
-    tick();
+  for (bool more = true; more;) {
+    beside_.wait();
+    deliver();
+    more = busy();
   }
-  if (keeping_.valid()) keeping_.wait();
   if (!edited_) return {};
   const LogSaved how = file_.save(log_, changes_);
   if (how) return {};

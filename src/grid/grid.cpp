@@ -1,6 +1,7 @@
 #include "grid/grid.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 #include "base/utf8.h"
@@ -19,7 +20,7 @@ void Grid::setWidth(int column, int width) {
 
 void Grid::lock(bool locked) {
   if (locked) cancel();
-  locked_ = locked;
+  if (std::exchange(locked_, locked) && !locked) typeHeld();
 }
 
 void Grid::refresh() {

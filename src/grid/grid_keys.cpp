@@ -10,6 +10,8 @@ namespace {
 
 constexpr long long kAllRows = 1LL << 40;
 constexpr int kLetterZ = 'Z';
+/// Of what is typed while the grid is locked.
+constexpr std::size_t kMostHeld = 200;
 
 }  // namespace
 
@@ -188,10 +190,22 @@ bool Grid::actionKey(int keyCode, int shift) {
   }
 }
 
+/// What was typed while the grid was locked, as one entry.
+void Grid::typeHeld() {
+  for (const char32_t character : std::exchange(typedWhileLocked_, {})) {
+    if (!editing_) {
+      keyPress(character);
+    } else if (table_.accepts(current_.column, character)) {
+      appendCharacter(text_, table_.inPlaceOf(current_.column, character));
+    }
+  }
+}
+
 bool Grid::keyPress(char32_t character) {
   const bool sign = character >= ' ';
   if (editing_) return sign && !table_.accepts(current_.column, character);
   if (!sign && character != key::Backspace) return false;
+  if (locked_ && sign && typedWhileLocked_.size() < kMostHeld) typedWhileLocked_ += character;
   if (!changeable(current_.column)) return true;
   if (columns_[current_.column].pick) {
     typeAhead(character);

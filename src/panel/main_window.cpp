@@ -85,16 +85,17 @@ MAin::MAin(const PanelServices& services)
           services.receiver, services.clipboard, services.files, services.calendar, services.folder,
           [&frequency = services.frequency](const std::vector<Hz>& frequencies) {
             return knownStations(frequency, frequencies);
-          }})),
+          },
+          services.wakeWork})),
       views_(makeViews()),
-      stations_(std::make_unique<StationEditor>(
-          StationServices{services.receiver, services.frequency, services.files, services.boxes,
-                          services.ownFolder, services.disk,
-                          [this](Hz frequency, Setting mode, Setting filter) {
-                            return !shown_.locked() && navigation_.tuneTo(frequency, mode, filter);
-                          },
-                          [this] { return shown_.index(); },
-                          [this] { services_.dialogs.showStations(*stations_); }})),
+      stations_(std::make_unique<StationEditor>(StationServices{
+          services.receiver, services.frequency, services.files, services.boxes, services.ownFolder,
+          services.disk,
+          [this](Hz frequency, Setting mode, Setting filter) {
+            return !shown_.locked() && navigation_.tuneTo(frequency, mode, filter);
+          },
+          [this] { return shown_.index(); }, [this] { services_.dialogs.showStations(*stations_); },
+          services.wakeWork})),
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
               *channelEditor_, *log_, *views_, services.now),
       frqEvents_(services.receiver, shown_, navigation_, best_, refusal_),
@@ -362,6 +363,11 @@ std::string MAin::spokenFault() const {
   return why.empty() ? status_.words() : status_.words() + ". " + why;
 }
 
+void MAin::workEnded() {
+  log_->deliver();
+  stations_->deliver();
+}
+
 void MAin::tick(Instant now) {
   if (retry_.tick(now)) keyboard_.runPending();
   if (TimBlk_.fired(now)) {
@@ -371,7 +377,6 @@ void MAin::tick(Instant now) {
     utc_.tick();
     levels_.askThresholds();
     announce();
-    stations_->tick();
   }
   levels_.tick(now);
   channelEditor_->tick(now);

@@ -13,7 +13,6 @@ constexpr int kLogWidth = 880, kLogHeight = 520, kLogEdge = 8;
 constexpr int kLogButtonWidth = 84, kLogButtonHeight = 26, kLogButtonStep = kLogButtonWidth + 8;
 constexpr int kLogButtonTop = kLogHeight - kLogEdge - kLogButtonHeight;
 constexpr int kNoticeHeight = 18, kNoticeTop = kLogButtonTop - 6 - kNoticeHeight;
-constexpr UINT kTick = 100;
 
 HINSTANCE moduleOf(HWND window) {
   return reinterpret_cast<HINSTANCE>(GetWindowLongPtrW(window, GWLP_HINSTANCE));
@@ -28,8 +27,10 @@ LogWindow::LogWindow(HWND owner, DataLog& log, const ScreenColours& colours)
   GridWindow::registerClass(moduleOf(window()));
   make(colours);
   takeFiles();
-  startTimer(kTick);
+  log_.setListener([this] { show(); });
 }
+
+LogWindow::~LogWindow() { log_.setListener({}); }
 
 void LogWindow::make(const ScreenColours& colours) {
   const DataLogView& view = log_.view();
@@ -149,13 +150,6 @@ bool LogWindow::keyDown(int keyCode, int shift) {
 bool LogWindow::wheel(int notches) {
   grid_->scrollWheel(notches);
   return true;
-}
-
-void LogWindow::tick() {
-  const bool wasBusy = log_.busy();
-  log_.tick();
-  // Its words may change while it rests: the disk may refuse what was typed.
-  if (wasBusy || log_.busy() || log_.view() != shown_) show();
 }
 
 }  // namespace kelvane::win32

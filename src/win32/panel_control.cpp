@@ -43,7 +43,7 @@ bool isButton(Kind kind) { return kind == Kind::Toggle || kind == Kind::Button; 
 
 }  // namespace
 
-void registerFaceClasses(HINSTANCE instance) {
+void registerPanelControls(HINSTANCE instance) {
   for (const wchar_t* name : {kDigitClass, kKeysClass}) {
     WNDCLASSW own{};
     own.lpfnWndProc = DefWindowProcW;

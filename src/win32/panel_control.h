@@ -68,7 +68,7 @@ class PanelControl : private WindowBase<PanelControl> {
 int shiftState();
 
 /// Registers the window classes that are our own.
-void registerFaceClasses(HINSTANCE instance);
+void registerPanelControls(HINSTANCE instance);
 
 /// Paints a control of each kind; in panel_control_paint.cpp.
 void paintPanelControl(const PanelControl& control);

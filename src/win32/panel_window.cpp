@@ -25,6 +25,8 @@ constexpr DWORD kPanelStyle =
     WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 /// A private message of wheel drivers: typing gets the keyboard, where the panel has it at all.
 constexpr UINT kFocusTyping = 4186;
+/// Work beside the window has ended.
+constexpr UINT kWorkEnded = WM_APP + 2;
 /// Shortest time between two changes of the screen, ms.
 constexpr ULONGLONG kFrameTime = 16;
 /// Messages that one call of runPending lets run: a window that floods the queue must not hold it.
@@ -77,7 +79,7 @@ void keepOnTop(HWND window, bool onTop) {
 }  // namespace
 
 PanelWindow::PanelWindow(HINSTANCE instance) {
-  registerFaceClasses(instance);
+  registerPanelControls(instance);
   WNDCLASSW own{};
   own.hInstance = instance;
   own.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
@@ -87,6 +89,7 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   window_ = CreateWindowExW(0, kPanelClass, L"Kelvane", kPanelStyle, CW_USEDEFAULT, CW_USEDEFAULT,
                             0, 0, nullptr, nullptr, instance, this);
   SetPropW(window_, kSelf, this);
+  workWake_ = std::make_unique<PostedWake>(window_, kWorkEnded);
   hands_ = SetWindowsHookExW(WH_GETMESSAGE, noteHand, nullptr, GetCurrentThreadId());
   tabs_ = std::make_unique<TabStrip>(window_);
   // Before the panel that it lies on: what is made later lies beneath.
@@ -212,6 +215,9 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_TIMER:
       if (wParam == kTick) panel_->tick(std::chrono::steady_clock::now());
       if (wParam == kFrame) show();
+      return true;
+    case kWorkEnded:
+      panel_->workEnded();
       return true;
     case WM_NOTIFY:
       return tabNotified(*notice);

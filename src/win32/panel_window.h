@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/win32/posted_wake.h"
 #include "gui/win32/tool_tips.h"
 #include "gui/win32/window_base.h"
 #include "panel/main_window.h"
@@ -31,6 +32,8 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   void explain();
   /// Something may have changed outside the window's own messages.
   void changed();
+  /// From any thread: work beside the window has ended, and the panel is told of it soon.
+  void wakeWork() { workWake_->post(); }
   /// Runs until the window is closed.
   int run();
 
@@ -81,6 +84,7 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   HWND window_;
   HHOOK hands_ = nullptr;
   RECT place_{};  ///< on the screen, minimised or not
+  std::unique_ptr<PostedWake> workWake_;
   std::unique_ptr<Fonts> fonts_;
   UINT laidOutAt_ = 96;
   std::unique_ptr<TabStrip> tabs_;

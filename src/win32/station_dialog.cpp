@@ -15,7 +15,6 @@ constexpr int kStationsWidth = 760, kStationsHeight = 380, kStationsEdge = 8;
 constexpr int kStationsButtonTop = kStationsHeight - kStationsEdge - 26;
 constexpr int kStationsStatusTop = kStationsButtonTop - 24;
 constexpr int kStationsGridTop = 40;
-constexpr UINT kStationsTick = 100;  // ms
 
 constexpr int kImportWidth = 760, kImportHeight = 380;
 constexpr int kImportButtonTop = kImportHeight - 34, kImportGridTop = 92;
@@ -194,7 +193,6 @@ StationDialog::StationDialog(HWND owner, StationEditor& editor, const ScreenColo
   make(colours);
   editor_.setListener([this] { show(); });
   takeFiles();
-  startTimer(kStationsTick);
 }
 
 StationDialog::~StationDialog() { editor_.setListener({}); }
@@ -399,7 +397,5 @@ bool StationDialog::wheel(int notches) {
   grid_->scrollWheel(notches);
   return true;
 }
-
-void StationDialog::tick() { editor_.tick(); }
 
 }  // namespace kelvane::win32

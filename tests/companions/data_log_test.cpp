@@ -446,7 +446,7 @@ TEST(LogKeys, SpaceRecordsAndGShowsTheLogOfTheShownReceiver) {
   rig.start();
   const auto records = [&] { return rig.dialogs.log->PadGrd().table().rows(); };
   const auto settle = [&] {
-    while (rig.dialogs.log->busy()) rig.dialogs.log->tick();
+    while (rig.dialogs.log->busy()) rig.dialogs.log->deliver();
   };
   rig.type("7050\r g");
   settle();

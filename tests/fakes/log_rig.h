@@ -29,7 +29,7 @@ class LogRig {
   /// Lets the log finish with its file.
   void settle() {
     while (log->busy()) {
-      log->tick();
+      log->deliver();
       std::this_thread::yield();
     }
   }
