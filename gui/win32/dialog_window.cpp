@@ -23,6 +23,8 @@ constexpr DWORD kFixed = WS_POPUP | WS_CAPTION | WS_SYSMENU;
 constexpr DWORD kResizable = kFixed | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
 /// Gives the keyboard back to the owner.
 constexpr UINT kGiveBack = WM_APP + 1;
+/// What works beside the dialog has news.
+constexpr UINT kWorkNews = WM_APP + 2;
 /// How long after it was shown a window is activated by nobody's hand, ms.
 constexpr ULONGLONG kActivationTime = 500;
 constexpr wchar_t kSelf[] = L"KelvaneDialog";
@@ -277,6 +279,11 @@ LRESULT CALLBACK DialogWindow::previewKeys(int code, WPARAM wParam, LPARAM lPara
   return next;
 }
 
+std::function<void()> DialogWindow::waker() {
+  if (!wake_) wake_ = std::make_shared<PostedWake>(window_, kWorkNews);
+  return [wake = wake_] { wake->post(); };
+}
+
 bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   switch (message) {
     case WM_COMMAND:
@@ -286,6 +293,7 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_NOTIFY:
       return notified(*reinterpret_cast<const NMHDR*>(lParam), result);
     case WM_TIMER:
+    case kWorkNews:
       tick();
       return true;
     case WM_DROPFILES:

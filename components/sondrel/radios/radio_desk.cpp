@@ -35,6 +35,11 @@ RadioDesk::~RadioDesk() {
   thread_.join();
 }
 
+void RadioDesk::setListener(std::function<void()> tell) {
+  const std::lock_guard lock(mutex_);
+  tell_ = std::move(tell);
+}
+
 DeskState RadioDesk::state() const {
   const std::lock_guard lock(mutex_);
   return state_;
@@ -78,6 +83,7 @@ void RadioDesk::change(Change change) {
     const std::lock_guard lock(mutex_);
     change(state_);
     ++changes_;
+    if (tell_) tell_();
   }
   wake_.notify_all();
 }

@@ -58,6 +58,10 @@ class RadioDesk {
   RadioDesk(const RadioDesk&) = delete;
   RadioDesk& operator=(const RadioDesk&) = delete;
 
+  /// Called on any thread when the state has changed; it only asks somebody to look. Nobody is
+  /// called any more when this returns.
+  void setListener(std::function<void()> tell);
+
   DeskState state() const;
   /// Counts the changes of the state.
   std::uint32_t changes() const;
@@ -99,6 +103,7 @@ class RadioDesk {
   Wishes wishes_;
   DeskState state_;
   std::uint32_t changes_ = 0;
+  std::function<void()> tell_;
   // Of the thread alone:
   std::filesystem::path readFrom_;
   std::filesystem::file_time_type readAt_;

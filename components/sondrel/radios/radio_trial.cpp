@@ -32,8 +32,12 @@ std::string placeOf(const RadioSetup& setup) {
 
 }  // namespace
 
-RadioTrial::RadioTrial(RadioSetup setup, std::vector<std::int32_t> speeds)
-    : setup_(std::move(setup)), speeds_(std::move(speeds)), thread_([this] { run(); }) {}
+RadioTrial::RadioTrial(RadioSetup setup, std::vector<std::int32_t> speeds,
+                       std::function<void()> wake)
+    : setup_(std::move(setup)),
+      speeds_(std::move(speeds)),
+      wake_(std::move(wake)),
+      thread_([this] { run(); }) {}
 
 RadioTrial::~RadioTrial() {
   stop_ = true;
@@ -51,8 +55,11 @@ std::optional<std::int32_t> RadioTrial::answeredAt() const {
 }
 
 void RadioTrial::say(const std::string& line) {
-  const std::lock_guard lock(mutex_);
-  words_ += (words_.empty() ? "" : "\n") + line;
+  {
+    const std::lock_guard lock(mutex_);
+    words_ += (words_.empty() ? "" : "\n") + line;
+  }
+  if (wake_) wake_();
 }
 
 /// Takes up what the server wrote; whether there is no use in waiting on.
@@ -69,6 +76,7 @@ void RadioTrial::run() {
   server_.end();
   if (stop_) say("Stopped.");
   running_ = false;
+  if (wake_) wake_();
 }
 
 void RadioTrial::trySpeeds() {

@@ -12,7 +12,6 @@ namespace kelvane::sondrel {
 
 namespace {
 
-constexpr UINT kShowEvery = 100;  // ms
 constexpr DWORD kPushed = BS_PUSHBUTTON | WS_TABSTOP;
 constexpr DWORD kTyped = ES_AUTOHSCROLL | WS_TABSTOP;
 constexpr DWORD kTypedOrChosen = CBS_DROPDOWN | CBS_AUTOHSCROLL | WS_TABSTOP | WS_VSCROLL;
@@ -46,18 +45,21 @@ AddRadioDialog::AddRadioDialog(HWND owner, RadioDesk& desk,
   makePort();
   makeTrial();
   list_.setColumns({{"Maker", 150}, {"Model", 200, false, true}, {"Tried by Hamlib", 110}}, 96);
+  desk_.setListener(waker());
   changes_ = desk_.changes() - 1;
   showDesk();
   prepare();
 }
 
-AddRadioDialog::~AddRadioDialog() { desk_.watchPorts(false); }
+AddRadioDialog::~AddRadioDialog() {
+  desk_.setListener({});
+  desk_.watchPorts(false);
+}
 
 void AddRadioDialog::open() {
   desk_.watchPorts(true);
   desk_.look();
   showDesk();
-  startTimer(kShowEvery);
   runModal();
 }
 
@@ -321,7 +323,7 @@ void AddRadioDialog::tryOut(bool allSpeeds) {
   setup.program = known_.program;
   const auto speeds = allSpeeds ? speedsOf(known_.facts) : std::vector<std::int32_t>{};
   trial_.reset();
-  trial_ = std::make_unique<RadioTrial>(setup, speeds);
+  trial_ = std::make_unique<RadioTrial>(setup, speeds, waker());
   showTrial();
 }
 
