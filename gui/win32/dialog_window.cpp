@@ -9,6 +9,7 @@
 #include "base/win32/utf16.h"
 #include "gui/win32/accessible.h"
 #include "gui/win32/common_controls.h"
+#include "gui/win32/held_keys.h"
 #include "gui/win32/text_size.h"
 #include "gui/win32/window_barrier.h"
 
@@ -50,11 +51,6 @@ int lineHeight(HFONT font) {
   SelectObject(screen, before);
   ReleaseDC(nullptr, screen);
   return metrics.tmHeight;
-}
-
-int heldKeys() {
-  const auto down = [](int key) { return GetKeyState(key) < 0; };
-  return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
 }
 
 /// The first of the files that were dropped; ends the drop.
@@ -277,6 +273,14 @@ LRESULT CALLBACK DialogWindow::previewKeys(int code, WPARAM wParam, LPARAM lPara
     if (!whole) message->message = WM_NULL;
   }
   return next;
+}
+
+void DialogWindow::addEnds(const Ends& ends) {
+  constexpr int kHeight = 26, kGap = 8;
+  const DialogArea ok{ends.left, ends.top, ends.width, kHeight};
+  const DialogArea cancel{ends.left + ends.width + kGap, ends.top, ends.width, kHeight};
+  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, ends.ok, ok, ends.tip, ends.follow});
+  add({IDCANCEL, WC_BUTTONW, BS_PUSHBUTTON | WS_TABSTOP, ends.cancel, cancel, "", ends.follow});
 }
 
 std::function<void()> DialogWindow::waker() {

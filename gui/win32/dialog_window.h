@@ -74,6 +74,17 @@ class DialogWindow : private WindowBase<DialogWindow> {
   explicit DialogWindow(const Frame& frame);
 
   HWND add(const DialogItem& item);
+  /// The two buttons that end a dialog, side by side from a place on: OK, under its own caption,
+  /// and Cancel.
+  struct Ends {
+    int left, top;
+    const char* ok;
+    const char* tip;
+    const char* cancel;
+    int follow = 0;
+    int width = 94;
+  };
+  void addEnds(const Ends& ends);
   HWND item(int id) const { return GetDlgItem(window_, id); }
   std::string text(int id) const;
   /// Writes a control's text where it has another.

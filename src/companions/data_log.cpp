@@ -12,6 +12,7 @@
 #include "base/time.h"
 #include "receiver/shown_receiver.h"
 #include "station_log/log_line.h"
+#include "ui/control_ids.h"
 #include "ui/key_codes.h"
 
 namespace kelvane {
@@ -33,20 +34,25 @@ std::vector<GridColumn> columns() {
           {caption(LogReceiver), 100}};
 }
 
+constexpr auto kLogButtons = std::to_array<LogButton>({
+    {id::PadInsert, &DataLogView::Insert, "&Insert", "Insert a new record", &DataLog::Insert_Click},
+    {id::PadDelete, &DataLogView::Delete, "&Delete", "Delete selected record",
+     &DataLog::Delete_Click},
+    {id::PadCopy, &DataLogView::Copy, "&Copy", "Copy record into clipboard", &DataLog::Copy_Click},
+    {id::PadImport, &DataLogView::Import, "I&mport",
+     "Take in a log of another program: ADIF, or a table with headings", &DataLog::Import_Click},
+    {id::PadExport, &DataLogView::Export, "&Export",
+     "Export the log for other programs, as ADIF or CSV", &DataLog::Export_Click},
+    {id::PadOK, &DataLogView::OK, "OK", "", &DataLog::OK_Click},
+    {id::PadCancel, &DataLogView::Cancel, "&Cancel", "", &DataLog::Cancel_Click},
+});
+
 DataLogView firstLogView() {
   DataLogView view;
-  view.Copy.text = "&Copy";
-  view.Copy.tip = "Copy record into clipboard";
-  view.Insert.text = "&Insert";
-  view.Insert.tip = "Insert a new record";
-  view.Delete.text = "&Delete";
-  view.Delete.tip = "Delete selected record";
-  view.Import.text = "I&mport";
-  view.Import.tip = "Take in a log of another program: ADIF, or a table with headings";
-  view.Export.text = "&Export";
-  view.Export.tip = "Export the log for other programs, as ADIF or CSV";
-  view.OK.text = "OK";
-  view.Cancel.text = "&Cancel";
+  for (const LogButton& row : kLogButtons) {
+    (view.*row.button).text = row.text;
+    (view.*row.button).tip = row.tip;
+  }
   return view;
 }
 
@@ -71,6 +77,8 @@ bool isCsv(const std::string& path) {
 }
 
 }  // namespace
+
+std::span<const LogButton> logButtons() { return kLogButtons; }
 
 DataLog::DataLog(const DataLogServices& services)
     : services_(services),
@@ -495,10 +503,7 @@ std::vector<std::string> DataLog::choices(int column) const {
 bool DataLog::mayHold(GridRow row, std::string_view upperText) const {
   // Other letters are other bytes in the file.
   if (!isAscii(upperText)) return true;
-  const auto equal = [](char c, char wanted) {
-    return (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) == wanted;
-  };
-  return !std::ranges::search(log_.line(log_.recordAt(row)), upperText, equal).empty();
+  return holdsUpper(log_.line(log_.recordAt(row)), upperText);
 }
 
 bool DataLog::keyDown(int keyCode, int shift) {

@@ -34,6 +34,18 @@ struct DataLogView {
   bool operator==(const DataLogView&) const = default;
 };
 
+class DataLog;
+
+/// A button of the log window: its number, its value, and what a click does.
+struct LogButton {
+  int id;
+  Control DataLogView::*button;
+  std::string_view text, tip;
+  void (DataLog::*click)();
+};
+/// From left to right; OK and Cancel stand apart, at the right.
+std::span<const LogButton> logButtons();
+
 /// What the log window stands on.
 struct DataLogServices {
   ReceiverComponent& receiver;

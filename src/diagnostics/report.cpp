@@ -29,14 +29,6 @@ constexpr auto kHarmless = std::to_array<std::string_view>(
      "untold",       "channelread", "port",        "model",       "pollrate",   "lineshare",
      "smeteroffset", "bfolimit",    "preamp",      "share",       "shareport",  "sharehold"});
 
-std::string lowered(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return lower;
-}
-
 std::string section(std::string_view heading, const std::string& content) {
   return std::string(kLineEnd) + std::string(heading) + std::string(kLineEnd) + content;
 }
@@ -50,7 +42,7 @@ std::string lineWithoutSecrets(std::string_view line) {
   if (line.starts_with('[')) return row(line);
   if (sign == std::string_view::npos) return row("(a line of another kind, left out)");
   const std::string_view key = trimmed(line.substr(0, sign));
-  const bool harmless = std::ranges::find(kHarmless, lowered(key)) != kHarmless.end();
+  const bool harmless = std::ranges::find(kHarmless, lower(key)) != kHarmless.end();
   return row(harmless ? line : std::string(key) + "=(left out)");
 }
 

@@ -18,14 +18,6 @@ constexpr int kKeyA = 'A', kKeyY = 'Y', kKeyZ = 'Z';
 
 bool isYesNo(int column) { return column == StationGrid::Favourite || column == StationGrid::Skip; }
 
-/// A hundred thousand texts are looked through between two keys: nothing is copied for it.
-bool holdsUpper(std::string_view text, std::string_view upperText) {
-  const auto equal = [](char c, char wanted) {
-    return (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) == wanted;
-  };
-  return !std::ranges::search(text, upperText, equal).empty();
-}
-
 }  // namespace
 
 std::vector<GridColumn> StationGrid::columns() {

@@ -28,10 +28,6 @@ int rowShift(int keyCode, int shift) {
   return 0;
 }
 
-int upperCase(int character) {
-  return character >= 'a' && character <= 'z' ? character - 'a' + 'A' : character;
-}
-
 /// With Ctrl or Alt the main keyboard's signs are the keypad's; alone they come as characters.
 int keypadSign(int keyCode, int shift) {
   if ((shift & (key::CtrlHeld | key::AltHeld)) == 0) return keyCode;
@@ -120,7 +116,7 @@ bool KeyCommands::keyPress(int character, bool onDigit) {
     endPair();
     return false;
   }
-  character = upperCase(character);
+  character = upperLetter(character);
   const CommandRow* row = find(CommandRow::Input::Character, character, 0);
   if (shown_.locked()) {
     if (row && allowed(*row)) {

@@ -273,7 +273,7 @@ constexpr auto kLogHeadings = std::to_array<LogHeading>({
 std::vector<std::string> headingWords(std::string_view heading) {
   std::vector<std::string> words(1);
   for (const char c : upper(heading)) {
-    if (c >= 'A' && c <= 'Z')
+    if (isCapital(c))
       words.back() += c;
     else if (!words.back().empty())
       words.emplace_back();

@@ -8,8 +8,8 @@
 #include <exception>
 #include <utility>
 
+#include "gui/win32/held_keys.h"
 #include "win32/accessible.h"
-#include "win32/panel_control.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -89,7 +89,7 @@ bool GridWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
       return true;
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
-      return keyDown(static_cast<int>(wParam), shiftState());
+      return keyDown(static_cast<int>(wParam), heldKeys());
     case WM_CHAR:
       return typed(wParam);
     case WM_LBUTTONDOWN:

@@ -21,7 +21,6 @@ class LogWindow : public DialogWindow {
  private:
   void make(const ScreenColours& colours);
   void show();
-  void showButton(int id, const Control& button);
 
   void command(int control, int notice) override;
   bool keyDown(int keyCode, int shift) override;

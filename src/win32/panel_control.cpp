@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "gui/win32/held_keys.h"
 #include "win32/accessible.h"
 #include "win32/text.h"
 
@@ -52,11 +53,6 @@ void registerPanelControls(HINSTANCE instance) {
     own.lpszClassName = name;
     RegisterClassW(&own);
   }
-}
-
-int shiftState() {
-  const auto down = [](int key) { return GetKeyState(key) < 0; };
-  return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
 }
 
 PanelControl::PanelControl(HWND parent, const ControlRow& row, int element, ControlEvents& events,
@@ -157,7 +153,7 @@ bool PanelControl::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       return takesKeys(row_.kind);
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
-      if (takesKeys(row_.kind)) events_.keyDown(id(), static_cast<int>(wParam), shiftState());
+      if (takesKeys(row_.kind)) events_.keyDown(id(), static_cast<int>(wParam), heldKeys());
       // Space is a command of the keyboard language; the system's button would be pressed as well.
       return isButton(row_.kind) && wParam == VK_SPACE;
     case WM_CHAR:

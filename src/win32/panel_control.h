@@ -64,9 +64,6 @@ class PanelControl : private WindowBase<PanelControl> {
   bool stale_ = false;  ///< it shows something else than it was last said to show
 };
 
-/// The modifier keys held now: Shift 1, Ctrl 2, Alt 4.
-int shiftState();
-
 /// Registers the window classes that are our own.
 void registerPanelControls(HINSTANCE instance);
 

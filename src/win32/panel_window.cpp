@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "gui/win32/held_keys.h"
 #include "gui/win32/text_size.h"
 #include "gui/win32/window_barrier.h"
 #include "ui/global.h"
@@ -156,7 +157,7 @@ bool PanelWindow::preview(const MSG& message) {
   switch (message.message) {
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
-      return panel_->previewKeyDown(code, shiftState(), focused);
+      return panel_->previewKeyDown(code, heldKeys(), focused);
     case WM_CHAR:
       return panel_->previewKeyPress(code, focused);
     case WM_SYSCHAR:

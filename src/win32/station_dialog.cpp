@@ -64,20 +64,9 @@ void ImportDialog::make(const ScreenColours& colours) {
            Widen | Heighten});
   grid_ =
       std::make_unique<GridWindow>(grid, editor_.importGrid(), "What the import would do", colours);
-  add({IDOK,
-       WC_BUTTONW,
-       BS_DEFPUSHBUTTON | WS_TABSTOP,
-       "&Take in",
-       {kImportWidth - 200, kImportButtonTop, 92, 26},
-       "Take these stations into the list; one Undo takes it all back",
-       MoveRight | MoveDown});
-  add({IDCANCEL,
-       WC_BUTTONW,
-       BS_PUSHBUTTON | WS_TABSTOP,
-       "Cancel",
-       {kImportWidth - 100, kImportButtonTop, 92, 26},
-       "",
-       MoveRight | MoveDown});
+  addEnds({kImportWidth - 200, kImportButtonTop, "&Take in",
+           "Take these stations into the list; one Undo takes it all back", "Cancel",
+           MoveRight | MoveDown, 92});
 }
 
 void ImportDialog::makeBoxes() {

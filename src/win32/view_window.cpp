@@ -7,12 +7,12 @@
 #include "base/text.h"
 #include "gui/win32/accessible.h"
 #include "gui/win32/common_controls.h"
+#include "gui/win32/held_keys.h"
 #include "gui/win32/text_size.h"
 #include "gui/win32/window_barrier.h"
 #include "ui/alt_letters.h"
 #include "ui/key_codes.h"
 #include "win32/paint.h"
-#include "win32/panel_control.h"
 #include "win32/screens.h"
 #include "win32/text.h"
 
@@ -250,12 +250,12 @@ bool ViewWindow::partMessage(UINT message, WPARAM wParam) {
   switch (message) {
     case WM_KEYDOWN:
       if (code == VK_TAB) {
-        SetFocus(GetNextDlgTabItem(window_, GetFocus(), GetKeyState(VK_SHIFT) < 0));
+        SetFocus(GetNextDlgTabItem(window_, GetFocus(), (heldKeys() & key::ShiftHeld) != 0));
         return true;
       }
-      return keyDown(code, shiftState());
+      return keyDown(code, heldKeys());
     case WM_SYSKEYDOWN:
-      return keyDown(code, shiftState());
+      return keyDown(code, heldKeys());
     case WM_CHAR:
       if (code == VK_TAB) return true;
       if (keyPress(code)) return true;

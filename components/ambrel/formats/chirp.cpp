@@ -44,7 +44,7 @@ void appendValue(std::string& text, std::string_view key, std::string_view value
   if (!text.empty()) text += ' ';
   (text += key) += '=';
   const bool plain = std::ranges::all_of(value, [](char c) {
-    return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' || c == ',';
+    return isDigit(c) || isCapital(c) || isSmall(c) || c == '-' || c == ',';
   });
   if (plain) {
     text += value;

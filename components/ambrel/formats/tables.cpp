@@ -134,7 +134,7 @@ constexpr auto kHeadingWords = std::to_array<HeadingWord>({
 std::vector<std::string> wordsOf(std::string_view heading) {
   std::vector<std::string> words(1);
   for (const char c : upper(heading)) {
-    if ((c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80)
+    if (isCapital(c) || static_cast<unsigned char>(c) >= 0x80)
       words.back() += c;
     else if (!words.back().empty())
       words.emplace_back();

@@ -59,20 +59,8 @@ void DataWindow::makeControls() {
        Widen | MoveDown,
        "",
        true});
-  add({IDOK,
-       WC_BUTTONW,
-       BS_DEFPUSHBUTTON | WS_TABSTOP,
-       "&Tune",
-       {352, 260, 94, 26},
-       "Tune the receiver to the selected row",
-       MoveRight | MoveDown});
-  add({IDCANCEL,
-       WC_BUTTONW,
-       BS_PUSHBUTTON | WS_TABSTOP,
-       "&Close",
-       {454, 260, 94, 26},
-       "",
-       MoveRight | MoveDown});
+  addEnds(
+      {352, 260, "&Tune", "Tune the receiver to the selected row", "&Close", MoveRight | MoveDown});
 }
 
 void DataWindow::command(int control, int notice) {

@@ -84,20 +84,8 @@ void KnownListWindow::makeControls() {
        Widen | MoveDown,
        "",
        true});
-  add({IDOK,
-       WC_BUTTONW,
-       BS_DEFPUSHBUTTON | WS_TABSTOP,
-       "&Tune",
-       {552, 280, 94, 26},
-       "Tune the receiver to the selected station",
-       MoveRight | MoveDown});
-  add({IDCANCEL,
-       WC_BUTTONW,
-       BS_PUSHBUTTON | WS_TABSTOP,
-       "&Close",
-       {654, 280, 94, 26},
-       "",
-       MoveRight | MoveDown});
+  addEnds({552, 280, "&Tune", "Tune the receiver to the selected station", "&Close",
+           MoveRight | MoveDown});
 }
 
 void KnownListWindow::command(int control, int notice) {

@@ -129,8 +129,7 @@ void AddRadioDialog::makeTrial() {
        0,
        "What the trial found"});
   add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 484, 536, 32}, "", 0, "", true});
-  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "&Add", {352, 522, 94, 26}});
-  add({IDCANCEL, WC_BUTTONW, kPushed, "&Cancel", {454, 522, 94, 26}});
+  addEnds({352, 522, "&Add", "", "&Cancel"});
 }
 
 void AddRadioDialog::laidOut() { list_.place(static_cast<UINT>(scaled(96))); }

@@ -144,8 +144,7 @@ void DriversDialog::makePrograms() {
        "End pro&gram",
        {334, 572, 110, 26},
        "Ends the connection of the program that is selected"});
-  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "OK", {452, 604, 94, 26}});
-  add({IDCANCEL, WC_BUTTONW, push, "&Cancel", {554, 604, 94, 26}});
+  addEnds({452, 604, "OK", "", "&Cancel"});
 }
 
 void DriversDialog::tick() {

@@ -26,8 +26,7 @@ FindServersDialog::FindServersDialog(HWND owner, std::vector<ServerPlace> known)
        "Servers",
        {12, 44, 476, 190}});
   add({id::SearchState, WC_STATICW, SS_NOPREFIX, "", {12, 242, 476, 34}, "", 0, "", true});
-  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "&Add", {292, 292, 94, 26}});
-  add({IDCANCEL, WC_BUTTONW, push, "&Cancel", {394, 292, 94, 26}});
+  addEnds({292, 292, "&Add", "", "&Cancel"});
   win32::addColumns(item(id::Servers), {"Radio", "Where", "Frequency"});
   look();
 }
