@@ -37,12 +37,6 @@ ViewWindow::Design design() {
 
 OverviewWindow::OverviewWindow(HWND owner, Overview& overview)
     : ViewWindow(owner, design(), [&overview] { return overview.colours(); }), overview_(overview) {
-  WNDCLASSW own{};
-  own.lpfnWndProc = rowProcedure;
-  own.hInstance = GetModuleHandleW(nullptr);
-  own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  own.lpszClassName = kRowClass;
-  RegisterClassW(&own);
   addButton(id::AllOnTop, "Keep on &top", "Keep this window above all others");
   addButton(id::AllTakeBack, "Take &back", "Take back the last copy of a setting (Ctrl+Z)");
   makeFont();
@@ -70,10 +64,9 @@ void OverviewWindow::makeRows(int count) {
   while (static_cast<int>(rows_.size()) < count) {
     const int number = static_cast<int>(rows_.size());
     Row row;
-    row.window =
-        CreateWindowExW(0, kRowClass, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 0, 0, window(),
-                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::AllRow + number)),
-                        GetModuleHandleW(nullptr), this);
+    row.part = std::make_unique<RowWindow>(
+        *this, RowWindow::Made{window(), kRowClass, IDC_ARROW, L"", WS_TABSTOP, id::AllRow + number});
+    row.window = row.part->window();
     giveRole(row.window, ROLE_SYSTEM_LISTITEM);
     rows_.push_back(std::move(row));
   }
@@ -218,26 +211,10 @@ int OverviewWindow::rowOf(HWND window) const {
 
 int OverviewWindow::rowAt(POINT screen) const { return rowOf(WindowFromPoint(screen)); }
 
-LRESULT CALLBACK OverviewWindow::rowProcedure(HWND window, UINT message, WPARAM wParam,
-                                              LPARAM lParam) {
-  if (message == WM_NCCREATE) {
-    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
-  }
-  auto* self = reinterpret_cast<OverviewWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  LRESULT result = 0;
-  bool handled = false;
-  const bool whole = windowBarrier(window, message, [&] {
-    const int row = self ? self->rowOf(window) : -1;
-    handled = row >= 0 && self->rowMessage(row, message, wParam, lParam, result);
-  });
-  if (!whole) return 0;
-  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
-}
-
-bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lParam,
+bool OverviewWindow::rowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                 LRESULT& result) {
-  const HWND window = rows_[static_cast<std::size_t>(row)].window;
+  const int row = rowOf(window);
+  if (row < 0) return false;
   POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
   switch (message) {
     case WM_PAINT:
