@@ -4,8 +4,8 @@
 
 namespace kelvane::win32 {
 
-/// A part of a window, of a class of windows of its own: `member` of the owner hears its messages, as
-/// WindowBase::handle does, and is told which part it is; nobody once this is gone. The owner's
+/// A part of a window, of a class of windows of its own: `member` of the owner hears its messages,
+/// as WindowBase::handle does, and is told which part it is; nobody once this is gone. The owner's
 /// window ends it.
 template <class Owner, bool (Owner::*member)(HWND, UINT, WPARAM, LPARAM, LRESULT&)>
 class PartWindow : private WindowBase<PartWindow<Owner, member>> {
@@ -28,10 +28,9 @@ class PartWindow : private WindowBase<PartWindow<Owner, member>> {
     own.hCursor = LoadCursorW(nullptr, made.cursor);
     own.lpszClassName = made.windowClass;
     Base::registerWindows(own);
-    window_ =
-        CreateWindowExW(0, made.windowClass, made.text, WS_CHILD | WS_VISIBLE | made.style, 0, 0, 0,
-                        0, made.parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(made.id)),
-                        program, nullptr);
+    window_ = CreateWindowExW(
+        0, made.windowClass, made.text, WS_CHILD | WS_VISIBLE | made.style, 0, 0, 0, 0, made.parent,
+        reinterpret_cast<HMENU>(static_cast<INT_PTR>(made.id)), program, nullptr);
     Base::keep(window_, this);
   }
   ~PartWindow() {

@@ -65,7 +65,8 @@ void OverviewWindow::makeRows(int count) {
     const int number = static_cast<int>(rows_.size());
     Row row;
     row.part = std::make_unique<RowWindow>(
-        *this, RowWindow::Made{window(), kRowClass, IDC_ARROW, L"", WS_TABSTOP, id::AllRow + number});
+        *this,
+        RowWindow::Made{window(), kRowClass, IDC_ARROW, L"", WS_TABSTOP, id::AllRow + number});
     row.window = row.part->window();
     giveRole(row.window, ROLE_SYSTEM_LISTITEM);
     rows_.push_back(std::move(row));

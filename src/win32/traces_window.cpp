@@ -87,7 +87,8 @@ std::span<std::uint32_t> Canvas::pixels() const {
 }
 
 TracesWindow::TracesWindow(HWND owner, Traces& traces)
-    : ViewWindow(owner, tracesDesign(), [&traces] { return traces.colours(); }), traces_(traces),
+    : ViewWindow(owner, tracesDesign(), [&traces] { return traces.colours(); }),
+      traces_(traces),
       part_(*this, {window(), kPlotClass, IDC_CROSS, L"Levels of the receivers", WS_TABSTOP,
                     id::TracePlot}),
       plot_(part_.window()) {
@@ -326,8 +327,7 @@ void TracesWindow::pointAt(LPARAM lParam) {
   refresh();
 }
 
-bool TracesWindow::plotMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam,
-                               LRESULT& result) {
+bool TracesWindow::plotMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   switch (message) {
     case WM_PAINT: {
       PAINTSTRUCT paint;
