@@ -52,6 +52,25 @@ TEST_F(Log, StoresThePresentSettingEachTimeTheStoreCommandShowsIt) {
   EXPECT_EQ(std::ranges::count(file(), '\n'), 2);
 }
 
+TEST_F(Log, WhatIsTypedWhileARecordIsStoredIsItsComment) {
+  store();
+  log->UpdateOnly(false);
+  log->activate();
+  ASSERT_TRUE(log->busy());
+  for (const char c : std::string_view("QSL")) log->PadGrd().keyPress(c);
+  EXPECT_FALSE(log->PadGrd().editing()) << "the table is at rest";
+  settle();
+  EXPECT_EQ(log->PadGrd().text(), "QSL");
+  log->PadGrd().commit();
+  EXPECT_EQ(cell(1, LogComments), "QSL");
+  // What is typed into a window that closes goes nowhere.
+  log->OK_Click();
+  ASSERT_TRUE(log->busy());
+  log->PadGrd().keyPress('x');
+  settle();
+  EXPECT_FALSE(view().open || log->PadGrd().editing());
+}
+
 TEST_F(Log, ShowsTheFileAndSelectsTheRecordOfThePresentFrequency) {
   write(std::string(kFirst) + kSecond + kSecond);
   tune(648'000);
