@@ -24,21 +24,22 @@ bool isSame(const std::filesystem::path& file, const std::filesystem::path& othe
   return content && hasContent(other, *content);
 }
 
-FileResult move(const std::filesystem::path& from, const std::filesystem::path& to) {
+Result<> move(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (!isThere(from)) return {};
   std::error_code error;
   std::filesystem::rename(from, to, error);
-  return error ? FileResult{false, systemWords(error)} : FileResult{};
+  if (error) return Failure{systemWords(error)};
+  return {};
 }
 
 /// Frees the first backup name by moving each backup to the next one, as far as there is no name
 /// free before. A backup that would be too many is replaced.
-FileResult makeRoom(const std::filesystem::path& file, FileSteps& steps, int generations) {
+Result<> makeRoom(const std::filesystem::path& file, FileSteps& steps, int generations) {
   int free = 1;
   while (free < generations && isThere(backupOf(file, free))) ++free;
   for (int to = free; to > 1; --to) {
-    const FileResult moved =
-        patiently(steps, [&] { return steps.swapIn(backupOf(file, to - 1), backupOf(file, to)); });
+    const Result<> moved = retryWhileHeld(
+        steps, [&] { return steps.swapIn(backupOf(file, to - 1), backupOf(file, to)); });
     if (!moved) return moved;
   }
   return {};
@@ -46,25 +47,25 @@ FileResult makeRoom(const std::filesystem::path& file, FileSteps& steps, int gen
 
 }  // namespace
 
-FileResult moveToBackup(const std::filesystem::path& file, int generations) {
+Result<> moveToBackup(const std::filesystem::path& file, int generations) {
   // Nothing to back up is no reason to give the oldest backup up.
   if (!isThere(file)) return {};
   for (int older = generations; older > 1; --older) {
-    const FileResult moved = move(backupOf(file, older - 1), backupOf(file, older));
+    const Result<> moved = move(backupOf(file, older - 1), backupOf(file, older));
     if (!moved) return moved;
   }
   return move(file, backupOf(file, 1));
 }
 
-FileResult writeKeepingBackups(const std::filesystem::path& file, std::string_view content,
-                               FileSteps& steps, int generations) {
+Result<> writeKeepingBackups(const std::filesystem::path& file, std::string_view content,
+                             FileSteps& steps, int generations) {
   const std::filesystem::path newest = backupOf(file, 1);
   return writeFileSafely(file, content, steps, [&] {
     // After an attempt that came this far and then failed, the file is its own backup already.
-    if (!isThere(file) || isSame(file, newest)) return FileResult{};
-    const FileResult room = makeRoom(file, steps, generations);
+    if (!isThere(file) || isSame(file, newest)) return Result<>();
+    const Result<> room = makeRoom(file, steps, generations);
     if (!room) return room;
-    return patiently(steps, [&] { return steps.secondName(file, newest); });
+    return retryWhileHeld(steps, [&] { return steps.secondName(file, newest); });
   });
 }
 

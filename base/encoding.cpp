@@ -37,15 +37,7 @@ bool isUtf8(std::string_view bytes) {
 std::string utf8FromLatin1(std::string_view bytes) {
   std::string result;
   result.reserve(bytes.size());
-  for (const char c : bytes) {
-    const auto byte = static_cast<std::uint8_t>(c);
-    if (byte < 0x80) {
-      result += c;
-    } else {
-      result += static_cast<char>(0xC0 | (byte >> 6));
-      result += static_cast<char>(0x80 | (byte & 0x3F));
-    }
-  }
+  for (const char c : bytes) appendCharacter(result, static_cast<std::uint8_t>(c));
   return result;
 }
 

@@ -21,7 +21,7 @@ class FileLock {
 
   /// One try; makes missing folders. `held` says that another process, or another lock of this
   /// one, has it.
-  FileResult acquire(const std::filesystem::path& file);
+  Result<> acquire(const std::filesystem::path& file);
   void release();
   bool owned() const { return handle_ != kNone; }
 
@@ -32,17 +32,15 @@ class FileLock {
   std::intptr_t handle_ = kNone;
 };
 
-/// What is to become of a file.
-struct FileChange {
-  bool write = false;  ///< `content` replaces the file's
-  std::string content = {};
-  std::string refusal = {};  ///< why nothing may be written, in words; empty where it may
-};
+/// What is to become of a file: its new content, none where it stays as it is, or why nothing may
+/// be written.
+using FileChange = Result<std::optional<std::string>>;
+inline const std::nullopt_t kUnchanged = std::nullopt;
 
 /// Changes a file that other processes change too: nobody else does while `change` is given what
 /// the file holds now and answers what it is to hold. A file that cannot be read is not written.
-/// Waits, as `patiently` does, for whoever is in the way.
-FileResult changeFile(const std::filesystem::path& path, std::size_t limit, FileSteps& steps,
-                      const std::function<FileChange(const FileReading& now)>& change);
+/// Waits, as `retryWhileHeld` does, for whoever is in the way.
+Result<> changeFile(const std::filesystem::path& path, std::size_t limit, FileSteps& steps,
+                    const std::function<FileChange(const FileReading& now)>& change);
 
 }  // namespace kelvane

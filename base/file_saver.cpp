@@ -55,12 +55,10 @@ void FileSaver::run() {
     waiting_.pop_front();
     writing_ = true;
     lock.unlock();
-    FileResult result;
+    Result<> result;
     barrier(
         "writing a file", [&] { result = job.work(*steps_); },
-        [&](const std::string& why) {
-          result = {false, "Cannot write a file: " + why};
-        });
+        [&](const std::string& why) { result = Failure{"Cannot write a file: " + why}; });
     if (job.ended) tell(job, result);
     lock.lock();
     writing_ = false;
@@ -69,7 +67,7 @@ void FileSaver::run() {
 }
 
 /// Who waits for a word of it would wait for ever.
-void FileSaver::tell(const Job& job, const FileResult& result) {
+void FileSaver::tell(const Job& job, const Result<>& result) {
   constexpr int kTries = 20;
   const auto told = [&] {
     return barrier("telling how a file was written", [&] { job.ended(result); });

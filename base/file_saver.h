@@ -18,7 +18,7 @@ class FileSaver {
  public:
   /// Hears how a write ended, on the saver's thread. Where there is no memory for that, it is
   /// called again a little later.
-  using Ended = std::function<void(const FileResult&)>;
+  using Ended = std::function<void(const Result<>&)>;
 
   explicit FileSaver(std::shared_ptr<FileSteps> steps = std::make_shared<FileSteps>());
   /// Returns when everything is written.
@@ -27,7 +27,7 @@ class FileSaver {
   FileSaver& operator=(const FileSaver&) = delete;
 
   /// What is to be done with a file, on the saver's thread.
-  using Work = std::function<FileResult(FileSteps&)>;
+  using Work = std::function<Result<>(FileSteps&)>;
   /// Work that waits for the same file is not done any more: this one takes its place.
   void change(const std::filesystem::path& path, Work work, Ended ended = {});
   /// Writes this content safely.
@@ -44,7 +44,7 @@ class FileSaver {
   };
 
   void run();
-  void tell(const Job& job, const FileResult& result);
+  void tell(const Job& job, const Result<>& result);
 
   std::shared_ptr<FileSteps> steps_;
   std::mutex mutex_;

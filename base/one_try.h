@@ -13,21 +13,20 @@ class OneTry final : public FileSteps {
   FileReading read(const std::filesystem::path& file, std::size_t limit) override {
     return disk_.read(file, limit);
   }
-  FileResult makeFolders(const std::filesystem::path& folder) override {
+  Result<> makeFolders(const std::filesystem::path& folder) override {
     return disk_.makeFolders(folder);
   }
-  FileResult write(const std::filesystem::path& file, std::string_view content) override {
+  Result<> write(const std::filesystem::path& file, std::string_view content) override {
     return disk_.write(file, content);
   }
-  FileResult append(const std::filesystem::path& file, std::string_view content) override {
+  Result<> append(const std::filesystem::path& file, std::string_view content) override {
     return disk_.append(file, content);
   }
-  FileResult flush(const std::filesystem::path& file) override { return disk_.flush(file); }
-  FileResult swapIn(const std::filesystem::path& from, const std::filesystem::path& to) override {
+  Result<> flush(const std::filesystem::path& file) override { return disk_.flush(file); }
+  Result<> swapIn(const std::filesystem::path& from, const std::filesystem::path& to) override {
     return disk_.swapIn(from, to);
   }
-  FileResult secondName(const std::filesystem::path& from,
-                        const std::filesystem::path& to) override {
+  Result<> secondName(const std::filesystem::path& from, const std::filesystem::path& to) override {
     return disk_.secondName(from, to);
   }
   void remove(const std::filesystem::path& file) override { disk_.remove(file); }

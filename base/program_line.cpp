@@ -30,21 +30,20 @@ bool goesOn(std::string_view rest) {
 
 }  // namespace
 
-ProgramLine programOf(std::string_view line) {
+Result<std::string> programOf(std::string_view line) {
   line = trimmed(line);
-  if (line.empty()) return {{}, "There is no program to start."};
+  if (line.empty()) return Failure{"There is no program to start."};
   if (line.front() == '"') {
     const auto end = line.find('"', 1);
-    if (end == line.npos) return {{}, "The quotes around the program's name are not closed."};
-    return {std::string(line.substr(1, end - 1)), {}};
+    if (end == line.npos) return Failure{"The quotes around the program's name are not closed."};
+    return std::string(line.substr(1, end - 1));
   }
   const std::string_view word = line.substr(0, line.find_first_of(kBlanks));
   const bool isPath = word.find_first_of("\\/") != word.npos;
-  if (const auto whole = upToEnding(line); isPath && !whole.empty())
-    return {std::string(whole), {}};
+  if (const auto whole = upToEnding(line); isPath && !whole.empty()) return std::string(whole);
   if (isPath && goesOn(line.substr(word.size())))
-    return {{}, "Put the program's name in quotes, since it holds blanks."};
-  return {std::string(word), {}};
+    return Failure{"Put the program's name in quotes, since it holds blanks."};
+  return std::string(word);
 }
 
 }  // namespace kelvane

@@ -24,8 +24,8 @@ std::error_code lastError() {
   return std::error_code(errno ? errno : EIO, std::generic_category());
 }
 
-FileResult failure(const fs::path& path, const FileResult& why) {
-  return {false, "Cannot write " + pathText(path) + ": " + why.reason, why.held};
+Failure failure(const fs::path& path, const Result<>& why) {
+  return {"Cannot write " + pathText(path) + ": " + why.reason(), why.held()};
 }
 
 /// A path's own letters as UTF-8. The library's conversion throws at half a pair of UTF-16, which
@@ -94,34 +94,35 @@ void removeLeftovers(const fs::path& path, FileSteps& steps) {
 
 }  // namespace
 
-FileResult FileSteps::makeFolders(const fs::path& folder) {
+Result<> FileSteps::makeFolders(const fs::path& folder) {
   std::error_code error;
   fs::create_directories(folder, error);
-  return error ? FileResult{false, systemWords(error)} : FileResult{};
+  if (error) return Failure{systemWords(error)};
+  return {};
 }
 
-FileResult FileSteps::write(const fs::path& file, std::string_view content) {
+Result<> FileSteps::write(const fs::path& file, std::string_view content) {
   errno = 0;
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
   out.write(content.data(), static_cast<std::streamsize>(content.size()));
   out.close();
   if (out) return {};
-  return {false, systemWords(lastError())};
+  return Failure{systemWords(lastError())};
 }
 
-FileResult FileSteps::append(const fs::path& file, std::string_view content) {
+Result<> FileSteps::append(const fs::path& file, std::string_view content) {
   errno = 0;
   std::ofstream out(file, std::ios::binary | std::ios::app);
   out.write(content.data(), static_cast<std::streamsize>(content.size()));
   out.close();
   if (out) return {};
   const std::error_code why = lastError();
-  return {false, systemWords(why), why == std::errc::permission_denied && fs::exists(file)};
+  return Failure{systemWords(why), why == std::errc::permission_denied && fs::exists(file)};
 }
 
 void FileSteps::pause(milliseconds time) { std::this_thread::sleep_for(time); }
 
-FileResult FileSteps::secondName(const fs::path& from, const fs::path& to) {
+Result<> FileSteps::secondName(const fs::path& from, const fs::path& to) {
   std::error_code error;
   fs::path unfinished = to;
   unfinished += kUnfinished;
@@ -130,7 +131,8 @@ FileResult FileSteps::secondName(const fs::path& from, const fs::path& to) {
   // Not every file system has links.
   if (error) fs::copy_file(from, unfinished, fs::copy_options::overwrite_existing, error);
   if (!error) fs::rename(unfinished, to, error);
-  return error ? FileResult{false, systemWords(error)} : FileResult{};
+  if (error) return Failure{systemWords(error)};
+  return {};
 }
 
 void FileSteps::remove(const fs::path& file) {
@@ -138,27 +140,27 @@ void FileSteps::remove(const fs::path& file) {
   fs::remove(file, ignored);
 }
 
-FileResult writeFileSafely(const fs::path& path, std::string_view content) {
+Result<> writeFileSafely(const fs::path& path, std::string_view content) {
   FileSteps disk;
   return writeFileSafely(path, content, disk);
 }
 
-FileResult writeFileSafely(const fs::path& path, std::string_view content, FileSteps& steps) {
-  return writeFileSafely(path, content, steps, [] { return FileResult{}; });
+Result<> writeFileSafely(const fs::path& path, std::string_view content, FileSteps& steps) {
+  return writeFileSafely(path, content, steps, [] { return Result<>(); });
 }
 
-FileResult writeFileSafely(const fs::path& path, std::string_view content, FileSteps& steps,
-                           const std::function<FileResult()>& beforeSwap) {
+Result<> writeFileSafely(const fs::path& path, std::string_view content, FileSteps& steps,
+                         const std::function<Result<>()>& beforeSwap) {
   if (path.has_parent_path()) {
-    const FileResult made = steps.makeFolders(path.parent_path());
+    const Result<> made = steps.makeFolders(path.parent_path());
     if (!made) return failure(path, made);
     removeLeftovers(path, steps);
   }
   const fs::path unfinished = nameBeside(path);
-  FileResult result = steps.write(unfinished, content);
-  if (result) result = patiently(steps, [&] { return steps.flush(unfinished); });
+  Result<> result = steps.write(unfinished, content);
+  if (result) result = retryWhileHeld(steps, [&] { return steps.flush(unfinished); });
   if (result) result = beforeSwap();
-  if (result) result = patiently(steps, [&] { return steps.swapIn(unfinished, path); });
+  if (result) result = retryWhileHeld(steps, [&] { return steps.swapIn(unfinished, path); });
   if (result) return result;
   steps.remove(unfinished);
   return failure(path, result);
@@ -169,15 +171,14 @@ FileReading tooLargeToRead(const fs::path& path, std::size_t limit) {
       FileReading::TooLarge, {}, pathText(path) + " is too large; the most is " + sizeText(limit)};
 }
 
-FileReading readPatiently(const fs::path& path, std::size_t limit, FileSteps& steps) {
-  return patiently(steps, [&] { return readOnce(path, limit, steps); });
+FileReading readWhenFree(const fs::path& path, std::size_t limit, FileSteps& steps) {
+  return retryWhileHeld(steps, [&] { return readOnce(path, limit, steps); });
 }
 
-std::optional<std::string> readFile(const fs::path& path, std::size_t limit, std::string* reason) {
+std::optional<std::string> readFile(const fs::path& path, std::size_t limit) {
   FileSteps disk;
   FileReading reading = readOnce(path, limit, disk);
   if (reading.how == FileReading::Whole) return std::move(reading.content);
-  if (reason) *reason = std::move(reading.reason);
   return std::nullopt;
 }
 

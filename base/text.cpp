@@ -25,10 +25,19 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
 
 std::string upper(std::string_view text) {
   std::string result(text);
-  for (char& c : result) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
+  for (char& c : result) c = static_cast<char>(upperLetter(c));
   return result;
+}
+
+std::string lower(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) c = static_cast<char>(lowerLetter(c));
+  return result;
+}
+
+bool holdsUpper(std::string_view text, std::string_view upperText) {
+  const auto equal = [](char c, char wanted) { return upperLetter(c) == wanted; };
+  return !std::ranges::search(text, upperText, equal).empty();
 }
 
 std::string validUtf8(std::string_view text, char replacement) {
@@ -61,8 +70,7 @@ std::string spokenCaption(std::string_view caption) {
 }
 
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
-  const auto capital = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
-  return std::ranges::equal(a, b, {}, capital, capital);
+  return std::ranges::equal(a, b, {}, upperLetter, upperLetter);
 }
 
 }  // namespace kelvane

@@ -13,9 +13,21 @@ std::string_view trimmed(std::string_view text);
 std::vector<std::string_view> split(std::string_view text, char separator);
 
 constexpr bool isDigit(int character) { return character >= '0' && character <= '9'; }
+constexpr bool isCapital(int character) { return character >= 'A' && character <= 'Z'; }
+constexpr bool isSmall(int character) { return character >= 'a' && character <= 'z'; }
 
-/// ASCII letters in upper case; other bytes (of UTF-8 too) stay.
+/// An ASCII letter in the other case; anything else stays.
+constexpr int upperLetter(int character) { return isSmall(character) ? character - 32 : character; }
+constexpr int lowerLetter(int character) {
+  return isCapital(character) ? character + 32 : character;
+}
+
+/// ASCII letters in upper or lower case; other bytes (of UTF-8 too) stay.
 std::string upper(std::string_view text);
+std::string lower(std::string_view text);
+
+/// Whether a text holds another, given in upper case, in any case of ASCII letters. Copies nothing.
+bool holdsUpper(std::string_view text, std::string_view upperText);
 
 /// The text with each byte that is no part of well-formed UTF-8 replaced.
 std::string validUtf8(std::string_view text, char replacement);

@@ -23,9 +23,19 @@ void appendCharacter(std::string& text, char32_t character) {
   const auto add = [&text](char32_t byte) { text += static_cast<char>(byte); };
   const auto follow = [&](int shift) { add(0x80 | ((character >> shift) & 0x3F)); };
   if (character < 0x80) return add(character);
-  if (character < 0x800) return add(0xC0 | (character >> 6)), follow(0);
-  if (character < 0x10000) return add(0xE0 | (character >> 12)), follow(6), follow(0);
-  add(0xF0 | (character >> 18)), follow(12), follow(6), follow(0);
+  if (character < 0x800) {
+    add(0xC0 | (character >> 6));
+    return follow(0);
+  }
+  if (character < 0x10000) {
+    add(0xE0 | (character >> 12));
+    follow(6);
+    return follow(0);
+  }
+  add(0xF0 | (character >> 18));
+  follow(12);
+  follow(6);
+  follow(0);
 }
 
 void dropLastCharacter(std::string& text) {

@@ -53,7 +53,10 @@ lists::Entries madeUpStations(std::size_t count) {
     entry.mode = static_cast<Setting>(random() % 5);
     entry.width = random() % 2 ? 6000 : 2400;
     entry.group = kGroups[random() % std::size(kGroups)];
-    if (random() % 4 == 0) entry.from = 360, entry.to = 500;
+    if (random() % 4 == 0) {
+      entry.from = 360;
+      entry.to = 500;
+    }
     entries.push_back(std::make_shared<const Entry>(std::move(entry)));
   }
   return entries;

@@ -211,7 +211,7 @@ void exportRow(const std::string& name, const fs::path& folder, const LogTable& 
     kelvane::LogExport file;
     const double made = processor([&] { file = exported(log, BenchCalendar()); });
     return made + wall([&] {
-             kelvane::bench::must(kelvane::writeFileSafely(folder / "export", file.content).ok,
+             kelvane::bench::must(kelvane::writeFileSafely(folder / "export", file.content).ok(),
                                   "the export");
            });
   };
@@ -243,7 +243,7 @@ void storing(const fs::path& folder) {
   const kelvane::LogChange change{kelvane::LogChange::Added, line};
   for (int i = 0; i < kStored; ++i) {
     stored.add(wall(
-        [&] { kelvane::bench::must(log.keep(std::span(&change, 1)).ok, "the record is kept"); }));
+        [&] { kelvane::bench::must(log.keep(std::span(&change, 1)).ok(), "the record is kept"); }));
     flushed.add(wall([&] {
       kelvane::bench::must(::write(bare, line.data(), line.size()) > 0 && ::fsync(bare) == 0,
                            "the bare flush");
@@ -266,7 +266,7 @@ int main() {
     const fs::path path = folder / "scratchpad.txt";
     {
       const std::string content = manyRecords();
-      kelvane::bench::must(kelvane::writeFileSafely(path, content).ok, "a log to measure with");
+      kelvane::bench::must(kelvane::writeFileSafely(path, content).ok(), "a log to measure with");
     }
     memory("memory to load a million records", path, [](LogFile& file) { file.read(); });
     memory("memory to load, sort and save them", path, [](LogFile& file) {

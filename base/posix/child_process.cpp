@@ -72,16 +72,16 @@ ChildProcess::~ChildProcess() {
   native_->closeWritten();
 }
 
-std::string ChildProcess::start(const std::string& line, Written written) {
+Result<> ChildProcess::start(const std::string& line, Written written) {
   end();
   native_->closeWritten();
   auto words = wordsOf(line);
-  if (words.empty()) return "There is no program to start.";
+  if (words.empty()) return Failure{"There is no program to start."};
   std::vector<char*> arguments;
   for (auto& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   int report[2];
-  if (::pipe2(report, O_CLOEXEC) != 0) return std::generic_category().message(errno);
+  if (::pipe2(report, O_CLOEXEC) != 0) return Failure{std::generic_category().message(errno)};
   const int streams = written == Written::Kept ? native_->openWritten() : -1;
   const pid_t process = ::fork();
   if (process == 0) become(arguments.data(), report[1], streams);
@@ -96,7 +96,7 @@ std::string ChildProcess::start(const std::string& line, Written written) {
     return {};
   }
   if (process > 0) ::waitpid(process, nullptr, 0);
-  return std::generic_category().message(error) + ".";
+  return Failure{std::generic_category().message(error) + "."};
 }
 
 void ChildProcess::end() {

@@ -11,10 +11,9 @@ namespace kelvane {
 
 namespace {
 
-FileResult refusal(int code) {
+Failure refusal(int code) {
   const bool held = code == EWOULDBLOCK || code == EINTR;
-  return {false,
-          held ? "another program is writing it" : systemWords({code, std::generic_category()}),
+  return {held ? "another program is writing it" : systemWords({code, std::generic_category()}),
           held};
 }
 
@@ -28,7 +27,7 @@ bool stillNamed(int handle, const std::filesystem::path& file) {
 
 }  // namespace
 
-FileResult FileLock::acquire(const std::filesystem::path& file) {
+Result<> FileLock::acquire(const std::filesystem::path& file) {
   release();
   std::error_code ignored;
   std::filesystem::create_directories(file.parent_path(), ignored);

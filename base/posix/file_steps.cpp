@@ -11,13 +11,13 @@ namespace kelvane {
 
 namespace {
 
-FileResult flushPath(const std::filesystem::path& path, int flags) {
+Result<> flushPath(const std::filesystem::path& path, int flags) {
   const int file = ::open(path.c_str(), flags | O_CLOEXEC);
   const bool ok = file >= 0 && ::fsync(file) == 0;
   const std::error_code error(errno, std::generic_category());
   if (file >= 0) ::close(file);
   if (ok) return {};
-  return {false, systemWords(error)};
+  return Failure{systemWords(error)};
 }
 
 FileReading unreadable(const std::filesystem::path& path, int code) {
@@ -66,12 +66,12 @@ FileReading FileSteps::read(const std::filesystem::path& path, std::size_t limit
   return known ? readOpen(file, facts, limit, path) : unreadable(path, errno);
 }
 
-FileResult FileSteps::flush(const std::filesystem::path& file) { return flushPath(file, O_WRONLY); }
+Result<> FileSteps::flush(const std::filesystem::path& file) { return flushPath(file, O_WRONLY); }
 
-FileResult FileSteps::swapIn(const std::filesystem::path& from, const std::filesystem::path& to) {
+Result<> FileSteps::swapIn(const std::filesystem::path& from, const std::filesystem::path& to) {
   std::error_code error;
   std::filesystem::rename(from, to, error);
-  if (error) return {false, systemWords(error)};
+  if (error) return Failure{systemWords(error)};
   // The new name is in the folder; whether the disk has it already does not change the outcome.
   const auto folder = to.has_parent_path() ? to.parent_path() : std::filesystem::path(".");
   flushPath(folder, O_RDONLY | O_DIRECTORY);

@@ -12,6 +12,8 @@
 
 namespace kelvane {
 
+#include "base/server_address.inc"
+
 namespace {
 
 int fileOf(SocketHandle handle) { return static_cast<int>(handle); }
@@ -26,56 +28,10 @@ ListenFailure listenFailureOf(int error) {
 
 bool isNoEnd(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
 
-const sockaddr* systemAddress(const NetAddress& address) {
-  return reinterpret_cast<const sockaddr*>(address.bytes.data());
-}
-
 }  // namespace
 
 SocketUse::SocketUse() = default;
 SocketUse::~SocketUse() = default;
-
-std::optional<NetAddress> numericAddress(const std::string& host, std::uint16_t port) {
-  NetAddress address;
-  sockaddr_in v4{};
-  sockaddr_in6 v6{};
-  if (::inet_pton(AF_INET, host.c_str(), &v4.sin_addr) == 1) {
-    v4.sin_family = AF_INET;
-    v4.sin_port = htons(port);
-    address.size = sizeof v4;
-    std::memcpy(address.bytes.data(), &v4, sizeof v4);
-    return address;
-  }
-  if (::inet_pton(AF_INET6, host.c_str(), &v6.sin6_addr) != 1) return std::nullopt;
-  v6.sin6_family = AF_INET6;
-  v6.sin6_port = htons(port);
-  address.size = sizeof v6;
-  std::memcpy(address.bytes.data(), &v6, sizeof v6);
-  return address;
-}
-
-std::vector<std::uint8_t> addressBytes(const NetAddress& address) {
-  const auto of = [](const auto& bytes) {
-    const auto* first = reinterpret_cast<const std::uint8_t*>(&bytes);
-    return std::vector<std::uint8_t>(first, first + sizeof bytes);
-  };
-  const sockaddr* where = systemAddress(address);
-  if (where->sa_family == AF_INET) return of(reinterpret_cast<const sockaddr_in*>(where)->sin_addr);
-  return of(reinterpret_cast<const sockaddr_in6*>(where)->sin6_addr);
-}
-
-std::string addressText(const NetAddress& address) {
-  char text[INET6_ADDRSTRLEN] = {};
-  const sockaddr* where = systemAddress(address);
-  if (where->sa_family == AF_INET) {
-    const auto* v4 = reinterpret_cast<const sockaddr_in*>(where);
-    ::inet_ntop(AF_INET, &v4->sin_addr, text, sizeof text);
-    return std::string(text) + ":" + std::to_string(ntohs(v4->sin_port));
-  }
-  const auto* v6 = reinterpret_cast<const sockaddr_in6*>(where);
-  ::inet_ntop(AF_INET6, &v6->sin6_addr, text, sizeof text);
-  return "[" + std::string(text) + "]:" + std::to_string(ntohs(v6->sin6_port));
-}
 
 SocketHandle listenAt(const NetAddress& address, ListenFailure& failure) {
   const sockaddr* where = systemAddress(address);

@@ -140,7 +140,10 @@ bool TcpSocket::send(std::string_view bytes) {
   const auto count = ::send(native_->handle, all.data(), all.size(), MSG_NOSIGNAL);
   if (count < 0 && !isTemporary(errno)) return false;
   const auto sent = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-  queued ? unsent.erase(0, sent) : unsent.assign(all.substr(sent));
+  if (queued)
+    unsent.erase(0, sent);
+  else
+    unsent.assign(all.substr(sent));
   return true;
 }
 

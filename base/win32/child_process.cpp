@@ -81,7 +81,7 @@ class ChildStreams {
   ChildStreams& operator=(const ChildStreams&) = delete;
 
   bool kept() const { return list_ != nullptr; }
-  void dress(STARTUPINFOEXW& how) const {
+  void addTo(STARTUPINFOEXW& how) const {
     how.StartupInfo.cb = sizeof(STARTUPINFOW);
     if (!kept()) return;
     how.StartupInfo.cb = sizeof how;
@@ -123,36 +123,36 @@ ChildProcess::~ChildProcess() {
   native_->closeWritten();
 }
 
-std::string ChildProcess::start(const std::string& line, Written written) {
+Result<> ChildProcess::start(const std::string& line, Written written) {
   end();
   native_->closeWritten();
-  const ProgramLine asked = programOf(line);
-  if (!asked.problem.empty()) return asked.problem;
-  const std::wstring program = fullName(asked.program);
-  if (program.empty()) return "There is no program " + asked.program + ".";
+  const Result<std::string> asked = programOf(line);
+  if (!asked) return asked.failure();
+  const std::wstring program = fullName(*asked);
+  if (program.empty()) return Failure{"There is no program " + *asked + "."};
   std::wstring words = wide(line);
   ChildStreams streams(written);
   STARTUPINFOEXW how{};
-  streams.dress(how);
+  streams.addTo(how);
   PROCESS_INFORMATION child{};
   // It joins the job before it has run at all, and could have started others.
   DWORD flags = CREATE_NO_WINDOW | CREATE_SUSPENDED;
   if (streams.kept()) flags |= EXTENDED_STARTUPINFO_PRESENT;
   if (!CreateProcessW(program.c_str(), words.data(), nullptr, nullptr, streams.kept(), flags,
                       nullptr, nullptr, &how.StartupInfo, &child))
-    return wordsFor(GetLastError());
+    return Failure{wordsFor(GetLastError())};
   native_->written = streams.takeReading();
   native_->process = child.hProcess;
   native_->job = makeJob();
-  std::string problem;
+  Result<> tied;
   if (!native_->job || !AssignProcessToJobObject(native_->job, child.hProcess))
-    problem = "It could not be tied to this program: " + wordsFor(GetLastError());
+    tied = Failure{"It could not be tied to this program: " + wordsFor(GetLastError())};
   else
     ResumeThread(child.hThread);
   CloseHandle(child.hThread);
   // It would outlive this program, and hold the radio.
-  if (!problem.empty()) end();
-  return problem;
+  if (!tied) end();
+  return tied;
 }
 
 void ChildProcess::end() {

@@ -4,7 +4,7 @@
 
 namespace kelvane {
 
-FileResult FileLock::acquire(const std::filesystem::path& file) {
+Result<> FileLock::acquire(const std::filesystem::path& file) {
   release();
   std::error_code ignored;
   std::filesystem::create_directories(file.parent_path(), ignored);
@@ -20,8 +20,8 @@ FileResult FileLock::acquire(const std::filesystem::path& file) {
   const DWORD code = GetLastError();
   const bool held = code == ERROR_SHARING_VIOLATION || code == ERROR_ACCESS_DENIED ||
                     code == ERROR_DELETE_PENDING;
-  if (code == ERROR_SHARING_VIOLATION) return {false, "another program is writing it", held};
-  return {false, systemWords({static_cast<int>(code), std::system_category()}), held};
+  if (code == ERROR_SHARING_VIOLATION) return Failure{"another program is writing it", held};
+  return Failure{systemWords({static_cast<int>(code), std::system_category()}), held};
 }
 
 void FileLock::release() {

@@ -30,7 +30,7 @@ bool isHeld(DWORD code) {
          code == ERROR_DELETE_PENDING;
 }
 
-FileResult failure(DWORD code) { return {false, wordsOf(code), isHeld(code)}; }
+Failure failure(DWORD code) { return {wordsOf(code), isHeld(code)}; }
 
 FileReading unreadable(const std::filesystem::path& path, DWORD code) {
   return {FileReading::Unreadable,
@@ -94,17 +94,18 @@ FileReading FileSteps::read(const std::filesystem::path& path, std::size_t limit
   return readOpen(file, limit, path);
 }
 
-FileResult FileSteps::flush(const std::filesystem::path& file) {
+Result<> FileSteps::flush(const std::filesystem::path& file) {
   const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return failure(GetLastError());
   const bool ok = FlushFileBuffers(handle) != FALSE;
   const DWORD code = GetLastError();
   CloseHandle(handle);
-  return ok ? FileResult{} : failure(code);
+  if (!ok) return failure(code);
+  return {};
 }
 
-FileResult FileSteps::swapIn(const std::filesystem::path& from, const std::filesystem::path& to) {
+Result<> FileSteps::swapIn(const std::filesystem::path& from, const std::filesystem::path& to) {
   if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
     return {};
   return failure(GetLastError());

@@ -53,7 +53,7 @@ bool isLoopback(const NetAddress& address) {
 
 /// Windows asks again for two seconds before it believes that nobody listens. On the same machine
 /// nothing gets lost on the way.
-void believeRefusalAtOnce(SOCKET handle) {
+void failOnFirstRefusal(SOCKET handle) {
 #ifdef SIO_TCP_INITIAL_RTO
   TCP_INITIAL_RTO_PARAMETERS once{};
   once.Rtt = TCP_INITIAL_RTO_UNSPECIFIED_RTT;
@@ -106,7 +106,7 @@ std::optional<NetFailure> TcpSocket::begin(const NetAddress& address) {
   if (handle == INVALID_SOCKET) return failureOf(::WSAGetLastError());
   const BOOL on = TRUE;
   ::setsockopt(handle, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
-  if (isLoopback(address)) believeRefusalAtOnce(handle);
+  if (isLoopback(address)) failOnFirstRefusal(handle);
   ::WSAEventSelect(handle, native_->event, FD_CONNECT | FD_READ | FD_WRITE | FD_CLOSE);
   const int result = ::connect(handle, where, static_cast<int>(address.size));
   const int error = result == 0 ? 0 : ::WSAGetLastError();
@@ -168,7 +168,10 @@ bool TcpSocket::send(std::string_view bytes) {
   const int count = ::send(native_->handle, all.data(), static_cast<int>(all.size()), 0);
   if (count < 0 && ::WSAGetLastError() != WSAEWOULDBLOCK) return false;
   const auto sent = static_cast<std::size_t>(std::max(count, 0));
-  queued ? unsent.erase(0, sent) : unsent.assign(all.substr(sent));
+  if (queued)
+    unsent.erase(0, sent);
+  else
+    unsent.assign(all.substr(sent));
   return true;
 }
 

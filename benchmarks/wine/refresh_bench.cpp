@@ -60,7 +60,7 @@ struct NoClipboard : Clipboard {
 
 struct NoSondrelWindows : sondrel::ComponentWindows {
   void setOwner(Long) override {}
-  void editDrivers(sondrel::DriversModel&, const std::function<FileResult()>&) override {}
+  void editDrivers(sondrel::DriversModel&, const std::function<Result<>()>&) override {}
   void showSettings(Index) override {}
   void tell(const std::string&) override {}
   void askAgain(const std::string&, std::function<void()>) override {}

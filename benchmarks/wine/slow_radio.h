@@ -71,7 +71,10 @@ class SlowRadio {
         Sleep(milliseconds_);
         const std::size_t sets = rig.sets.size();
         const std::string reply = rig.answer(line);
-        if (rig.sets.size() > sets && rig.sets.back().starts_with("F ")) toldAt_ = came, ++told_;
+        if (rig.sets.size() > sets && rig.sets.back().starts_with("F ")) {
+          toldAt_ = came;
+          ++told_;
+        }
         if (line == "+l STRENGTH") ++meters_;
         send(client_, reply.data(), static_cast<int>(reply.size()), 0);
         busy_ += counter() - came;

@@ -39,7 +39,7 @@ void writeList(const fs::path& file) {
     text += std::to_string(150 + i * 29) + " ; Station " + std::to_string(i * 7919 % kStations);
     text += " ; AM ; 6000 ; Group " + std::to_string(i % 20) + "\n";
   }
-  must(writeFileSafely(file, text).ok, "the list's file");
+  must(writeFileSafely(file, text).ok(), "the list's file");
 }
 
 void runPending() {
@@ -69,7 +69,7 @@ class Bench {
     Latencies opening, scrolling, finding;
     const LONG64 first = counter();
     editor_.open();
-    while (!editor_.store().ready()) editor_.tick();
+    while (!editor_.store().ready()) editor_.deliver();
     painted(dialog_->window());
     print({"My stations of 100,000, opened the first time, its file read", millisecondsSince(first),
            "ms"});
@@ -80,7 +80,7 @@ class Bench {
       editor_.open();
       painted(dialog_->window());
       opening.add(millisecondsSince(start));
-      while (editor_.store().busy()) editor_.tick();
+      while (editor_.store().busy()) editor_.deliver();
       runPending();
     }
     const HWND grid = GetDlgItem(dialog_->window(), id::StnGrd);

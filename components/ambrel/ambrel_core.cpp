@@ -48,7 +48,7 @@ Outcome AmbrelCore::OpenFrqConfig(Text instance) {
   const DataFiles files = filesNow();
   codes_ = loadCodes(files, openNotes_);
   ownStamp_ = ownStationsStamp(files);
-  useData(loadStations(files, std::nullopt));
+  setData(loadStations(files, std::nullopt));
   readHeldAgain();
   return Outcome::Done;
 }
@@ -74,14 +74,15 @@ Answer<Long> AmbrelCore::NextFrqRegion() {
   const Long region = (bands_->region() + 1) % kRegions;
   bands_->selectRegion(region);
   regionChosen_ = true;
-  background_.run(
-      "keeping the region",
-      [this, files = *files_, region] {
-        lostRegion_ = keepRegion(files, region);
-        if (!lostRegion_.empty())
-          queue_.post([this, lost = lostRegion_] { openNotes_.wrong.push_back(lost + "."); });
-      },
-      {});
+  background_.run("keeping the region",
+                  [this, files = *files_, region] {
+                    regionKept_ = keepRegion(files, region);
+                    if (!regionKept_)
+                      queue_.post([this, lost = regionKept_.reason()] {
+                        openNotes_.wrong.push_back(lost + ".");
+                      });
+                  },
+                  {});
   return region;
 }
 
@@ -200,11 +201,12 @@ Outcome AmbrelCore::DataView() {
 
 Answer<Text> AmbrelCore::FinishFrqWriting() {
   background_.finish();
-  if (!lostRegion_.empty()) lostRegion_ = keepRegion(*files_, bands_->region());
+  if (!regionKept_) regionKept_ = keepRegion(*files_, bands_->region());
   std::string words;
-  if (!lostRegion_.empty()) words = "The region was not kept: " + lostRegion_ + ".";
-  if (!lostSchedule_.empty())
-    words += (words.empty() ? "" : "\n") + ("The schedule was not kept: " + lostSchedule_) +
+  if (!regionKept_) words = "The region was not kept: " + regionKept_.reason() + ".";
+  if (!scheduleKept_)
+    words += (words.empty() ? "" : "\n") +
+             ("The schedule was not kept: " + scheduleKept_.reason()) +
              ". The file that it was read from is as it was.";
   return words;
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "components/ambrel/background.h"
+#include "base/background.h"
 #include "components/ambrel/bands/bands.h"
 #include "components/ambrel/component_windows.h"
 #include "components/ambrel/data_files.h"
@@ -108,12 +108,12 @@ class AmbrelCore final : public FrequencyComponent {
   void lookAtOwnFile();
   bool load(std::function<Loaded(const DataFiles&)> read);
   void take(Loaded& loaded);
-  void useData(StationData data);
+  void setData(StationData data);
   DataFiles filesNow() const;
   std::string unreadable() const;
   void readHeldAgain();
   void askAgain();
-  void useBands(Bands bands);
+  void setBands(Bands bands);
   void raiseDataUpdated();
   /// The words for what was found, worked out when first asked for; none where nothing is found.
   const StationWords* words();
@@ -140,7 +140,7 @@ class AmbrelCore final : public FrequencyComponent {
   std::string ownStamp_;  ///< of its file when it was last read
   std::string loadWords_;
   // Why what the operator chose could not be kept; the background's while that is at work.
-  std::string lostRegion_, lostSchedule_;
+  Result<> regionKept_, scheduleKept_;
   EventQueue queue_;
   Background background_;  ///< last, so that its jobs end before what they use
 };

@@ -39,8 +39,8 @@ void AmbrelCore::lookAtClock() {
 bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
   return load([this, file](const DataFiles& files) {
     if (const auto other = importOther(file, files)) {
-      if (!other->taken) return Loaded{std::nullopt, other->words};
-      Loaded loaded{loadStations(files, std::nullopt), other->words};
+      if (!*other) return Loaded{std::nullopt, other->reason()};
+      Loaded loaded{loadStations(files, std::nullopt), **other};
       loaded.codes = loadCodes(files, loaded.openNotes);
       return loaded;
     }
@@ -50,9 +50,9 @@ bool AmbrelCore::importSchedule(const std::filesystem::path& file) {
                                       " The data that was there stays."};
     std::string words =
         list.origin + " was loaded: season " + list.season->code() + ", " + countsOf(list);
-    lostSchedule_ = keepSchedule(list, files);
-    if (!lostSchedule_.empty())
-      words += " It could not be kept for the next start: " + lostSchedule_;
+    scheduleKept_ = keepSchedule(list, files);
+    if (!scheduleKept_)
+      words += " It could not be kept for the next start: " + scheduleKept_.reason();
     return Loaded{loadStations(files, std::move(list)), std::move(words)};
   });
 }
@@ -121,17 +121,17 @@ void AmbrelCore::take(Loaded& loaded) {
   }
   if (loaded.bands && bands_) {
     const bool regionLate = !planNotes_.unreadable.empty() && !regionChosen_;
-    useBands(std::move(*loaded.bands));
+    setBands(std::move(*loaded.bands));
     if (regionLate) bands_->selectRegion(loaded.region);
     planNotes_ = std::move(loaded.planNotes);
   }
-  if (loaded.data) useData(std::move(*loaded.data));
+  if (loaded.data) setData(std::move(*loaded.data));
   askAgain();
   queue_.tell([](FrequencyListener& listener) { listener.FrqDataUpdated(); });
   if (std::exchange(ownWaits_, false)) readOwn();
 }
 
-void AmbrelCore::useData(StationData data) {
+void AmbrelCore::setData(StationData data) {
   const auto found = stations_.found();
   const Hz known = found ? found->frequency : -1;
   words_.reset();
@@ -164,7 +164,7 @@ void AmbrelCore::askAgain() {
                     [this] { queue_.post([this] { reload(); }); });
 }
 
-void AmbrelCore::useBands(Bands bands) {
+void AmbrelCore::setBands(Bands bands) {
   bands.selectRegion(bands_->region());
   bands.moveTo(bands_->frequency());
   bands_ = std::move(bands);

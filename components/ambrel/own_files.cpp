@@ -32,32 +32,40 @@ bool isThere(const fs::path& file) {
   return fs::is_regular_file(file, error);
 }
 
+Failure notMade(const fs::path& file, const std::string& why) {
+  return {pathText(file) + " was not made. " + why};
+}
+
 OwnFile made(const fs::path& file, std::string_view text, FileSteps& disk) {
   // Another program of the instance may have made it, and the operator may have written in it.
   const auto unlessThere = [text](const FileReading& now) {
-    return FileChange{now.how == FileReading::Missing, std::string(text)};
+    return now.how == FileReading::Missing ? FileChange(std::string(text)) : kUnchanged;
   };
-  return {file, changeFile(file, kLargest, disk, unlessThere).reason};
+  const Result<> written = changeFile(file, kLargest, disk, unlessThere);
+  if (!written) return notMade(file, written.reason());
+  return file;
 }
 
 }  // namespace
 
 OwnFile ownKnownFile(const DataFiles& files) {
   const fs::path own = files.ownFolder() / kKnownName;
-  return isThere(own) ? OwnFile{own, {}} : made(own, kKnownHead, files.disk());
+  return isThere(own) ? own : made(own, kKnownHead, files.disk());
 }
 
 OwnFile ownPlanFile(const DataFiles& files, Long region) {
   const std::string name = planFileName(region);
   const fs::path own = files.ownFolder() / name;
-  if (isThere(own)) return {own, {}};
+  if (isThere(own)) return own;
   std::string reason = "There is no " + name + " to begin with.";
   DataFiles now = files;
   now.look();
   for (const fs::path& file : now.named(name)) {
-    if (const auto text = readFile(file, kLargest, &reason)) return made(own, *text, files.disk());
+    const FileReading reading = files.disk().read(file, kLargest);
+    if (reading.how == FileReading::Whole) return made(own, reading.content, files.disk());
+    reason = reading.reason;
   }
-  return {own, reason};
+  return notMade(own, reason);
 }
 
 }  // namespace kelvane::ambrel

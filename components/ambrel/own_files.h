@@ -1,18 +1,15 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 
+#include "base/result.h"
 #include "components/ambrel/data_files.h"
 #include "contract/types.h"
 
 namespace kelvane::ambrel {
 
-/// A file of the operator's own, there to be edited; else why it could not be made, in words.
-struct OwnFile {
-  std::filesystem::path file;
-  std::string reason;
-};
+/// A file of the operator's own, there to be edited; else why it could not be made.
+using OwnFile = Result<std::filesystem::path>;
 
 /// The operator's own file of known frequencies; where there is none yet, one that tells how it is
 /// written.

@@ -30,7 +30,7 @@ std::string searchForm(std::string_view utf8) {
       form += base;
       ++i;
     } else {
-      form += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+      form += static_cast<char>(lowerLetter(c));
     }
   }
   return form;

@@ -15,17 +15,16 @@ std::vector<std::string> fieldsOf(std::string_view line) {
 
 }  // namespace
 
-std::string whyNoText(std::string_view bytes) {
-  if (trimmed(bytes).empty()) return "the file is empty";
+Result<> checkText(std::string_view bytes) {
+  if (trimmed(bytes).empty()) return Failure{"the file is empty"};
   if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
-    return "the file is UTF-16; save it as UTF-8";
-  if (bytes.find('\0') != std::string_view::npos) return "the file is no text";
+    return Failure{"the file is UTF-16; save it as UTF-8"};
+  if (bytes.find('\0') != std::string_view::npos) return Failure{"the file is no text"};
   return {};
 }
 
-std::optional<std::vector<TableRow>> readTable(std::string_view text, std::string& problem) {
-  problem = whyNoText(text);
-  if (!problem.empty()) return std::nullopt;
+Result<std::vector<TableRow>> readTable(std::string_view text) {
+  if (const Result<> checked = checkText(text); !checked) return checked.failure();
   if (text.starts_with(kUtf8Mark)) text.remove_prefix(kUtf8Mark.size());
   const std::string utf8 = isUtf8(text) ? std::string(text) : utf8FromLatin1(text);
   std::vector<TableRow> rows;

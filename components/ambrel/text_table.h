@@ -1,9 +1,10 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "base/result.h"
 
 namespace kelvane::ambrel {
 
@@ -15,12 +16,12 @@ struct TableRow {
 };
 
 /// The rows of a text whose fields are parted by ";". Empty lines and lines that begin with "#" are
-/// left out. UTF-8 with or without its mark; text that is not UTF-8 is taken for Latin-1. None when
-/// it is no text at all; `problem` then says so in words.
-std::optional<std::vector<TableRow>> readTable(std::string_view text, std::string& problem);
+/// left out. UTF-8 with or without its mark; text that is not UTF-8 is taken for Latin-1. Fails
+/// where it is no text at all.
+Result<std::vector<TableRow>> readTable(std::string_view text);
 
-/// Why these bytes cannot be a text of ours ("the file is empty", "... is UTF-16 ..."); empty when
-/// they can.
-std::string whyNoText(std::string_view bytes);
+/// Whether these bytes can be a text of ours; else why not ("the file is empty", "... is UTF-16
+/// ...").
+Result<> checkText(std::string_view bytes);
 
 }  // namespace kelvane::ambrel

@@ -18,7 +18,7 @@ class ComponentWindows {
   /// Lets the operator edit the list of receivers; returns when the dialog is closed. Meanwhile the
   /// dialog's message loop may tick the core and deliver its events. OK is `apply`: when that fails
   /// its words are shown and the dialog stays open.
-  virtual void editDrivers(DriversModel& model, const std::function<FileResult()>& apply) = 0;
+  virtual void editDrivers(DriversModel& model, const std::function<Result<>()>& apply) = 0;
   /// Opens the settings of one receiver, or brings them to the front, and returns at once.
   virtual void showSettings(Index rx) = 0;
   /// Shows a message of the component's own (a file that cannot be read or written) and returns at

@@ -46,15 +46,16 @@ DriversModel::DriversModel(ReceiverConfig config) : config_(std::move(config)) {
   }
 }
 
-std::string DriversModel::add(std::string_view kind) {
-  if (!receiverKind(kind)) return "There is no kind of receiver called " + std::string(kind) + ".";
+Result<> DriversModel::add(std::string_view kind) {
+  if (!receiverKind(kind))
+    return Failure{"There is no kind of receiver called " + std::string(kind) + "."};
   auto& receivers = config_.receivers;
   return add(ReceiverEntry{freeName(receivers), std::string(receiverKind(kind)->name), {}, {}});
 }
 
-std::string DriversModel::add(ReceiverEntry entry) {
+Result<> DriversModel::add(ReceiverEntry entry) {
   auto& receivers = config_.receivers;
-  if (receivers.size() >= kMostReceivers) return "There can be eight receivers at most.";
+  if (receivers.size() >= kMostReceivers) return Failure{"There can be eight receivers at most."};
   const std::string name = entry.name;
   for (int number = 2; isTaken(receivers, entry.name, nullptr); ++number)
     entry.name = name + " (" + std::to_string(number) + ")";
@@ -64,29 +65,29 @@ std::string DriversModel::add(ReceiverEntry entry) {
   return {};
 }
 
-std::string DriversModel::remove(std::size_t index) {
-  if (index >= receivers().size()) return kGone;
+Result<> DriversModel::remove(std::size_t index) {
+  if (index >= receivers().size()) return Failure{kGone};
   config_.receivers.erase(config_.receivers.begin() + static_cast<std::ptrdiff_t>(index));
   return {};
 }
 
-std::string DriversModel::rename(std::size_t index, std::string_view name) {
-  if (index >= receivers().size()) return kGone;
+Result<> DriversModel::rename(std::size_t index, std::string_view name) {
+  if (index >= receivers().size()) return Failure{kGone};
   name = trimmed(name);
   ReceiverEntry& entry = config_.receivers[index];
   constexpr std::size_t kLongest = 60;
-  if (name.empty()) return "A receiver needs a name.";
-  if (characterCount(name) > kLongest) return "The name is longer than 60 characters.";
-  if (hasControlCharacter(name)) return "The name holds a character that cannot be shown.";
+  if (name.empty()) return Failure{"A receiver needs a name."};
+  if (characterCount(name) > kLongest) return Failure{"The name is longer than 60 characters."};
+  if (hasControlCharacter(name)) return Failure{"The name holds a character that cannot be shown."};
   if (isTaken(receivers(), name, &entry)) {
-    return "Another receiver is called " + std::string(name) + " already.";
+    return Failure{"Another receiver is called " + std::string(name) + " already."};
   }
   entry.name = name;
   return {};
 }
 
-std::string DriversModel::move(std::size_t index, std::size_t to) {
-  if (index >= receivers().size() || to >= receivers().size()) return kGone;
+Result<> DriversModel::move(std::size_t index, std::size_t to) {
+  if (index >= receivers().size() || to >= receivers().size()) return Failure{kGone};
   const auto at = [this](std::size_t i) {
     return config_.receivers.begin() + static_cast<std::ptrdiff_t>(i);
   };
@@ -95,23 +96,23 @@ std::string DriversModel::move(std::size_t index, std::size_t to) {
   return {};
 }
 
-std::string DriversModel::setKind(std::size_t index, std::string_view kind) {
-  if (index >= receivers().size()) return kGone;
-  if (!receiverKind(kind)) return "There is no kind of receiver called " + std::string(kind) + ".";
+Result<> DriversModel::setKind(std::size_t index, std::string_view kind) {
+  if (index >= receivers().size()) return Failure{kGone};
+  if (!receiverKind(kind))
+    return Failure{"There is no kind of receiver called " + std::string(kind) + "."};
   config_.receivers[index].kind = receiverKind(kind)->name;
   return {};
 }
 
-std::string DriversModel::setParameter(std::size_t index, std::string_view key,
-                                       std::string_view text) {
-  if (index >= receivers().size()) return kGone;
+Result<> DriversModel::setParameter(std::size_t index, std::string_view key,
+                                    std::string_view text) {
+  if (index >= receivers().size()) return Failure{kGone};
   ReceiverEntry& entry = config_.receivers[index];
   text = trimmed(text);
-  std::string problem = parameterProblem(kindOrStandard(entry), key, text);
-  if (problem.empty() && hasControlCharacter(text)) {
-    problem = "holds a character that cannot be shown";
-  }
-  if (!problem.empty()) return std::string(key) + " " + problem + ".";
+  Result<> checked = checkParameter(kindOrStandard(entry), key, text);
+  if (checked && hasControlCharacter(text))
+    checked = Failure{"holds a character that cannot be shown"};
+  if (!checked) return Failure{std::string(key) + " " + checked.reason() + "."};
   if (text.empty()) {
     std::erase_if(entry.settings, [key](const auto& s) { return equalIgnoringCase(s.first, key); });
   } else {

@@ -9,9 +9,8 @@
 
 namespace kelvane::sondrel {
 
-/// The list of receivers while it is edited. A change that is not possible is refused with the
-/// reason in words, and nothing is changed then; an empty answer is success. An index that there is
-/// not is refused too.
+/// The list of receivers while it is edited. A change that is not possible fails with its reason,
+/// and nothing is changed then; so does one at an index that there is not.
 class DriversModel {
  public:
   explicit DriversModel(ReceiverConfig config);
@@ -20,18 +19,18 @@ class DriversModel {
   const ReceiverConfig& config() const { return config_; }
 
   /// Adds one of that kind at the end, under a name of its own; at most eight.
-  std::string add(std::string_view kind);
+  Result<> add(std::string_view kind);
   /// Adds a receiver that is described already; where its name is taken, with a number behind it.
-  std::string add(ReceiverEntry entry);
-  std::string remove(std::size_t index);
+  Result<> add(ReceiverEntry entry);
+  Result<> remove(std::size_t index);
   /// A name of 1 to 60 characters that no other receiver has.
-  std::string rename(std::size_t index, std::string_view name);
+  Result<> rename(std::size_t index, std::string_view name);
   /// Moves it to another place; those in between move by one.
-  std::string move(std::size_t index, std::size_t to);
+  Result<> move(std::size_t index, std::size_t to);
   /// Keys that the new kind does not know stay in the file.
-  std::string setKind(std::size_t index, std::string_view kind);
+  Result<> setKind(std::size_t index, std::string_view kind);
   /// An empty text stands for the key's standard.
-  std::string setParameter(std::size_t index, std::string_view key, std::string_view text);
+  Result<> setParameter(std::size_t index, std::string_view key, std::string_view text);
   /// The key's text as it stands, else its standard.
   std::string parameter(std::size_t index, std::string_view key) const;
   /// Kind of that receiver, the standard one where the file names none that there is.

@@ -28,22 +28,23 @@ class Restored {
 EventQueue::EventQueue(std::function<void()> wake) : wake_(std::move(wake)) {}
 
 void EventQueue::add(ReceiverListener& listener) {
-  seats_.push_back(std::make_shared<Seat>(Seat{&listener, {}}));
+  recipients_.push_back(std::make_shared<Recipient>(Recipient{&listener, {}}));
 }
 
 void EventQueue::remove(ReceiverListener& listener) {
-  std::erase_if(seats_, [&](const auto& seat) { return seat->listener == &listener; });
+  std::erase_if(recipients_,
+                [&](const auto& recipient) { return recipient->listener == &listener; });
 }
 
 void EventQueue::raise(bool global, Raise event, std::uint32_t series) {
-  if (seats_.empty()) return;
+  if (recipients_.empty()) return;
   const auto shared =
       std::make_shared<const Event>(Event{++raised_, global, series, std::move(event)});
-  for (const auto& seat : seats_) {
+  for (const auto& recipient : recipients_) {
     if (series != 0) {
-      std::erase_if(seat->waiting, [series](const auto& e) { return e->series == series; });
+      std::erase_if(recipient->waiting, [series](const auto& e) { return e->series == series; });
     }
-    seat->waiting.push_back(shared);
+    recipient->waiting.push_back(shared);
   }
   wakeOnce();
 }
@@ -54,7 +55,7 @@ void EventQueue::deliver() {
   const std::uint64_t last = raised_;
   const Restored deeper(depth_, depth_ + 1);
   try {
-    while (const auto seat = next(last)) deliverTo(*seat);
+    while (const auto recipient = next(last)) deliverTo(*recipient);
   } catch (...) {
     // What the handler left behind is delivered by the next call, which somebody has to ask for.
     if (waiting()) wakeOnce();
@@ -62,26 +63,27 @@ void EventQueue::deliver() {
   }
 }
 
-std::shared_ptr<EventQueue::Seat> EventQueue::next(std::uint64_t last) const {
-  std::shared_ptr<Seat> earliest;
-  for (const auto& seat : seats_) {
-    if (seat->waiting.empty() || seat->waiting.front()->number > last) continue;
-    if (!earliest || seat->waiting.front()->number < earliest->waiting.front()->number) {
-      earliest = seat;
+std::shared_ptr<EventQueue::Recipient> EventQueue::next(std::uint64_t last) const {
+  std::shared_ptr<Recipient> earliest;
+  for (const auto& recipient : recipients_) {
+    if (recipient->waiting.empty() || recipient->waiting.front()->number > last) continue;
+    if (!earliest || recipient->waiting.front()->number < earliest->waiting.front()->number) {
+      earliest = recipient;
     }
   }
   return earliest;
 }
 
-void EventQueue::deliverTo(Seat& seat) {
-  const std::shared_ptr<const Event> event = seat.waiting.front();
-  seat.waiting.pop_front();
+void EventQueue::deliverTo(Recipient& recipient) {
+  const std::shared_ptr<const Event> event = recipient.waiting.front();
+  recipient.waiting.pop_front();
   const Restored flag(global_, event->global);
-  event->raise(*seat.listener);
+  event->raise(*recipient.listener);
 }
 
 bool EventQueue::waiting() const {
-  return std::ranges::any_of(seats_, [](const auto& seat) { return !seat->waiting.empty(); });
+  return std::ranges::any_of(recipients_,
+                             [](const auto& recipient) { return !recipient->waiting.empty(); });
 }
 
 void EventQueue::wakeOnce() {

@@ -40,18 +40,18 @@ class EventQueue {
     std::uint32_t series;
     Raise raise;
   };
-  struct Seat {
+  struct Recipient {
     ReceiverListener* listener;
     std::deque<std::shared_ptr<const Event>> waiting;
   };
 
-  std::shared_ptr<Seat> next(std::uint64_t last) const;
-  void deliverTo(Seat& seat);
+  std::shared_ptr<Recipient> next(std::uint64_t last) const;
+  void deliverTo(Recipient& recipient);
   bool waiting() const;
   void wakeOnce();
 
   std::function<void()> wake_;
-  std::vector<std::shared_ptr<Seat>> seats_;
+  std::vector<std::shared_ptr<Recipient>> recipients_;
   std::uint64_t raised_ = 0;
   int depth_ = 0;
   bool woken_ = false;

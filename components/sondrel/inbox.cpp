@@ -8,7 +8,7 @@ Inbox::Inbox(std::function<void()> wake) : wake_(std::move(wake)) {}
 
 void Inbox::post(std::function<void()> work) {
   const std::lock_guard lock(mutex_);
-  if (shut_) return;
+  if (closed_) return;
   waiting_.push_back(std::move(work));
   // Under the lock, so that shut() can promise that nobody is woken after it.
   if (waiting_.size() == 1) wake_();
@@ -26,7 +26,7 @@ void Inbox::run() {
 
 void Inbox::shut() {
   const std::lock_guard lock(mutex_);
-  shut_ = true;
+  closed_ = true;
   waiting_.clear();
 }
 

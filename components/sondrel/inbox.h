@@ -25,7 +25,7 @@ class Inbox {
   std::mutex mutex_;
   std::function<void()> wake_;
   std::vector<std::function<void()>> waiting_;
-  bool shut_ = false;
+  bool closed_ = false;
 };
 
 /// One receiver's way into the inbox. Copies are handles of the same box, and a thread may keep one

@@ -16,16 +16,16 @@ const Parameter* parameterOf(const ReceiverKind& kind, std::string_view key) {
 
 }  // namespace
 
-std::string yesNoProblem(std::string_view text) {
+Result<> checkYesNo(std::string_view text) {
   const bool fine = equalIgnoringCase(text, "yes") || equalIgnoringCase(text, "no");
-  return fine ? std::string() : "must be yes or no";
+  if (fine) return {};
+  return Failure{"must be yes or no"};
 }
 
-std::string parameterProblem(const ReceiverKind& kind, std::string_view key,
-                             std::string_view text) {
+Result<> checkParameter(const ReceiverKind& kind, std::string_view key, std::string_view text) {
   const Parameter* parameter = parameterOf(kind, key);
-  if (!parameter || !parameter->problem || text.empty()) return {};
-  return parameter->problem(text);
+  if (!parameter || !parameter->check || text.empty()) return {};
+  return parameter->check(text);
 }
 
 ParameterReader::ParameterReader(const ReceiverKind& kind, const ReceiverEntry& entry,
@@ -36,11 +36,12 @@ std::string_view ParameterReader::text(std::string_view key) const {
   const Parameter* parameter = parameterOf(kind_, key);
   const std::string_view text = entry_.setting(key);
   if (text.empty()) return parameter ? parameter->standard : std::string_view();
-  const std::string problem = parameterProblem(kind_, key, text);
-  if (problem.empty()) return text;
+  const Result<> checked = checkParameter(kind_, key, text);
+  if (checked) return text;
   constexpr std::size_t kShown = 60;
   notes_.push_back(entry_.name + ": " + std::string(key) + "=" +
-                   std::string(text.substr(0, kShown)) + " is not used: it " + problem + ". " +
+                   std::string(text.substr(0, kShown)) + " is not used: it " + checked.reason() +
+                   ". " +
                    (parameter->standard.empty() ? "Nothing" : std::string(parameter->standard)) +
                    " is used instead.");
   return parameter->standard;

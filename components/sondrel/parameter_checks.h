@@ -10,16 +10,17 @@
 
 namespace kelvane::sondrel {
 
-/// The words for a text that is no whole number within the limits; empty for one that is.
+/// Whether a text is a whole number within the limits. What is wrong follows the key's name.
 template <std::int64_t Low, std::int64_t High>
-std::string wholeProblem(std::string_view text) {
+Result<> checkWhole(std::string_view text) {
   const auto value = wholeNumber(text);
   if (value && *value >= Low && *value <= High) return {};
-  return "must be a whole number from " + std::to_string(Low) + " to " + std::to_string(High);
+  return Failure{"must be a whole number from " + std::to_string(Low) + " to " +
+                 std::to_string(High)};
 }
 
-/// The words for a text that is neither "yes" nor "no"; empty for one that is.
-std::string yesNoProblem(std::string_view text);
+/// Whether a text is "yes" or "no".
+Result<> checkYesNo(std::string_view text);
 
 /// Reads the keys of one receiver, each checked by its own rule.
 class ParameterReader {
@@ -39,8 +40,8 @@ class ParameterReader {
   std::vector<std::string>& notes_;
 };
 
-/// What is wrong with a key's text in words; empty when nothing is. An empty text stands for the
+/// Whether a key's text is right; else what is wrong with it. An empty text stands for the
 /// standard, and keys that the kind does not know are never wrong.
-std::string parameterProblem(const ReceiverKind& kind, std::string_view key, std::string_view text);
+Result<> checkParameter(const ReceiverKind& kind, std::string_view key, std::string_view text);
 
 }  // namespace kelvane::sondrel

@@ -13,7 +13,7 @@ std::optional<std::int32_t> ifChoice(const std::vector<Choice>& choices, std::in
 }
 
 /// How long a program's change has to stand before it counts.
-constexpr milliseconds kStands{2000};
+constexpr milliseconds kCountsAfter{2000};
 /// Of a change whose time has not been taken yet.
 constexpr Instant kJustNow = Instant::min();
 
@@ -75,7 +75,7 @@ Outcome Receiver::request(Item item, std::int32_t value, Cause cause, Instant no
   if (item == Item::Frequency) {
     const bool replaced = values_.pending(item) && frequencyAsked_;
     frequencyAsked_ = cause != Cause::Program;
-    frequencyOwed_ = frequencyOwed_ || (replaced && !frequencyAsked_);
+    frequencyUnanswered_ = frequencyUnanswered_ || (replaced && !frequencyAsked_);
   }
   Request request{.item = item, .value = *accepted, .ticket = ++tickets_, .cause = cause};
   values_.await(item, {request.value, request.ticket});
@@ -208,7 +208,7 @@ void Receiver::tell(const Change& change, bool report) {
   // With a newer request on its way listeners wait for that one's answer.
   const bool due = online_ && !values_.pending(change.item);
   const bool byProgram = change.cause == Cause::Program;
-  if (due && byProgram && change.item == Item::Frequency && !frequencyOwed_) {
+  if (due && byProgram && change.item == Item::Frequency && !frequencyUnanswered_) {
     raisePassing();
   } else if (due && (values_.takeUnreported(change.item) || report)) {
     raiseItem(change.item, change.cause == Cause::AtReceiver || byProgram);
@@ -235,7 +235,7 @@ void Receiver::settle(Instant now) {
     Instant& countsAt = countsAt_[i];
     if (countsAt == kNever) continue;
     if (countsAt == kJustNow || (now >= countsAt && values_.pending(item)))
-      countsAt = now + kStands;
+      countsAt = now + kCountsAfter;
     if (now < countsAt) continue;
     countsAt = kNever;
     count(item, mode);
@@ -297,7 +297,7 @@ void Receiver::raise(ReceiverHost::Raise event, bool global) {
 
 void Receiver::raiseItem(Item item, bool global) {
   values_.takeUnreported(item);
-  if (item == Item::Frequency) frequencyOwed_ = false;
+  if (item == Item::Frequency) frequencyUnanswered_ = false;
   const std::int32_t value = values_.confirmed(item);
   const auto event = [&, rx = index_]() -> ReceiverHost::Raise {
     using L = ReceiverListener;

@@ -183,8 +183,8 @@ class Receiver {
   std::map<Setting, Hz> modeFilters_;  ///< the filter last used with each mode
   /// When a value that a program brought about counts; kNever for one that counts already.
   std::array<Instant, kItemCount> countsAt_;
-  bool frequencyAsked_ = false;  ///< the newest request was no program's
-  bool frequencyOwed_ = false;   ///< a program's request took the place of another's
+  bool frequencyAsked_ = false;       ///< the newest request was no program's
+  bool frequencyUnanswered_ = false;  ///< a program's request took the place of another's
   std::uint32_t tickets_ = 0;
   bool wanted_ = false;
   bool online_ = false;

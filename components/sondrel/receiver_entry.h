@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/result.h"
+
 namespace kelvane::sondrel {
 
 class LinkTrial;
@@ -35,8 +37,8 @@ struct Parameter {
   std::string_view key;
   std::string_view standard;  ///< used when the key is missing or cannot be read
   std::string_view help;      ///< one line for the file and the dialog
-  /// Says in words what is wrong with a text; empty when nothing is.
-  std::string (*problem)(std::string_view text) = nullptr;
+  /// Whether a text is right; else what is wrong with it, behind the key's name.
+  Result<> (*check)(std::string_view text) = nullptr;
 };
 
 /// A kind of receiver: what it is called in the file, its keys, and how one is made.

@@ -253,10 +253,10 @@ bool SondrelCore::endProgram(const std::string& memories, const std::string& pro
   return sharing_.end(memories, program);
 }
 
-FileResult SondrelCore::applyDrivers(const DriversModel& model) {
-  if (!instance_) return {false, "No configuration is open."};
+Result<> SondrelCore::applyDrivers(const DriversModel& model) {
+  if (!instance_) return Failure{"No configuration is open."};
   OneTry disk(*steps_);
-  const FileResult written = saveConfig(configFile(), model.config(), config_, disk);
+  const Result<> written = saveConfig(configFile(), model.config(), config_, disk);
   if (!written) return written;
   host(config_.config.receivers);
   const auto count = static_cast<Count>(receivers_.size());

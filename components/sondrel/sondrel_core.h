@@ -67,7 +67,7 @@ class SondrelCore : public ReceiverComponent, private ReceiverHost {
   /// failure nothing has changed. Waits for nobody who holds the file: it is `held` then, and worth
   /// another try. Forwarding is off afterwards.
   DriversModel drivers() const { return DriversModel(config_.config); }
-  FileResult applyDrivers(const DriversModel& model);
+  Result<> applyDrivers(const DriversModel& model);
 
   // For a receiver's settings dialog. The pointers hold until the next operation.
 

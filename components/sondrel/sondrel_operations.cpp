@@ -74,8 +74,8 @@ Answer<Text> SondrelCore::GetRxFaults() { return notedFaults(); }
 Answer<Text> SondrelCore::FinishRxWriting(Index rx, Text file) {
   HostedReceiver* hosted = at(rx);
   if (!hosted) return Answer<Text>::failed({});
-  const std::string words = hosted->channels->finishWriting(pathFromText(file));
-  return words.empty() ? words : "Channels of " + hosted->entry.name + ": " + words;
+  const Result<> written = hosted->channels->finishWriting(pathFromText(file));
+  return written ? Text() : "Channels of " + hosted->entry.name + ": " + written.reason();
 }
 
 Outcome SondrelCore::ShowRxSettings(Index rx) {

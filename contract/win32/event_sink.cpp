@@ -76,20 +76,6 @@ class ListenerSink final : public EventSink {
 
 }  // namespace
 
-STDMETHODIMP EventSink::QueryInterface(REFIID iid, void** object) {
-  if (!object) return E_POINTER;
-  const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == events_;
-  *object = known ? static_cast<IDispatch*>(this) : nullptr;
-  if (known) AddRef();
-  return known ? S_OK : E_NOINTERFACE;
-}
-
-STDMETHODIMP_(ULONG) EventSink::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
 STDMETHODIMP EventSink::GetTypeInfoCount(UINT* count) {
   if (!count) return E_POINTER;
   *count = 0;

@@ -1,25 +1,19 @@
 #pragma once
 
-#include <atomic>
-
 #include "contract/components.h"
-#include "contract/win32/com.h"
+#include "contract/win32/com_object.h"
 
 namespace kelvane::com {
 
 /// The COM object that a component calls with its events. Lives as long as somebody holds it; its
 /// listener may leave earlier.
-class EventSink : public IDispatch {
+class EventSink : public ComObject<IDispatch> {
  public:
   explicit EventSink(REFIID events) : events_(events) {}
-  virtual ~EventSink() = default;
 
   /// The listener is gone: what still arrives is dropped.
   virtual void forget() = 0;
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override;
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
   STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override;
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
@@ -27,11 +21,13 @@ class EventSink : public IDispatch {
                       EXCEPINFO*, UINT*) override;
 
  private:
+  bool goesBy(REFIID iid) const override {
+    return iid == events_ || ComObject<IDispatch>::goesBy(iid);
+  }
   /// Hands the event to the listener; may throw what the listener throws.
   virtual HRESULT deliver(DISPID event, const DISPPARAMS& arguments) = 0;
 
   const IID events_;
-  std::atomic<ULONG> references_{0};
 };
 
 /// Sinks for the two components' events; held by nobody yet.

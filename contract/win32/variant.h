@@ -20,14 +20,27 @@ std::string textOf(BSTR text);
 class Variant : public VARIANT {
  public:
   Variant() { VariantInit(this); }
-  explicit Variant(std::int16_t value) : Variant() { vt = VT_I2, iVal = value; }
-  explicit Variant(std::int32_t value) : Variant() { vt = VT_I4, lVal = value; }
-  explicit Variant(std::same_as<bool> auto value) : Variant() {
-    vt = VT_BOOL, boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  explicit Variant(std::int16_t value) : Variant() {
+    vt = VT_I2;
+    iVal = value;
   }
-  explicit Variant(const std::string& value) : Variant() { bstrVal = newBstr(value), vt = VT_BSTR; }
+  explicit Variant(std::int32_t value) : Variant() {
+    vt = VT_I4;
+    lVal = value;
+  }
+  explicit Variant(std::same_as<bool> auto value) : Variant() {
+    vt = VT_BOOL;
+    boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  }
+  explicit Variant(const std::string& value) : Variant() {
+    bstrVal = newBstr(value);
+    vt = VT_BSTR;
+  }
   /// One that a called operation writes through.
-  explicit Variant(long* place) : Variant() { vt = VT_I4 | VT_BYREF, plVal = place; }
+  explicit Variant(long* place) : Variant() {
+    vt = VT_I4 | VT_BYREF;
+    plVal = place;
+  }
   Variant(const Variant&) = delete;
   Variant& operator=(const Variant&) = delete;
   ~Variant() { VariantClear(this); }

@@ -9,6 +9,7 @@
 #include "base/win32/utf16.h"
 #include "gui/win32/accessible.h"
 #include "gui/win32/common_controls.h"
+#include "gui/win32/held_keys.h"
 #include "gui/win32/text_size.h"
 #include "gui/win32/window_barrier.h"
 
@@ -23,8 +24,10 @@ constexpr DWORD kFixed = WS_POPUP | WS_CAPTION | WS_SYSMENU;
 constexpr DWORD kResizable = kFixed | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
 /// Gives the keyboard back to the owner.
 constexpr UINT kGiveBack = WM_APP + 1;
+/// What works beside the dialog has news.
+constexpr UINT kWorkNews = WM_APP + 2;
 /// How long after it was shown a window is activated by nobody's hand, ms.
-constexpr ULONGLONG kTakesHold = 500;
+constexpr ULONGLONG kActivationTime = 500;
 constexpr wchar_t kSelf[] = L"KelvaneDialog";
 
 HINSTANCE module() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
@@ -48,11 +51,6 @@ int lineHeight(HFONT font) {
   SelectObject(screen, before);
   ReleaseDC(nullptr, screen);
   return metrics.tmHeight;
-}
-
-int heldKeys() {
-  const auto down = [](int key) { return GetKeyState(key) < 0; };
-  return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
 }
 
 /// The first of the files that were dropped; ends the drop.
@@ -215,7 +213,7 @@ void DialogWindow::showModeless(Keyboard keyboard) {
   if (!window_) return;
   if (!IsWindowVisible(window_)) placeOverOwner();
   if (!hook_) hook_ = SetWindowsHookExW(WH_GETMESSAGE, previewKeys, nullptr, GetCurrentThreadId());
-  leftUntil_ = keyboard == Keyboard::Leave ? GetTickCount64() + kTakesHold : 0;
+  leftUntil_ = keyboard == Keyboard::Leave ? GetTickCount64() + kActivationTime : 0;
   if (keyboard == Keyboard::Leave) {
     SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
@@ -277,34 +275,58 @@ LRESULT CALLBACK DialogWindow::previewKeys(int code, WPARAM wParam, LPARAM lPara
   return next;
 }
 
+void DialogWindow::addEnds(const Ends& ends) {
+  constexpr int kHeight = 26, kGap = 8;
+  const DialogArea ok{ends.left, ends.top, ends.width, kHeight};
+  const DialogArea cancel{ends.left + ends.width + kGap, ends.top, ends.width, kHeight};
+  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, ends.ok, ok, ends.tip, ends.follow});
+  add({IDCANCEL, WC_BUTTONW, BS_PUSHBUTTON | WS_TABSTOP, ends.cancel, cancel, "", ends.follow});
+}
+
+std::function<void()> DialogWindow::waker() {
+  if (!wake_) wake_ = std::make_shared<PostedWake>(window_, kWorkNews);
+  return [wake = wake_] { wake->post(); };
+}
+
 bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   switch (message) {
     case WM_COMMAND:
       if (HIWORD(wParam) == BN_CLICKED) giveKeyboardBack();
-      return command(LOWORD(wParam), HIWORD(wParam)), true;
+      command(LOWORD(wParam), HIWORD(wParam));
+      return true;
     case WM_NOTIFY:
       return notified(*reinterpret_cast<const NMHDR*>(lParam), result);
     case WM_TIMER:
-      return tick(), true;
+    case kWorkNews:
+      tick();
+      return true;
     case WM_DROPFILES:
-      return fileDropped(droppedFile(reinterpret_cast<HDROP>(wParam))), true;
+      fileDropped(droppedFile(reinterpret_cast<HDROP>(wParam)));
+      return true;
     case WM_SETCURSOR:
       if (LOWORD(lParam) != HTCLIENT || !waiting()) return false;
-      return SetCursor(LoadCursorW(nullptr, IDC_WAIT)), result = TRUE, true;
+      SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+      result = TRUE;
+      return true;
     case WM_CLOSE:
-      return command(IDCANCEL, 0), true;
+      command(IDCANCEL, 0);
+      return true;
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_CLICKACTIVE) leftUntil_ = 0;  // the operator's own wish
-      return activated(LOWORD(wParam) != WA_INACTIVE), true;
+      activated(LOWORD(wParam) != WA_INACTIVE);
+      return true;
     case WM_SETFOCUS:
-      return activated(true), true;
+      activated(true);
+      return true;
     case WM_ENABLE:
       if (wParam && !IsWindowVisible(window_)) ShowWindow(window_, SW_SHOWNA);
       return false;
     case WM_NEXTDLGCTL:
-      return goTo(wParam, LOWORD(lParam) != 0), true;
+      goTo(wParam, LOWORD(lParam) != 0);
+      return true;
     case DM_GETDEFID:
-      return result = MAKELRESULT(defaultButton(), DC_HASDEFID), true;
+      result = MAKELRESULT(defaultButton(), DC_HASDEFID);
+      return true;
     case WM_MOUSEWHEEL: {
       wheelRest_ += GET_WHEEL_DELTA_WPARAM(wParam);
       const int notches = wheelRest_ / WHEEL_DELTA;
@@ -318,10 +340,14 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
         SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
         SetTextColor(reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_WINDOWTEXT));
       }
-      return result = reinterpret_cast<LRESULT>(brush), brush != nullptr;
+      result = reinterpret_cast<LRESULT>(brush);
+      return brush != nullptr;
     }
     case WM_SIZE:
-      if (resizable_ && wParam != SIZE_MINIMIZED) placeControls(), resized();
+      if (resizable_ && wParam != SIZE_MINIMIZED) {
+        placeControls();
+        resized();
+      }
       return false;
     case WM_GETMINMAXINFO: {
       const SIZE least = outerSize(width_, height_);
@@ -329,11 +355,14 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       return true;
     }
     case WM_DPICHANGED:
-      return dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam)), true;
+      dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+      return true;
     case kGiveBack:
-      return SetForegroundWindow(owner_), true;
+      SetForegroundWindow(owner_);
+      return true;
     case WM_NCDESTROY:
-      return gone(), false;
+      gone();
+      return false;
     default:
       return false;
   }

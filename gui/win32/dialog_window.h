@@ -5,10 +5,12 @@
 #include <commctrl.h>
 #include <shellapi.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "base/win32/posted_wake.h"
 #include "gui/win32/tool_tips.h"
 #include "gui/win32/window_base.h"
 
@@ -72,6 +74,17 @@ class DialogWindow : private WindowBase<DialogWindow> {
   explicit DialogWindow(const Frame& frame);
 
   HWND add(const DialogItem& item);
+  /// The two buttons that end a dialog, side by side from a place on: OK, under its own caption,
+  /// and Cancel.
+  struct Ends {
+    int left, top;
+    const char* ok;
+    const char* tip;
+    const char* cancel;
+    int follow = 0;
+    int width = 94;
+  };
+  void addEnds(const Ends& ends);
   HWND item(int id) const { return GetDlgItem(window_, id); }
   std::string text(int id) const;
   /// Writes a control's text where it has another.
@@ -97,8 +110,10 @@ class DialogWindow : private WindowBase<DialogWindow> {
   /// Files may be dropped on the dialog; each drop is told by its first file's full name.
   void takeFiles() { DragAcceptFiles(window_, TRUE); }
   virtual void fileDropped(const std::wstring&) {}
-  /// The timer set with startTimer fired.
+  /// The timer set with startTimer fired, or what waker() gave was called.
   virtual void tick() {}
+  /// To be called, from any thread, by what works beside the dialog: asks for tick() soon.
+  std::function<void()> waker();
   /// Gives the controls their fonts and places before the dialog is shown, which is quick then.
   void prepare();
   void startTimer(UINT milliseconds) { SetTimer(window_, 1, milliseconds, nullptr); }
@@ -169,6 +184,7 @@ class DialogWindow : private WindowBase<DialogWindow> {
   std::string label_;  ///< for the control that is added next
   const wchar_t* className_;
   std::unique_ptr<ToolTips> tips_;
+  std::shared_ptr<PostedWake> wake_;  ///< once somebody works beside the dialog
 };
 
 }  // namespace kelvane::win32

@@ -12,7 +12,7 @@ namespace {
 /// The caption's number among the tools, where no window's handle can be.
 constexpr UINT_PTR kCaption = 1;
 /// More than any caption bar is high, or any window wide.
-constexpr LONG kBeyond = 30'000;
+constexpr LONG kOutsideScreen = 30'000;
 
 }  // namespace
 
@@ -57,7 +57,7 @@ void ToolTips::setCaption(const std::string& text) {
   tool.cbSize = TTTOOLINFOW_V2_SIZE;
   tool.hwnd = owner_;
   tool.uId = kCaption;
-  tool.rect = {-kBeyond, -kBeyond, kBeyond, 0};
+  tool.rect = {-kOutsideScreen, -kOutsideScreen, kOutsideScreen, 0};
   tool.lpszText = tip.data();
   SendMessageW(window_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
   if (tip.empty()) return;

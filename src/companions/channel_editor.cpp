@@ -108,7 +108,10 @@ void ChannelEditor::readingEnded() {
       "They are kept in " + pathText(path) + ": Reload, Import that file and Save bring them back.";
   start(std::make_unique<WriteTask>(saver_, path, text(backup_), kept),
         [this, kept](const ChannelTask& written) {
-          written.failed() ? say(written.words() + " Nothing was cleared.") : clearChannels(kept);
+          if (written.failed())
+            say(written.words() + " Nothing was cleared.");
+          else
+            clearChannels(kept);
         });
 }
 

@@ -53,7 +53,7 @@ class ChannelEditor : private ChannelKeys {
   const ChannelView& view() const { return view_; }
   Grid& grid() { return grid_; }
   /// Who shows the values, and is called whenever they change.
-  void whenChanged(std::function<void()> tell) { tell_ = std::move(tell); }
+  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
 
   /// Opens the window for this receiver and reads its channels. While the window has unsaved edits
   /// or is at work it only comes to the front.
@@ -77,9 +77,9 @@ class ChannelEditor : private ChannelKeys {
   /// The program ends: returns when the file is written that is under way, and edits are kept in
   /// one that the receiver has not got. Answers in words what the operator would have read of a
   /// file that could not be written, or where edits are of which he was not asked.
-  std::string end();
+  Result<> end();
   /// Writes what could not be written into another file. Answers in words why it could not.
-  std::string saveTo(const std::string& file) const;
+  Result<> saveTo(const std::string& file) const;
 
   void tick(Instant now);
   Instant nextDue() const;

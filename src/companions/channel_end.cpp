@@ -49,24 +49,26 @@ std::string ChannelEditor::endFile() {
   return rescued || file->failed() ? file->words() : std::string();
 }
 
-std::string ChannelEditor::end() {
+Result<> ChannelEditor::end() {
   std::string words = endFile();
   endWork();
   const ChannelRows rows = stored(edits());
-  if (rows.empty()) return words;
+  if (rows.empty()) return resultOf(words);
   const bool asked = !keepIn_.empty();
   const auto path = asked ? keepIn_ : datedFile();
   last_ = text(rows);
-  const FileResult kept = writeFileSafely(path, last_, saver_.steps());
-  if (kept && asked) return words;
+  const Result<> kept = writeFileSafely(path, last_, saver_.steps());
+  if (kept && asked) return resultOf(words);
   words += (words.empty() ? "" : "\n") + ("The unsaved channel edits for " + name_);
-  if (!kept) return words + " could not be kept in a file. " + kept.reason + ".";
-  return words + " are kept in " + pathText(path) + ": Import that file and Save bring them back.";
+  if (!kept) return Failure{words + " could not be kept in a file. " + kept.reason() + "."};
+  return Failure{words + " are kept in " + pathText(path) +
+                 ": Import that file and Save bring them back."};
 }
 
-std::string ChannelEditor::saveTo(const std::string& file) const {
-  const FileResult result = writeFileSafely(pathFromText(file), last_, saver_.steps());
-  return result ? std::string() : result.reason + ".";
+Result<> ChannelEditor::saveTo(const std::string& file) const {
+  const Result<> result = writeFileSafely(pathFromText(file), last_, saver_.steps());
+  if (!result) return Failure{result.reason() + "."};
+  return {};
 }
 
 }  // namespace kelvane

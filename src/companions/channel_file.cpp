@@ -48,7 +48,7 @@ bool looksLikeKilohertz(std::string_view frequency) {
   return frequency.find('.') != std::string_view::npos && num(frequency) < kNoKilohertz;
 }
 
-Long number(std::string_view text) { return nearestLong(num(text)); }
+Long longOf(std::string_view text) { return nearestLong(num(text)); }
 
 /// Right-aligned in a width of characters; a longer text is never cut.
 void addField(std::string& line, std::string_view text, std::size_t width, char fill = ' ') {
@@ -66,36 +66,25 @@ void addNumber(std::string& line, Long value, std::size_t width, char fill = ' '
 
 }  // namespace
 
-std::string faultWords(LineFault fault, std::int64_t line) {
-  const std::string n = std::to_string(line);
-  switch (fault) {
-    case LineFault::Empty:
-      return "Line " + n + " is invalid";
-    case LineFault::Fields:
-      return "Line " + n + " don't contain the required number of fields !";
-    case LineFault::EmptyField:
-      return "Empty field(s) on line " + n;
-    case LineFault::Kilohertz:
-      return "The frequency on line " + n + " looks like kHz; it must be in Hz";
-    default:
-      return "Non numerical field(s) on line " + n;
-  }
-}
-
-std::variant<ChannelLine, LineFault> readChannelLine(std::string_view line, NamesNeeded needed) {
-  if (line.empty()) return LineFault::Empty;
+Result<ChannelLine> readChannelLine(std::string_view line, std::int64_t number,
+                                    NamesNeeded needed) {
+  const std::string n = std::to_string(number);
+  if (line.empty()) return Failure{"Line " + n + " is invalid"};
   const Parts parts(line);
-  if (parts.count != kParts) return LineFault::Fields;
+  if (parts.count != kParts)
+    return Failure{"Line " + n + " don't contain the required number of fields !"};
   const auto& at = parts.at;
   const bool incomplete = at[0].empty() || at[1].empty() || at[4].empty() ||
                           (needed.mode && at[3].empty()) || (needed.agc && at[5].empty());
-  if (incomplete) return LineFault::EmptyField;
+  if (incomplete) return Failure{"Empty field(s) on line " + n};
   const bool numeric = isNumeric(at[0]) && isNumeric(at[1]) && isNumeric(at[4]) &&
                        (at[2].empty() || isNumeric(at[2]));
-  if (!numeric) return LineFault::NoNumber;
-  if (looksLikeKilohertz(at[1])) return LineFault::Kilohertz;
-  return ChannelLine{num(at[0]),    number(at[1]), number(at[2]), number(at[4]),
-                     number(at[6]), at[3],         at[5]};
+  if (!numeric) return Failure{"Non numerical field(s) on line " + n};
+  // A decimal point can hardly be meant in Hz.
+  if (looksLikeKilohertz(at[1]))
+    return Failure{"The frequency on line " + n + " looks like kHz; it must be in Hz"};
+  return ChannelLine{num(at[0]),    longOf(at[1]), longOf(at[2]), longOf(at[4]),
+                     longOf(at[6]), at[3],         at[5]};
 }
 
 void addChannelLine(std::string& text, Channel channel, const ChannelRow& row,

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 
+#include "base/result.h"
 #include "companions/channel_row.h"
 
 namespace kelvane {
@@ -19,26 +19,15 @@ struct ChannelLine {
   std::string_view mode, agc;
 };
 
-/// Why a line is no line of a channel file, in the order in which it is looked at.
-enum class LineFault {
-  Empty,
-  Fields,
-  EmptyField,
-  NoNumber,
-  Kilohertz,  ///< a frequency with a decimal point that can hardly be meant as Hz
-};
-
-/// The words for a fault; lines count from 1.
-std::string faultWords(LineFault fault, std::int64_t line);
-
 /// Which names a line cannot do without: those of settings that the receiver has.
 struct NamesNeeded {
   bool mode = true, agc = true;
 };
 
-/// Reads a line, without its end. The names lie in the line's own memory.
-std::variant<ChannelLine, LineFault> readChannelLine(std::string_view line,
-                                                     NamesNeeded needed = {});
+/// Reads a line, without its end; `number` is which one it is, from 1. The names lie in the line's
+/// own memory.
+Result<ChannelLine> readChannelLine(std::string_view line, std::int64_t number,
+                                    NamesNeeded needed = {});
 
 /// Adds the line for a channel to a text, with its end; names and text are UTF-8.
 void addChannelLine(std::string& text, Channel channel, const ChannelRow& row,

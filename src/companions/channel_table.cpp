@@ -169,8 +169,14 @@ std::vector<std::string> ChannelTable::choices(int column) const {
 
 bool ChannelTable::keyDown(int keyCode, int shift) {
   if (shift != 0) return false;
-  if (keyCode == key::Space) return keys_.getIt(), true;
-  if (keyCode == key::Delete) return keys_.emptyChannel(), true;
+  if (keyCode == key::Space) {
+    keys_.getIt();
+    return true;
+  }
+  if (keyCode == key::Delete) {
+    keys_.emptyChannel();
+    return true;
+  }
   return false;
 }
 

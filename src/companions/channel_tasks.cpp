@@ -147,7 +147,7 @@ WriteTask::WriteTask(FileSaver& saver, const std::filesystem::path& path, std::s
                      std::string done)
     : path_(path), content_(std::move(content)), done_(std::move(done)) {
   words_ = "Writing " + pathText(path) + " ...";
-  saver.save(path, content_, [state = state_](const FileResult& result) {
+  saver.save(path, content_, [state = state_](const Result<>& result) {
     state->result = result;
     state->ended = true;
   });
@@ -159,7 +159,7 @@ bool WriteTask::step() {
     words_ = done_;
     return false;
   }
-  words_ = state_->result.reason + ".";
+  words_ = state_->result.reason() + ".";
   std::filesystem::path backup = path_;
   backup += ".bak";
   std::error_code unknown;
@@ -208,12 +208,10 @@ std::string ImportTask::decoded(std::string_view bytes) const {
 bool ImportTask::take(std::string_view text) {
   ++line_;
   const NamesNeeded needed{!table_.modes().available().empty(), !table_.agc().available().empty()};
-  const auto line = readChannelLine(text, needed);
-  if (const auto* fault = std::get_if<LineFault>(&line)) {
-    problem_ = faultWords(*fault, line_);
-    return false;
-  }
-  return store(std::get<ChannelLine>(line));
+  const auto line = readChannelLine(text, line_, needed);
+  if (line) return store(*line);
+  problem_ = line.reason();
+  return false;
 }
 
 bool ImportTask::store(const ChannelLine& line) {
@@ -224,7 +222,10 @@ bool ImportTask::store(const ChannelLine& line) {
     return false;
   }
   const auto channel = static_cast<Channel>(nearestLong(number));
-  if (!table_.has(channel)) return ++skipped_, true;
+  if (!table_.has(channel)) {
+    ++skipped_;
+    return true;
+  }
   const ChannelRow& now = table_.working(channel);
   ChannelRow row;
   row[Frequency] = line.frequency;

@@ -73,14 +73,14 @@ class WriteTask : public ChannelTask {
   WriteTask(FileSaver& saver, const std::filesystem::path& path, std::string content,
             std::string done);
   bool step() override;
-  bool failed() const override { return !state_->result.ok; }
+  bool failed() const override { return !state_->result.ok(); }
   milliseconds pause() const override { return milliseconds(20); }
   const std::string& content() const { return content_; }
 
  private:
   struct State {
     std::atomic<bool> ended{false};
-    FileResult result;  ///< the saver's until it has ended
+    Result<> result;  ///< the saver's until it has ended
   };
 
   std::filesystem::path path_;

@@ -68,7 +68,7 @@ class Config {
   const ConfigView& view() const { return view_; }
 
   /// Who shows the values, and is called when they change before an operation that takes long.
-  void whenChanged(std::function<void()> tell) { tell_ = std::move(tell); }
+  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
   /// The dialog is about to be shown: it takes the options as they are.
   void shown();
   /// The hand ticked a check box, or unticked it.

@@ -12,6 +12,7 @@
 #include "base/time.h"
 #include "receiver/shown_receiver.h"
 #include "station_log/log_line.h"
+#include "ui/control_ids.h"
 #include "ui/key_codes.h"
 
 namespace kelvane {
@@ -33,20 +34,25 @@ std::vector<GridColumn> columns() {
           {caption(LogReceiver), 100}};
 }
 
+constexpr auto kLogButtons = std::to_array<LogButton>({
+    {id::PadInsert, &DataLogView::Insert, "&Insert", "Insert a new record", &DataLog::Insert_Click},
+    {id::PadDelete, &DataLogView::Delete, "&Delete", "Delete selected record",
+     &DataLog::Delete_Click},
+    {id::PadCopy, &DataLogView::Copy, "&Copy", "Copy record into clipboard", &DataLog::Copy_Click},
+    {id::PadImport, &DataLogView::Import, "I&mport",
+     "Take in a log of another program: ADIF, or a table with headings", &DataLog::Import_Click},
+    {id::PadExport, &DataLogView::Export, "&Export",
+     "Export the log for other programs, as ADIF or CSV", &DataLog::Export_Click},
+    {id::PadOK, &DataLogView::OK, "OK", "", &DataLog::OK_Click},
+    {id::PadCancel, &DataLogView::Cancel, "&Cancel", "", &DataLog::Cancel_Click},
+});
+
 DataLogView firstLogView() {
   DataLogView view;
-  view.Copy.text = "&Copy";
-  view.Copy.tip = "Copy record into clipboard";
-  view.Insert.text = "&Insert";
-  view.Insert.tip = "Insert a new record";
-  view.Delete.text = "&Delete";
-  view.Delete.tip = "Delete selected record";
-  view.Import.text = "I&mport";
-  view.Import.tip = "Take in a log of another program: ADIF, or a table with headings";
-  view.Export.text = "&Export";
-  view.Export.tip = "Export the log for other programs, as ADIF or CSV";
-  view.OK.text = "OK";
-  view.Cancel.text = "&Cancel";
+  for (const LogButton& row : kLogButtons) {
+    (view.*row.button).text = row.text;
+    (view.*row.button).tip = row.tip;
+  }
   return view;
 }
 
@@ -70,20 +76,18 @@ bool isCsv(const std::string& path) {
   return upper(pathText(pathFromText(path).extension())) == ".CSV";
 }
 
-template <class Future>
-bool isReady(const Future& future) {
-  return future.wait_for(milliseconds(0)) == std::future_status::ready;
-}
-
 }  // namespace
+
+std::span<const LogButton> logButtons() { return kLogButtons; }
 
 DataLog::DataLog(const DataLogServices& services)
     : services_(services),
       file_(services.folder / "scratchpad.txt"),
       view_(firstLogView()),
-      PadGrd_(*this, columns()) {
+      PadGrd_(*this, columns()),
+      beside_(services.wake) {
   // What a killed program left comes into the file without being asked for.
-  if (file_.mayHaveLeftovers()) read(milliseconds(0));
+  if (file_.mayHaveLeftovers()) read();
 }
 
 DataLog::~DataLog() = default;
@@ -123,7 +127,7 @@ void DataLog::tellNews() {
 void DataLog::serveActivation() {
   if (!waiting_.empty()) {
     start("Storing ...", [this, records = waiting_]() -> std::function<void()> {
-      const FileResult kept = keepWaiting(records);
+      const Result<> kept = keepWaiting(records);
       return [this, count = records.size(), kept] { insertWaiting(count, kept); };
     });
   }
@@ -131,22 +135,22 @@ void DataLog::serveActivation() {
 }
 
 /// The records as the table is going to have them, where their letters are in its file's encoding.
-FileResult DataLog::keepWaiting(std::span<const LogRecord> records) {
+Result<> DataLog::keepWaiting(std::span<const LogRecord> records) {
   std::vector<LogChange> changes;
   for (const LogRecord& record : records)
     changes.push_back({LogChange::Added, joinLogLine(record)});
   return file_.keep(changes);
 }
 
-void DataLog::insertWaiting(std::size_t count, const FileResult& kept) {
+void DataLog::insertWaiting(std::size_t count, const Result<>& kept) {
   const std::vector<LogRecord> records(waiting_.begin(), waiting_.begin() + count);
   waiting_.erase(waiting_.begin(), waiting_.begin() + count);
   for (const LogRecord& record : records) insert(record);
   sayKept(kept);
 }
 
-void DataLog::sayKept(const FileResult& kept) {
-  if (!kept) view_.Notice = "It is in this window only, until OK saves it: " + kept.reason;
+void DataLog::sayKept(const Result<>& kept) {
+  if (!kept) view_.Notice = "It is in this window only, until OK saves it: " + kept.reason();
 }
 
 void DataLog::record() {
@@ -214,10 +218,12 @@ void DataLog::change(GridRow record, int field, std::string_view bytes) {
 void DataLog::note(const std::vector<LogChange>& changes) {
   for (const LogChange& change : changes) changes_.note(change);
   edited_ = true;
-  keeping_ = std::async(std::launch::async, [this, changes, before = keeping_] {
-               if (before.valid()) before.wait();
-               return file_.keep(changes);
-             }).share();
+  beside_.start(
+      "keeping records",
+      [this, changes]() -> WorkBeside::Done {
+        return [this, kept = file_.keep(changes)] { kept_ = kept; };
+      },
+      [this](const std::string& why) { kept_ = Failure{why}; });
 }
 
 GridRow DataLog::rowOf(GridRow record) const {
@@ -282,8 +288,8 @@ void DataLog::exportTo(const std::string& path, const StationNames& stations) {
   start("Exporting ...", [this, path, stations]() -> std::function<void()> {
     const LogExport file =
         isCsv(path) ? csvOf(log_, services_.calendar) : adifOf(log_, services_.calendar, stations);
-    const FileResult written = writeFileSafely(pathFromText(path), file.content);
-    std::string words = written ? "Exported to " + path + "." : "Not exported: " + written.reason;
+    const Result<> written = writeFileSafely(pathFromText(path), file.content);
+    std::string words = written ? "Exported to " + path + "." : "Not exported: " + written.reason();
     const auto without = [&](const char* what, std::size_t records) {
       if (written && records > 0) words += what + std::to_string(records) + " records.";
     };
@@ -307,7 +313,7 @@ void DataLog::Cancel_Click() {
   if (busy()) return;
   PadGrd_.cancel();
   start("Cancelling ...", [this]() -> std::function<void()> {
-    const FileResult dropped = file_.drop();
+    const Result<> dropped = file_.drop();
     return [this, dropped] {
       undo_.clear();
       changes_ = {};
@@ -315,64 +321,68 @@ void DataLog::Cancel_Click() {
       read_ = edited_ = false;
       if (dropped) return close();
       view_.Notice =
-          "The edits are dropped, but may come back at the next start: " + dropped.reason;
+          "The edits are dropped, but may come back at the next start: " + dropped.reason();
     };
   });
 }
 
 void DataLog::close() {
   import_.reset();
+  PadGrd_.dropTyped();
   view_.open = false;
   refresh();
 }
 
 // Reading and writing.
 
-void DataLog::start(const std::string& words, Work work, milliseconds grace) {
+/// Jobs come one after the other: a change that is on its way to the disk is there before the file
+/// has it.
+void DataLog::start(const std::string& words, WorkBeside::Job work) {
   // First, since it may fail: then nothing is under way.
-  work_ = std::async(std::launch::async, [work = std::move(work), before = keeping_] {
-    // A change that is on its way to the disk is to be there before the file has it.
-    if (before.valid()) before.wait();
-    return work();
-  });
+  beside_.start(
+      "working on the station log",
+      [this, work = std::move(work)]() -> WorkBeside::Done {
+        return [this, done = work()] {
+          working_ = false;
+          view_.Notice.clear();
+          barrier("showing the station log", done,
+                  [this](const std::string& why) { workFailed(why); });
+          if (!busy() && read_) serveActivation();
+        };
+      },
+      [this](const std::string& why) { workFailed(why); });
+  working_ = true;
   PadGrd_.lock(true);
   view_.Notice = words;
   refresh();
-  if (work_.wait_for(grace) == std::future_status::ready) tick();
 }
 
-void DataLog::tick() {
-  if (!busy() && keeping_.valid() && isReady(keeping_)) {
-    sayKept(std::exchange(keeping_, {}).get());
-    refresh();
-  }
-  if (!busy() || !isReady(work_)) return;
-  PadGrd_.lock(false);
-  view_.Notice.clear();
-  try {
-    work_.get()();
-    if (!busy() && read_) serveActivation();
-  } catch (...) {
-    const std::string why = thrownWords();
-    noteFault("working on the station log", why);
-    view_.Notice = "It did not succeed: " + why + ".";
+void DataLog::workFailed(const std::string& why) {
+  working_ = false;
+  view_.Notice = "It did not succeed: " + why + ".";
+}
+
+void DataLog::deliver() {
+  if (!beside_.deliver()) return;
+  if (!busy()) {
+    // Last, since what was typed meanwhile is for the cell that is current now.
+    PadGrd_.lock(false);
+    if (kept_) sayKept(*std::exchange(kept_, std::nullopt));
   }
   tellNews();
+  if (tell_) tell_();
 }
 
-void DataLog::read(milliseconds grace) {
-  start(
-      "Reading ...",
-      [this, records = waiting_]() -> std::function<void()> {
-        const FileResult kept = keepWaiting(records);
-        const auto log = std::make_shared<LogTable>(file_.read());
-        return [this, log, count = records.size(), kept] {
-          arrived(std::move(*log));
-          insertWaiting(count, kept);
-          readEnded();
-        };
-      },
-      grace);
+void DataLog::read() {
+  start("Reading ...", [this, records = waiting_]() -> std::function<void()> {
+    const Result<> kept = keepWaiting(records);
+    const auto log = std::make_shared<LogTable>(file_.read());
+    return [this, log, count = records.size(), kept] {
+      arrived(std::move(*log));
+      insertWaiting(count, kept);
+      readEnded();
+    };
+  });
 }
 
 void DataLog::arrived(LogTable fromFile) {
@@ -401,39 +411,40 @@ void DataLog::save() {
 
 void DataLog::saved(const LogSaved& how) {
   if (!how) {
-    view_.Notice = "Not saved: " + how.reason + ".";
+    view_.Notice = "Not saved: " + how.reason() + ".";
     return;
   }
   edited_ = false;
   changes_ = {};
-  if (how.merged) {
+  if (*how) {
     undo_.clear();
-    log_ = std::move(*how.merged);
+    log_ = std::move(**how);
     PadGrd_.markSorted(-1);
   }
   // A record that was stored meanwhile keeps the window.
   if (waiting_.empty() && !select_) close();
 }
 
-std::string DataLog::end() {
+Result<> DataLog::end() {
   PadGrd_.commit();
-  while (busy()) {
-    work_.wait();
-    tick();
+  for (bool more = true; more;) {
+    beside_.wait();
+    deliver();
+    more = busy();
   }
-  if (keeping_.valid()) keeping_.wait();
   if (!edited_) return {};
   const LogSaved how = file_.save(log_, changes_);
   if (how) return {};
   // What the disk refused before it may take by now.
-  if (!file_.keep({})) return rescue(how.reason);
-  return "Error: the station log was not saved: " + how.reason +
-         ".\n\nIts changes are kept beside it and go into it at the next start.";
+  if (!file_.keep({})) return Failure{rescue(how.reason())};
+  return Failure{"Error: the station log was not saved: " + how.reason() +
+                 ".\n\nIts changes are kept beside it and go into it at the next start."};
 }
 
-std::string DataLog::saveTo(const std::string& file) const {
-  const FileResult written = writeFileSafely(pathFromText(file), log_.content());
-  return written ? std::string() : "Error: " + written.reason + ".";
+Result<> DataLog::saveTo(const std::string& file) const {
+  const Result<> written = writeFileSafely(pathFromText(file), log_.content());
+  if (!written) return Failure{"Error: " + written.reason() + "."};
+  return {};
 }
 
 std::string DataLog::rescue(const std::string& reason) const {
@@ -492,16 +503,22 @@ std::vector<std::string> DataLog::choices(int column) const {
 bool DataLog::mayHold(GridRow row, std::string_view upperText) const {
   // Other letters are other bytes in the file.
   if (!isAscii(upperText)) return true;
-  const auto equal = [](char c, char wanted) {
-    return (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) == wanted;
-  };
-  return !std::ranges::search(log_.line(log_.recordAt(row)), upperText, equal).empty();
+  return holdsUpper(log_.line(log_.recordAt(row)), upperText);
 }
 
 bool DataLog::keyDown(int keyCode, int shift) {
-  if (keyCode == key::Delete && shift == 0) return Delete_Click(), true;
-  if (keyCode == key::Insert && shift == 0) return Insert_Click(), true;
-  if (keyCode == 'C' && shift == key::CtrlHeld) return Copy_Click(), true;
+  if (keyCode == key::Delete && shift == 0) {
+    Delete_Click();
+    return true;
+  }
+  if (keyCode == key::Insert && shift == 0) {
+    Insert_Click();
+    return true;
+  }
+  if (keyCode == 'C' && shift == key::CtrlHeld) {
+    Copy_Click();
+    return true;
+  }
   return false;
 }
 

@@ -3,11 +3,12 @@
 #include <array>
 #include <filesystem>
 #include <functional>
-#include <future>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "base/work_beside.h"
 #include "companions/log_import.h"
 #include "contract/components.h"
 #include "grid/grid.h"
@@ -33,6 +34,18 @@ struct DataLogView {
   bool operator==(const DataLogView&) const = default;
 };
 
+class DataLog;
+
+/// A button of the log window: its number, its value, and what a click does.
+struct LogButton {
+  int id;
+  Control DataLogView::*button;
+  std::string_view text, tip;
+  void (DataLog::*click)();
+};
+/// From left to right; OK and Cancel stand apart, at the right.
+std::span<const LogButton> logButtons();
+
 /// What the log window stands on.
 struct DataLogServices {
   ReceiverComponent& receiver;
@@ -42,11 +55,13 @@ struct DataLogServices {
   std::filesystem::path folder;  ///< where the log lies
   /// The stations known on frequencies, for their call signs; none where nobody knows.
   std::function<StationNames(const std::vector<Hz>&)> stationsAt = {};
+  /// Asks, from any thread, for deliver() soon.
+  std::function<void()> wake = {};
 };
 
 /// The station log's window: the log in a grid, its editing, and its file. Reading and writing the
-/// file run beside the window: while they do, the table cannot be changed, and tick() is to be
-/// called every so often. A record is shown when it is on the disk. All calls come on the
+/// file run beside the window: while they do, the table cannot be changed, and what came of
+/// it is taken over by deliver(). A record is shown when it is on the disk. All calls come on the
 /// user-interface thread.
 class DataLog : private GridTable {
  public:
@@ -55,6 +70,8 @@ class DataLog : private GridTable {
 
   const DataLogView& view() const { return view_; }
   Grid& PadGrd() { return PadGrd_; }
+  /// Who shows the window; called when work beside it has changed anything.
+  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
 
   /// The receiver that the window serves: its settings are recorded, and records are sent to it.
   void Receiver(Index rx);
@@ -89,22 +106,16 @@ class DataLog : private GridTable {
   void Cancel_Click();
 
   /// The file is being read or written.
-  bool busy() const { return work_.valid(); }
-  void tick();
+  bool busy() const { return working_; }
+  void deliver();
 
   /// The program ends: keeps the edits, in another file where the log cannot take them. Answers
   /// what the operator has to be told; mostly nothing.
-  std::string end();
+  Result<> end();
   /// Writes the log as it is shown into another file. Answers in words why it could not.
-  std::string saveTo(const std::string& file) const;
+  Result<> saveTo(const std::string& file) const;
 
  private:
-  /// Work that takes no longer is over when the call that started it returns.
-  static constexpr milliseconds kGrace{250};
-
-  /// What is done on a thread of its own; what it answers is done afterwards on this one.
-  using Work = std::function<std::function<void()>()>;
-
   GridRow rows() const override { return log_.size(); }
   std::string cell(GridRow row, int column) const override;
   void store(GridCell cell, const std::string& text) override;
@@ -118,16 +129,17 @@ class DataLog : private GridTable {
   void headerClicked(int column) override;
   bool undo() override;
 
-  void start(const std::string& words, Work work, milliseconds grace = kGrace);
-  void read(milliseconds grace = kGrace);
+  void start(const std::string& words, WorkBeside::Job work);
+  void workFailed(const std::string& why);
+  void read();
   void arrived(LogTable fromFile);
   void readEnded();
   void save();
   void saved(const LogSaved& how);
   void note(const std::vector<LogChange>& changes);
-  void sayKept(const FileResult& kept);
-  FileResult keepWaiting(std::span<const LogRecord> records);
-  void insertWaiting(std::size_t count, const FileResult& kept);
+  void sayKept(const Result<>& kept);
+  Result<> keepWaiting(std::span<const LogRecord> records);
+  void insertWaiting(std::size_t count, const Result<>& kept);
   void serveActivation();
   void close();
   std::string rescue(const std::string& reason) const;
@@ -155,16 +167,18 @@ class DataLog : private GridTable {
   std::vector<std::string> modes_, agcs_;
   Index nReceiver_ = 0;
   bool adding_ = false;
-  bool read_ = false;    ///< the table is that of the file
-  bool edited_ = false;  ///< the table has what the file lacks, if only another order
-  LogChanges changes_;   ///< the records by which they differ
-  std::shared_future<FileResult> keeping_;  ///< some of them are being put on the disk
+  bool read_ = false;             ///< the table is that of the file
+  bool edited_ = false;           ///< the table has what the file lacks, if only another order
+  LogChanges changes_;            ///< the records by which they differ
+  std::optional<Result<>> kept_;  ///< how the last of them came to the disk, not told yet
   bool saveWhenRead_ = false;
   std::string news_;                ///< for the notice, once the window is open and at rest
   bool select_ = false;             ///< the record of the present frequency is to be selected
   std::vector<LogRecord> waiting_;  ///< records to be added as soon as the table can be changed
   std::shared_ptr<LogImport> import_;
-  std::future<std::function<void()>> work_;
+  std::function<void()> tell_;
+  bool working_ = false;  ///< and the table is not to be changed
+  WorkBeside beside_;
 };
 
 }  // namespace kelvane

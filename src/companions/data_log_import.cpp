@@ -21,7 +21,7 @@ void DataLog::importFile(const std::filesystem::path& file) {
   import_.reset();
   start("Reading " + pathText(file.filename()) + " ...", [this, file]() -> std::function<void()> {
     FileSteps disk;
-    FileReading now = readPatiently(file, kLargestForeignLog, disk);
+    FileReading now = readWhenFree(file, kLargestForeignLog, disk);
     if (now.how != FileReading::Whole) {
       const std::string why = now.reason.empty() ? "There is no such file." : now.reason;
       return [this, why] { view_.Notice = "Not imported: " + why; };

@@ -17,11 +17,10 @@ constexpr std::array kDigits{id::FrqDigit + 5, id::FrqDigit + 0, id::FrqDigit + 
                              id::FrqDigit + 6, id::FrqDigit + 7, id::FrqDigit + 8};
 constexpr std::array kReceiver{id::ModEvent + 0, id::ModEvent + 1, id::ModEvent + 2,
                                id::ModEvent + 3, id::ModEvent + 4};
-constexpr std::array kPanel{id::GenEvent + 0,     id::GenEvent + 1, id::GenEvent + 2,
-                            id::Opener + 0,       id::Opener + 1,   id::Opener + 2,
-                            id::Opener + 3,       id::Opener + 4,   id::Opener + 5,
-                            id::Opener + 6,       id::ConfigButton + 0,
-                            id::Opener + 7,       id::Opener + 8};
+constexpr std::array kPanel{
+    id::GenEvent + 0,     id::GenEvent + 1, id::GenEvent + 2, id::Opener + 0, id::Opener + 1,
+    id::Opener + 2,       id::Opener + 3,   id::Opener + 4,   id::Opener + 5, id::Opener + 6,
+    id::ConfigButton + 0, id::Opener + 7,   id::Opener + 8};
 constexpr std::array kTabs{id::TabStrip + 0};
 
 constexpr std::array<std::span<const int>, 5> kGroups{kTyping, kDigits, kReceiver, kPanel, kTabs};
@@ -64,7 +63,10 @@ bool FocusGroups::nextButton(int direction) {
   const auto from = static_cast<int>(std::ranges::find(group, focused_) - group.begin());
   for (int step = 1; step < count; ++step) {
     const int next = group[(from + direction * step + count * step) % count];
-    if (keyboard_.takesKeys(next)) return keyboard_.focus(next), true;
+    if (keyboard_.takesKeys(next)) {
+      keyboard_.focus(next);
+      return true;
+    }
   }
   return true;
 }

@@ -11,7 +11,7 @@ class FocusGroups {
   explicit FocusGroups(Keyboard& keyboard) : keyboard_(keyboard) {}
 
   /// The control that has the focus now; told before each key.
-  void at(int control) { focused_ = control; }
+  void setFocused(int control) { focused_ = control; }
   /// To the next (1) or previous (-1) group that has something to offer.
   void nextGroup(int direction);
   /// To the next or previous button of the group; answers false where the focus is on none.

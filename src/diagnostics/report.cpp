@@ -29,14 +29,6 @@ constexpr auto kHarmless = std::to_array<std::string_view>(
      "untold",       "channelread", "port",        "model",       "pollrate",   "lineshare",
      "smeteroffset", "bfolimit",    "preamp",      "share",       "shareport",  "sharehold"});
 
-std::string lowered(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return lower;
-}
-
 std::string section(std::string_view heading, const std::string& content) {
   return std::string(kLineEnd) + std::string(heading) + std::string(kLineEnd) + content;
 }
@@ -50,7 +42,7 @@ std::string lineWithoutSecrets(std::string_view line) {
   if (line.starts_with('[')) return row(line);
   if (sign == std::string_view::npos) return row("(a line of another kind, left out)");
   const std::string_view key = trimmed(line.substr(0, sign));
-  const bool harmless = std::ranges::find(kHarmless, lowered(key)) != kHarmless.end();
+  const bool harmless = std::ranges::find(kHarmless, lower(key)) != kHarmless.end();
   return row(harmless ? line : std::string(key) + "=(left out)");
 }
 
@@ -99,10 +91,10 @@ std::string DiagnosticReport::options() const {
 }
 
 std::string DiagnosticReport::configuration() const {
-  std::string reason;
-  const auto text = readFile(folder_ / "receivers.txt", kLargestConfiguration, &reason);
-  if (text) return withoutSecrets(*text);
-  return row(reason.empty() ? "There is none." : "It cannot be read: " + reason);
+  const FileReading reading = FileSteps().read(folder_ / "receivers.txt", kLargestConfiguration);
+  if (reading.how == FileReading::Whole) return withoutSecrets(reading.content);
+  const bool missing = reading.how == FileReading::Missing;
+  return row(missing ? "There is none." : "It cannot be read: " + reading.reason);
 }
 
 std::string DiagnosticReport::events() const {
@@ -139,8 +131,8 @@ std::string DiagnosticReport::text(const SystemFacts& facts, WallTime now) const
 
 std::string DiagnosticReport::save(const SystemFacts& facts, WallTime now) const {
   const std::filesystem::path file = folder_ / "report.txt";
-  const FileResult saved = writeFileSafely(file, text(facts, now));
-  if (!saved) return "The report could not be saved: " + saved.reason;
+  const Result<> saved = writeFileSafely(file, text(facts, now));
+  if (!saved) return "The report could not be saved: " + saved.reason();
   return "The report has been saved as\r\n" + pathText(file) +
          "\r\n\r\nIt holds versions, options, the receivers without addresses and commands, and "
          "the last events of their links. Please read it before you send it to anybody.";

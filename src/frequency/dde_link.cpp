@@ -41,7 +41,7 @@ DdeLink::DdeLink(Control& DDESts, DigitServers& servers, ReceiverComponent& comp
       options_(options),
       window_(window),
       digits_(component) {
-  servers_.whenReceived([this](Index rx, const std::string& text) { received(rx, text); });
+  servers_.setListener([this](Index rx, const std::string& text) { received(rx, text); });
   show();
 }
 

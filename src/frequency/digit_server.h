@@ -23,7 +23,7 @@ class DigitServers {
   virtual ~DigitServers() = default;
 
   /// Where each receiver's digits shall go from now on, on the user-interface thread.
-  virtual void whenReceived(std::function<void(Index, const std::string&)> take) = 0;
+  virtual void setListener(std::function<void(Index, const std::string&)> take) = 0;
   /// Links each receiver with the server of that name, in order of the receivers; links that are
   /// there already stay. None closes all.
   virtual void link(const std::vector<std::string>& servers) = 0;

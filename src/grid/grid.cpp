@@ -1,6 +1,7 @@
 #include "grid/grid.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 #include "base/utf8.h"
@@ -19,7 +20,7 @@ void Grid::setWidth(int column, int width) {
 
 void Grid::lock(bool locked) {
   if (locked) cancel();
-  locked_ = locked;
+  if (std::exchange(locked_, locked) && !locked) typeHeld();
 }
 
 void Grid::refresh() {
@@ -146,7 +147,10 @@ bool Grid::find(std::string_view text, Find from) {
   const GridCell start = cell;
   bool may = table_.mayHold(cell.row, wanted);
   do {
-    if (may && table_.holds(cell, wanted)) return select(cell), true;
+    if (may && table_.holds(cell, wanted)) {
+      select(cell);
+      return true;
+    }
     const GridRow row = cell.row;
     cell = after(cell, direction);
     if (cell.row != row) may = table_.mayHold(cell.row, wanted);

@@ -41,9 +41,12 @@ class Grid {
   /// The column that the rows are sorted by, -1 for none; it is marked in the header.
   void markSorted(int column) { sorted_ = column; }
   int sortedBy() const { return sorted_; }
-  /// While locked no cell can be changed; the current cell moves all the same.
+  /// While locked no cell can be changed; the current cell moves all the same. What is typed into
+  /// it meanwhile goes into the cell that is current when the lock ends.
   void lock(bool locked);
   bool locked() const { return locked_; }
+  /// What was typed meanwhile goes nowhere.
+  void dropTyped() { typedWhileLocked_.clear(); }
   /// The table has other rows or other texts.
   void refresh();
 
@@ -112,6 +115,7 @@ class Grid {
   bool changeable(int column) const;
   void put(const std::string& text);
   void typeAhead(char32_t character);
+  void typeHeld();
   void intoView();
   GridRow lastTop() const;
 
@@ -123,6 +127,7 @@ class Grid {
   GridRow page_ = 1;
   int sorted_ = -1;
   bool locked_ = false;
+  std::u32string typedWhileLocked_;
   bool editing_ = false;
   std::string text_;
   bool dropped_ = false;

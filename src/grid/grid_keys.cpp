@@ -10,6 +10,8 @@ namespace {
 
 constexpr long long kAllRows = 1LL << 40;
 constexpr int kLetterZ = 'Z';
+/// Of what is typed while the grid is locked.
+constexpr std::size_t kMostHeld = 200;
 
 }  // namespace
 
@@ -70,9 +72,11 @@ bool Grid::keyDown(int keyCode, int shift) {
 bool Grid::entryKey(int keyCode, int shift) {
   switch (keyCode) {
     case key::Return:
-      return commit(), true;
+      commit();
+      return true;
     case key::Esc:
-      return cancel(), true;
+      cancel();
+      return true;
     case key::Tab:
       if (shift & (key::CtrlHeld | key::AltHeld)) return false;
       commit();
@@ -92,22 +96,29 @@ bool Grid::listKey(int keyCode) {
   switch (keyCode) {
     case key::Return:
     case key::F4:
-      return choose(marked_), true;
+      choose(marked_);
+      return true;
     case key::Esc:
-      return fold(), true;
+      fold();
+      return true;
     case key::Tab:
       // The list's choice is taken, and the key goes on to the next cell.
-      return choose(marked_), false;
+      choose(marked_);
+      return false;
     case key::Up:
-      return mark(marked_ - 1), true;
+      mark(marked_ - 1);
+      return true;
     case key::Down:
-      return mark(marked_ + 1), true;
+      mark(marked_ + 1);
+      return true;
     case key::Home:
     case key::PageUp:
-      return mark(0), true;
+      mark(0);
+      return true;
     case key::End:
     case key::PageDown:
-      return mark(static_cast<int>(items_.size()) - 1), true;
+      mark(static_cast<int>(items_.size()) - 1);
+      return true;
     default:
       return false;
   }
@@ -124,17 +135,27 @@ bool Grid::moveKey(int keyCode, int shift) {
       return true;
     case key::Left:
     case key::Right:
-      return moveColumn(keyCode == key::Left ? -1 : 1), true;
+      moveColumn(keyCode == key::Left ? -1 : 1);
+      return true;
     case key::PageUp:
-      return moveRow(-static_cast<long long>(page_)), true;
+      moveRow(-static_cast<long long>(page_));
+      return true;
     case key::PageDown:
-      return moveRow(page_), true;
+      moveRow(page_);
+      return true;
     case key::Home:
-      return control ? moveRow(-kAllRows) : select({current_.row, 0}), true;
+      if (control)
+        moveRow(-kAllRows);
+      else
+        select({current_.row, 0});
+      return true;
     case key::End:
-      if (!control)
-        return select({current_.row, neighbour(static_cast<int>(columns_.size()), -1)}), true;
-      return moveRow(kAllRows), true;
+      if (!control) {
+        select({current_.row, neighbour(static_cast<int>(columns_.size()), -1)});
+        return true;
+      }
+      moveRow(kAllRows);
+      return true;
     case key::Tab:
       return !control && moveOn(shifted ? -1 : 1, false);
     default:
@@ -147,9 +168,14 @@ bool Grid::actionKey(int keyCode, int shift) {
   switch (keyCode) {
     case key::Return:
     case key::F2:
-      return (pick ? drop() : begin(Begin::Keep)), true;
+      if (pick)
+        drop();
+      else
+        begin(Begin::Keep);
+      return true;
     case key::F4:
-      return drop(), shift == 0;
+      drop();
+      return shift == 0;
     case key::Down:
     case key::Up:
       // Alt and an arrow, the system's keys for opening a list.
@@ -157,9 +183,21 @@ bool Grid::actionKey(int keyCode, int shift) {
     case kLetterZ:
       if (shift != key::CtrlHeld) return false;
       if (!locked_) table_.undo();
-      return refresh(), true;
+      refresh();
+      return true;
     default:
       return false;
+  }
+}
+
+/// What was typed while the grid was locked, as one entry.
+void Grid::typeHeld() {
+  for (const char32_t character : std::exchange(typedWhileLocked_, {})) {
+    if (!editing_) {
+      keyPress(character);
+    } else if (table_.accepts(current_.column, character)) {
+      appendCharacter(text_, table_.inPlaceOf(current_.column, character));
+    }
   }
 }
 
@@ -167,8 +205,12 @@ bool Grid::keyPress(char32_t character) {
   const bool sign = character >= ' ';
   if (editing_) return sign && !table_.accepts(current_.column, character);
   if (!sign && character != key::Backspace) return false;
+  if (locked_ && sign && typedWhileLocked_.size() < kMostHeld) typedWhileLocked_ += character;
   if (!changeable(current_.column)) return true;
-  if (columns_[current_.column].pick) return typeAhead(character), true;
+  if (columns_[current_.column].pick) {
+    typeAhead(character);
+    return true;
+  }
   if (sign && !table_.accepts(current_.column, character)) return true;
   begin(Begin::Replace);
   if (sign) appendCharacter(text_, table_.inPlaceOf(current_.column, character));

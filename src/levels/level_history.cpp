@@ -125,7 +125,10 @@ void LevelHistory::fill(LevelTime from, LevelTime to, std::span<LevelSpan> colum
   const LevelTime since = recentSince();
   // A view of the last ten minutes begins with readings that are about to go.
   const bool oneByOne = to - from <= kRecent && (from >= since - 1000 || since == first_);
-  oneByOne ? fillFromReadings(from, to, columns) : fillFromSeconds(from, to, columns);
+  if (oneByOne)
+    fillFromReadings(from, to, columns);
+  else
+    fillFromSeconds(from, to, columns);
 }
 
 void LevelHistory::fillFromReadings(LevelTime from, LevelTime to,

@@ -70,14 +70,14 @@ bool makeRoom(const fs::path& file, std::uintmax_t more, std::uintmax_t limit, F
   return sum <= limit;
 }
 
-FileResult appendWhole(const fs::path& file, std::string_view lines, FileSteps& steps) {
+Result<> appendWhole(const fs::path& file, std::string_view lines, FileSteps& steps) {
   std::error_code none;
   const std::uintmax_t before = fs::exists(file, none) ? fs::file_size(file, none) : 0;
   std::string content;
   if (before == 0) content = kLevelCsvHead;
   content += lines;
-  FileResult result = patiently(steps, [&] { return steps.append(file, content); });
-  if (!result.ok) {
+  Result<> result = retryWhileHeld(steps, [&] { return steps.append(file, content); });
+  if (!result) {
     fs::resize_file(file, before, none);
     if (before == 0) steps.remove(file);
   }
@@ -127,7 +127,10 @@ void LevelRecorder::tick(Instant now) {
     waiting = shared_->waiting;
   }
   if (why.empty() && waiting > kMostWaiting) why = "The disk does not keep up.";
-  why.empty() ? write() : fail(why);
+  if (why.empty())
+    write();
+  else
+    fail(why);
 }
 
 void LevelRecorder::fail(const std::string& why) {
@@ -150,17 +153,17 @@ void LevelRecorder::write() {
     {
       const std::lock_guard lock(shared->mutex);
       shared->waiting -= lines.size();
-      if (!shared->failed.empty()) return FileResult{};
+      if (!shared->failed.empty()) return Result<>();
     }
-    FileResult result = steps.makeFolders(file.parent_path());
-    if (result.ok && std::exchange(shared->begun, file) != file) cutPartOfLine(file);
-    if (result.ok && !makeRoom(file, lines.size() + kLevelCsvHead.size(), limit, steps))
-      result = {false, "their files have reached the limit of " +
-                           std::to_string(limit / 1'000'000) + " MB"};
-    if (result.ok) result = appendWhole(file, lines, steps);
-    if (!result.ok) {
+    Result<> result = steps.makeFolders(file.parent_path());
+    if (result && std::exchange(shared->begun, file) != file) cutPartOfLine(file);
+    if (result && !makeRoom(file, lines.size() + kLevelCsvHead.size(), limit, steps))
+      result = Failure{"their files have reached the limit of " +
+                       std::to_string(limit / 1'000'000) + " MB"};
+    if (result) result = appendWhole(file, lines, steps);
+    if (!result) {
       const std::lock_guard lock(shared->mutex);
-      shared->failed = result.reason;
+      shared->failed = result.reason();
     }
     return result;
   };

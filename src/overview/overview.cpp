@@ -43,7 +43,10 @@ OverviewRow Overview::row(Index rx) {
   const Move& move = services_.watch.lastMove(rx);
   row.movedBy = moveWords(move, move.follows >= 0 ? name(move.follows) : std::string());
   fillLevels(row, watched);
-  if (!row.online) return row.link = services_.linkWords(rx), row;
+  if (!row.online) {
+    row.link = services_.linkWords(rx);
+    return row;
+  }
   const LevelSettings& told = watched.settings;
   row.frequency = told.frequency;
   row.mode = joined(told.mode, told.filter > 0 ? std::to_string(told.filter) : "", " ");
@@ -109,9 +112,9 @@ void Overview::show(int row) {
 
 /// Whether a receiver takes no commands now; says why.
 bool Overview::refused(Index rx) {
-  const std::string why = whyLocked(services_.receiver, rx);
-  if (!why.empty()) said_ = name(rx) + ": " + why;
-  return !why.empty();
+  const Result<> open = checkTakesCommands(services_.receiver, rx);
+  if (!open) said_ = name(rx) + ": " + open.reason();
+  return !open;
 }
 
 void Overview::tune(Index rx, int direction) {
@@ -135,24 +138,31 @@ bool Overview::keyDown(int keyCode, int shift) {
   if (shift != 0 || !exists(focused_)) return false;
   switch (keyCode) {
     case key::Right:
-      return tune(static_cast<Index>(focused_), 1), true;
+      tune(static_cast<Index>(focused_), 1);
+      return true;
     case key::Left:
-      return tune(static_cast<Index>(focused_), -1), true;
+      tune(static_cast<Index>(focused_), -1);
+      return true;
     default:
       return false;
   }
 }
 
 bool Overview::command(int keyCode) {
-  if (keyCode >= '1' && keyCode <= '8') return show(keyCode - '1'), true;
+  if (keyCode >= '1' && keyCode <= '8') {
+    show(keyCode - '1');
+    return true;
+  }
   switch (keyCode) {
     case 'C':
-      return markSource(), true;
+      markSource();
+      return true;
     case 'V':
       if (exists(source_) && exists(focused_)) copy(source_, focused_);
       return true;
     case 'Z':
-      return takeBack(), true;
+      takeBack();
+      return true;
     default:
       return false;
   }
@@ -170,10 +180,17 @@ void Overview::markSource() {
 bool Overview::keyPress(int character) {
   if (!exists(focused_)) return false;
   const auto rx = static_cast<Index>(focused_);
-  if (character == key::Enter) return entry_.empty() ? show(focused_) : commit(), true;
+  if (character == key::Enter) {
+    if (entry_.empty())
+      show(focused_);
+    else
+      commit();
+    return true;
+  }
   if (character == key::Escape) {
     if (entry_.empty()) return false;
-    return entry_.clear(), true;
+    entry_.clear();
+    return true;
   }
   if (character == key::Backspace) {
     if (!entry_.empty()) entry_.pop_back();
@@ -191,9 +208,9 @@ void Overview::commit() {
   const auto rx = static_cast<Index>(focused_);
   if (refused(rx)) return entry_.clear();
   const double hertz = std::round(num(entry_) * 1000);
-  const std::string why = whyNotTuned(services_.receiver, rx, hertz);
-  if (!why.empty()) {
-    said_ = name(rx) + ": " + entry_ + " kHz is out of reach; " + why;
+  const Result<> in = checkReaches(services_.receiver, rx, hertz);
+  if (!in) {
+    said_ = name(rx) + ": " + entry_ + " kHz is out of reach; " + in.reason();
     return entry_.clear();
   }
   services_.receiver.SetRxFrequency(rx, false, nearestLong(hertz));
@@ -213,24 +230,25 @@ void Overview::copy(int from, int to) {
   if (!exists(from) || !exists(to) || from == to) return;
   const auto source = static_cast<Index>(from), target = static_cast<Index>(to);
   const SettingCopy before = settingOf(services_.receiver, target);
-  const Applied applied =
+  const Result<std::string> applied =
       applySetting(services_.receiver, target, settingOf(services_.receiver, source));
-  if (!applied.done) {
-    said_ = name(target) + " does not take the setting of " + name(source) + ": " + applied.missing;
+  if (!applied) {
+    said_ =
+        name(target) + " does not take the setting of " + name(source) + ": " + applied.reason();
     return;
   }
   if (copies_.size() == kMostCopies) copies_.erase(copies_.begin());
   copies_.push_back({target, before});
   said_ = name(target) + " has the setting of " + name(source) +
-          (applied.missing.empty() ? "" : " without " + applied.missing) + "; Ctrl+Z takes it back";
+          (applied->empty() ? "" : " without " + *applied) + "; Ctrl+Z takes it back";
 }
 
 void Overview::takeBack() {
   if (copies_.empty()) return;
   const Copied last = copies_.back();
-  const Applied applied = applySetting(services_.receiver, last.rx, last.before);
-  if (!applied.done) {
-    said_ = name(last.rx) + " does not take its setting back: " + applied.missing;
+  const Result<std::string> applied = applySetting(services_.receiver, last.rx, last.before);
+  if (!applied) {
+    said_ = name(last.rx) + " does not take its setting back: " + applied.reason();
     return;
   }
   copies_.pop_back();

@@ -38,7 +38,7 @@ class ReceiverWatch {
   void settings(Index rx);
   void link(Index rx);
   void receiversChanged(const ReceiverMoves& moves);
-  void listen(LevelListener* listener) { listener_ = listener; }
+  void setListener(LevelListener* listener) { listener_ = listener; }
 
   struct Receiver {
     std::shared_ptr<LevelHistory> history = std::make_shared<LevelHistory>();

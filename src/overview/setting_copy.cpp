@@ -40,18 +40,18 @@ SettingCopy settingOf(ReceiverComponent& component, Index rx) {
   return setting;
 }
 
-Applied applySetting(ReceiverComponent& component, Index rx, const SettingCopy& setting) {
-  if (std::string why = whyLocked(component, rx); !why.empty()) return {false, why};
-  if (setting.frequency < 0) return {false, "no frequency is known"};
-  if (std::string why = whyNotTuned(component, rx, setting.frequency); !why.empty())
-    return {false, why};
-  Applied applied{true, {}};
-  applyMode(component, rx, setting.mode, applied.missing);
+Result<std::string> applySetting(ReceiverComponent& component, Index rx,
+                                 const SettingCopy& setting) {
+  if (const Result<> open = checkTakesCommands(component, rx); !open) return open.failure();
+  if (setting.frequency < 0) return Failure{"no frequency is known"};
+  if (const Result<> in = checkReaches(component, rx, setting.frequency); !in) return in.failure();
+  std::string missing;
+  applyMode(component, rx, setting.mode, missing);
   if (setting.filter > 0 && component.GetRxFilter(rx) != setting.filter)
     component.SetRxFilter(rx, setting.filter);
-  applyAgc(component, rx, setting.agc, applied.missing);
+  applyAgc(component, rx, setting.agc, missing);
   component.SetRxFrequency(rx, false, setting.frequency);
-  return applied;
+  return missing;
 }
 
 std::string kilohertzText(Hz frequency) {
@@ -60,15 +60,16 @@ std::string kilohertzText(Hz frequency) {
   return text.data();
 }
 
-std::string whyLocked(ReceiverComponent& component, Index rx) {
-  if (!component.IsRxOnline(rx)) return "not connected";
-  return component.GetRxRemote(rx) ? std::string() : "not under remote control";
+Result<> checkTakesCommands(ReceiverComponent& component, Index rx) {
+  if (!component.IsRxOnline(rx)) return Failure{"not connected"};
+  if (!component.GetRxRemote(rx)) return Failure{"not under remote control"};
+  return {};
 }
 
-std::string whyNotTuned(ReceiverComponent& component, Index rx, double hertz) {
+Result<> checkReaches(ReceiverComponent& component, Index rx, double hertz) {
   const Hz least = component.GetRxFrqMin(rx), most = component.GetRxFrqMax(rx);
   if (hertz >= least && hertz <= most) return {};
-  return "it reaches from " + kilohertzText(least) + " to " + kilohertzText(most) + " kHz";
+  return Failure{"it reaches from " + kilohertzText(least) + " to " + kilohertzText(most) + " kHz"};
 }
 
 }  // namespace kelvane

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/result.h"
 #include "contract/components.h"
 
 namespace kelvane {
@@ -18,20 +19,17 @@ struct SettingCopy {
 
 SettingCopy settingOf(ReceiverComponent& component, Index rx);
 
-/// Gives a receiver a setting. Answers in words what it could not take of it, or why it took
-/// nothing; empty where it took all.
-struct Applied {
-  bool done = false;
-  std::string missing;
-};
-Applied applySetting(ReceiverComponent& component, Index rx, const SettingCopy& setting);
+/// Gives a receiver a setting. Answers in words what of it the receiver could not take, mostly
+/// nothing; fails where it took nothing.
+Result<std::string> applySetting(ReceiverComponent& component, Index rx,
+                                 const SettingCopy& setting);
 
 /// A frequency in kHz with three decimal places ("7123.400").
 std::string kilohertzText(Hz frequency);
 
-/// Why a receiver takes no commands now, in words; empty where it does.
-std::string whyLocked(ReceiverComponent& component, Index rx);
-/// Why a receiver cannot be tuned to a frequency, in words; empty where it can.
-std::string whyNotTuned(ReceiverComponent& component, Index rx, double hertz);
+/// Whether a receiver takes commands now.
+Result<> checkTakesCommands(ReceiverComponent& component, Index rx);
+/// Whether a receiver can be tuned to a frequency.
+Result<> checkReaches(ReceiverComponent& component, Index rx, double hertz);
 
 }  // namespace kelvane

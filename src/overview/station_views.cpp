@@ -15,7 +15,7 @@ StationViews::StationViews(const Services& services)
       traces_({services.receiver, watch_, recorder_, services.settings, services.clipboard,
                services.files, services.saver, services.clocks.now, services.colours}),
       tellTrouble_(services.tellTrouble) {
-  watch_.listen(&recorder_);
+  watch_.setListener(&recorder_);
 }
 
 void StationViews::receiversChanged(const ReceiverMoves& moves) {

@@ -134,7 +134,10 @@ void drawLine(const Pixels& pixels, std::span<const LevelSpan> columns, const Le
     if (column.readings == 0) continue;
     const double y = yOf(column);
     const bool joined = before >= 0 && !column.afterGap && x - before <= longest;
-    joined ? coverSegment(covered, before, yBefore, x, y) : cover(covered, x, y, y);
+    if (joined)
+      coverSegment(covered, before, yBefore, x, y);
+    else
+      cover(covered, x, y, y);
     before = x;
     yBefore = y;
   }

@@ -106,8 +106,11 @@ TraceFrame Traces::frame(int width, int height) {
     services_.watch.of(rx).history->fill(frame.from, frame.to, trace.columns);
     if (offsets_[rx] != 0) {
       const auto offset = static_cast<float>(offsets_[rx]);
-      for (LevelSpan& column : trace.columns)
-        column.least += offset, column.mean += offset, column.greatest += offset;
+      for (LevelSpan& column : trace.columns) {
+        column.least += offset;
+        column.mean += offset;
+        column.greatest += offset;
+      }
     }
     if (peak_ || mean_) trace.rolled = rolling(trace.columns, std::max(rolled, 1));
     frame.traces.push_back(std::move(trace));
@@ -321,9 +324,8 @@ std::vector<std::string> Traces::results() {
   for (Index rx = 0; rx < count; ++rx) {
     if (rx == reference_ || !visible_[rx]) continue;
     const ReceiverWatch::Receiver& second = services_.watch.of(rx);
-    const std::string why = whyNotCompared(rx);
-    if (!why.empty()) {
-      std::string& names = unlike[why];
+    if (const Result<> comparable = checkComparable(rx); !comparable) {
+      std::string& names = unlike[comparable.reason()];
       names += (names.empty() ? "" : ", ") + name(rx);
       continue;
     }
@@ -336,12 +338,13 @@ std::vector<std::string> Traces::results() {
   return lines;
 }
 
-/// Why a receiver cannot be compared with the reference now, in words; empty where it can.
-std::string Traces::whyNotCompared(Index rx) const {
-  if (!services_.receiver.IsRxOnline(rx)) return "No link";
+/// Whether a receiver can be compared with the reference now.
+Result<> Traces::checkComparable(Index rx) const {
+  if (!services_.receiver.IsRxOnline(rx)) return Failure{"No link"};
   const std::string differ =
       differingSettings(services_.watch.of(reference_).settings, services_.watch.of(rx).settings);
-  return differ.empty() ? differ : "Not the same " + differ + " as " + name(reference_);
+  if (differ.empty()) return {};
+  return Failure{"Not the same " + differ + " as " + name(reference_)};
 }
 
 void Traces::copyResults() {
@@ -411,9 +414,9 @@ void Traces::save(const std::string& file, const std::string& done,
       [path, content = std::move(content)](FileSteps& steps) {
         return writeFileSafely(path, content(), steps);
       },
-      [saved = saved_, file, done](const FileResult& result) {
+      [saved = saved_, file, done](const Result<>& result) {
         const std::lock_guard lock(saved->mutex);
-        saved->words = result.ok ? done : "Cannot save " + file + ": " + result.reason;
+        saved->words = result ? done : "Cannot save " + file + ": " + result.reason();
       });
 }
 

@@ -135,7 +135,7 @@ class Traces {
  private:
   LevelTime step(int width) const;
   LevelTime endFor(int width);
-  std::string whyNotCompared(Index rx) const;
+  Result<> checkComparable(Index rx) const;
   void readOffsets();
   std::string offsetName(Index rx) const;
   void save(const std::string& file, const std::string& done, std::function<std::string()> content);

@@ -17,13 +17,6 @@ namespace {
 constexpr Hz kNameNear = 250;
 
 /// Work that takes no longer is over when the call that began it returns.
-constexpr milliseconds kGrace{100};
-
-template <class Future>
-bool isDone(const Future& future) {
-  return future.valid() && future.wait_for(milliseconds(0)) == std::future_status::ready;
-}
-
 std::string extensionOf(std::string_view fileName) {
   return std::string(fileName.substr(fileName.rfind('.') + 1));
 }
@@ -36,7 +29,7 @@ std::string stemOf(std::string_view fileName) {
 
 StationEditor::StationEditor(const StationServices& services)
     : services_(services),
-      store_(services.folder / lists::kOwnListName, services.disk),
+      store_(services.folder / lists::kOwnListName, services.disk, services.wake),
       table_(
           store_,
           {[this](StationGrid::Id id) {
@@ -46,7 +39,8 @@ StationEditor::StationEditor(const StationServices& services)
            },
            [this] { remove(); }, [this] { undo(); }, [this] { redo(); }, [this] { listChanged(); },
            [this](const std::string& why) { say("It stays as it was: " + why + "."); }}),
-      grid_(table_, StationGrid::columns()) {
+      grid_(table_, StationGrid::columns()),
+      beside_(services.wake) {
   table_.currentRow = [this] { return grid_.current().row; };
   grid_.markSorted(table_.sortedBy());
   store_.changed = [this] { services_.frequency.ReadFrqOwn(); };
@@ -107,14 +101,14 @@ void StationEditor::refresh() {
 
 void StationEditor::listChanged() {
   said_.clear();
-  store_.tick();
+  store_.deliver();
   refresh();
 }
 
 void StationEditor::select(StationGrid::Id id) {
   table_.follow();
   if (table_.rowOf(id) == table_.rows()) {
-    table_.filter({});
+    table_.setFilter({});
     table_.follow();
   }
   if (const GridRow row = table_.rowOf(id); row < table_.rows())
@@ -152,8 +146,8 @@ void StationEditor::takeShown() {
   open();
 }
 
-void StationEditor::filter(StationFilter filter) {
-  table_.filter(std::move(filter));
+void StationEditor::setFilter(StationFilter filter) {
+  table_.setFilter(std::move(filter));
   refresh();
 }
 
@@ -209,7 +203,7 @@ void StationEditor::importFile(const std::filesystem::path& file) {
   lists::Entries own;
   for (StationGrid::Id id = 0; id < store_.list().end(); ++id) own.push_back(store_.list().at(id));
   importFor_ = store_.list().version();
-  import_ = std::make_unique<StationImport>(file, services_.disk, std::move(own));
+  import_ = std::make_unique<StationImport>(file, services_.disk, std::move(own), services_.wake);
   importGrid_ = std::make_unique<Grid>(*import_, StationImport::columns());
   importGrid_->lock(true);
   said_.clear();
@@ -250,77 +244,82 @@ lists::Entries StationEditor::chosenEntries() const {
 
 void StationEditor::exportAs(formats::Format format) {
   grid_.commit();
-  if (prepared_.valid() || export_.valid()) return say("A list is being written already.");
+  if (exporting_) return say("A list is being written already.");
   lists::Entries entries = chosenEntries();
   if (entries.empty()) return say("There is nothing to export.");
-  prepared_ = std::async(std::launch::async, [entries = std::move(entries), format] {
-    return Prepared{format, entries.size(), formats::writeList(entries, format)};
-  });
-  // A usual list is ready at once.
-  if (prepared_.wait_for(kGrace) == std::future_status::ready) return offerExport();
+  beside_.start(
+      "preparing a list",
+      [this, entries = std::move(entries), format]() -> WorkBeside::Done {
+        const auto prepared = std::make_shared<const Prepared>(
+            Prepared{format, entries.size(), formats::writeList(entries, format)});
+        return [this, prepared] { offerExport(prepared); };
+      },
+      [this](const std::string& why) { exported("The list was not written: " + why); });
+  exporting_ = true;
   say("Preparing the list ...");
 }
 
 /// Says what the form cannot hold, has a file chosen, and begins to write it.
-void StationEditor::offerExport() {
-  auto prepared = std::make_shared<const Prepared>(prepared_.get());
+void StationEditor::offerExport(const std::shared_ptr<const Prepared>& prepared) {
   const formats::FormatName& form = formats::nameOf(prepared->format);
   if (!prepared->writing.losses.empty()) {
     std::string words = "This form cannot hold everything:\n";
     for (const std::string& loss : prepared->writing.losses) words += "\n" + loss;
     if (services_.boxes.show(words + "\n\nWrite the list all the same?", std::string(form.name),
                              Buttons::OkCancel) != Choice::Ok)
-      return say("Nothing was written.");
+      return exported("Nothing was written.");
   }
   std::string name = stemOf(form.fileName);
-  if (!services_.files.saveFile(name, extensionOf(form.fileName))) return say({});
-  const auto job = [prepared, name, disk = services_.disk]() -> Written {
-    try {
-      const FileResult how = writeFileSafely(pathFromText(name), prepared->writing.text, *disk);
-      const bool one = prepared->count == 1;
-      return {how, std::to_string(prepared->count) + (one ? " station was" : " stations were") +
-                       " written to " + name + "."};
-    } catch (const std::exception& why) {
-      return {{false, why.what(), false}, {}};
-    }
-  };
-  export_ = std::async(std::launch::async, job);
+  if (!services_.files.saveFile(name, extensionOf(form.fileName))) return exported({});
+  beside_.start(
+      "writing a list",
+      [this, prepared, name, disk = services_.disk]() -> WorkBeside::Done {
+        const Result<> how = writeFileSafely(pathFromText(name), prepared->writing.text, *disk);
+        const bool one = prepared->count == 1;
+        std::string words = how ? std::to_string(prepared->count) +
+                                      (one ? " station was" : " stations were") + " written to " +
+                                      name + "."
+                                : "The list was not written: " + how.reason();
+        return [this, words] { exported(words); };
+      },
+      [this](const std::string& why) { exported("The list was not written: " + why); });
 }
 
-void StationEditor::tick() {
-  bool news = store_.tick();
+/// Whatever came of it.
+void StationEditor::exported(std::string words) {
+  exporting_ = false;
+  say(std::move(words));
+}
+
+void StationEditor::deliver() {
+  bool news = store_.deliver();
   if (store_.ready() && !waiting_.empty()) {
     for (const lists::Entry& entry : std::exchange(waiting_, {})) add(entry);
     news = true;
   }
-  if (isDone(prepared_)) offerExport();
-  if (isDone(export_)) {
-    const Written written = export_.get();
-    said_ = written.how ? written.words : "The list was not written: " + written.how.reason;
-    news = true;
-  }
-  if (import_ && import_->tick()) {
+  news = beside_.deliver() || news;
+  if (import_ && import_->deliver()) {
     importGrid_->refresh();
     news = true;
   }
   if (news) refresh();
 }
 
-std::string StationEditor::end() {
+Result<> StationEditor::end() {
   grid_.commit();
   // What was to be added before the list was read is added now.
   if (!waiting_.empty()) {
     store_.finish();
-    tick();
+    deliver();
   }
   store_.finish();
-  if (export_.valid()) export_.wait();
-  return store_.unsaved() || !waiting_.empty() ? store_.problem() : std::string();
+  beside_.wait();
+  if (!store_.unsaved() && waiting_.empty()) return {};
+  return resultOf(store_.problem());
 }
 
-std::string StationEditor::saveTo(const std::string& file) {
-  return writeFileSafely(pathFromText(file), lists::ownText(store_.list().text()), *services_.disk)
-      .reason;
+Result<> StationEditor::saveTo(const std::string& file) {
+  return writeFileSafely(pathFromText(file), lists::ownText(store_.list().text()), *services_.disk);
 }
 
 }  // namespace kelvane

@@ -2,11 +2,11 @@
 
 #include <filesystem>
 #include <functional>
-#include <future>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "base/work_beside.h"
 #include "components/ambrel/formats/list_format.h"
 #include "contract/components.h"
 #include "grid/grid.h"
@@ -39,13 +39,14 @@ struct StationServices {
   std::shared_ptr<FileSteps> disk;
   /// Tunes the shown receiver, with mode and filter; false where it cannot.
   std::function<bool(Hz, Setting mode, Setting filter)> tune;
-  std::function<Index()> shown;  ///< the receiver that the panel shows
-  std::function<void()> show;    ///< opens the window, or brings it to the front
+  std::function<Index()> shown;     ///< the receiver that the panel shows
+  std::function<void()> show;       ///< opens the window, or brings it to the front
+  std::function<void()> wake = {};  ///< asks, from any thread, for deliver() soon
 };
 
 /// The window `My stations`: the operator's own list in a grid, its import and export. The list is
-/// kept by itself, soon after each edit. All calls come on the user-interface thread; tick() is to
-/// be called every so often, whether the window is open or not.
+/// kept by itself, soon after each edit. All calls come on the user-interface thread; what came of
+/// work beside the window is taken over by deliver(), whether the window is open or not.
 class StationEditor {
  public:
   explicit StationEditor(const StationServices& services);
@@ -56,14 +57,14 @@ class StationEditor {
   StationGrid& table() { return table_; }
   lists::OwnStore& store() { return store_; }
   /// Who shows the window; called when anything of it changed.
-  void whenChanged(std::function<void()> tell) { tell_ = std::move(tell); }
+  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
 
   void open();
   void close();
   /// Takes the shown receiver's present setting into the list, with the name of the station that is
   /// known there, else of the band, and shows it. A frequency that is not known is not taken.
   void takeShown();
-  void filter(StationFilter filter);
+  void setFilter(StationFilter filter);
 
   void tuneTo();
   void addEmpty();
@@ -81,13 +82,13 @@ class StationEditor {
   /// Writes what is marked, or else what is shown, in the form of another program.
   void exportAs(formats::Format format);
 
-  void tick();
+  void deliver();
   /// The program ends: returns when the list is in its file. Answers what the operator has to be
   /// told; mostly nothing.
-  std::string end();
+  Result<> end();
   /// Writes the list as it is into a file of the operator's choice. Waits; answers why it could
   /// not.
-  std::string saveTo(const std::string& file);
+  Result<> saveTo(const std::string& file);
 
  private:
   void listChanged();
@@ -96,7 +97,6 @@ class StationEditor {
   void select(StationGrid::Id id);
   void add(const lists::Entry& entry);
   lists::Entries chosenEntries() const;
-  void offerExport();
 
   StationServices services_;
   StationView view_;
@@ -115,12 +115,11 @@ class StationEditor {
     std::size_t count;
     formats::Writing writing;
   };
-  std::future<Prepared> prepared_;
-  struct Written {
-    FileResult how;
-    std::string words;
-  };
-  std::future<Written> export_;
+  void offerExport(const std::shared_ptr<const Prepared>& prepared);
+  void exported(std::string words);
+
+  bool exporting_ = false;
+  WorkBeside beside_;
 };
 
 }  // namespace kelvane

@@ -18,14 +18,6 @@ constexpr int kKeyA = 'A', kKeyY = 'Y', kKeyZ = 'Z';
 
 bool isYesNo(int column) { return column == StationGrid::Favourite || column == StationGrid::Skip; }
 
-/// A hundred thousand texts are looked through between two keys: nothing is copied for it.
-bool holdsUpper(std::string_view text, std::string_view upperText) {
-  const auto equal = [](char c, char wanted) {
-    return (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) == wanted;
-  };
-  return !std::ranges::search(text, upperText, equal).empty();
-}
-
 }  // namespace
 
 std::vector<GridColumn> StationGrid::columns() {
@@ -158,13 +150,13 @@ std::string StationGrid::cell(GridRow row, int column) const {
   return text(*entry, column);
 }
 
-std::string StationGrid::put(Entry& entry, int column, const std::string& typed) {
+Result<> StationGrid::put(Entry& entry, int column, const std::string& typed) {
   const std::string text = lists::oneLine(typed);
   switch (column) {
     case Khz: {
       const auto read = lists::readFrequency(text, lists::Unit::Khz);
-      if (read.frequency <= 0) return read.reason;
-      entry.frequency = read.frequency;
+      if (!read) return read.failure();
+      entry.frequency = *read;
       return {};
     }
     case Name:
@@ -172,13 +164,14 @@ std::string StationGrid::put(Entry& entry, int column, const std::string& typed)
       return {};
     case Mode: {
       const auto mode = lists::modeOfWord(text);
-      if (!mode) return "this mode is unknown";
+      if (!mode) return Failure{"this mode is unknown"};
       entry.mode = *mode;
       return {};
     }
     case Width: {
       const auto width = text.empty() ? 0 : wholeNumber(text);
-      if (!width || *width < 0 || *width > 10'000'000) return "the width is no bandwidth in Hz";
+      if (!width || *width < 0 || *width > 10'000'000)
+        return Failure{"the width is no bandwidth in Hz"};
       entry.width = static_cast<Setting>(*width);
       return {};
     }
@@ -189,7 +182,8 @@ std::string StationGrid::put(Entry& entry, int column, const std::string& typed)
       entry.tags = text;
       return {};
     case Utc:
-      return lists::readTimesOf(text, entry) ? std::string() : "times are written 0600-0800";
+      if (lists::readTimesOf(text, entry)) return {};
+      return Failure{"times are written 0600-0800"};
     case Days:
       entry.days = text;
       return {};
@@ -215,8 +209,8 @@ void StationGrid::store(GridCell cell, const std::string& text) {
   lists::OwnList::Edits edits;
   for (const Id id : ids) {
     Entry entry = *store_.list().at(id);
-    if (const std::string why = put(entry, cell.column, text); !why.empty())
-      return asks_.refuse(why);
+    if (const Result<> done = put(entry, cell.column, text); !done)
+      return asks_.refuse(done.reason());
     edits.emplace_back(id, std::make_shared<const Entry>(std::move(entry)));
   }
   store_.list().edit(edits);
@@ -235,9 +229,9 @@ bool StationGrid::accepts(int column, char32_t character) const {
 std::string StationGrid::corrected(GridCell cell, const std::string& text) const {
   Entry entry;
   entry.frequency = 1;
-  const std::string why = put(entry, cell.column, text);
-  if (why.empty()) return text;
-  asks_.refuse(why);
+  const Result<> fits = put(entry, cell.column, text);
+  if (fits) return text;
+  asks_.refuse(fits.reason());
   return this->cell(cell.row, cell.column);
 }
 
@@ -252,17 +246,28 @@ std::vector<std::string> StationGrid::choices(int column) const {
 bool StationGrid::keyDown(int keyCode, int shift) {
   const GridRow row = currentRow ? currentRow() : 0;
   if (shift == 0 && keyCode == key::Space && row < rows_.size()) {
-    return toggleMark(row), true;
+    toggleMark(row);
+    return true;
   }
-  if (shift == 0 && keyCode == key::Delete) return asks_.remove(), true;
+  if (shift == 0 && keyCode == key::Delete) {
+    asks_.remove();
+    return true;
+  }
   if (shift == key::CtrlHeld && keyCode == kKeyA) {
     const bool all = marks_.size() >= rows_.size();
     marks_.clear();
     if (!all) marks_.insert(rows_.begin(), rows_.end());
-    return asks_.changed(), true;
+    asks_.changed();
+    return true;
   }
-  if (shift == key::CtrlHeld && keyCode == kKeyZ) return asks_.undo(), true;
-  if (shift == key::CtrlHeld && keyCode == kKeyY) return asks_.redo(), true;
+  if (shift == key::CtrlHeld && keyCode == kKeyZ) {
+    asks_.undo();
+    return true;
+  }
+  if (shift == key::CtrlHeld && keyCode == kKeyY) {
+    asks_.redo();
+    return true;
+  }
   return false;
 }
 
@@ -273,7 +278,8 @@ void StationGrid::toggleMark(GridRow row) {
 
 bool StationGrid::clicked(GridCell cell) {
   if (cell.column != Mark || cell.row >= rows_.size()) return false;
-  return toggleMark(cell.row), true;
+  toggleMark(cell.row);
+  return true;
 }
 
 void StationGrid::recall(GridRow row) {

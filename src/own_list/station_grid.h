@@ -40,7 +40,7 @@ class StationGrid : public GridTable {
 
   /// Seeks the rows anew where the list or the filter is another. Answers whether it was so.
   bool follow();
-  void filter(StationFilter filter) { filter_ = std::move(filter); }
+  void setFilter(StationFilter filter) { filter_ = std::move(filter); }
   const StationFilter& filter() const { return filter_; }
   const std::vector<Id>& shown() const { return rows_; }
   /// The row of an entry; rows() where it is not shown.
@@ -61,7 +61,10 @@ class StationGrid : public GridTable {
   bool clicked(GridCell cell) override;
   void recall(GridRow row) override;
   void headerClicked(int column) override;
-  bool undo() override { return asks_.undo(), true; }
+  bool undo() override {
+    asks_.undo();
+    return true;
+  }
 
   /// The row that the grid stands on, for keys that act on it.
   std::function<GridRow()> currentRow;
@@ -73,7 +76,7 @@ class StationGrid : public GridTable {
   void sort();
   static std::string text(const lists::Entry& entry, int column);
   /// Why a text cannot stand in a column; empty where it can, and then the entry has it.
-  static std::string put(lists::Entry& entry, int column, const std::string& text);
+  static Result<> put(lists::Entry& entry, int column, const std::string& text);
 
   lists::OwnStore& store_;
   Asks asks_;

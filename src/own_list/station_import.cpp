@@ -1,6 +1,6 @@
 #include "own_list/station_import.h"
 
-#include <exception>
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -27,7 +27,7 @@ FileReading readUnchanging(const fs::path& file, std::size_t limit, FileSteps& d
   constexpr int kTries = 20;
   for (int tried = 0; tried < kTries; ++tried) {
     const auto before = stateOf(file);
-    FileReading reading = readPatiently(file, limit, disk);
+    FileReading reading = readWhenFree(file, limit, disk);
     if (reading.how != FileReading::Whole || stateOf(file) == before) return reading;
     disk.pause(kFilePause);
   }
@@ -37,15 +37,13 @@ FileReading readUnchanging(const fs::path& file, std::size_t limit, FileSteps& d
           true};
 }
 
-StationImport::StationImport(fs::path file, std::shared_ptr<FileSteps> disk, lists::Entries own)
+StationImport::StationImport(fs::path file, std::shared_ptr<FileSteps> disk, lists::Entries own,
+                             std::function<void()> wake)
     : file_(std::move(file)),
       disk_(std::move(disk)),
-      own_(std::make_shared<const lists::Entries>(std::move(own))) {
-  start(true, true);
-}
-
-StationImport::~StationImport() {
-  if (work_.valid()) work_.wait();
+      own_(std::make_shared<const lists::Entries>(std::move(own))),
+      beside_(std::move(wake)) {
+  start(From::File);
 }
 
 std::vector<GridColumn> StationImport::columns() {
@@ -57,68 +55,67 @@ std::vector<GridColumn> StationImport::columns() {
           shown("Group", 96),      shown("UTC", 76),  shown("Why", 300)};
 }
 
-void StationImport::start(bool read, bool understand) {
-  if (work_.valid()) work_.wait();
-  const auto job = [file = file_, disk = disk_, own = own_, bytes = bytes_, reading = reading_,
-                    rule = rule_, shape = shape_, delimiter = delimiter_, read,
-                    understand]() -> Result {
-    Result result{{}, bytes, reading, {}};
-    try {
-      if (read) {
-        FileReading now = readUnchanging(file, formats::kLargestList, *disk);
-        if (now.how != FileReading::Whole) {
-          result.refusal = now.reason.empty() ? "There is no such file." : now.reason;
-          return result;
+void StationImport::start(From from) {
+  if (busy()) {
+    again_ = std::min(again_.value_or(from), from);
+    return;
+  }
+  beside_.start(
+      "understanding a list",
+      [this, file = file_, disk = disk_, own = own_, known = Found{{}, bytes_, reading_, {}},
+       rule = rule_, shape = shape_, delimiter = delimiter_, from]() -> WorkBeside::Done {
+        const auto found = std::make_shared<Found>(known);
+        if (from == From::File) {
+          FileReading now = readUnchanging(file, formats::kLargestList, *disk);
+          if (now.how != FileReading::Whole) {
+            found->refusal = now.reason.empty() ? "There is no such file." : now.reason;
+            return [this, found] { take(std::move(*found)); };
+          }
+          found->bytes = std::make_shared<const std::string>(std::move(now.content));
         }
-        result.bytes = std::make_shared<const std::string>(std::move(now.content));
-      }
-      if (understand) {
-        const bool guess = shape.fields.empty();
-        result.reading = std::make_shared<const formats::Reading>(
-            guess && delimiter == 0
-                ? formats::readList(*result.bytes)
-                : formats::readTable(
-                      *result.bytes,
-                      guess ? formats::guessedShape(*result.bytes, delimiter) : shape));
-      }
-      result.refusal = result.reading->refusal;
-      result.plan = formats::planImport(*result.reading, *own, rule);
-    } catch (const std::exception& why) {
-      result.refusal = why.what();
-    }
-    return result;
-  };
-  work_ = std::async(std::launch::async, job);
+        if (from != From::Reading) {
+          const bool guess = shape.fields.empty();
+          found->reading = std::make_shared<const formats::Reading>(
+              guess && delimiter == 0
+                  ? formats::readList(*found->bytes)
+                  : formats::readTable(
+                        *found->bytes,
+                        guess ? formats::guessedShape(*found->bytes, delimiter) : shape));
+        }
+        found->refusal = found->reading->refusal;
+        found->plan = formats::planImport(*found->reading, *own, rule);
+        return [this, found] { take(std::move(*found)); };
+      },
+      [this](const std::string& why) {
+        take({why, bytes_, reading_, {}});
+      });
 }
 
-bool StationImport::tick() {
-  if (!work_.valid() || work_.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
-    return false;
-  Result result = work_.get();
-  bytes_ = std::move(result.bytes);
-  reading_ = std::move(result.reading);
-  plan_ = std::move(result.plan);
-  refusal_ = std::move(result.refusal);
-  return true;
+void StationImport::take(Found found) {
+  bytes_ = std::move(found.bytes);
+  reading_ = std::move(found.reading);
+  plan_ = std::move(found.plan);
+  refusal_ = std::move(found.refusal);
+  if (again_) start(*std::exchange(again_, std::nullopt));
 }
 
-void StationImport::rule(formats::Rule rule) {
+void StationImport::setRule(formats::Rule rule) {
   if (rule == rule_) return;
   rule_ = rule;
-  start(false, false);
+  start(From::Reading);
 }
 
 void StationImport::shape(const formats::TableShape& shape) {
   if (!bytes_ || shape == reading_->shape) return;
   shape_ = shape;
-  start(false, true);
+  start(From::Bytes);
 }
 
 void StationImport::delimiter(char delimiter) {
   if (!bytes_) return;
   delimiter_ = delimiter;
   shape_ = {};
-  start(false, true);
+  start(From::Bytes);
 }
 
 std::string StationImport::words() const {

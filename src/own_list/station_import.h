@@ -1,31 +1,33 @@
 #pragma once
 
 #include <filesystem>
-#include <future>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "base/safe_file.h"
+#include "base/work_beside.h"
 #include "components/ambrel/formats/import_plan.h"
 #include "grid/grid.h"
 
 namespace kelvane {
 
 /// A list of another program on its way into the operator's: what was understood, and what an
-/// import would do, line by line. The file is read and understood on a thread of its own; tick() is
-/// to be called every so often.
+/// import would do, line by line. The file is read and understood beside the window; deliver()
+/// takes over what came of it.
 class StationImport : public GridTable {
  public:
   /// `own` is the operator's list, by its numbers.
-  StationImport(std::filesystem::path file, std::shared_ptr<FileSteps> disk, lists::Entries own);
-  ~StationImport() override;
+  StationImport(std::filesystem::path file, std::shared_ptr<FileSteps> disk, lists::Entries own,
+                std::function<void()> wake = {});
 
   static std::vector<GridColumn> columns();
 
   /// Answers whether anything that is shown changed.
-  bool tick();
-  bool busy() const { return work_.valid(); }
+  bool deliver() { return beside_.deliver(); }
+  bool busy() const { return beside_.busy(); }
   const std::filesystem::path& file() const { return file_; }
   const formats::Reading& reading() const { return *reading_; }
   const formats::ImportPlan& plan() const { return plan_; }
@@ -35,7 +37,7 @@ class StationImport : public GridTable {
   bool ready() const { return !busy() && plan_.adds + plan_.changes > 0; }
 
   formats::Rule rule() const { return rule_; }
-  void rule(formats::Rule rule);
+  void setRule(formats::Rule rule);
   /// Reads a table otherwise than was guessed.
   void shape(const formats::TableShape& shape);
   /// Parts the columns by another sign, and guesses the rest anew.
@@ -47,14 +49,17 @@ class StationImport : public GridTable {
   void store(GridCell, const std::string&) override {}
 
  private:
-  struct Result {
+  struct Found {
     std::string refusal;
     std::shared_ptr<const std::string> bytes;
     std::shared_ptr<const formats::Reading> reading;
     formats::ImportPlan plan;
   };
 
-  void start(bool read, bool understand);
+  /// How much of it is to be done anew.
+  enum class From { File, Bytes, Reading };
+  void start(From from);
+  void take(Found found);
 
   std::filesystem::path file_;
   std::shared_ptr<FileSteps> disk_;
@@ -66,7 +71,8 @@ class StationImport : public GridTable {
   formats::TableShape shape_;  ///< without fields: as guessed
   char delimiter_ = 0;         ///< that the guess is made with; 0: guessed too
   std::string refusal_;
-  std::future<Result> work_;
+  std::optional<From> again_;  ///< what was asked for while the work before was under way
+  WorkBeside beside_;
 };
 
 /// Reads a file that another program may be writing: until two looks at it agree. Waits.

@@ -14,7 +14,7 @@ constexpr milliseconds kLookAgain{100};
 
 void DisplayRequests::chosen() {
   waiting_.reset();
-  togetherUntil_ = {};
+  sameMomentUntil_ = {};
 }
 
 void DisplayRequests::receiversChanged(const ReceiverMoves& moves) {
@@ -31,8 +31,8 @@ bool DisplayRequests::isNews(Index rx, Instant now) {
 
 void DisplayRequests::linkUp(Index rx, bool wanted, Instant now) {
   if (!isNews(rx, now) || !wanted) return;
-  if (!waiting_ && now < togetherUntil_) {
-    togetherUntil_ = now + kTogether;
+  if (!waiting_ && now < sameMomentUntil_) {
+    sameMomentUntil_ = now + kSameMoment;
     return;
   }
   waiting_ = Request{rx, now, true};
@@ -41,7 +41,7 @@ void DisplayRequests::linkUp(Index rx, bool wanted, Instant now) {
 void DisplayRequests::shownLinkUp(Index rx, Instant now) {
   if (!isNews(rx, now)) return;
   waiting_.reset();
-  togetherUntil_ = now + kTogether;
+  sameMomentUntil_ = now + kSameMoment;
 }
 
 void DisplayRequests::linkDown(Index rx, Instant now) {
@@ -51,22 +51,23 @@ void DisplayRequests::linkDown(Index rx, Instant now) {
 }
 
 void DisplayRequests::tunedByHand(Index rx, Instant now) {
-  waiting_ = Request{rx, std::max(now, lookedUntil_), false};
+  waiting_ = Request{rx, std::max(now, nextHandAt_), false};
 }
 
 std::optional<Index> DisplayRequests::due(bool busy, Instant now) {
-  if (!waiting_ || now < handRests_ || now < waiting_->notBefore) return std::nullopt;
+  if (!waiting_ || now < operatorRestsAt_ || now < waiting_->notBefore) return std::nullopt;
   if (busy) {
-    lookAgain_ = now + kLookAgain;
+    checkAgainAt_ = now + kLookAgain;
     return std::nullopt;
   }
   const Request served = *std::exchange(waiting_, std::nullopt);
-  (served.byLink ? togetherUntil_ : lookedUntil_) = now + (served.byLink ? kTogether : kLookAround);
+  (served.byLink ? sameMomentUntil_ : nextHandAt_) =
+      now + (served.byLink ? kSameMoment : kBetweenHands);
   return served.rx;
 }
 
 Instant DisplayRequests::nextDue() const {
-  return waiting_ ? std::max({handRests_, waiting_->notBefore, lookAgain_}) : kNever;
+  return waiting_ ? std::max({operatorRestsAt_, waiting_->notBefore, checkAgainAt_}) : kNever;
 }
 
 }  // namespace kelvane

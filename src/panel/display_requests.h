@@ -21,11 +21,11 @@ class DisplayRequests {
  public:
   static constexpr milliseconds kHandRests{3000};   ///< from the last act to the next change
   static constexpr milliseconds kNews{60'000};      ///< a link down for so long is news again
-  static constexpr milliseconds kTogether{3000};    ///< at most between links that come up together
-  static constexpr milliseconds kLookAround{1000};  ///< at least between two hands' receivers
+  static constexpr milliseconds kSameMoment{3000};  ///< at most between links that come up together
+  static constexpr milliseconds kBetweenHands{1000};  ///< at least between two hands' receivers
 
   /// The operator pressed a key or a button of the mouse, or turned the wheel.
-  void handMoved(Instant now) { handRests_ = now + kHandRests; }
+  void handMoved(Instant now) { operatorRestsAt_ = now + kHandRests; }
   /// The operator chose what is shown.
   void chosen();
   /// Receivers came, went or moved: what waits goes with its receiver.
@@ -60,10 +60,10 @@ class DisplayRequests {
   bool isNews(Index rx, Instant now);
 
   std::optional<Request> waiting_;
-  Instant handRests_{};
-  Instant lookAgain_{};      ///< something waits for the end of an entry or a dialog
-  Instant togetherUntil_{};  ///< links that come up until then belong to one that was shown
-  Instant lookedUntil_{};    ///< a hand's receiver is looked at so long before another one's
+  Instant operatorRestsAt_{};
+  Instant checkAgainAt_{};     ///< something waits for the end of an entry or a dialog
+  Instant sameMomentUntil_{};  ///< links that come up until then belong to one that was shown
+  Instant nextHandAt_{};       ///< a hand's receiver is looked at so long before another one's
   std::array<Link, kMostReceivers> links_;
 };
 

@@ -28,10 +28,6 @@ int rowShift(int keyCode, int shift) {
   return 0;
 }
 
-int upperCase(int character) {
-  return character >= 'a' && character <= 'z' ? character - 'a' + 'A' : character;
-}
-
 /// With Ctrl or Alt the main keyboard's signs are the keypad's; alone they come as characters.
 int keypadSign(int keyCode, int shift) {
   if ((shift & (key::CtrlHeld | key::AltHeld)) == 0) return keyCode;
@@ -116,17 +112,26 @@ bool KeyCommands::keyDown(int keyCode, int shift, bool onDigit) {
 
 bool KeyCommands::keyPress(int character, bool onDigit) {
   receiverMayHaveChanged();
-  if (onDigit) return endPair(), false;
-  character = upperCase(character);
+  if (onDigit) {
+    endPair();
+    return false;
+  }
+  character = upperLetter(character);
   const CommandRow* row = find(CommandRow::Input::Character, character, 0);
   if (shown_.locked()) {
-    if (row && allowed(*row)) (this->*row->run)(), endPair();
+    if (row && allowed(*row)) {
+      (this->*row->run)();
+      endPair();
+    }
     return true;
   }
   const bool control = character == 3 || character == 22;
   if (!control && (takenByReceiver(character) || takenByRow(character))) return true;
   row = find(CommandRow::Input::Character, character, 0);
-  if (!row) return becomePrefix(character), true;
+  if (!row) {
+    becomePrefix(character);
+    return true;
+  }
   keepsPrefix_ = false;
   (this->*row->run)();
   if (!keepsPrefix_) endPair();
@@ -188,8 +193,10 @@ void KeyCommands::setFilter() {
   const auto number = typedNumber();
   if (number)
     component_.SetRxFilter(shown_.index(), *number);
-  else
-    CommandPrefix_ = "F", keepsPrefix_ = true;
+  else {
+    CommandPrefix_ = "F";
+    keepsPrefix_ = true;
+  }
 }
 
 void KeyCommands::setBfo() {

@@ -10,35 +10,35 @@ namespace {
 constexpr std::string_view kNote = "ToldAtStart";
 
 /// One that fails for want of memory is not to take the next ones along.
-std::string finished(const LastWrite& write) {
-  std::string words;
+Result<> finished(const LastWrite& write) {
+  Result<> result;
   barrier(
-      "writing at the end", [&] { words = write.finish(); },
-      [&](const std::string& why) { words = "Something was not written: " + why + "."; });
-  return words;
+      "writing at the end", [&] { result = write.finish(); },
+      [&](const std::string& why) { result = Failure{"Something was not written: " + why + "."}; });
+  return result;
 }
 
 }  // namespace
 
 void LastWrites::finish(const LastWrite& write) {
-  const std::string words = finished(write);
-  if (words.empty()) return;
-  if (how_ == Ending::ByOperator) return ask(write, words);
+  const Result<> result = finished(write);
+  if (result) return;
+  if (how_ == Ending::ByOperator) return ask(write, result);
   // At once, since there may be no time for the next one.
-  note_ += (note_.empty() ? "" : "\n\n") + words;
+  note_ += (note_.empty() ? "" : "\n\n") + result.reason();
   settings_.writeText(kNote, note_);
 }
 
-void LastWrites::ask(const LastWrite& write, std::string words) {
+void LastWrites::ask(const LastWrite& write, Result<> result) {
   if (!write.elsewhere) {
-    boxes_.show(words, "", Buttons::Ok);
+    boxes_.show(result.reason(), "", Buttons::Ok);
     return;
   }
-  while (!words.empty()) {
-    const std::string offer = words + "\n\nOK saves it in another place of your choice.";
+  while (!result) {
+    const std::string offer = result.reason() + "\n\nOK saves it in another place of your choice.";
     if (boxes_.show(offer, "", Buttons::OkCancel) != Choice::Ok) return;
     std::string file = write.name;
-    if (files_.saveFile(file, write.extension)) words = write.elsewhere(file);
+    if (files_.saveFile(file, write.extension)) result = write.elsewhere(file);
   }
 }
 

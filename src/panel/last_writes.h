@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "base/result.h"
 #include "settings/settings.h"
 #include "ui/file_flows.h"
 
@@ -16,13 +17,12 @@ enum class Ending {
 
 /// Something that has to be on the disk before the program ends.
 struct LastWrite {
-  /// Has it written; answers in words what could not be and what became of it, else nothing.
-  std::function<std::string()> finish;
+  /// Has it written; fails with what could not be and what became of it.
+  std::function<Result<>()> finish;
   std::string name = {};  ///< of a file that may be proposed for it, and its extension
   std::string extension = "txt";
-  /// Writes it into a file of the operator's choice; answers in words why it could not. None where
-  /// there is nothing to choose.
-  std::function<std::string(const std::string& file)> elsewhere = {};
+  /// Writes it into a file of the operator's choice. None where there is nothing to choose.
+  std::function<Result<>(const std::string& file)> elsewhere = {};
 };
 
 /// Has things written before the window goes. What cannot be is told, and another place is offered
@@ -38,7 +38,7 @@ class LastWrites {
   static std::string takeNote(SettingsStore& settings);
 
  private:
-  void ask(const LastWrite& write, std::string words);
+  void ask(const LastWrite& write, Result<> result);
 
   MessageBoxes& boxes_;
   FileFlows& files_;

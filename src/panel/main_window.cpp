@@ -85,16 +85,17 @@ MAin::MAin(const PanelServices& services)
           services.receiver, services.clipboard, services.files, services.calendar, services.folder,
           [&frequency = services.frequency](const std::vector<Hz>& frequencies) {
             return knownStations(frequency, frequencies);
-          }})),
+          },
+          services.wakeWork})),
       views_(makeViews()),
-      stations_(std::make_unique<StationEditor>(
-          StationServices{services.receiver, services.frequency, services.files, services.boxes,
-                          services.ownFolder, services.disk,
-                          [this](Hz frequency, Setting mode, Setting filter) {
-                            return !shown_.locked() && navigation_.tuneTo(frequency, mode, filter);
-                          },
-                          [this] { return shown_.index(); },
-                          [this] { services_.dialogs.showStations(*stations_); }})),
+      stations_(std::make_unique<StationEditor>(StationServices{
+          services.receiver, services.frequency, services.files, services.boxes, services.ownFolder,
+          services.disk,
+          [this](Hz frequency, Setting mode, Setting filter) {
+            return !shown_.locked() && navigation_.tuneTo(frequency, mode, filter);
+          },
+          [this] { return shown_.index(); }, [this] { services_.dialogs.showStations(*stations_); },
+          services.wakeWork})),
       events_(services.receiver, shown_, options_, tabs_, refresh_, retry_, stepping_, units(),
               *channelEditor_, *log_, *views_, services.now),
       frqEvents_(services.receiver, shown_, navigation_, best_, refusal_),
@@ -132,8 +133,9 @@ ReceiverUnits MAin::units() {
 std::unique_ptr<StationViews> MAin::makeViews() {
   return std::make_unique<StationViews>(StationViews::Services{
       services_.receiver, services_.frequency, shown_, levels_, forwarding_, stepping_,
-      services_.settings, services_.clipboard, services_.files, saver_, Clocks{services_.now, services_.wallTime},
-      services_.ownFolder / "levels", services_.keepAwake, [this] { return options_.OptColours; },
+      services_.settings, services_.clipboard, services_.files, saver_,
+      Clocks{services_.now, services_.wallTime}, services_.ownFolder / "levels",
+      services_.keepAwake, [this] { return options_.OptColours; },
       [this](Index rx) { tabClicked(rx); },
       [this](Index rx) { return std::string(status_.wordsOf(rx).text); },
       [this] { services_.dialogs.showTraces(views_->traces(), PanelDialogs::Keys::Leave); }});
@@ -267,7 +269,10 @@ void MAin::Config_Click() {
                              "\" is no place: a locator (JO21SX) or degrees of latitude and "
                              "longitude (52.1, 5.2) were expected.",
                          "", Buttons::Ok);
-  tabs_.hasTabs() ? refresh_.run() : refresh_.none();
+  if (tabs_.hasTabs())
+    refresh_.run();
+  else
+    refresh_.none();
   dde_.apply();
 }
 
@@ -299,13 +304,13 @@ bool MAin::pressFocused(int character, int focused) {
 
 bool MAin::previewKeyDown(int keyCode, int shift, int focused) {
   handMoved();
-  groups_.at(focused);
+  groups_.setFocused(focused);
   return keys_.keyDown(keyCode, shift, within(focused, id::FrqDigit, view_.FrqDigit.size()));
 }
 
 bool MAin::previewKeyPress(int character, int focused) {
   handMoved();
-  groups_.at(focused);
+  groups_.setFocused(focused);
   return pressFocused(character, focused) ||
          keys_.keyPress(character, within(focused, id::FrqDigit, view_.FrqDigit.size()));
 }
@@ -358,6 +363,11 @@ std::string MAin::spokenFault() const {
   return why.empty() ? status_.words() : status_.words() + ". " + why;
 }
 
+void MAin::workEnded() {
+  log_->deliver();
+  stations_->deliver();
+}
+
 void MAin::tick(Instant now) {
   if (retry_.tick(now)) keyboard_.runPending();
   if (TimBlk_.fired(now)) {
@@ -367,7 +377,6 @@ void MAin::tick(Instant now) {
     utc_.tick();
     levels_.askThresholds();
     announce();
-    stations_->tick();
   }
   levels_.tick(now);
   channelEditor_->tick(now);
@@ -391,23 +400,24 @@ std::vector<LastWrite> MAin::lastWrites() {
       {[this] { return stations_->end(); }, "My stations", "txt", saveStations}};
   for (Index rx = 0; rx < receiverCount(receiver); ++rx) {
     const auto write = [&receiver, rx](const std::string& file) {
-      return receiver.FinishRxWriting(rx, file).value();
+      return resultOf(receiver.FinishRxWriting(rx, file));
     };
     writes.push_back({[write] { return write({}); }, receiver.GetRxName(rx).value() + " channels",
                       "txt", write});
   }
-  writes.push_back({[this] { return services_.frequency.FinishFrqWriting().value(); }});
+  writes.push_back({[this] { return resultOf(services_.frequency.FinishFrqWriting()); }});
   return writes;
 }
 
-std::string MAin::saveSettings(const Placement& place) {
+Result<> MAin::saveSettings(const Placement& place) {
   SettingsStore& settings = services_.settings;
   bool kept = settings.writeNumber("MainLeft", place.left);
   kept = settings.writeNumber("MainTop", place.top) && kept;
   kept = settings.writeNumber("MainWidth", place.width) && kept;
   kept = settings.writeNumber("MainHeight", place.height) && kept;
-  if (!config_.saveAgain()) return "The options that you changed could not be saved.";
-  return kept ? std::string() : "The window's place could not be saved.";
+  if (!config_.saveAgain()) return Failure{"The options that you changed could not be saved."};
+  if (!kept) return Failure{"The window's place could not be saved."};
+  return {};
 }
 
 void MAin::unload(const Placement& place, Ending how) {

@@ -79,6 +79,7 @@ struct PanelServices {
   std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>();
   std::function<WallTime()> wallTime = [] { return WallTime{0}; };
   std::function<void(bool)> keepAwake = {};  ///< whether the computer may not sleep
+  std::function<void()> wakeWork = {};       ///< from any thread: asks for workEnded() soon
 };
 
 /// A window's place on the desktop, in twips.
@@ -130,6 +131,8 @@ class MAin : public ControlEvents {
   /// Changed values are about to be put on the screen.
   void settleFocus() { keyboard_.settle(); }
 
+  /// Work beside the window has ended.
+  void workEnded();
   /// Time has passed.
   void tick(Instant now);
   /// When `tick` has something to do next.
@@ -149,7 +152,7 @@ class MAin : public ControlEvents {
   void provideCompanions();
   void openLog(bool updateOnly);
   std::vector<LastWrite> lastWrites();
-  std::string saveSettings(const Placement& place);
+  Result<> saveSettings(const Placement& place);
   void announce();
   /// What is held for other programs while the shown receiver does not answer; empty for nothing.
   std::string whyNotUp() const;

@@ -23,7 +23,10 @@ void ReceiverRefresh::run() {
 void ReceiverRefresh::settings(bool online) {
   units_.remote.apply();
   units_.status.show(shown_.index(), online);
-  online ? units_.indicators.live() : units_.indicators.blank();
+  if (online)
+    units_.indicators.live();
+  else
+    units_.indicators.blank();
   units_.levels.receiverSelected();
   units_.forwarding.receiverSelected();
   units_.buttons.Update(shown_.index());

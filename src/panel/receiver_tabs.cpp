@@ -25,7 +25,10 @@ std::u32string lettersOfButtons(MainView& view) {
 
 void ReceiverTabs::build() {
   makeTabs();
-  hasTabs() ? showOther(0) : showNone();
+  if (hasTabs())
+    showOther(0);
+  else
+    showNone();
 }
 
 void ReceiverTabs::receiversChanged(const ReceiverMoves& moves) {

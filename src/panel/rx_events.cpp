@@ -99,7 +99,7 @@ void RxEvents::RxAttUpdated(Index rx, Setting attenuator, Long db) {
 void RxEvents::RxSqlUpdated(Index rx, Long state, Long) {
   views_.watch().squelch(rx, state);
   units_.levels.askThreshold(rx);
-  if (shown_.shows(rx)) units_.indicators.squelch(state);
+  if (shown_.shows(rx)) units_.indicators.setSquelch(state);
 }
 
 void RxEvents::RxSMtUpdated(Index rx, Long, Long, Long level, Text reading) {

@@ -42,7 +42,7 @@ void Indicators::blank() {
 }
 
 void Indicators::live() {
-  if (const auto state = component_.GetRxSql(shown_.index()); state.ok()) squelch(state);
+  if (const auto state = component_.GetRxSql(shown_.index()); state.ok()) setSquelch(state);
 }
 
 void Indicators::otherReceiver() {

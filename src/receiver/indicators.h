@@ -16,7 +16,7 @@ class Indicators {
              ReceiverComponent& component, ShownReceiver& shown);
 
   void meter(Long level, const Text& reading);
-  void squelch(Long state) { SQ_.visible = state == 1; }
+  void setSquelch(Long state) { SQ_.visible = state == 1; }
   /// Shows the IO lines that the receiver has, in their colours.
   void lines();
   /// The shown receiver answers: shows its squelch, which reports only changes.

@@ -47,7 +47,7 @@ void LevelBars::askThreshold(Index rx) {
   constexpr Long kNotTold = -999;
   const Answer<Long> level = component_.GetRxSqlLevel(rx);
   const bool told = level.ok() && level != kNotTold;
-  meterOf(rx).squelch(told ? std::optional(level.value()) : std::nullopt);
+  meterOf(rx).setSquelch(told ? std::optional(level.value()) : std::nullopt);
 }
 
 void LevelBars::askThresholds() {

@@ -15,9 +15,15 @@ class ShownReceiver {
   explicit ShownReceiver(ReceiverComponent& component) : component_(component) {}
 
   Index index() const { return nReceiver_; }
-  void show(Index rx) { nReceiver_ = rx, exists_ = true; }
+  void show(Index rx) {
+    nReceiver_ = rx;
+    exists_ = true;
+  }
   /// There is no receiver: none is online, and nobody is asked.
-  void showNone() { nReceiver_ = 0, exists_ = false; }
+  void showNone() {
+    nReceiver_ = 0;
+    exists_ = false;
+  }
   bool exists() const { return exists_; }
 
   /// The receiver answers.

@@ -9,7 +9,6 @@ namespace kelvane {
 
 namespace {
 
-bool isCapital(char c) { return c >= 'A' && c <= 'Z'; }
 bool areCapitals(std::string_view text) { return std::ranges::all_of(text, isCapital); }
 
 /// One to three letters and digits, a digit, one to four letters.

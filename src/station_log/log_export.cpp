@@ -146,7 +146,10 @@ void addQuoted(RecordText& file, std::string_view value) {
 
 void addCsv(RecordText& file, const Outgoing& record) {
   for (const std::string_view field : record.fields) {
-    record.quoted ? addQuoted(file, field) : void(file.add(field));
+    if (record.quoted)
+      addQuoted(file, field);
+    else
+      file.add(field);
     file.add(',');
   }
   if (record.utc) {
@@ -184,7 +187,8 @@ class UtcMoments {
   std::optional<Seconds> behindAllDay(DateTime local) const {
     local.hour = local.minute = local.second = 0;
     const Seconds first = pointOf(calendar_.utc(local)) - pointOf(local);
-    local.hour = 23, local.minute = local.second = 59;
+    local.hour = 23;
+    local.minute = local.second = 59;
     const Seconds last = pointOf(calendar_.utc(local)) - pointOf(local);
     return first == last ? std::optional(first) : std::nullopt;
   }

@@ -32,7 +32,7 @@ std::optional<std::string> LogFile::content() {
   known_ = stamp();
   rejects_ = {};
   rejectFile_.clear();
-  FileReading reading = readPatiently(path_, kLargestLog, *steps_);
+  FileReading reading = readWhenFree(path_, kLargestLog, *steps_);
   problem_ = reading.reason;
   if (reading.how != FileReading::Whole) return std::nullopt;
   return std::move(reading.content);
@@ -51,11 +51,12 @@ LogTable LogFile::read() {
 }
 
 /// One program at a time.
-FileResult LogFile::lockFor(FileLock& lock) {
+Result<> LogFile::lockFor(FileLock& lock) {
   fs::path file = path_;
   file += ".lock";
-  const FileResult sole = patiently(*steps_, [&] { return lock.acquire(file); });
-  return sole ? sole : FileResult{false, "Cannot write " + pathText(path_) + ": " + sole.reason};
+  const Result<> sole = retryWhileHeld(*steps_, [&] { return lock.acquire(file); });
+  if (!sole) return Failure{"Cannot write " + pathText(path_) + ": " + sole.reason()};
+  return {};
 }
 
 /// Journals that cannot be read now are left for another time.
@@ -81,9 +82,9 @@ void LogFile::bringIn(Journals& left) {
     for (const auto& journal : left) journal->clear();
     return;
   }
-  const FileResult saved = replace(log.content(), left);
+  const Result<> saved = replace(log.content(), left);
   if (!saved)
-    leftoverWords_ = "Changes that another program left are not in the log yet: " + saved.reason;
+    leftoverWords_ = "Changes that another program left are not in the log yet: " + saved.reason();
   else
     leftoverWords_ = std::to_string(came.records) +
                      (came.records == 1 ? " record was" : " records were") +
@@ -97,7 +98,7 @@ bool LogFile::readOnly() const {
   return !unknown && (permissions & fs::perms::owner_write) == fs::perms::none;
 }
 
-FileResult LogFile::keepRejects() {
+Result<> LogFile::keepRejects() {
   if (rejects_.lines.empty()) return {};
   for (int number = 1;; ++number) {
     fs::path file = path_.parent_path() / path_.stem();
@@ -107,7 +108,7 @@ FileResult LogFile::keepRejects() {
     const bool taken = fs::exists(fs::symlink_status(file, unknown));
     // A save that was killed may have kept them already.
     if (taken && !hasContent(file, rejects_.lines)) continue;
-    const FileResult kept = taken ? FileResult{} : writeFileSafely(file, rejects_.lines, *steps_);
+    const Result<> kept = taken ? Result<>() : writeFileSafely(file, rejects_.lines, *steps_);
     if (!kept) return kept;
     rejectFile_ = file;
     rejects_.lines.clear();
@@ -115,10 +116,10 @@ FileResult LogFile::keepRejects() {
   }
 }
 
-FileResult LogFile::replace(const std::string& content, Journals& left) {
+Result<> LogFile::replace(const std::string& content, Journals& left) {
   if (!hasContent(path_, content)) {
-    if (readOnly()) return {false, pathText(path_) + " is read-only"};
-    FileResult done = keepRejects();
+    if (readOnly()) return Failure{pathText(path_) + " is read-only"};
+    Result<> done = keepRejects();
     if (done) done = journal_.markSaved(content);
     for (const auto& journal : left)
       if (done) done = journal->markSaved(content);
@@ -131,15 +132,15 @@ FileResult LogFile::replace(const std::string& content, Journals& left) {
 }
 
 LogSaved LogFile::save(const LogTable& log, const LogChanges& changes) {
-  if (!problem_.empty()) return {problem_, nullptr};
+  if (!problem_.empty()) return Failure{problem_};
   FileLock lock;
-  if (const FileResult sole = lockFor(lock); !sole) return {sole.reason, nullptr};
+  if (const Result<> sole = lockFor(lock); !sole) return sole.failure();
   Journals left;
   if (mayHaveLeftovers()) left = LogJournal::left(path_, steps_);
   std::shared_ptr<LogTable> merged;
   if (changedElsewhere() || !left.empty()) {
     auto file = content();
-    if (!problem_.empty()) return {problem_, nullptr};
+    if (!problem_.empty()) return Failure{problem_};
     merged = std::make_shared<LogTable>(file.value_or(""), rejects_);
     // A file that is gone is not one that another program emptied record by record.
     LogRejects none;
@@ -149,10 +150,10 @@ LogSaved LogFile::save(const LogTable& log, const LogChanges& changes) {
       merged->apply(changes);
     takeOver(left, *merged, file.value_or(""));
   }
-  const FileResult replaced = replace(merged ? merged->content() : log.content(), left);
-  if (!replaced) return {replaced.reason, nullptr};
+  const Result<> replaced = replace(merged ? merged->content() : log.content(), left);
+  if (!replaced) return replaced.failure();
   journal_.clear();
-  return {"", merged};
+  return merged;
 }
 
 }  // namespace kelvane

@@ -14,15 +14,9 @@
 
 namespace kelvane {
 
-/// How an attempt to save the log ended.
-struct LogSaved {
-  std::string reason;  ///< in words why the file is as it was; empty where it is saved
-  /// What the log became by it, where other programs had changed the file or left changes behind;
-  /// none where it is as it was given.
-  std::shared_ptr<LogTable> merged;
-
-  explicit operator bool() const { return reason.empty(); }
-};
+/// What the log became by a save, where other programs had changed the file or left changes behind;
+/// none where it is as it was given. A failure says why the file is as it was.
+using LogSaved = Result<std::shared_ptr<LogTable>>;
 
 /// The log's file, which programs share, and beside it their journals. Every save is safe against a
 /// crash at any moment and keeps the files of the last five ones as backups. It does to the file as
@@ -53,9 +47,9 @@ class LogFile {
 
   /// Puts changes on the disk that are not saved yet, and what could not be put there before; may
   /// be called beside everything else.
-  FileResult keep(std::span<const LogChange> changes) { return journal_.keep(changes); }
+  Result<> keep(std::span<const LogChange> changes) { return journal_.keep(changes); }
   /// Nothing that was kept is to be in the log.
-  FileResult drop() { return journal_.clear(); }
+  Result<> drop() { return journal_.clear(); }
 
   /// Replaces the file by the log, which has had these changes since it was read or saved. A file
   /// that cannot be read, or is read-only, is never replaced; one that has this content already is
@@ -71,7 +65,7 @@ class LogFile {
   using Journals = std::vector<std::unique_ptr<LogJournal>>;
 
   std::optional<Stamp> stamp() const;
-  FileResult lockFor(FileLock& lock);
+  Result<> lockFor(FileLock& lock);
   std::optional<std::string> content();
   /// What came of other programs' journals.
   struct TakenOver {
@@ -81,8 +75,8 @@ class LogFile {
   TakenOver takeOver(Journals& left, LogTable& log, const std::string& file);
   void bringIn(Journals& left);
   bool readOnly() const;
-  FileResult keepRejects();
-  FileResult replace(const std::string& content, Journals& left);
+  Result<> keepRejects();
+  Result<> replace(const std::string& content, Journals& left);
 
   std::filesystem::path path_;
   std::shared_ptr<FileSteps> steps_;

@@ -196,12 +196,12 @@ LogReading readAdif(std::string_view bytes, const Calendar& calendar) {
     const std::string_view mhz =
         records.field("FREQ").empty() ? records.field("FREQ_RX") : records.field("FREQ");
     const auto frequency = lists::readFrequency(mhz, lists::Unit::Mhz);
-    if (mhz.empty() || frequency.frequency <= 0) {
+    if (mhz.empty() || !frequency) {
       reading.leftOut.push_back(
-          {taken.place, mhz.empty() ? "there is no frequency" : frequency.reason});
+          {taken.place, mhz.empty() ? "there is no frequency" : frequency.reason()});
       continue;
     }
-    taken.record[LogFrequency] = std::to_string(frequency.frequency);
+    taken.record[LogFrequency] = std::to_string(*frequency);
     takeAdif(records, taken, calendar);
     for (const auto& [name, value] : records.fields())
       if (std::ranges::find(kUsedFields, name) == kUsedFields.end()) ++unused[name];
@@ -273,7 +273,7 @@ constexpr auto kLogHeadings = std::to_array<LogHeading>({
 std::vector<std::string> headingWords(std::string_view heading) {
   std::vector<std::string> words(1);
   for (const char c : upper(heading)) {
-    if (c >= 'A' && c <= 'Z')
+    if (isCapital(c))
       words.back() += c;
     else if (!words.back().empty())
       words.emplace_back();
@@ -400,11 +400,11 @@ LogReading readLogTable(const std::string& text, const Calendar& calendar, LogTi
     if (rows.raw().starts_with('#')) continue;
     LogTaken taken{rows.line(), {}, {}};
     const auto frequency = lists::readFrequency(shape.of(LogColumn::Frequency, rows), shape.unit);
-    if (frequency.frequency <= 0) {
-      reading.leftOut.push_back({taken.place, frequency.reason});
+    if (!frequency) {
+      reading.leftOut.push_back({taken.place, frequency.reason()});
       continue;
     }
-    taken.record[LogFrequency] = std::to_string(frequency.frequency);
+    taken.record[LogFrequency] = std::to_string(*frequency);
     takeRow(rows, shape, taken);
     takeTableMoment(rows, shape, shape.ours > 0 ? LogTimes::Local : reading.times, calendar, taken);
     settle(taken.record);

@@ -135,9 +135,9 @@ std::vector<std::unique_ptr<LogJournal>> LogJournal::left(const fs::path& log,
 }
 
 /// Makes a journal one's own.
-FileResult LogJournal::take() {
+Result<> LogJournal::take() {
   if (!file_.empty()) return {};
-  FileResult taken{false, "too many journals"};
+  Result<> taken = Failure{"too many journals"};
   for (int number = 1; number <= kMostJournals; ++number) {
     const fs::path file = journalName(log_, number);
     if (isFile(file)) continue;
@@ -147,10 +147,10 @@ FileResult LogJournal::take() {
     file_ = file;
     return {};
   }
-  return {false, "Cannot write beside " + pathText(log_) + ": " + taken.reason};
+  return Failure{"Cannot write beside " + pathText(log_) + ": " + taken.reason()};
 }
 
-FileResult LogJournal::keep(std::span<const LogChange> changes) {
+Result<> LogJournal::keep(std::span<const LogChange> changes) {
   const std::lock_guard guard(mutex_);
   for (const LogChange& change : changes)
     unwritten_ += journalEntry(
@@ -158,29 +158,29 @@ FileResult LogJournal::keep(std::span<const LogChange> changes) {
   return writeOut();
 }
 
-FileResult LogJournal::write(char kind, std::string_view text) {
+Result<> LogJournal::write(char kind, std::string_view text) {
   unwritten_ += journalEntry(++number_, kind, text);
   return writeOut();
 }
 
-FileResult LogJournal::writeOut() {
+Result<> LogJournal::writeOut() {
   if (unwritten_.empty()) return {};
-  FileResult result = take();
+  Result<> result = take();
   if (!result) return result;
   const std::string text = (torn_ ? "\r\n" : "") + unwritten_;
   torn_ = true;
-  result = patiently(*steps_, [&] { return steps_->append(file_, text); });
-  if (result) result = patiently(*steps_, [&] { return steps_->flush(file_); });
-  if (!result) return {false, "Cannot write " + pathText(file_) + ": " + result.reason};
+  result = retryWhileHeld(*steps_, [&] { return steps_->append(file_, text); });
+  if (result) result = retryWhileHeld(*steps_, [&] { return steps_->flush(file_); });
+  if (!result) return Failure{"Cannot write " + pathText(file_) + ": " + result.reason()};
   torn_ = false;
   unwritten_.clear();
   return {};
 }
 
-FileResult LogJournal::read(std::string_view logFile, LogChanges& changes) {
-  const FileReading reading = readPatiently(file_, kLargestJournal, *steps_);
+Result<> LogJournal::read(std::string_view logFile, LogChanges& changes) {
+  const FileReading reading = readWhenFree(file_, kLargestJournal, *steps_);
   if (reading.how == FileReading::Missing) return {};
-  if (reading.how != FileReading::Whole) return {false, reading.reason};
+  if (reading.how != FileReading::Whole) return Failure{reading.reason};
   const auto entries = readEntries(reading.content);
   if (!entries.empty()) number_ = std::max(number_, entries.back().number);
   std::size_t from = 0;
@@ -198,7 +198,7 @@ FileResult LogJournal::read(std::string_view logFile, LogChanges& changes) {
   return {};
 }
 
-FileResult LogJournal::markSaved(std::string_view logFile) {
+Result<> LogJournal::markSaved(std::string_view logFile) {
   const std::lock_guard guard(mutex_);
   if (file_.empty() || !isFile(file_)) return {};
   // What is not there yet is in that file.
@@ -206,7 +206,7 @@ FileResult LogJournal::markSaved(std::string_view logFile) {
   return write(kSavedEntry, hex(fingerprint(logFile)));
 }
 
-FileResult LogJournal::clear() {
+Result<> LogJournal::clear() {
   const std::lock_guard guard(mutex_);
   unwritten_.clear();
   if (file_.empty() || !isFile(file_)) return {};

@@ -35,19 +35,19 @@ class LogJournal {
 
   /// Returns when the changes are on the disk. Those that could not be put there come with the next
   /// ones. May wait for other programs; any thread may call it.
-  FileResult keep(std::span<const LogChange> changes);
+  Result<> keep(std::span<const LogChange> changes);
   /// The changes that a log with this file lacks. Fails where the journal cannot be read now.
-  FileResult read(std::string_view logFile, LogChanges& changes);
+  Result<> read(std::string_view logFile, LogChanges& changes);
   /// Notes that what is kept so far is in the log whose file has this content; to be called before
   /// that file gets its name. From then on exactly one of the two holds.
-  FileResult markSaved(std::string_view logFile);
+  Result<> markSaved(std::string_view logFile);
   /// Forgets what is kept; the log has it, or the operator dropped it.
-  FileResult clear();
+  Result<> clear();
 
  private:
-  FileResult take();
-  FileResult write(char kind, std::string_view text);
-  FileResult writeOut();
+  Result<> take();
+  Result<> write(char kind, std::string_view text);
+  Result<> writeOut();
 
   std::filesystem::path log_;
   std::shared_ptr<FileSteps> steps_;

@@ -107,6 +107,7 @@ enum ControlId : int {
   TraceOffsetMore = 1576,
 
   // DataLog; OK is the system's own 1
+  PadOK = 1,
   PadGrd = 1400,
   PadNotice = 1401,
   PadCopy = 1402,

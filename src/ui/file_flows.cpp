@@ -75,8 +75,8 @@ bool FileFlows::replace(const std::string& chosen) {
   if (boxes_.show("Do you want to replace file ?", "Warning: File already exists",
                   Buttons::OkCancel) != Choice::Ok)
     return false;
-  const FileResult moved = moveToBackup(pathFromText(chosen));
-  return moved.ok || refuse("The old file cannot be replaced: " + moved.reason);
+  const Result<> moved = moveToBackup(pathFromText(chosen));
+  return moved.ok() || refuse("The old file cannot be replaced: " + moved.reason());
 }
 
 bool FileFlows::refuse(const std::string& why) {

@@ -36,16 +36,16 @@ struct Place {
 struct ControlRow {
   int id;                 ///< of the first element; the others follow
   std::string_view name;  ///< the control's name
-  int count;              ///< elements
+  Control& (*of)(MainView&, int element);
   Kind kind;
   Font font;
   Align align;
   Place place;  ///< of the first element
-  int step;     ///< from one element's left edge to the next
   /// Accessible name; one for each element of an array where "|" parts several, else its elements
   /// add their number. Empty: the text alone is the name.
   std::string_view speak;
-  Control& (*of)(MainView&, int element);
+  int count = 1;  ///< elements
+  int step = 0;   ///< from one element's left edge to the next
 };
 
 /// A text engraved on the panel, in the panel's own coordinates.

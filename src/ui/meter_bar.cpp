@@ -78,7 +78,10 @@ std::string spokenBar(const MeterBar& bar) {
 
 void LevelMeter::reading(Long dBm, Instant now) {
   const Long level = std::clamp(dBm, kLowestLevel, kHighestLevel);
-  if (!live() || level >= peak(now)) peak_ = level, peakAt_ = now;
+  if (!live() || level >= peak(now)) {
+    peak_ = level;
+    peakAt_ = now;
+  }
   level_ = level;
   forget(now);
   readings_.push_back({now, level});

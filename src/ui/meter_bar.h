@@ -56,7 +56,7 @@ class LevelMeter {
   /// A reading in dBm. One that is far out of any scale counts as the nearest that is not.
   void reading(Long dBm, Instant now);
   /// The squelch threshold in dBm; none where it is not known, which says nothing of the squelch.
-  void squelch(std::optional<Long> dBm) { squelch_ = dBm; }
+  void setSquelch(std::optional<Long> dBm) { squelch_ = dBm; }
   /// The receiver does not tell its level any more.
   void clear();
 

@@ -11,7 +11,10 @@ class Press {
  public:
   /// A mouse button went down on the control. One that comes while another is held does not count.
   void down(MouseButton button) {
-    if (button_ == MouseButton::None) button_ = button, over_ = true;
+    if (button_ == MouseButton::None) {
+      button_ = button;
+      over_ = true;
+    }
   }
   /// The pointer moved while a button is held.
   void moved(bool overControl) { over_ = overControl; }

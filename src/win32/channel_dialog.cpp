@@ -43,11 +43,11 @@ ChannelDialog::ChannelDialog(HWND owner, ChannelEditor& editor, const ScreenColo
                          {kEdge, kEdge, kGridWidth, kGridHeight}});
   grid_ = std::make_unique<GridWindow>(grid, editor_.grid(), "Channels", colours);
   makeButtons();
-  editor_.whenChanged([this] { showSoon(); });
+  editor_.setListener([this] { showSoon(); });
   show();
 }
 
-ChannelDialog::~ChannelDialog() { editor_.whenChanged({}); }
+ChannelDialog::~ChannelDialog() { editor_.setListener({}); }
 
 void ChannelDialog::makeButtons() {
   for (const ChannelButton& row : channelButtons()) {
@@ -105,10 +105,14 @@ bool ChannelDialog::keyDown(int keyCode, int shift) {
   const bool finds = keyCode == 'F' && shift == key::CtrlHeld;
   if ((finds || grid_->hasFocus()) && grid_->keyDown(keyCode, shift)) return true;
   if (keyCode != key::Esc) return false;
-  return editor_.escape(), true;
+  editor_.escape();
+  return true;
 }
 
-bool ChannelDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }
+bool ChannelDialog::wheel(int notches) {
+  grid_->scrollWheel(notches);
+  return true;
+}
 
 POINT ChannelDialog::place(SIZE size, POINT) const {
   RECT over{};

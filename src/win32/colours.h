@@ -21,7 +21,7 @@ inline bool highContrast() {
 }
 
 /// Whether the user wants programs dark; no for a Windows that does not ask.
-inline bool darkPrograms() {
+inline bool systemPrefersDark() {
   constexpr wchar_t kPersonalize[] =
       L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
   DWORD light = 1, size = sizeof light;
@@ -33,7 +33,7 @@ inline bool darkPrograms() {
 /// What windows draw themselves with now. Ask again when the choice changed, and on
 /// WM_SETTINGCHANGE and WM_SYSCOLORCHANGE.
 inline const Palette& paletteNow(ColourChoice choice) {
-  return paletteFor(choice, {.contrast = highContrast(), .dark = darkPrograms()});
+  return paletteFor(choice, {.contrast = highContrast(), .dark = systemPrefersDark()});
 }
 
 /// What the program's windows are drawn with now; one for all of them, changed by the main window.

@@ -40,11 +40,11 @@ ConfigDialog::ConfigDialog(HWND owner, Config& config)
       config_(config) {
   makeGeneral();
   makeButtons();
-  config_.whenChanged([this] { show(); });
+  config_.setListener([this] { show(); });
   show();
 }
 
-ConfigDialog::~ConfigDialog() { config_.whenChanged({}); }
+ConfigDialog::~ConfigDialog() { config_.setListener({}); }
 
 void ConfigDialog::makeGeneral() {
   const ConfigView& view = config_.view();

@@ -80,7 +80,7 @@ CrashReporter::CrashReporter(const std::filesystem::path& folder, std::string he
     : folder_(folder.wstring()),
       heading_(std::move(heading)),
       history_(history),
-      fell_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
+      crashed_(CreateEventW(nullptr, FALSE, FALSE, nullptr)),
       written_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
   pruneCrashReports(folder, kReportsKept);
   // A thread of its own writes the report: the one that fell has maybe no stack left.
@@ -96,9 +96,9 @@ CrashReporter::~CrashReporter() {
   SetUnhandledExceptionFilter(before_);
   reporter = nullptr;
   ending_ = true;
-  SetEvent(fell_);
+  SetEvent(crashed_);
   WaitForSingleObject(thread_, INFINITE);
-  for (const HANDLE handle : {thread_, fell_, written_}) CloseHandle(handle);
+  for (const HANDLE handle : {thread_, crashed_, written_}) CloseHandle(handle);
 }
 
 LONG WINAPI CrashReporter::filter(EXCEPTION_POINTERS* fault) {
@@ -108,7 +108,7 @@ LONG WINAPI CrashReporter::filter(EXCEPTION_POINTERS* fault) {
   if (InterlockedIncrement(&self->faults_) > 1) Sleep(INFINITE);
   self->fault_ = fault;
   self->faultThread_ = GetCurrentThreadId();
-  SetEvent(self->fell_);
+  SetEvent(self->crashed_);
   // What fell may hold something that the report needs: then the program ends without one.
   if (WaitForSingleObject(self->written_, kLongestReport) == WAIT_OBJECT_0)
     WaitForSingleObject(self->thread_, INFINITE);
@@ -117,7 +117,7 @@ LONG WINAPI CrashReporter::filter(EXCEPTION_POINTERS* fault) {
 
 DWORD WINAPI CrashReporter::wait(void* parameter) {
   auto* self = static_cast<CrashReporter*>(parameter);
-  WaitForSingleObject(self->fell_, INFINITE);
+  WaitForSingleObject(self->crashed_, INFINITE);
   if (!self->ending_) self->report();
   return 0;
 }

@@ -35,7 +35,7 @@ class CrashReporter {
   std::string heading_;
   const LinkHistory& history_;
   LPTOP_LEVEL_EXCEPTION_FILTER before_ = nullptr;
-  HANDLE fell_, written_, thread_ = nullptr;
+  HANDLE crashed_, written_, thread_ = nullptr;
   bool ending_ = false;
   EXCEPTION_POINTERS* fault_ = nullptr;
   DWORD faultThread_ = 0;

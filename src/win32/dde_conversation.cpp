@@ -14,7 +14,7 @@ constexpr wchar_t kTopic[] = L"DTMF";
 constexpr wchar_t kItem[] = L"Digit";
 constexpr DWORD kLookAround = 1000;  ///< ms between two looks whether the server lives
 constexpr DWORD kAnswerLimit = 2000;
-constexpr int kMostOwed = 64;
+constexpr int kMostAnnounced = 64;
 /// A key and a time; what a server sends beyond that is not looked at.
 constexpr DWORD kLongestItem = 255;
 
@@ -127,22 +127,22 @@ bool DdeConversation::askToBeTold() {
 /// Asks for each text that was announced. One that is announced twice in a row is two keys.
 void DdeConversation::fetch() {
   asked_ = 0;
-  while (owed_ > asked_ && conversation_ && !stop_) {
+  while (announced_ > asked_ && conversation_ && !stop_) {
     const HDDEDATA data = DdeClientTransaction(nullptr, 0, conversation_, item_, CF_TEXT,
                                                XTYP_REQUEST, kAnswerLimit, nullptr);
     if (data) {
       barrier("taking a digit", [&] { take(data); });
       DdeFreeDataHandle(data);
-    } else if (conversation_ && !goesOnWithout(DdeGetLastError(instance_))) {
+    } else if (conversation_ && !canGoOnAfter(DdeGetLastError(instance_))) {
       return;
     }
   }
 }
 
 /// What follows from a request that brought no text; false when there is no sense in asking more.
-bool DdeConversation::goesOnWithout(UINT why) {
+bool DdeConversation::canGoOnAfter(UINT why) {
   if (why == DMLERR_NOTPROCESSED) {  // refused: there is no such text any more
-    --owed_;
+    --announced_;
     return true;
   }
   ++asked_;
@@ -155,12 +155,12 @@ bool DdeConversation::goesOnWithout(UINT why) {
   return true;
 }
 
-void DdeConversation::announced() { owed_ = std::min(owed_ + 1, kMostOwed); }
+void DdeConversation::announced() { announced_ = std::min(announced_ + 1, kMostAnnounced); }
 
 void DdeConversation::take(HDDEDATA data) {
   char text[kLongestItem + 1] = "";
   DdeGetData(data, reinterpret_cast<BYTE*>(text), kLongestItem, 0);
-  owed_ = std::max(owed_ - 1, 0);
+  announced_ = std::max(announced_ - 1, 0);
   state_ = DigitLink::Linked;
   if (!stop_) mail_->post(rx_, text);
 }
@@ -178,7 +178,7 @@ void DdeConversation::drop(DigitLink state) {
     DdeDisconnect(gone);
     lost_ = true;
   }
-  owed_ = asked_ = 0;
+  announced_ = asked_ = 0;
   state_ = state;
 }
 
@@ -197,7 +197,7 @@ HDDEDATA CALLBACK DdeConversation::callback(UINT type, UINT, HCONV conversation,
   if (type == XTYP_DISCONNECT) {
     self->conversation_ = nullptr;
     self->lost_ = true;
-    self->owed_ = self->asked_ = 0;
+    self->announced_ = self->asked_ = 0;
     self->state_ = DigitLink::Waiting;
     return nullptr;
   }

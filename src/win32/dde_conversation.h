@@ -46,7 +46,7 @@ class DdeConversation {
   void connect();
   bool askToBeTold();
   void fetch();
-  bool goesOnWithout(UINT why);
+  bool canGoOnAfter(UINT why);
   void announced();
   void take(HDDEDATA data);
   bool alive() const;
@@ -66,7 +66,7 @@ class DdeConversation {
   HSZ item_ = nullptr;
   HCONV conversation_ = nullptr;
   bool lost_ = false;  ///< a conversation has ended
-  int owed_ = 0;       ///< announced and not delivered
+  int announced_ = 0;  ///< announced and not delivered
   int asked_ = 0;      ///< of those: asked for, and the answer is still to come
 };
 

@@ -10,7 +10,7 @@ namespace {
 
 constexpr wchar_t kDigitsClass[] = L"KelvaneDigits";
 /// How long the end of the program waits for servers to take their leave, ms.
-constexpr DWORD kLeaveTaking = 200;
+constexpr DWORD kThreadsEndWithin = 200;
 
 }  // namespace
 
@@ -32,11 +32,12 @@ DdeServers::~DdeServers() {
     if (conversation->thread()) threads.push_back(conversation->thread());
   }
   if (!threads.empty())
-    WaitForMultipleObjects(static_cast<DWORD>(threads.size()), threads.data(), TRUE, kLeaveTaking);
+    WaitForMultipleObjects(static_cast<DWORD>(threads.size()), threads.data(), TRUE,
+                           kThreadsEndWithin);
   DestroyWindow(window_);
 }
 
-void DdeServers::whenReceived(std::function<void(Index, const std::string&)> take) {
+void DdeServers::setListener(std::function<void(Index, const std::string&)> take) {
   take_ = std::move(take);
 }
 

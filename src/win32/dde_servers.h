@@ -19,7 +19,7 @@ class DdeServers : public DigitServers, private WindowBase<DdeServers> {
   DdeServers();
   ~DdeServers() override;
 
-  void whenReceived(std::function<void(Index, const std::string&)> take) override;
+  void setListener(std::function<void(Index, const std::string&)> take) override;
   void link(const std::vector<std::string>& servers) override;
   void refresh() override;
   DigitLink state(Index rx) const override;

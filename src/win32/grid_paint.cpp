@@ -64,7 +64,10 @@ void GridWindow::paintCell(const Painting& on, GridCell cell, const RECT& area,
   COLORREF ground = cell.row == grid_.current().row ? look.currentRow : look.ground;
   COLORREF text = look.text;
   if (!column.editable) ground = look.fixed;
-  if (marked) ground = look.marked, text = look.markedText;
+  if (marked) {
+    ground = look.marked;
+    text = look.markedText;
+  }
   on.fill(area, look.line);
   RECT inside{area.left, area.top, area.right - 1, area.bottom - 1};
   if (current && !marked) {

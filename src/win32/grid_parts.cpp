@@ -255,13 +255,16 @@ bool GridWindow::findKey(int keyCode, int shift) {
   switch (keyCode) {
     case VK_ESCAPE:
     case VK_TAB:
-      return closeFind(), true;
+      closeFind();
+      return true;
     case VK_RETURN:
     case VK_F3:
-      return findFrom(shift ? Grid::Find::Previous : Grid::Find::Next), true;
+      findFrom(shift ? Grid::Find::Previous : Grid::Find::Next);
+      return true;
     case VK_DOWN:
     case VK_UP:
-      return findFrom(keyCode == VK_UP ? Grid::Find::Previous : Grid::Find::Next), true;
+      findFrom(keyCode == VK_UP ? Grid::Find::Previous : Grid::Find::Next);
+      return true;
     default:
       return false;
   }

@@ -8,8 +8,8 @@
 #include <exception>
 #include <utility>
 
+#include "gui/win32/held_keys.h"
 #include "win32/accessible.h"
-#include "win32/face.h"
 #include "win32/text.h"
 
 namespace kelvane::win32 {
@@ -73,25 +73,31 @@ bool GridWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
   const POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
   switch (message) {
     case WM_PAINT:
-      return paint(), true;
+      paint();
+      return true;
     case WM_ERASEBKGND:
-      return result = 1, true;
+      result = 1;
+      return true;
     case WM_SIZE:
-      return show(), true;
+      show();
+      return true;
     case WM_SETFONT:
-      return setFont(reinterpret_cast<HFONT>(wParam)), true;
+      setFont(reinterpret_cast<HFONT>(wParam));
+      return true;
     case WM_GETDLGCODE:
-      return result = DLGC_WANTARROWS | DLGC_WANTCHARS, true;
+      result = DLGC_WANTARROWS | DLGC_WANTCHARS;
+      return true;
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
-      return keyDown(static_cast<int>(wParam), shiftState());
+      return keyDown(static_cast<int>(wParam), heldKeys());
     case WM_CHAR:
       return typed(wParam);
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
       return clicked(at, message == WM_LBUTTONDBLCLK);
     case WM_MOUSEWHEEL:
-      return wheelTurned(GET_WHEEL_DELTA_WPARAM(wParam)), true;
+      wheelTurned(GET_WHEEL_DELTA_WPARAM(wParam));
+      return true;
     case WM_VSCROLL:
     case WM_HSCROLL:
       return scrolled(message, wParam);
@@ -102,10 +108,12 @@ bool GridWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       spokenCell_.column = -1;
-      return show(), true;
+      show();
+      return true;
     case WM_NCDESTROY:
       keep(window_, nullptr);
-      return window_ = nullptr, false;
+      window_ = nullptr;
+      return false;
     default:
       return false;
   }
@@ -113,8 +121,14 @@ bool GridWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
 
 bool GridWindow::keyDown(int keyCode, int shift) {
   if (finding_ && GetFocus() == findField_) return findKey(keyCode, shift);
-  if (keyCode == 'F' && shift == 2) return openFind(), true;
-  if (keyCode == VK_F3) return findFrom(shift ? Grid::Find::Previous : Grid::Find::Next), true;
+  if (keyCode == 'F' && shift == 2) {
+    openFind();
+    return true;
+  }
+  if (keyCode == VK_F3) {
+    findFrom(shift ? Grid::Find::Previous : Grid::Find::Next);
+    return true;
+  }
   const bool taken = grid_.keyDown(keyCode, shift);
   show();
   return taken;
@@ -122,7 +136,10 @@ bool GridWindow::keyDown(int keyCode, int shift) {
 
 bool GridWindow::typed(WPARAM unit) {
   const auto code = static_cast<wchar_t>(unit);
-  if (IS_HIGH_SURROGATE(code)) return highSurrogate_ = code, true;
+  if (IS_HIGH_SURROGATE(code)) {
+    highSurrogate_ = code;
+    return true;
+  }
   char32_t character = code;
   if (IS_LOW_SURROGATE(code) && highSurrogate_)
     character = 0x10000 + ((highSurrogate_ - 0xD800) << 10) + (code - 0xDC00);
@@ -140,10 +157,17 @@ bool GridWindow::clicked(POINT at, bool twice) {
   const int columns = static_cast<int>(grid_.columns().size());
   int column = 0;
   while (column < columns && at.x >= columnLeft(column) + columnWidth(column)) ++column;
-  if (column == columns || row >= grid_.table().rows()) return grid_.commit(), show(), true;
+  if (column == columns || row >= grid_.table().rows()) {
+    grid_.commit();
+    show();
+    return true;
+  }
   const GridCell cell{row, column};
   const bool again = had && cell == grid_.current();
-  if (grid_.clicked(cell)) return show(), true;
+  if (grid_.clicked(cell)) {
+    show();
+    return true;
+  }
   const RECT button = buttonArea(cellArea(cell));
   if (PtInRect(&button, at) || again || twice) grid_.drop() || grid_.begin(Grid::Begin::Keep);
   show();
@@ -210,10 +234,12 @@ bool GridWindow::scrolled(UINT message, WPARAM wParam) {
   if (down) {
     const GridRow before = grid_.top();
     grid_.scrollTo(static_cast<GridRow>(std::max(to, 0)));
-    return showScrolled(before), true;
+    showScrolled(before);
+    return true;
   }
   left_ = std::clamp(to, 0, std::max(info.nMax + 1 - page, 0));
-  return show(), true;
+  show();
+  return true;
 }
 
 bool GridWindow::commanded(int part, int notice) {
@@ -261,10 +287,14 @@ bool GridWindow::notified(const NMHDR& notice, LRESULT& result) {
 
 bool GridWindow::partMessage(HWND part, UINT message, WPARAM wParam, LPARAM lParam,
                              LRESULT& result) {
-  if (message == WM_MOUSEWHEEL && part != list_)
-    return SendMessageW(window_, message, wParam, lParam), true;
-  if (message == WM_GETDLGCODE && (part == entry_ || part == list_ || part == findField_))
-    return result = DLGC_WANTARROWS | DLGC_WANTCHARS, true;
+  if (message == WM_MOUSEWHEEL && part != list_) {
+    SendMessageW(window_, message, wParam, lParam);
+    return true;
+  }
+  if (message == WM_GETDLGCODE && (part == entry_ || part == list_ || part == findField_)) {
+    result = DLGC_WANTARROWS | DLGC_WANTCHARS;
+    return true;
+  }
   if (part != entry_ && part != list_) return false;
   const auto code = static_cast<wchar_t>(wParam);
   if (message == WM_CHAR && !IS_SURROGATE_PAIR(code, code) && !IS_HIGH_SURROGATE(code) &&
@@ -273,15 +303,18 @@ bool GridWindow::partMessage(HWND part, UINT message, WPARAM wParam, LPARAM lPar
     show();
     return taken;
   }
-  if (part == list_ && (message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK))
-    return listPressed_ = true, false;
+  if (part == list_ && (message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK)) {
+    listPressed_ = true;
+    return false;
+  }
   if (part == list_ && message == WM_LBUTTONUP) {
     // The button may come up from the press that opened the list.
     if (!std::exchange(listPressed_, false)) return true;
     const LRESULT item = SendMessageW(list_, LB_ITEMFROMPOINT, 0, lParam);
     if (GetCapture() == list_) ReleaseCapture();
     if (HIWORD(item) == 0) grid_.choose(LOWORD(item));
-    return show(), true;
+    show();
+    return true;
   }
   return false;
 }

@@ -174,19 +174,36 @@ void HelpWindow::escape() {
 }
 
 bool HelpWindow::cardMessage(HWND, UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
-  if (message == WM_KEYDOWN && wParam == VK_ESCAPE) return escape(), true;
-  if (message == WM_KEYDOWN && wParam == VK_TAB && button_) return SetFocus(button_), true;
+  if (message == WM_KEYDOWN && wParam == VK_ESCAPE) {
+    escape();
+    return true;
+  }
+  if (message == WM_KEYDOWN && wParam == VK_TAB && button_) {
+    SetFocus(button_);
+    return true;
+  }
   if (message == WM_CHAR && wParam == VK_TAB) return true;
-  if (message == WM_SYSCHAR && (wParam == 's' || wParam == 'S') && button_)
-    return saveReport(), true;
+  if (message == WM_SYSCHAR && (wParam == 's' || wParam == 'S') && button_) {
+    saveReport();
+    return true;
+  }
   // It would take the whole text as selected when the tab key or a dialog gives it the focus.
-  if (message == WM_GETDLGCODE) return result = DLGC_WANTALLKEYS, true;
+  if (message == WM_GETDLGCODE) {
+    result = DLGC_WANTALLKEYS;
+    return true;
+  }
   return false;
 }
 
 bool HelpWindow::buttonMessage(HWND, UINT message, WPARAM wParam, LPARAM, LRESULT&) {
-  if (message == WM_KEYDOWN && wParam == VK_ESCAPE) return escape(), true;
-  if (message == WM_KEYDOWN && wParam == VK_TAB) return SetFocus(card_), true;
+  if (message == WM_KEYDOWN && wParam == VK_ESCAPE) {
+    escape();
+    return true;
+  }
+  if (message == WM_KEYDOWN && wParam == VK_TAB) {
+    SetFocus(card_);
+    return true;
+  }
   const bool pressed = (message == WM_KEYDOWN && wParam == VK_RETURN) ||
                        (message == WM_SYSCHAR && (wParam == 's' || wParam == 'S'));
   return pressed && (saveReport(), true);
@@ -196,17 +213,21 @@ bool HelpWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&) {
   const auto* suggested = reinterpret_cast<const RECT*>(lParam);
   switch (message) {
     case WM_SIZE:
-      return spread(LOWORD(lParam), HIWORD(lParam)), true;
+      spread(LOWORD(lParam), HIWORD(lParam));
+      return true;
     case WM_SETFOCUS:
-      return SetFocus(card_), true;
+      SetFocus(card_);
+      return true;
     case WM_COMMAND:
       if (LOWORD(wParam) != id::HelpReport || HIWORD(wParam) != BN_CLICKED) return false;
-      return saveReport(), true;
+      saveReport();
+      return true;
     case WM_DPICHANGED:
       SetWindowPos(window_, nullptr, suggested->left, suggested->top,
                    suggested->right - suggested->left, suggested->bottom - suggested->top,
                    SWP_NOZORDER | SWP_NOACTIVATE);
-      return zoom(resolution()), true;
+      zoom(resolution());
+      return true;
     case WM_NCDESTROY:
       window_ = card_ = button_ = nullptr;
       return false;

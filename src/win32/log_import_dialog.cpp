@@ -45,20 +45,9 @@ LogImportDialog::LogImportDialog(HWND owner, DataLog& log, const ScreenColours& 
            "",
            Widen | Heighten});
   grid_ = std::make_unique<GridWindow>(grid, import_->grid(), "What the import would do", colours);
-  add({IDOK,
-       WC_BUTTONW,
-       BS_DEFPUSHBUTTON | WS_TABSTOP,
-       "&Take in",
-       {kLogImportWidth - 200, kLogImportButtonTop, 92, 26},
-       "Take these reports into the log; one Undo takes it all back",
-       MoveRight | MoveDown});
-  add({IDCANCEL,
-       WC_BUTTONW,
-       BS_PUSHBUTTON | WS_TABSTOP,
-       "Cancel",
-       {kLogImportWidth - 100, kLogImportButtonTop, 92, 26},
-       "",
-       MoveRight | MoveDown});
+  addEnds({kLogImportWidth - 200, kLogImportButtonTop, "&Take in",
+           "Take these reports into the log; one Undo takes it all back", "Cancel",
+           MoveRight | MoveDown, 92});
   show();
 }
 
@@ -87,6 +76,9 @@ bool LogImportDialog::keyDown(int keyCode, int shift) {
   return keyCode != VK_RETURN && grid_->hasFocus() && grid_->keyDown(keyCode, shift);
 }
 
-bool LogImportDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }
+bool LogImportDialog::wheel(int notches) {
+  grid_->scrollWheel(notches);
+  return true;
+}
 
 }  // namespace kelvane::win32

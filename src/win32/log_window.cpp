@@ -1,5 +1,6 @@
 #include "win32/log_window.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "ui/control_ids.h"
@@ -13,7 +14,6 @@ constexpr int kLogWidth = 880, kLogHeight = 520, kLogEdge = 8;
 constexpr int kLogButtonWidth = 84, kLogButtonHeight = 26, kLogButtonStep = kLogButtonWidth + 8;
 constexpr int kLogButtonTop = kLogHeight - kLogEdge - kLogButtonHeight;
 constexpr int kNoticeHeight = 18, kNoticeTop = kLogButtonTop - 6 - kNoticeHeight;
-constexpr UINT kTick = 100;
 
 HINSTANCE moduleOf(HWND window) {
   return reinterpret_cast<HINSTANCE>(GetWindowLongPtrW(window, GWLP_HINSTANCE));
@@ -28,11 +28,12 @@ LogWindow::LogWindow(HWND owner, DataLog& log, const ScreenColours& colours)
   GridWindow::registerClass(moduleOf(window()));
   make(colours);
   takeFiles();
-  startTimer(kTick);
+  log_.setListener([this] { show(); });
 }
 
+LogWindow::~LogWindow() { log_.setListener({}); }
+
 void LogWindow::make(const ScreenColours& colours) {
-  const DataLogView& view = log_.view();
   const HWND grid =
       add({id::PadGrd,
            GridWindow::kClass,
@@ -50,23 +51,17 @@ void LogWindow::make(const ScreenColours& colours) {
        "",
        true});
   int left = kLogEdge;
-  const auto button = [&](int id, const Control& control, DWORD style = BS_PUSHBUTTON) {
-    add({id,
+  for (const LogButton& row : logButtons()) {
+    if (row.id == IDOK) left = kLogWidth - kLogEdge - 2 * kLogButtonStep + 8;
+    const Control& button = log_.view().*row.button;
+    add({row.id,
          WC_BUTTONW,
-         style | WS_TABSTOP,
-         control.text,
+         (row.id == IDOK ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON) | DWORD{WS_TABSTOP},
+         button.text,
          {left, kLogButtonTop, kLogButtonWidth, kLogButtonHeight},
-         control.tip});
+         button.tip});
     left += kLogButtonStep;
-  };
-  button(id::PadInsert, view.Insert);
-  button(id::PadDelete, view.Delete);
-  button(id::PadCopy, view.Copy);
-  button(id::PadImport, view.Import);
-  button(id::PadExport, view.Export);
-  left = kLogWidth - kLogEdge - 2 * kLogButtonStep + 8;
-  button(IDOK, view.OK, BS_DEFPUSHBUTTON);
-  button(id::PadCancel, view.Cancel);
+  }
 }
 
 void LogWindow::present() {
@@ -74,8 +69,6 @@ void LogWindow::present() {
   show();
   SetFocus(item(id::PadGrd));
 }
-
-void LogWindow::showButton(int id, const Control& button) { enable(id, button.enabled); }
 
 void LogWindow::show() {
   const DataLogView& view = log_.view();
@@ -87,13 +80,7 @@ void LogWindow::show() {
   setText(id::PadNotice, view.Notice);
   setTip(id::PadNotice, view.Notice);
   setCaptionTip(view.captionTip);
-  showButton(id::PadInsert, view.Insert);
-  showButton(id::PadDelete, view.Delete);
-  showButton(id::PadCopy, view.Copy);
-  showButton(id::PadImport, view.Import);
-  showButton(id::PadExport, view.Export);
-  showButton(IDOK, view.OK);
-  showButton(id::PadCancel, view.Cancel);
+  for (const LogButton& row : logButtons()) enable(row.id, (view.*row.button).enabled);
 }
 
 void LogWindow::showImport() {
@@ -109,34 +96,13 @@ void LogWindow::fileDropped(const std::wstring& name) {
 }
 
 void LogWindow::command(int control, int) {
-  switch (control) {
-    case IDOK:
-    case IDCANCEL:  // the window's corner, and Escape: nothing but the button drops edits
-      log_.OK_Click();
-      break;
-    case id::PadCancel:
-      log_.Cancel_Click();
-      break;
-    case id::PadInsert:
-      log_.Insert_Click();
-      // Its comment can be typed at once.
-      SetFocus(item(id::PadGrd));
-      break;
-    case id::PadDelete:
-      log_.Delete_Click();
-      break;
-    case id::PadCopy:
-      log_.Copy_Click();
-      break;
-    case id::PadImport:
-      log_.Import_Click();
-      break;
-    case id::PadExport:
-      log_.Export_Click();
-      break;
-    default:
-      return;
-  }
+  // The window's corner, and Escape: nothing but the button drops edits.
+  if (control == IDCANCEL) control = IDOK;
+  const auto row = std::ranges::find(logButtons(), control, &LogButton::id);
+  if (row == logButtons().end()) return;
+  (log_.*row->click)();
+  // Its comment can be typed at once.
+  if (control == id::PadInsert) SetFocus(item(id::PadGrd));
   show();
 }
 
@@ -149,13 +115,6 @@ bool LogWindow::keyDown(int keyCode, int shift) {
 bool LogWindow::wheel(int notches) {
   grid_->scrollWheel(notches);
   return true;
-}
-
-void LogWindow::tick() {
-  const bool wasBusy = log_.busy();
-  log_.tick();
-  // Its words may change while it rests: the disk may refuse what was typed.
-  if (wasBusy || log_.busy() || log_.view() != shown_) show();
 }
 
 }  // namespace kelvane::win32

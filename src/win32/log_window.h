@@ -13,6 +13,7 @@ namespace kelvane::win32 {
 class LogWindow : public DialogWindow {
  public:
   LogWindow(HWND owner, DataLog& log, const ScreenColours& colours);
+  ~LogWindow() override;
 
   /// Shows the window, with the keyboard in the grid, and what the log has become.
   void present();
@@ -20,12 +21,10 @@ class LogWindow : public DialogWindow {
  private:
   void make(const ScreenColours& colours);
   void show();
-  void showButton(int id, const Control& button);
 
   void command(int control, int notice) override;
   bool keyDown(int keyCode, int shift) override;
   bool wheel(int notches) override;
-  void tick() override;
   void fileDropped(const std::wstring& name) override;
 
   void showImport();

@@ -218,7 +218,10 @@ void OverviewWindow::paintMinute(const Painting& on, const OverviewRow& row, REC
   std::array<POINT, 60> line;
   DWORD points = 0;
   const auto end = [&] {
-    if (points == 1) line[points] = {line[0].x + 1, line[0].y}, ++points;
+    if (points == 1) {
+      line[points] = {line[0].x + 1, line[0].y};
+      ++points;
+    }
     if (points > 1) Polyline(on.dc(), line.data(), static_cast<int>(points));
     points = 0;
   };

@@ -37,12 +37,6 @@ ViewWindow::Design design() {
 
 OverviewWindow::OverviewWindow(HWND owner, Overview& overview)
     : ViewWindow(owner, design(), [&overview] { return overview.colours(); }), overview_(overview) {
-  WNDCLASSW own{};
-  own.lpfnWndProc = rowProcedure;
-  own.hInstance = GetModuleHandleW(nullptr);
-  own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  own.lpszClassName = kRowClass;
-  RegisterClassW(&own);
   addButton(id::AllOnTop, "Keep on &top", "Keep this window above all others");
   addButton(id::AllTakeBack, "Take &back", "Take back the last copy of a setting (Ctrl+Z)");
   makeFont();
@@ -70,10 +64,10 @@ void OverviewWindow::makeRows(int count) {
   while (static_cast<int>(rows_.size()) < count) {
     const int number = static_cast<int>(rows_.size());
     Row row;
-    row.window =
-        CreateWindowExW(0, kRowClass, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 0, 0, window(),
-                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::AllRow + number)),
-                        GetModuleHandleW(nullptr), this);
+    row.part = std::make_unique<RowWindow>(
+        *this,
+        RowWindow::Made{window(), kRowClass, IDC_ARROW, L"", WS_TABSTOP, id::AllRow + number});
+    row.window = row.part->window();
     giveRole(row.window, ROLE_SYSTEM_LISTITEM);
     rows_.push_back(std::move(row));
   }
@@ -177,14 +171,20 @@ bool OverviewWindow::keyDown(int keyCode, int shift) {
     if (keyCode == key::Home) wanted = 0;
     if (keyCode == key::End) wanted = last;
   }
-  if (wanted >= 0) return SetFocus(rows_[static_cast<std::size_t>(wanted)].window), true;
+  if (wanted >= 0) {
+    SetFocus(rows_[static_cast<std::size_t>(wanted)].window);
+    return true;
+  }
   if (!overview_.keyDown(keyCode, shift)) return false;
   refresh();
   return true;
 }
 
 bool OverviewWindow::keyPress(int character) {
-  if (character == key::Escape && dragging_) return ReleaseCapture(), true;
+  if (character == key::Escape && dragging_) {
+    ReleaseCapture();
+    return true;
+  }
   if (!overview_.keyPress(character)) return false;
   refresh();
   return true;
@@ -212,38 +212,25 @@ int OverviewWindow::rowOf(HWND window) const {
 
 int OverviewWindow::rowAt(POINT screen) const { return rowOf(WindowFromPoint(screen)); }
 
-LRESULT CALLBACK OverviewWindow::rowProcedure(HWND window, UINT message, WPARAM wParam,
-                                              LPARAM lParam) {
-  if (message == WM_NCCREATE) {
-    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
-  }
-  auto* self = reinterpret_cast<OverviewWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  LRESULT result = 0;
-  bool handled = false;
-  const bool whole = windowBarrier(window, message, [&] {
-    const int row = self ? self->rowOf(window) : -1;
-    handled = row >= 0 && self->rowMessage(row, message, wParam, lParam, result);
-  });
-  if (!whole) return 0;
-  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
-}
-
-bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lParam,
+bool OverviewWindow::rowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                 LRESULT& result) {
-  const HWND window = rows_[static_cast<std::size_t>(row)].window;
+  const int row = rowOf(window);
+  if (row < 0) return false;
   POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
   switch (message) {
     case WM_PAINT:
-      return paintRow(window, row), true;
+      paintRow(window, row);
+      return true;
     case WM_ERASEBKGND:
-      return result = 1, true;
+      result = 1;
+      return true;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       if (message == WM_SETFOCUS) overview_.focus(row);
       typing_ = message == WM_SETFOCUS ? row : -1;
       InvalidateRect(window, nullptr, FALSE);
-      return refresh(), true;
+      refresh();
+      return true;
     case WM_LBUTTONDOWN:
       pressed_ = row;
       SetFocus(window);
@@ -252,13 +239,16 @@ bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lPa
     case WM_MOUSEMOVE:
       if (pressed_ != row) return false;
       ClientToScreen(window, &at);
-      return drag(at), true;
+      drag(at);
+      return true;
     case WM_LBUTTONUP:
       if (pressed_ != row) return false;
       ClientToScreen(window, &at);
-      return drop(at), true;
+      drop(at);
+      return true;
     case WM_CAPTURECHANGED:
-      return endDrag(), true;
+      endDrag();
+      return true;
     case WM_MOUSEWHEEL: {
       // Some systems send it to the window under the pointer, some to the one with the focus.
       const int under = rowAt(at);
@@ -266,7 +256,8 @@ bool OverviewWindow::rowMessage(int row, UINT message, WPARAM wParam, LPARAM lPa
       ScreenToClient(rows_[static_cast<std::size_t>(under)].window, &at);
       if (at.x >= columns_.frequency && at.x < columns_.mode)
         overview_.wheel(under, GET_WHEEL_DELTA_WPARAM(wParam));
-      return refresh(), true;
+      refresh();
+      return true;
     }
     default:
       return partMessage(message, wParam);

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <vector>
 
+#include "gui/win32/part_window.h"
 #include "overview/overview.h"
 #include "win32/view_window.h"
 
@@ -22,11 +24,6 @@ class OverviewWindow : public ViewWindow {
   struct Columns {
     int number, name, frequency, mode, station, level, reading, minute, moved, end;
   };
-  struct Row {
-    HWND window = nullptr;
-    OverviewRow shown;
-    std::string spoken;
-  };
 
   void layOut(int width, int height) override;
   void refresh() override;
@@ -39,8 +36,14 @@ class OverviewWindow : public ViewWindow {
   void leftAt(const Frame& frame) override;
   void lookChanged() override;
 
-  static LRESULT CALLBACK rowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  bool rowMessage(int row, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  bool rowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  using RowWindow = PartWindow<OverviewWindow, &OverviewWindow::rowMessage>;
+  struct Row {
+    std::unique_ptr<RowWindow> part;
+    HWND window = nullptr;
+    OverviewRow shown;
+    std::string spoken;
+  };
   int rowOf(HWND window) const;
   int rowAt(POINT screen) const;
   void makeRows(int count);

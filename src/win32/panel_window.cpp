@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "gui/win32/held_keys.h"
 #include "gui/win32/text_size.h"
 #include "gui/win32/window_barrier.h"
 #include "ui/global.h"
@@ -25,6 +26,8 @@ constexpr DWORD kPanelStyle =
     WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
 /// A private message of wheel drivers: typing gets the keyboard, where the panel has it at all.
 constexpr UINT kFocusTyping = 4186;
+/// Work beside the window has ended.
+constexpr UINT kWorkEnded = WM_APP + 2;
 /// Shortest time between two changes of the screen, ms.
 constexpr ULONGLONG kFrameTime = 16;
 /// Messages that one call of runPending lets run: a window that floods the queue must not hold it.
@@ -77,7 +80,7 @@ void keepOnTop(HWND window, bool onTop) {
 }  // namespace
 
 PanelWindow::PanelWindow(HINSTANCE instance) {
-  registerFaceClasses(instance);
+  registerPanelControls(instance);
   WNDCLASSW own{};
   own.hInstance = instance;
   own.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
@@ -87,6 +90,7 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   window_ = CreateWindowExW(0, kPanelClass, L"Kelvane", kPanelStyle, CW_USEDEFAULT, CW_USEDEFAULT,
                             0, 0, nullptr, nullptr, instance, this);
   SetPropW(window_, kSelf, this);
+  workWake_ = std::make_unique<PostedWake>(window_, kWorkEnded);
   hands_ = SetWindowsHookExW(WH_GETMESSAGE, noteHand, nullptr, GetCurrentThreadId());
   tabs_ = std::make_unique<TabStrip>(window_);
   // Before the panel that it lies on: what is made later lies beneath.
@@ -96,7 +100,7 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
   const UINT dpi = resolution();
   for (const ControlRow& row : mainControls()) {
     for (int element = 0; element < row.count; ++element)
-      faces_.push_back(std::make_unique<Face>(window_, row, element, events, dpi));
+      panelControls_.push_back(std::make_unique<PanelControl>(window_, row, element, events, dpi));
   }
   raiseAboveTabs();
   layOut(dpi);
@@ -125,9 +129,9 @@ void PanelWindow::explain() {
   explained_ = true;
   tabs_->speak();
   meter_->speak();
-  for (const auto& face : faces_) {
-    face->speak();
-    if (!face->shown().tip.empty()) tips_->set(face->window(), face->shown().tip);
+  for (const auto& control : panelControls_) {
+    control->speak();
+    if (!control->shown().tip.empty()) tips_->set(control->window(), control->shown().tip);
   }
 }
 
@@ -153,7 +157,7 @@ bool PanelWindow::preview(const MSG& message) {
   switch (message.message) {
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
-      return panel_->previewKeyDown(code, shiftState(), focused);
+      return panel_->previewKeyDown(code, heldKeys(), focused);
     case WM_CHAR:
       return panel_->previewKeyPress(code, focused);
     case WM_SYSCHAR:
@@ -203,11 +207,18 @@ bool PanelWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& re
 
 bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   const auto* notice = reinterpret_cast<const NMHDR*>(lParam);
-  if (message == SolePanel::showMessage()) return comeForward(), result = SolePanel::kAnswer, true;
+  if (message == SolePanel::showMessage()) {
+    comeForward();
+    result = SolePanel::kAnswer;
+    return true;
+  }
   switch (message) {
     case WM_TIMER:
       if (wParam == kTick) panel_->tick(std::chrono::steady_clock::now());
       if (wParam == kFrame) show();
+      return true;
+    case kWorkEnded:
+      panel_->workEnded();
       return true;
     case WM_NOTIFY:
       return tabNotified(*notice);
@@ -215,7 +226,8 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (HIWORD(wParam) == BN_CLICKED) clicked(LOWORD(wParam), MouseButton::Left);
       return true;
     case WM_SETFOCUS:
-      return panel_->activated(), true;
+      panel_->activated();
+      return true;
     case WM_MOUSEWHEEL:
       // Sent by another program, past the message loop.
       if (wheelPresent_) panel_->wheel(GET_WHEEL_DELTA_WPARAM(wParam));
@@ -224,23 +236,31 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (wheelPresent_ && active()) focus(id::FrqFocus);
       return false;
     case WM_ERASEBKGND:
-      return erase(reinterpret_cast<HDC>(wParam)), result = 1, true;
+      erase(reinterpret_cast<HDC>(wParam));
+      result = 1;
+      return true;
     case WM_WINDOWPOSCHANGED:
-      return noteMove(), false;
+      noteMove();
+      return false;
     case WM_DPICHANGED:
-      return dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam)), true;
+      dpiChanged(LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+      return true;
     case WM_SETTINGCHANGE:
     case WM_SYSCOLORCHANGE:
-      return settingsChanged(), false;
+      settingsChanged();
+      return false;
     case WM_SYSCOMMAND:
       return systemCommand(wParam, lParam);
     case WM_QUERYENDSESSION:
-      return result = TRUE, true;
+      result = TRUE;
+      return true;
     case WM_ENDSESSION:
       if (wParam) unload(Ending::WithSystem);
       return true;
     case WM_CLOSE:
-      return unload(Ending::ByOperator), DestroyWindow(window_), true;
+      unload(Ending::ByOperator);
+      DestroyWindow(window_);
+      return true;
     default:
       return false;
   }
@@ -284,7 +304,7 @@ void PanelWindow::show() {
   MainView& view = panel_->view();
   // A press was made for the receiver that was shown then.
   if (view.TabStrip.selected != presented_.TabStrip.selected) {
-    for (const auto& face : faces_) face->dropPress();
+    for (const auto& control : panelControls_) control->dropPress();
   }
   presented_ = view;
   if (std::exchange(caption_, view.caption) != view.caption)
@@ -294,10 +314,10 @@ void PanelWindow::show() {
   tabs_->show(view.TabStrip);
   // The box blinks, but what it is about lasts.
   meter_->show(view.meter, !view.RxWhy.visible);
-  for (const auto& face : faces_) {
-    const Control& control = face->row().of(view, face->element());
-    if (explained_ && control.tip != face->shown().tip) tips_->set(face->window(), control.tip);
-    face->show(control);
+  for (const auto& control : panelControls_) {
+    const Control& next = control->row().of(view, control->element());
+    if (explained_ && next.tip != control->shown().tip) tips_->set(control->window(), next.tip);
+    control->show(next);
   }
 }
 
@@ -321,7 +341,7 @@ void PanelWindow::dress(UINT dpi, const Fonts& fonts) {
   const Palette& palette = colours_.now();
   tabs_->place(dpi, fonts, palette);
   meter_->place(dpi, fonts, palette);
-  for (const auto& face : faces_) face->place(dpi, fonts, palette);
+  for (const auto& control : panelControls_) control->place(dpi, fonts, palette);
 }
 
 void PanelWindow::erase(HDC to) const {

@@ -5,11 +5,12 @@
 #include <memory>
 #include <vector>
 
+#include "base/win32/posted_wake.h"
 #include "gui/win32/tool_tips.h"
 #include "gui/win32/window_base.h"
 #include "panel/main_window.h"
-#include "win32/face.h"
 #include "win32/meter_strip.h"
+#include "win32/panel_control.h"
 #include "win32/tab_strip.h"
 
 namespace kelvane::win32 {
@@ -31,6 +32,8 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   void explain();
   /// Something may have changed outside the window's own messages.
   void changed();
+  /// From any thread: work beside the window has ended, and the panel is told of it soon.
+  void wakeWork() { workWake_->post(); }
   /// Runs until the window is closed.
   int run();
 
@@ -81,11 +84,12 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   HWND window_;
   HHOOK hands_ = nullptr;
   RECT place_{};  ///< on the screen, minimised or not
+  std::unique_ptr<PostedWake> workWake_;
   std::unique_ptr<Fonts> fonts_;
   UINT laidOutAt_ = 96;
   std::unique_ptr<TabStrip> tabs_;
   std::unique_ptr<MeterStrip> meter_;
-  std::vector<std::unique_ptr<Face>> faces_;
+  std::vector<std::unique_ptr<PanelControl>> panelControls_;
   std::unique_ptr<ToolTips> tips_;
   /// Looked for once: without a wheel its messages are nobody's.
   const bool wheelPresent_ = wheelPresent();

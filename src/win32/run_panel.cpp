@@ -50,7 +50,8 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
               [] { return std::chrono::steady_clock::now(); }, name, files, calendar,
               std::filesystem::current_path(gone), fileBoxes, folder,
               [&report] { return report.save(systemFacts(), wallTime()); },
-              std::make_shared<FileSteps>(), wallTime, keepAwake});
+              std::make_shared<FileSteps>(), wallTime, keepAwake,
+              [&window] { window.wakeWork(); }});
   ShownEvents events(panel, window);
   NotedEvents noted(history, events, wallTime);
   const auto receiverEvents = components.listen(noted);

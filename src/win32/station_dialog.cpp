@@ -15,7 +15,6 @@ constexpr int kStationsWidth = 760, kStationsHeight = 380, kStationsEdge = 8;
 constexpr int kStationsButtonTop = kStationsHeight - kStationsEdge - 26;
 constexpr int kStationsStatusTop = kStationsButtonTop - 24;
 constexpr int kStationsGridTop = 40;
-constexpr UINT kStationsTick = 100;  // ms
 
 constexpr int kImportWidth = 760, kImportHeight = 380;
 constexpr int kImportButtonTop = kImportHeight - 34, kImportGridTop = 92;
@@ -65,20 +64,9 @@ void ImportDialog::make(const ScreenColours& colours) {
            Widen | Heighten});
   grid_ =
       std::make_unique<GridWindow>(grid, editor_.importGrid(), "What the import would do", colours);
-  add({IDOK,
-       WC_BUTTONW,
-       BS_DEFPUSHBUTTON | WS_TABSTOP,
-       "&Take in",
-       {kImportWidth - 200, kImportButtonTop, 92, 26},
-       "Take these stations into the list; one Undo takes it all back",
-       MoveRight | MoveDown});
-  add({IDCANCEL,
-       WC_BUTTONW,
-       BS_PUSHBUTTON | WS_TABSTOP,
-       "Cancel",
-       {kImportWidth - 100, kImportButtonTop, 92, 26},
-       "",
-       MoveRight | MoveDown});
+  addEnds({kImportWidth - 200, kImportButtonTop, "&Take in",
+           "Take these stations into the list; one Undo takes it all back", "Cancel",
+           MoveRight | MoveDown, 92});
 }
 
 void ImportDialog::makeBoxes() {
@@ -169,7 +157,7 @@ void ImportDialog::command(int control, int notice) {
   if (notice != CBN_SELCHANGE || import->busy()) return;
   if (control == id::ImpColumn) return fillMeaning();
   if (control == id::ImpRule)
-    import->rule(static_cast<formats::Rule>(choiceOf(item(id::ImpRule))));
+    import->setRule(static_cast<formats::Rule>(choiceOf(item(id::ImpRule))));
   else
     shapeChosen();
   show();
@@ -180,7 +168,10 @@ bool ImportDialog::keyDown(int keyCode, int shift) {
   return keyCode != VK_RETURN && grid_->hasFocus() && grid_->keyDown(keyCode, shift);
 }
 
-bool ImportDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }
+bool ImportDialog::wheel(int notches) {
+  grid_->scrollWheel(notches);
+  return true;
+}
 
 StationDialog::StationDialog(HWND owner, StationEditor& editor, const ScreenColours& colours)
     : DialogWindow({L"KelvaneStations", "My stations", owner, kStationsWidth, kStationsHeight, true,
@@ -189,12 +180,11 @@ StationDialog::StationDialog(HWND owner, StationEditor& editor, const ScreenColo
       colours_(colours) {
   GridWindow::registerClass(reinterpret_cast<HINSTANCE>(GetModuleHandleW(nullptr)));
   make(colours);
-  editor_.whenChanged([this] { show(); });
+  editor_.setListener([this] { show(); });
   takeFiles();
-  startTimer(kStationsTick);
 }
 
-StationDialog::~StationDialog() { editor_.whenChanged({}); }
+StationDialog::~StationDialog() { editor_.setListener({}); }
 
 void StationDialog::fileDropped(const std::wstring& name) {
   if (!name.empty()) editor_.importFile(name);
@@ -307,7 +297,10 @@ void StationDialog::present() {
 void StationDialog::show() {
   const StationView& view = editor_.view();
   if (!window()) return;
-  if (!view.open) return import_.reset(), close();
+  if (!view.open) {
+    import_.reset();
+    return close();
+  }
   showGroups();
   for (const int button : {IDOK, static_cast<int>(id::StnRemove), static_cast<int>(id::StnExport)})
     enable(button, editor_.table().rows() > 0);
@@ -345,7 +338,7 @@ void StationDialog::filterChanged() {
   filter.text = text(id::StnSearch);
   if (group > 0) filter.group = groups_[static_cast<std::size_t>(group)];
   filter.favourites = checked(id::StnFavourites);
-  editor_.filter(std::move(filter));
+  editor_.setFilter(std::move(filter));
 }
 
 void StationDialog::command(int control, int notice) {
@@ -380,15 +373,18 @@ void StationDialog::command(int control, int notice) {
 
 bool StationDialog::keyDown(int keyCode, int shift) {
   // From what is sought straight into what was found.
-  if (keyCode == key::Down && shift == 0 && GetFocus() == item(id::StnSearch))
-    return SetFocus(item(id::StnGrd)), true;
+  if (keyCode == key::Down && shift == 0 && GetFocus() == item(id::StnSearch)) {
+    SetFocus(item(id::StnGrd));
+    return true;
+  }
   if (!grid_->hasFocus() || !grid_->keyDown(keyCode, shift)) return false;
   grid_->show();
   return true;
 }
 
-bool StationDialog::wheel(int notches) { return grid_->scrollWheel(notches), true; }
-
-void StationDialog::tick() { editor_.tick(); }
+bool StationDialog::wheel(int notches) {
+  grid_->scrollWheel(notches);
+  return true;
+}
 
 }  // namespace kelvane::win32

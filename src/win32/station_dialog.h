@@ -52,7 +52,6 @@ class StationDialog : public DialogWindow {
   void command(int control, int notice) override;
   bool keyDown(int keyCode, int shift) override;
   bool wheel(int notches) override;
-  void tick() override;
   void fileDropped(const std::wstring& name) override;
   int defaultButton() const override { return 0; }
 

@@ -87,17 +87,11 @@ std::span<std::uint32_t> Canvas::pixels() const {
 }
 
 TracesWindow::TracesWindow(HWND owner, Traces& traces)
-    : ViewWindow(owner, tracesDesign(), [&traces] { return traces.colours(); }), traces_(traces) {
-  WNDCLASSW own{};
-  own.lpfnWndProc = plotProcedure;
-  own.hInstance = GetModuleHandleW(nullptr);
-  own.hCursor = LoadCursorW(nullptr, IDC_CROSS);
-  own.lpszClassName = kPlotClass;
-  RegisterClassW(&own);
-  plot_ = CreateWindowExW(0, kPlotClass, L"Levels of the receivers",
-                          WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 0, 0, window(),
-                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(id::TracePlot)),
-                          GetModuleHandleW(nullptr), this);
+    : ViewWindow(owner, tracesDesign(), [&traces] { return traces.colours(); }),
+      traces_(traces),
+      part_(*this, {window(), kPlotClass, IDC_CROSS, L"Levels of the receivers", WS_TABSTOP,
+                    id::TracePlot}),
+      plot_(part_.window()) {
   giveRole(plot_, ROLE_SYSTEM_GRAPHIC);
   speakAs(plot_, "Levels of the receivers");
   makeButtons();
@@ -328,28 +322,12 @@ void TracesWindow::leftAt(const Frame& frame) {
   traces_.leftAt({frame.at, frame.width, frame.height});
 }
 
-LRESULT CALLBACK TracesWindow::plotProcedure(HWND window, UINT message, WPARAM wParam,
-                                             LPARAM lParam) {
-  if (message == WM_NCCREATE) {
-    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
-  }
-  auto* self = reinterpret_cast<TracesWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  LRESULT result = 0;
-  bool handled = false;
-  const bool whole = windowBarrier(window, message, [&] {
-    handled = self && self->plot_ && self->plotMessage(message, wParam, lParam, result);
-  });
-  if (!whole) return 0;
-  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
-}
-
 void TracesWindow::pointAt(LPARAM lParam) {
   traces_.pointAt(GET_X_LPARAM(lParam) - static_cast<int>(plotArea().left), plotWidth());
   refresh();
 }
 
-bool TracesWindow::plotMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+bool TracesWindow::plotMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   switch (message) {
     case WM_PAINT: {
       PAINTSTRUCT paint;
@@ -361,23 +339,28 @@ bool TracesWindow::plotMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESU
       return true;
     }
     case WM_ERASEBKGND:
-      return result = 1, true;
+      result = 1;
+      return true;
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       stale_ = true;
-      return refresh(), true;
+      refresh();
+      return true;
     case WM_LBUTTONDOWN:
       SetFocus(plot_);
-      return pointAt(lParam), true;
+      pointAt(lParam);
+      return true;
     case WM_MOUSEMOVE:
       if (wParam & MK_LBUTTON) pointAt(lParam);
       return true;
     case WM_RBUTTONUP:
       traces_.pointAt(-1, plotWidth());
-      return refresh(), true;
+      refresh();
+      return true;
     case WM_MOUSEWHEEL:
       traces_.zoom(GET_WHEEL_DELTA_WPARAM(wParam) > 0 ? -1 : 1);
-      return refresh(), true;
+      refresh();
+      return true;
     default:
       return partMessage(message, wParam);
   }

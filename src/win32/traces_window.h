@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "gui/win32/part_window.h"
 #include "overview/traces.h"
 #include "win32/view_window.h"
 
@@ -50,8 +51,8 @@ class TracesWindow : public ViewWindow {
   Frame startFrame(Global::Point owner) const override;
   void leftAt(const Frame& frame) override;
 
-  static LRESULT CALLBACK plotProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  bool plotMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  bool plotMessage(HWND plot, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  using PlotWindow = PartWindow<TracesWindow, &TracesWindow::plotMessage>;
   void makeButtons();
   void showButtons();
   void showResults();
@@ -72,7 +73,8 @@ class TracesWindow : public ViewWindow {
   void write(const std::string& words, RECT area, Colour colour, UINT align);
 
   Traces& traces_;
-  HWND plot_ = nullptr;
+  PlotWindow part_;
+  HWND plot_;
   Canvas canvas_;
   std::vector<std::uint32_t> plotted_;  ///< the plot while its lines are drawn
   Traces::Version drawn_;

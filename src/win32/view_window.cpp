@@ -6,12 +6,10 @@
 
 #include "base/text.h"
 #include "gui/win32/accessible.h"
-#include "gui/win32/common_controls.h"
+#include "gui/win32/held_keys.h"
 #include "gui/win32/text_size.h"
-#include "gui/win32/window_barrier.h"
 #include "ui/alt_letters.h"
 #include "ui/key_codes.h"
-#include "win32/face.h"
 #include "win32/paint.h"
 #include "win32/screens.h"
 #include "win32/text.h"
@@ -50,14 +48,14 @@ ViewWindow::ViewWindow(HWND owner, Design design, std::function<ColourChoice()> 
       choice_(std::move(colours)),
       palette_(&paletteNow(choice_())) {
   WNDCLASSW own{};
-  own.lpfnWndProc = procedure;
   own.hInstance = program();
   own.hIcon = LoadIconW(program(), MAKEINTRESOURCEW(1));
   own.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   own.lpszClassName = design_.windowClass;
-  RegisterClassW(&own);
+  registerWindows(own);
   window_ = CreateWindowExW(0, design_.windowClass, wide(design_.title).c_str(), kViewStyle, 0, 0,
-                            0, 0, owner_, nullptr, program(), this);
+                            0, 0, owner_, nullptr, program(), nullptr);
+  keep(window_, this);
   dpi_ = layoutResolution(window_, GetDpiForWindow(window_), design_.width, design_.height);
   fonts_ = std::make_unique<Fonts>(dpi_);
   tips_ = std::make_unique<ToolTips>(window_);
@@ -65,7 +63,7 @@ ViewWindow::ViewWindow(HWND owner, Design design, std::function<ColourChoice()> 
 
 ViewWindow::~ViewWindow() {
   if (window_) {
-    SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+    keep(window_, nullptr);
     DestroyWindow(window_);
   }
 }
@@ -122,7 +120,7 @@ HWND ViewWindow::addButton(int id, std::string_view text, std::string_view tip) 
   const HWND button = CreateWindowExW(
       0, L"BUTTON", wide(text).c_str(), WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_OWNERDRAW, 0, 0, 0,
       0, window_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), program(), nullptr);
-  common_controls::setSubclass(button, buttonProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+  watch<&ViewWindow::buttonMessage>(button, this);
   tips_->set(button, std::string(tip));
   buttons_[id] = {button, std::string(text), {}, true};
   return button;
@@ -250,12 +248,12 @@ bool ViewWindow::partMessage(UINT message, WPARAM wParam) {
   switch (message) {
     case WM_KEYDOWN:
       if (code == VK_TAB) {
-        SetFocus(GetNextDlgTabItem(window_, GetFocus(), GetKeyState(VK_SHIFT) < 0));
+        SetFocus(GetNextDlgTabItem(window_, GetFocus(), (heldKeys() & key::ShiftHeld) != 0));
         return true;
       }
-      return keyDown(code, shiftState());
+      return keyDown(code, heldKeys());
     case WM_SYSKEYDOWN:
-      return keyDown(code, shiftState());
+      return keyDown(code, heldKeys());
     case WM_CHAR:
       if (code == VK_TAB) return true;
       if (keyPress(code)) return true;
@@ -268,36 +266,17 @@ bool ViewWindow::partMessage(UINT message, WPARAM wParam) {
   }
 }
 
-LRESULT CALLBACK ViewWindow::buttonProcedure(HWND button, UINT message, WPARAM wParam,
-                                             LPARAM lParam, UINT_PTR, DWORD_PTR self) {
-  auto& view = *reinterpret_cast<ViewWindow*>(self);
+bool ViewWindow::buttonMessage(HWND button, UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
   if (message == WM_KEYDOWN && wParam == VK_RETURN) {
-    windowBarrier(button, message, [&] { view.command(GetDlgCtrlID(button)); });
-    return 0;
+    command(GetDlgCtrlID(button));
+    return true;
   }
   const bool ofButton =
       (message == WM_KEYDOWN || message == WM_CHAR) && (wParam == VK_SPACE || wParam == VK_RETURN);
-  bool taken = false;
-  if (!ofButton) windowBarrier(button, message, [&] { taken = view.partMessage(message, wParam); });
-  if (taken) return 0;
-  if (message == WM_ERASEBKGND) return 1;
-  return common_controls::defSubclass(button, message, wParam, lParam);
-}
-
-LRESULT CALLBACK ViewWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_NCCREATE) {
-    const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
-    auto* self = static_cast<ViewWindow*>(create->lpCreateParams);
-    self->window_ = window;
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-  }
-  auto* self = reinterpret_cast<ViewWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  LRESULT result = 0;
-  bool handled = false;
-  const bool whole = windowBarrier(
-      window, message, [&] { handled = self && self->handle(message, wParam, lParam, result); });
-  if (!whole) return 0;
-  return handled ? result : DefWindowProcW(window, message, wParam, lParam);
+  if (!ofButton && partMessage(message, wParam)) return true;
+  if (message != WM_ERASEBKGND) return false;
+  result = 1;
+  return true;
 }
 
 void ViewWindow::changeLook() {
@@ -321,11 +300,14 @@ bool ViewWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
     case WM_TIMER:
       if (wParam != kRefreshTimer || !canBeSeen(window_)) return true;
       if (&paletteNow(choice_()) != palette_) changeLook();
-      return refresh(), true;
+      refresh();
+      return true;
     case WM_PAINT:
-      return paint(window_), true;
+      paint(window_);
+      return true;
     case WM_ERASEBKGND:
-      return result = 1, true;
+      result = 1;
+      return true;
     case WM_SIZE:
       if (wParam != SIZE_MINIMIZED) spread();
       return true;
@@ -336,32 +318,37 @@ bool ViewWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
       return true;
     }
     case WM_SETFOCUS:
-      return SetFocus(startOfKeys()), true;
+      SetFocus(startOfKeys());
+      return true;
     case WM_COMMAND:
       if (HIWORD(wParam) == BN_CLICKED && lParam) command(LOWORD(wParam));
       return true;
     case WM_DRAWITEM:
       paintItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
-      return result = TRUE, true;
+      result = TRUE;
+      return true;
     case WM_DPICHANGED: {
       const RECT& to = *reinterpret_cast<const RECT*>(lParam);
       SetWindowPos(window_, nullptr, to.left, to.top, to.right - to.left, to.bottom - to.top,
                    SWP_NOZORDER | SWP_NOACTIVATE);
-      return changeLook(), true;
+      changeLook();
+      return true;
     }
     case WM_SETTINGCHANGE:
     case WM_SYSCOLORCHANGE:
-      return changeLook(), false;
+      changeLook();
+      return false;
     case WM_CLOSE:
       keepPlace();
       KillTimer(window_, kRefreshTimer);
       ShowWindow(window_, SW_HIDE);
-      return SetForegroundWindow(owner_), true;
+      SetForegroundWindow(owner_);
+      return true;
     case WM_DESTROY:
       if (IsWindowVisible(window_)) keepPlace();
       return false;
     case WM_NCDESTROY:
-      SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+      keep(window_, nullptr);
       window_ = nullptr;
       return false;
     default:

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "gui/win32/tool_tips.h"
+#include "gui/win32/window_base.h"
 #include "ui/global.h"
 #include "win32/colours.h"
 #include "win32/fonts.h"
@@ -18,7 +19,7 @@ namespace kelvane::win32 {
 
 /// A window that is painted by ourselves in the palette's colours, beside the main one: it can be
 /// sized, keeps its place, and looks for changes 20 times a second while any of it can be seen.
-class ViewWindow {
+class ViewWindow : private WindowBase<ViewWindow> {
  public:
   /// Sizes are of the inside, in 96ths of an inch.
   struct Design {
@@ -82,9 +83,8 @@ class ViewWindow {
   bool partMessage(UINT message, WPARAM wParam);
 
  private:
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT CALLBACK buttonProcedure(HWND button, UINT message, WPARAM wParam, LPARAM lParam,
-                                          UINT_PTR, DWORD_PTR self);
+  friend WindowBase<ViewWindow>;
+  bool buttonMessage(HWND button, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   void paintItem(const DRAWITEMSTRUCT& draw) const;
   void paintButton(const DRAWITEMSTRUCT& draw) const;

@@ -96,21 +96,21 @@ TEST_F(Tables, FollowAnotherRegionAndOtherDataAndStayWithTheSet) {
 TEST_F(Tables, OwnFilesAreMadeOnceAndUsedWhenReadAnew) {
   const DataFiles& files = *play.core->files();
   const OwnFile plan = ownPlanFile(files, 0);
-  EXPECT_EQ(plan.reason, "");
-  EXPECT_EQ(plan.file, play.ownFolder() / "bandplan-r1.txt");
-  play.write(plan.file, std::string(kPlan) + "# mine\n");
+  ASSERT_TRUE(plan) << plan.reason();
+  EXPECT_EQ(*plan, play.ownFolder() / "bandplan-r1.txt");
+  play.write(*plan, std::string(kPlan) + "# mine\n");
   ownPlanFile(files, 0);
-  EXPECT_THAT(*readFile(plan.file, 10'000), HasSubstr("# mine")) << "never written over";
-  EXPECT_THAT(ownPlanFile(files, 2).reason, HasSubstr("bandplan-r3.txt"));
+  EXPECT_THAT(*readFile(*plan, 10'000), HasSubstr("# mine")) << "never written over";
+  EXPECT_THAT(ownPlanFile(files, 2).reason(), HasSubstr("bandplan-r3.txt"));
 
   const OwnFile known = ownKnownFile(files);
-  play.write(known.file, *readFile(known.file, 10'000) + "7000 ; Mine\n");
+  play.write(*known, *readFile(*known, 10'000) + "7000 ; Mine\n");
   play.core->SetFrqFrequency(6'000'000);
-  play.write(plan.file, "All ; 9000 ; 30000000 ; 100 ; CW ; 500\n");
+  play.write(*plan, "All ; 9000 ; 30000000 ; 100 ; CW ; 500\n");
   reload();
   EXPECT_EQ(play.core->GetFrqBandName().value(), "All") << "at the frequency it stood at";
   EXPECT_EQ(play.name(7'000'000), "Mine");
-  play.write(plan.file, "All ; 9000 ; 8000000 ; 100 ; CW ; 500\n");
+  play.write(*plan, "All ; 9000 ; 8000000 ; 100 ; CW ; 500\n");
   reload();
   EXPECT_EQ(play.core->GetFrqBandName().value(), "High") << "the shipped one";
   const auto rows = sourceRows(*play.core);

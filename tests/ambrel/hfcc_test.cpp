@@ -39,10 +39,20 @@ std::string record(const char* khz, const char* start, const char* stop, const c
   const auto put = [&line](std::size_t column, const char* text) {
     line.replace(column - 1, std::strlen(text), text);
   };
-  put(1, khz), put(7, start), put(12, stop), put(17, "27,28"), put(48, "WOF"), put(52, "250"),
-      put(57, "106");
-  put(73, days), put(81, "270322"), put(88, "301022"), put(95, "D"), put(103, "Eng"), put(114, "G"),
-      put(118, broadcaster);
+  put(1, khz);
+  put(7, start);
+  put(12, stop);
+  put(17, "27,28");
+  put(48, "WOF");
+  put(52, "250");
+  put(57, "106");
+  put(73, days);
+  put(81, "270322");
+  put(88, "301022");
+  put(95, "D");
+  put(103, "Eng");
+  put(114, "G");
+  put(118, broadcaster);
   return line + "\r\n";
 }
 

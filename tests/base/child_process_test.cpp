@@ -28,18 +28,18 @@ std::string contentOf(const std::filesystem::path& file) {
 TEST(ChildProcess, RunsUntilItEndsByItselfOrIsEnded) {
   ChildProcess child;
   EXPECT_FALSE(child.running());
-  ASSERT_EQ(child.start("sleep 60"), "");
+  ASSERT_EQ(child.start("sleep 60").reason(), "");
   EXPECT_TRUE(child.running());
   child.end();
   EXPECT_FALSE(child.running());
-  ASSERT_EQ(child.start("true"), "");
+  ASSERT_EQ(child.start("true").reason(), "");
   EXPECT_TRUE(soon([&] { return !child.running(); }));
 }
 
 TEST(ChildProcess, SaysWhyAProgramCannotBeStarted) {
   ChildProcess child;
   for (const std::string line : {"no-such-program-anywhere -m 1", "", "  \t", "\"\""}) {
-    EXPECT_NE(child.start(line), "") << line;
+    EXPECT_NE(child.start(line).reason(), "") << line;
     EXPECT_FALSE(child.running());
   }
 }
@@ -48,7 +48,7 @@ TEST(ChildProcess, TakesWordsInQuotesWhole) {
   const fakes::TempFolder folder;
   const auto file = folder.path() / "two words";
   ChildProcess child;
-  ASSERT_EQ(child.start("sh -c \"echo $0 > '" + file.string() + "'\" heard"), "");
+  ASSERT_EQ(child.start("sh -c \"echo $0 > '" + file.string() + "'\" heard").reason(), "");
   EXPECT_TRUE(soon([&] { return contentOf(file) == "heard"; }));
 }
 
@@ -58,7 +58,8 @@ TEST(ChildProcess, IsGoneWithItsOwner) {
   int process = 0;
   {
     ChildProcess child;
-    ASSERT_EQ(child.start("sh -c \"echo $$ > '" + file.string() + "'; exec sleep 60\""), "");
+    ASSERT_EQ(child.start("sh -c \"echo $$ > '" + file.string() + "'; exec sleep 60\"").reason(),
+              "");
     ASSERT_TRUE(soon([&] { return !contentOf(file).empty(); }));
     process = std::stoi(contentOf(file));
     EXPECT_EQ(::kill(process, 0), 0);

@@ -32,9 +32,9 @@ TEST(FileLock, IsOneProcesssAloneAndFreeWhenItIsKilled) {
   ASSERT_EQ(::read(told[0], &got, 1), 1);
   ASSERT_EQ(got, 'y');
   FileLock lock;
-  const FileResult refused = lock.acquire(file);
+  const Result<> refused = lock.acquire(file);
   EXPECT_FALSE(refused);
-  EXPECT_TRUE(refused.held);
+  EXPECT_TRUE(refused.held());
   ::kill(other, SIGKILL);
   ::waitpid(other, nullptr, 0);
   EXPECT_TRUE(lock.acquire(file));
@@ -48,9 +48,8 @@ TEST(ChangeFile, NoChangeOfAnothersIsUndone) {
   const auto addLines = [&](char who) {
     FileSteps disk;
     for (int i = 0; i < 20; ++i) {
-      changeFile(file, 10'000, disk, [who](const FileReading& now) {
-        return FileChange{true, now.content + who};
-      });
+      changeFile(file, 10'000, disk,
+                 [who](const FileReading& now) { return FileChange(now.content + who); });
     }
   };
   std::thread other(addLines, 'b');
@@ -69,10 +68,10 @@ TEST(ChangeFile, WhatCannotBeReadOrIsRefusedStaysAsItIs) {
     return changeFile(file, 100, steps, [&](const FileReading&) { return to; });
   };
   FailingSteps unreadable(1, FailingSteps::How::Fail);
-  EXPECT_EQ(change(unreadable, {true, "new"}).reason, "the disk is full");
+  EXPECT_EQ(change(unreadable, "new").reason(), "the disk is full");
   FileSteps disk;
-  EXPECT_EQ(change(disk, {true, "new", "no"}).reason, "no");
-  EXPECT_TRUE(change(disk, {}));
+  EXPECT_EQ(change(disk, Failure{"no"}).reason(), "no");
+  EXPECT_TRUE(change(disk, kUnchanged));
   EXPECT_EQ(readFile(file, 100), "old");
 }
 

@@ -16,7 +16,7 @@ using fakes::TempFolder;
 /// A disk that takes as long as the test wants.
 class HeldSteps : public FileSteps {
  public:
-  FileResult write(const std::filesystem::path& file, std::string_view content) override {
+  Result<> write(const std::filesystem::path& file, std::string_view content) override {
     entered.release();
     proceed.acquire();
     return FileSteps::write(file, content);
@@ -50,7 +50,7 @@ TEST(FileSaver, LeavesNothingUnwrittenWhenItGoes) {
     FileSaver saver;
     for (int i = 0; i < 20; ++i) {
       saver.save(folder.path() / std::to_string(i), "x",
-                 [&](const FileResult& result) { ended += result.ok ? 1 : 0; });
+                 [&](const Result<>& result) { ended += result ? 1 : 0; });
     }
   }
   EXPECT_EQ(ended, 20);
@@ -59,7 +59,7 @@ TEST(FileSaver, LeavesNothingUnwrittenWhenItGoes) {
 
 /// A disk at which something throws, once.
 struct ThrowingSteps : FileSteps {
-  FileResult makeFolders(const std::filesystem::path& folder) override {
+  Result<> makeFolders(const std::filesystem::path& folder) override {
     if (std::exchange(throws, false)) throw std::bad_alloc();
     return FileSteps::makeFolders(folder);
   }
@@ -70,8 +70,8 @@ TEST(FileSaver, GoesOnAfterAFaultAndSaysIt) {
   TempFolder folder;
   std::string words;
   FileSaver saver(std::make_shared<ThrowingSteps>());
-  saver.save(folder.path() / "a", "x", [&](const FileResult& r) {
-    words = r.reason;
+  saver.save(folder.path() / "a", "x", [&](const Result<>& r) {
+    words = r.reason();
     throw std::runtime_error("the listener falls too");
   });
   saver.finish();

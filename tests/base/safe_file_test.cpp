@@ -44,11 +44,11 @@ TEST(SafeFile, LeavesTheOldOrTheNewFileWholeWhereverItFailsOrStops) {
       const fs::path file = folder.path() / "list.txt";
       ASSERT_TRUE(writeFileSafely(file, old));
       FailingSteps steps(step, how);
-      const FileResult result = writeFileSafely(file, young, steps);
+      const Result<> result = writeFileSafely(file, young, steps);
       if (!steps.struck()) break;
       reached = step;
       EXPECT_FALSE(result);
-      EXPECT_NE(result.reason.find("list.txt"), std::string::npos) << result.reason;
+      EXPECT_NE(result.reason().find("list.txt"), std::string::npos) << result.reason();
       EXPECT_EQ(readFile(file, 10000), old) << "step " << step;
       if (how == FailingSteps::How::Fail) {
         EXPECT_EQ(names(folder.path()).size(), 1u) << "step " << step;
@@ -70,16 +70,16 @@ TEST(SafeFile, AFileThatAnotherProgramHoldsForAMomentIsTriedAgainAndAtLastSaid) 
     EXPECT_EQ(readFile(file, 100), std::to_string(step));
     EXPECT_GE(passing.waited(), milliseconds(200)) << "longer than thirty milliseconds' sharing";
     FailingSteps lasting(step, FailingSteps::How::Hold, 1'000'000);
-    const FileResult result = writeFileSafely(file, "new", lasting);
-    EXPECT_NE(result.reason.find("another program uses it"), std::string::npos);
-    EXPECT_GE(lasting.waited(), kFilePatience);
-    EXPECT_LE(lasting.waited(), kFilePatience * 2);
+    const Result<> result = writeFileSafely(file, "new", lasting);
+    EXPECT_NE(result.reason().find("another program uses it"), std::string::npos);
+    EXPECT_GE(lasting.waited(), kFileRetryTime);
+    EXPECT_LE(lasting.waited(), kFileRetryTime * 2);
     EXPECT_EQ(readFile(file, 100), std::to_string(step));
   }
   FailingSteps held(1, FailingSteps::How::Hold, 10);
-  EXPECT_EQ(readPatiently(file, 100, held).content, "4");
+  EXPECT_EQ(readWhenFree(file, 100, held).content, "4");
   FailingSteps never(1, FailingSteps::How::Hold, 1'000'000);
-  const FileReading reading = readPatiently(file, 100, never);
+  const FileReading reading = readWhenFree(file, 100, never);
   EXPECT_EQ(reading.how, FileReading::Unreadable);
   EXPECT_EQ(reading.reason, "another program uses it");
 }
@@ -102,15 +102,15 @@ TEST(SafeFile, SweepsUpWhatAKilledWriteLeftLongAgo) {
 
 TEST(SafeFile, SaysWhyItCannotReadOrWrite) {
   TempFolder folder;
-  std::string reason = "untouched";
-  EXPECT_EQ(readFile(folder.path() / "none", 10, &reason), std::nullopt);
-  EXPECT_EQ(reason, "") << "a file that is not there is no failure";
-  EXPECT_EQ(readFile(folder.path(), 10, &reason), std::nullopt);
-  EXPECT_NE(reason, "");
+  FileSteps disk;
+  EXPECT_EQ(disk.read(folder.path() / "none", 10).how, FileReading::Missing);
+  EXPECT_EQ(disk.read(folder.path(), 10).how, FileReading::Unreadable);
+  EXPECT_NE(disk.read(folder.path(), 10).reason, "");
   const fs::path file = folder.path() / "file";
   ASSERT_TRUE(writeFileSafely(file, "12345"));
   EXPECT_EQ(readFile(file, 5), "12345");
-  EXPECT_EQ(readFile(file, 4, &reason), std::nullopt);
+  EXPECT_EQ(readFile(file, 4), std::nullopt);
+  const std::string reason = disk.read(file, 4).reason;
   EXPECT_NE(reason.find("too large"), std::string::npos) << reason;
   EXPECT_FALSE(writeFileSafely(file / "below a file", "x"));
   EXPECT_FALSE(writeFileSafely(folder.path(), "a folder is in the way"));
@@ -169,9 +169,9 @@ TEST_F(Backups, AreNotTurnedOverForAFileThatIsNotThere) {
 TEST_F(Backups, LeaveTheFileWhereItWasWhenTheyFail) {
   write("1");
   fs::create_directories(file.string() + ".bak/taken");
-  const FileResult moved = moveToBackup(file, 1);
+  const Result<> moved = moveToBackup(file, 1);
   EXPECT_FALSE(moved);
-  EXPECT_NE(moved.reason, "");
+  EXPECT_NE(moved.reason(), "");
   EXPECT_EQ(read(""), "1");
 }
 

@@ -224,7 +224,7 @@ TEST_F(ChannelWindow, AnEntryIsCommittedBeforeAButtonActs) {
 TEST_F(ChannelWindow, AReceiverThatGoesLeavesTheEditsToBeExported) {
   rig_.enter(5, kFrequency, "5000000");
   rig_.sondrel.windows.edit = [](sondrel::DriversModel& drivers, const auto& apply) {
-    EXPECT_EQ(drivers.remove(0), "");
+    EXPECT_EQ(drivers.remove(0).reason(), "");
     EXPECT_TRUE(apply());
   };
   rig_.sondrel.core.OpenRxConfig("Kelvane", 1);

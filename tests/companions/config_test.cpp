@@ -122,7 +122,7 @@ TEST(Config, TheReceiversTabFollowsWhatTheDriverDialogLeft) {
   rig.start();
   rig.panel->tabClicked(2);
   const auto keepOnly = [](std::size_t count) {
-    return [count](sondrel::DriversModel& model, const std::function<FileResult()>& apply) {
+    return [count](sondrel::DriversModel& model, const std::function<Result<>()>& apply) {
       while (model.receivers().size() > count) model.remove(model.receivers().size() - 1);
       if (count) model.rename(0, "Left & right");
       EXPECT_TRUE(apply());

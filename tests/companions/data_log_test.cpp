@@ -52,6 +52,25 @@ TEST_F(Log, StoresThePresentSettingEachTimeTheStoreCommandShowsIt) {
   EXPECT_EQ(std::ranges::count(file(), '\n'), 2);
 }
 
+TEST_F(Log, WhatIsTypedWhileARecordIsStoredIsItsComment) {
+  store();
+  log->UpdateOnly(false);
+  log->activate();
+  ASSERT_TRUE(log->busy());
+  for (const char c : std::string_view("QSL")) log->PadGrd().keyPress(c);
+  EXPECT_FALSE(log->PadGrd().editing()) << "the table is at rest";
+  settle();
+  EXPECT_EQ(log->PadGrd().text(), "QSL");
+  log->PadGrd().commit();
+  EXPECT_EQ(cell(1, LogComments), "QSL");
+  // What is typed into a window that closes goes nowhere.
+  log->OK_Click();
+  ASSERT_TRUE(log->busy());
+  log->PadGrd().keyPress('x');
+  settle();
+  EXPECT_FALSE(view().open || log->PadGrd().editing());
+}
+
 TEST_F(Log, ShowsTheFileAndSelectsTheRecordOfThePresentFrequency) {
   write(std::string(kFirst) + kSecond + kSecond);
   tune(648'000);
@@ -319,7 +338,7 @@ TEST_F(Log, WhatIsOnlyLookedAtIsNotWritten) {
   look();
   EXPECT_EQ(cell(0, LogComments), "\xD0\x96");
   ok();
-  EXPECT_EQ(log->end() + file(), russian);
+  EXPECT_EQ(log->end().reason() + file(), russian);
 }
 
 TEST_F(Log, AnEditThatIsTakenBackAfterOkIsTakenBackInTheFileToo) {
@@ -330,7 +349,7 @@ TEST_F(Log, AnEditThatIsTakenBackAfterOkIsTakenBackInTheFileToo) {
   ASSERT_NE(file().find("|changed|"), std::string::npos);
   look();
   key('Z', key::CtrlHeld);
-  EXPECT_EQ(log->end(), "");
+  EXPECT_TRUE(log->end());
   EXPECT_EQ(file(), std::string(kFirst) + kSecond);
 }
 
@@ -352,7 +371,7 @@ TEST_F(Log, AFullDiskLeavesTheWindowOpenAndTheEditsInIt) {
   EXPECT_NE(view().Notice.find("Not saved"), std::string::npos) << view().Notice;
   EXPECT_EQ(cell(0, LogComments), "unsaved");
   EXPECT_EQ(file(), std::string(kFirst) + kSecond);
-  const std::string told = log->end();
+  const std::string told = log->end().reason();
   fs::permissions(folder.path(), fs::perms::owner_all);
   if (!refuses) {
     EXPECT_NE(told.find("at the next start"), std::string::npos) << told;
@@ -368,7 +387,7 @@ TEST_F(Log, AFullDiskLeavesTheWindowOpenAndTheEditsInIt) {
 
 TEST_F(Log, AnEntryThatIsOpenIsKeptByOkAndByTheProgramsEnd) {
   writeTwo();
-  EXPECT_EQ(log->end(), "") << "never opened";
+  EXPECT_TRUE(log->end()) << "never opened";
   for (const bool atEnd : {false, true}) {
     const std::string typed = atEnd ? "at the end" : "still typing";
     look();
@@ -376,7 +395,7 @@ TEST_F(Log, AnEntryThatIsOpenIsKeptByOkAndByTheProgramsEnd) {
     log->PadGrd().begin(Grid::Begin::Replace);
     log->PadGrd().edited(typed);
     if (atEnd) {
-      EXPECT_EQ(log->end(), "");
+      EXPECT_TRUE(log->end());
     } else {
       ok();
     }
@@ -446,7 +465,7 @@ TEST(LogKeys, SpaceRecordsAndGShowsTheLogOfTheShownReceiver) {
   rig.start();
   const auto records = [&] { return rig.dialogs.log->PadGrd().table().rows(); };
   const auto settle = [&] {
-    while (rig.dialogs.log->busy()) rig.dialogs.log->tick();
+    while (rig.dialogs.log->busy()) rig.dialogs.log->deliver();
   };
   rig.type("7050\r g");
   settle();

@@ -36,7 +36,10 @@ inline std::vector<CardKey> cardKeys() {
       const bool again = section == "LOGFILE SETTING" && from == line;
       from = again ? "From log window" : line;
     } else if (cells.size() == 1) {
-      if (!line.starts_with("_")) section = line, from.clear();
+      if (!line.starts_with("_")) {
+        section = line;
+        from.clear();
+      }
       continue;
     }
     for (std::size_t i = 0; i + 1 < cells.size(); i += 2) {

@@ -30,30 +30,29 @@ class FailingSteps : public FileSteps {
     return {FileReading::Unreadable, {}, failure().reason, failure().held};
   }
 
-  FileResult makeFolders(const std::filesystem::path& folder) override {
+  Result<> makeFolders(const std::filesystem::path& folder) override {
     return strikes() ? failure() : FileSteps::makeFolders(folder);
   }
-  FileResult write(const std::filesystem::path& file, std::string_view content) override {
+  Result<> write(const std::filesystem::path& file, std::string_view content) override {
     const bool before = struck();
     if (!strikes()) return FileSteps::write(file, content);
     if (!before && how_ != How::Hold) FileSteps::write(file, content.substr(0, content.size() / 2));
     return failure();
   }
-  FileResult append(const std::filesystem::path& file, std::string_view content) override {
+  Result<> append(const std::filesystem::path& file, std::string_view content) override {
     const bool before = struck();
     if (!strikes()) return FileSteps::append(file, content);
     if (!before && how_ != How::Hold)
       FileSteps::append(file, content.substr(0, content.size() / 2));
     return failure();
   }
-  FileResult flush(const std::filesystem::path& file) override {
+  Result<> flush(const std::filesystem::path& file) override {
     return strikes() ? failure() : FileSteps::flush(file);
   }
-  FileResult swapIn(const std::filesystem::path& from, const std::filesystem::path& to) override {
+  Result<> swapIn(const std::filesystem::path& from, const std::filesystem::path& to) override {
     return strikes() ? failure() : FileSteps::swapIn(from, to);
   }
-  FileResult secondName(const std::filesystem::path& from,
-                        const std::filesystem::path& to) override {
+  Result<> secondName(const std::filesystem::path& from, const std::filesystem::path& to) override {
     return strikes() ? failure() : FileSteps::secondName(from, to);
   }
   void remove(const std::filesystem::path& file) override {
@@ -66,9 +65,9 @@ class FailingSteps : public FileSteps {
     if (how_ == How::Hold) return left <= 0 && left > -tries_;
     return left == 0 || (left < 0 && how_ == How::Stop);
   }
-  FileResult failure() const {
-    if (how_ == How::Hold) return {false, "another program uses it", true};
-    return {false, "the disk is full"};
+  Failure failure() const {
+    if (how_ == How::Hold) return {"another program uses it", true};
+    return {"the disk is full"};
   }
 
   std::atomic<int> left_;

@@ -14,7 +14,10 @@ class FixedCalendar : public Calendar {
   DateTime utc(const DateTime& local) const override {
     DateTime result = local;
     result.hour -= ahead;
-    if (result.hour < 0) result.hour += 24, --result.day;
+    if (result.hour < 0) {
+      result.hour += 24;
+      --result.day;
+    }
     return result;
   }
 

@@ -29,15 +29,24 @@ class LogRig {
   /// Lets the log finish with its file.
   void settle() {
     while (log->busy()) {
-      log->tick();
+      log->deliver();
       std::this_thread::yield();
     }
   }
   void look() { open(true); }
   void store() { open(false); }
-  void ok() { log->OK_Click(), settle(); }
-  void cancel() { log->Cancel_Click(), settle(); }
-  void sort(int column) { log->PadGrd().headerClicked(column), settle(); }
+  void ok() {
+    log->OK_Click();
+    settle();
+  }
+  void cancel() {
+    log->Cancel_Click();
+    settle();
+  }
+  void sort(int column) {
+    log->PadGrd().headerClicked(column);
+    settle();
+  }
   void tune(Hz frequency) {
     sondrel.core.SetRxFrequency(0, false, frequency);
     sondrel.run(milliseconds(200));

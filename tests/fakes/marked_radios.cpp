@@ -286,28 +286,32 @@ Outcome MarkedRadios::NextRxFilter(Index rx) {
   return SetRxFilter(rx, next * kLowestFilter);
 }
 
+/// The next of three settings, and the event that tells it.
+Outcome MarkedRadios::next(Index rx, Setting MarkedRadio::*setting, Told told) {
+  return take(rx, [this, setting, told](MarkedRadio& it) {
+    const Setting value = it.*setting = (it.*setting + 1) % 3;
+    tell(it, false, [value, mark = it.mark, told](ReceiverListener& to, Index at) {
+      told(to, at, value, mark);
+    });
+  });
+}
+
 Outcome MarkedRadios::NextRxAgc(Index rx) {
-  return take(rx, [this](MarkedRadio& it) {
-    it.agc = (it.agc + 1) % 3;
-    tell(it, false,
-         [agc = it.agc](ReceiverListener& to, Index at) { to.RxAgcUpdated(at, agc, 0); });
+  return next(rx, &MarkedRadio::agc, [](ReceiverListener& to, Index at, Setting value, int) {
+    to.RxAgcUpdated(at, value, 0);
   });
 }
 
 Outcome MarkedRadios::NextRxAtt(Index rx) {
-  return take(rx, [this](MarkedRadio& it) {
-    it.attenuator = (it.attenuator + 1) % 3;
-    tell(it, false,
-         [value = it.attenuator, db = it.attenuator * 10 + it.mark](
-             ReceiverListener& to, Index at) { to.RxAttUpdated(at, value, db); });
-  });
+  return next(rx, &MarkedRadio::attenuator,
+              [](ReceiverListener& to, Index at, Setting value, int mark) {
+                to.RxAttUpdated(at, value, value * 10 + mark);
+              });
 }
 
 Outcome MarkedRadios::NextRxNBl(Index rx) {
-  return take(rx, [this](MarkedRadio& it) {
-    it.blanker = (it.blanker + 1) % 3;
-    tell(it, false,
-         [value = it.blanker](ReceiverListener& to, Index at) { to.RxNBlUpdated(at, value, 0); });
+  return next(rx, &MarkedRadio::blanker, [](ReceiverListener& to, Index at, Setting value, int) {
+    to.RxNBlUpdated(at, value, 0);
   });
 }
 

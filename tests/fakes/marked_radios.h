@@ -146,6 +146,8 @@ class MarkedRadios final : public BareReceivers {
   void tellFilter(MarkedRadio& radio, bool atRadio);
   template <class Change>
   Outcome take(Index rx, Change change);
+  using Told = void (*)(ReceiverListener&, Index, Setting value, int mark);
+  Outcome next(Index rx, Setting MarkedRadio::*setting, Told told);
 
   std::function<Instant()> now_;
   std::vector<MarkedRadio> radios_;

@@ -6,42 +6,35 @@
 
 namespace kelvane::fakes {
 
-/// Hands every operation on to another component.
-class PassingReceivers : public ReceiverComponent {
- public:
-  explicit PassingReceivers(ReceiverComponent& inner) : inner_(inner) {}
-
-#define ASK(name, Result, fallback, params, args) \
-  Answer<Result> name params override { return inner_.name args; }
-#define TELL(name, params, args) \
-  Outcome name params override { return inner_.name args; }
-#include "contract/sondrel_operations.inc"
-#undef ASK
-#undef TELL
-
- private:
-  ReceiverComponent& inner_;
-};
-
-/// The same for the frequency component.
-class PassingFrequencies : public FrequencyComponent {
- public:
-  explicit PassingFrequencies(FrequencyComponent& inner) : inner_(inner) {}
-
+// Hand every operation on to another component.
 #define ASK(name, Result, fallback, params, args) \
   Answer<Result> name params override { return inner_.name args; }
 #define TELL(name, params, args) \
   Outcome name params override { return inner_.name args; }
 #define WALK(name, params, args) \
   Answer<FrqRecord> name params override { return inner_.name args; }
+
+class PassingReceivers : public ReceiverComponent {
+ public:
+  explicit PassingReceivers(ReceiverComponent& inner) : inner_(inner) {}
+#include "contract/sondrel_operations.inc"
+
+ private:
+  ReceiverComponent& inner_;
+};
+
+class PassingFrequencies : public FrequencyComponent {
+ public:
+  explicit PassingFrequencies(FrequencyComponent& inner) : inner_(inner) {}
 #include "contract/ambrel_operations.inc"
-#undef ASK
-#undef TELL
-#undef WALK
 
  private:
   FrequencyComponent& inner_;
 };
+
+#undef ASK
+#undef TELL
+#undef WALK
 
 /// Notes the frequencies that were asked for, as they were asked for, and counts stored channels.
 class NotingReceivers final : public PassingReceivers {

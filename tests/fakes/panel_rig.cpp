@@ -94,6 +94,7 @@ void PanelRig::run(milliseconds time) {
     sondrel.clock.now = std::min(std::max(due, sondrel.clock.now), end);
     sondrel.pump();
     ambrel.deliverEvents();
+    panel->workEnded();
     panel->tick(sondrel.clock.now);
     window.show();
     if (sondrel.clock.now >= end && std::min(sondrel.core.nextDue(), panel->nextDue()) > end)

@@ -81,8 +81,14 @@ class FakeDialogs : public PanelDialogs {
 
   void showHelp(MiniHelp&) override { ++helps; }
   void showOverview(Overview& shown) override { overview = &shown; }
-  void showTraces(Traces& shown, Keys) override { ++tracesShown, traces = &shown; }
-  void showLog(DataLog& shown) override { ++logs, log = &shown; }
+  void showTraces(Traces& shown, Keys) override {
+    ++tracesShown;
+    traces = &shown;
+  }
+  void showLog(DataLog& shown) override {
+    ++logs;
+    log = &shown;
+  }
   void showStations(StationEditor& shown) override { stations = &shown; }
 
   int channelsShown = 0;
@@ -112,7 +118,7 @@ class FakeClipboard : public Clipboard {
 /// Servers of digits that do what a test says.
 class FakeDigits : public DigitServers {
  public:
-  void whenReceived(std::function<void(Index, const std::string&)> to) override {
+  void setListener(std::function<void(Index, const std::string&)> to) override {
     send = std::move(to);
   }
   void link(const std::vector<std::string>& names) override { servers = names; }

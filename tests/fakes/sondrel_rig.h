@@ -24,8 +24,7 @@ namespace kelvane::fakes {
 class FakeSondrelWindows : public sondrel::ComponentWindows {
  public:
   void setOwner(Long window) override { owner = window; }
-  void editDrivers(sondrel::DriversModel& model,
-                   const std::function<FileResult()>& apply) override {
+  void editDrivers(sondrel::DriversModel& model, const std::function<Result<>()>& apply) override {
     ++edits;
     if (edit) edit(model, apply);
   }
@@ -42,7 +41,7 @@ class FakeSondrelWindows : public sondrel::ComponentWindows {
 
   Long owner = 0;
   int edits = 0;
-  std::function<void(sondrel::DriversModel&, const std::function<FileResult()>&)> edit;
+  std::function<void(sondrel::DriversModel&, const std::function<Result<>()>&)> edit;
   std::vector<Index> shown;
   std::vector<std::string> told;
   std::vector<std::string> asked;                  ///< with Retry and Cancel

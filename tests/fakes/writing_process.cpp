@@ -46,7 +46,7 @@ class WritingProcess {
   DataLog& log() { return log_; }
   /// Lets the log finish with its file.
   void settle() {
-    for (; log_.busy(); std::this_thread::yield()) log_.tick();
+    for (; log_.busy(); std::this_thread::yield()) log_.deliver();
   }
 
  private:

@@ -20,8 +20,7 @@ void exchangedChannels(std::string_view input) {
   std::string whole, pieces;
   const auto into = [](std::string& text) {
     return [&text](std::string_view line) {
-      if (const auto read = readChannelLine(line); std::holds_alternative<LineFault>(read))
-        text += faultWords(std::get<LineFault>(read), 1);
+      text += readChannelLine(line, 1).reason();
       text.append(line).append("\n");
       return true;
     };

@@ -25,8 +25,8 @@ fakes::SondrelRig& receivers() {
 FUZZ_TARGET(digits_and_words) {
   const CommandLine line = parseCommandLine(input);
   fuzz::promise(line.action == CommandLine::Action::Usage || !line.instance.empty(), "no instance");
-  const ProgramLine program = programOf(input);
-  fuzz::promise(program.problem.empty() || program.program.empty(), "a program with a problem");
+  const Result<std::string> program = programOf(input);
+  fuzz::promise(program || !program.reason().empty(), "no program without a reason");
   DtmfDigits digits(receivers().core);
   for (const std::string_view text : split(input, '\n')) {
     digits.Digits_Change(static_cast<Index>(text.size() % 6) - 1, text);

@@ -25,5 +25,5 @@ FUZZ_TARGET(radio_lists) {
   radioFault(setup, input);
   const std::string word = quotedWord(input.substr(0, 50));
   fuzz::promise(word.size() >= std::min<std::size_t>(input.size(), 50), "a word is cut");
-  civProblem(input);
+  checkCiv(input);
 }

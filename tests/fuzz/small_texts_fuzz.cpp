@@ -13,8 +13,7 @@ FUZZ_TARGET(small_texts) {
   fuzz::promise(reading.plan.has_value() == reading.problems.empty(), "a plan with problems");
   for (std::size_t place = 1; reading.plan && place < reading.plan->size(); ++place)
     fuzz::promise((*reading.plan)[place - 1].end == (*reading.plan)[place].start, "a gap");
-  std::vector<std::string> problems;
-  const Codes codes(input, problems);
+  const Codes codes(input);
   codes.languages(input.substr(0, 30));
   codes.target(input.substr(0, 10));
   codes.site(input.substr(0, 20), input.substr(0, 3));

@@ -131,7 +131,7 @@ TEST(NoMemory, AnExportOfTheLogIsWholeOrTheOldFileIsThere) {
   writeFileSafely(out, "old");
   const auto content = [](const fs::path& file) { return readFile(file, 1 << 20).value_or(""); };
   const auto check = [&](bool refused, bool thrown) {
-    for (; rig.log->busy(); std::this_thread::yield()) rig.log->tick();
+    for (; rig.log->busy(); std::this_thread::yield()) rig.log->deliver();
     const bool isNew = content(out).find("6070000") != std::string::npos;
     EXPECT_TRUE(isNew || content(out) == "old" || content(backup) == "old") << content(out);
     EXPECT_EQ(rig.cell(0, 7), "CQ") << "the log is as it was";

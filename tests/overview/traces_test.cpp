@@ -178,7 +178,10 @@ TEST(LevelRecorder, OldestDaysGoWhereTheLimitIsReached) {
   recorder.start(now);
   for (int i = 0; i < 200; ++i) {
     recorder.heard(0, 1'800'000'000'000 + i, 7'000'000, -80);
-    if (i % 20 == 0) recorder.tick(now += std::chrono::seconds(2)), saver.finish();
+    if (i % 20 == 0) {
+      recorder.tick(now += std::chrono::seconds(2));
+      saver.finish();
+    }
   }
   EXPECT_FALSE(fs::exists(folder.path() / "levels-2026-01-01.csv"));
   EXPECT_FALSE(fs::exists(folder.path() / "levels-2026-01-02.csv"));

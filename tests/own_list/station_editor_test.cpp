@@ -38,9 +38,9 @@ class MyStations : public testing::Test {
   StationEditor& editor() { return *rig.dialogs.stations; }
   void settle() {
     do {
-      editor().tick();
+      editor().deliver();
     } while (editor().store().busy() || (editor().import() && editor().import()->busy()));
-    editor().tick();
+    editor().deliver();
   }
   std::string cell(GridRow row, int column) { return editor().grid().table().cell(row, column); }
   void edit(GridRow row, int column, const std::string& text) {
@@ -182,7 +182,7 @@ TEST_F(MyStations, WhatAFormCannotHoldIsSaidBeforeItIsWritten) {
   rig.fileDialogs.choice = Choice::Ok;
   rig.fileDialogs.script.push_back((rig.folder() / "out.csv").string());
   editor().exportAs(formats::Format::Gqrx);
-  while (editor().view().status.find("written to") == std::string::npos) editor().tick();
+  while (editor().view().status.find("written to") == std::string::npos) editor().deliver();
   const formats::Reading again = [&] {
     std::ifstream in(rig.folder() / "out.csv", std::ios::binary);
     return formats::readList(std::string(std::istreambuf_iterator<char>(in), {}));

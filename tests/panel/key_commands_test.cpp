@@ -103,12 +103,24 @@ TEST_F(KeyCommandsTest, APrefixNeverOutlivesACommittedFrequencyOrEscape) {
 TEST_F(KeyCommandsTest, APendingLetterIsEndedByWhateverIsNoSecondKey) {
   const std::string channel = rig.view().VChn.text;
   const std::function<void()> endings[] = {
-      [this] { rig.click(id::LockImg), rig.type("\x1b"), rig.click(id::LockImg + 1); },
+      [this] {
+        rig.click(id::LockImg);
+        rig.type("\x1b");
+        rig.click(id::LockImg + 1);
+      },
       [this] { rig.type("\b"); },
       [this] { rig.press(key::Right); },
       [this] { rig.panel->wheel(120); },
-      [this] { rig.panel->tabClicked(1), rig.panel->tabClicked(0); },
-      [this] { rig.window.focus(id::FrqDigit + 4), rig.press(key::Up), rig.type("\x1b"); }};
+      [this] {
+        rig.panel->tabClicked(1);
+        rig.panel->tabClicked(0);
+      },
+      [this] {
+        rig.window.focus(id::FrqDigit + 4);
+        rig.press(key::Up);
+        rig.type("\x1b");
+      },
+  };
   for (const auto& end : endings) {
     rig.type("c");
     end();
@@ -174,8 +186,14 @@ TEST_F(KeyCommandsTest, FlagsOfTheNumberToComeShowOnTheLampAndGoWithIt) {
   EXPECT_EQ(lamp.text, bare);
   EXPECT_EQ(lamp.tip, "");
   const std::function<void()> clearing[] = {
-      [this] { rig.type("\x1b"); }, [this] { rig.type("l"), rig.type("u"); },
-      [this] { rig.panel->tabClicked(1); }, [this] { rig.panel->tabClicked(0); }};
+      [this] { rig.type("\x1b"); },
+      [this] {
+        rig.type("l");
+        rig.type("u");
+      },
+      [this] { rig.panel->tabClicked(1); },
+      [this] { rig.panel->tabClicked(0); },
+  };
   for (const auto& clear : clearing) {
     rig.type(":d");
     clear();

@@ -50,7 +50,7 @@ TEST(LevelBars, AreEmptyWithoutALinkAndGoWithTheirReceiver) {
   moved.start();
   moved.panel->tabClicked(2);
   moved.sondrel.windows.edit = [](sondrel::DriversModel& model,
-                                  const std::function<FileResult()>& apply) {
+                                  const std::function<Result<>()>& apply) {
     model.remove(1);
     EXPECT_TRUE(apply());
   };

@@ -239,7 +239,7 @@ TEST_F(Channels, AreKeptOverARestart) {
 TEST_F(Channels, AHundredSetsAreAFewWritesNotAHundred) {
   class CountingSteps : public FileSteps {
    public:
-    FileResult write(const fs::path& path, std::string_view content) override {
+    Result<> write(const fs::path& path, std::string_view content) override {
       if (path.parent_path().filename() == "Memories") ++writes;
       return FileSteps::write(path, content);
     }

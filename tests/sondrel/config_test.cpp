@@ -41,8 +41,8 @@ TEST(Config, ANewInstanceWritesFourReceiversThatReadBackTheSame) {
     for (const Parameter& parameter : kind.parameters) {
       EXPECT_TRUE(contains(*text, "#   " + std::string(parameter.key) + ": "))
           << parameter.key << " is explained";
-      EXPECT_TRUE(parameter.standard.empty() || !parameter.problem ||
-                  parameter.problem(parameter.standard).empty())
+      EXPECT_TRUE(parameter.standard.empty() || !parameter.check ||
+                  parameter.check(parameter.standard))
           << parameter.key << " has a standard that is right";
     }
   }

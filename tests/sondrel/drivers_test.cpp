@@ -33,24 +33,25 @@ class Drivers : public testing::Test {
 TEST_F(Drivers, RefusesInWordsAndChangesNothing) {
   DriversModel model = core.drivers();
   const auto before = model.receivers();
-  EXPECT_EQ(model.rename(0, ""), "A receiver needs a name.");
-  EXPECT_EQ(model.rename(0, "  "), "A receiver needs a name.");
-  EXPECT_EQ(model.rename(0, "b"), "Another receiver is called b already.");
-  EXPECT_NE(model.rename(0, std::string(61, 'x')), "");
-  EXPECT_EQ(model.rename(0, "\xC3\xA4" + std::string(59, 'x')), "") << "60 characters";
-  EXPECT_EQ(model.rename(0, " A "), "");
-  EXPECT_NE(model.rename(0, "A\nName=Z"), "");
-  EXPECT_EQ(model.setParameter(0, "Lines", "99"), "Lines must be a whole number from -16 to 16.");
-  EXPECT_NE(model.setParameter(0, "Type", "x\r\n[Receiver 9]"), "");
-  EXPECT_NE(model.setKind(0, "telepathic"), "");
-  EXPECT_NE(model.add("telepathic"), "");
-  EXPECT_NE(model.remove(3), "");
-  EXPECT_NE(model.move(0, 3), "");
-  EXPECT_NE(model.setParameter(7, "Lines", "1"), "");
+  EXPECT_EQ(model.rename(0, "").reason(), "A receiver needs a name.");
+  EXPECT_EQ(model.rename(0, "  ").reason(), "A receiver needs a name.");
+  EXPECT_EQ(model.rename(0, "b").reason(), "Another receiver is called b already.");
+  EXPECT_NE(model.rename(0, std::string(61, 'x')).reason(), "");
+  EXPECT_EQ(model.rename(0, "\xC3\xA4" + std::string(59, 'x')).reason(), "") << "60 characters";
+  EXPECT_EQ(model.rename(0, " A ").reason(), "");
+  EXPECT_NE(model.rename(0, "A\nName=Z").reason(), "");
+  EXPECT_EQ(model.setParameter(0, "Lines", "99").reason(),
+            "Lines must be a whole number from -16 to 16.");
+  EXPECT_NE(model.setParameter(0, "Type", "x\r\n[Receiver 9]").reason(), "");
+  EXPECT_NE(model.setKind(0, "telepathic").reason(), "");
+  EXPECT_NE(model.add("telepathic").reason(), "");
+  EXPECT_NE(model.remove(3).reason(), "");
+  EXPECT_NE(model.move(0, 3).reason(), "");
+  EXPECT_NE(model.setParameter(7, "Lines", "1").reason(), "");
   EXPECT_EQ(model.parameter(7, "Lines"), "");
   EXPECT_EQ(model.receivers(), before);
-  for (int i = 3; i < 8; ++i) EXPECT_EQ(model.add("simulated"), "");
-  EXPECT_EQ(model.add("simulated"), "There can be eight receivers at most.");
+  for (int i = 3; i < 8; ++i) EXPECT_EQ(model.add("simulated").reason(), "");
+  EXPECT_EQ(model.add("simulated").reason(), "There can be eight receivers at most.");
 }
 
 TEST_F(Drivers, TwoRadiosAtOnePortAreSaid) {
@@ -73,7 +74,7 @@ TEST_F(Drivers, ShowsEachKeysTextOrItsStandard) {
   DriversModel model = core.drivers();
   EXPECT_EQ(model.parameter(1, "lines"), "2");
   EXPECT_EQ(model.parameter(0, "Lines"), "4");
-  EXPECT_EQ(model.setParameter(1, "Lines", " "), "");
+  EXPECT_EQ(model.setParameter(1, "Lines", " ").reason(), "");
   EXPECT_EQ(model.parameter(1, "Lines"), "4");
   EXPECT_EQ(model.parameter(1, "NoSuchKey"), "");
   EXPECT_EQ(model.kindOf(0).name, "simulated");
@@ -216,10 +217,10 @@ TEST(DriversDialog, ADiskThatFailsOrStopsLeavesTheOldListWhole) {
       DriversModel model = rig.core.drivers();
       model.remove(0);
       steps->arm(step);
-      const FileResult result = rig.core.applyDrivers(model);
+      const Result<> result = rig.core.applyDrivers(model);
       if (!steps->struck() || result) break;
       reached = step;
-      EXPECT_NE(result.reason, "");
+      EXPECT_NE(result.reason(), "");
       EXPECT_EQ(readFile(rig.configPath(), 1 << 20), before);
       EXPECT_EQ(rig.core.GetRxCount(), 4) << "nothing was applied";
       EXPECT_EQ(rig.core.drivers().receivers().size(), 4u);
@@ -235,8 +236,8 @@ TEST(DriversDialog, DoesNotWaitForWhoeverHoldsTheList) {
   DriversModel model = rig.core.drivers();
   model.rename(0, "Attic");
   steps->arm(1);
-  const FileResult first = rig.core.applyDrivers(model);
-  EXPECT_TRUE(!first && first.held) << first.reason;
+  const Result<> first = rig.core.applyDrivers(model);
+  EXPECT_TRUE(!first && first.held()) << first.reason();
   for (int i = 0; i < 60 && !rig.core.applyDrivers(model); ++i) continue;
   EXPECT_EQ(rig.core.GetRxName(0).value(), "Attic");
   rig.core.SetRxOwner(4711);
@@ -267,9 +268,9 @@ TEST_F(Drivers, ListsThatTwoProcessesEditAreJoinedAndNoReceiverIsLost) {
   EXPECT_TRUE(other.core.applyDrivers(theirs));
   mine = core.drivers();
   mine.setParameter(1, "Lines", "5");
-  const FileResult refused = core.applyDrivers(mine);
+  const Result<> refused = core.applyDrivers(mine);
   EXPECT_FALSE(refused);
-  EXPECT_EQ(refused.reason.substr(0, 36), "Another program changed B meanwhile.");
+  EXPECT_EQ(refused.reason().substr(0, 36), "Another program changed B meanwhile.");
   EXPECT_EQ(other.open(), 4);
   EXPECT_EQ(other.core.GetRxOutCount(1), 3);
 }

@@ -83,9 +83,11 @@ std::vector<std::string> wordsRead(const std::string& line) {
     if (beforeQuote && slashes % 2 == 1) {
       words.back() += line[i++];
     } else if (line[i] == '"') {
-      quoted = !quoted, ++i;
+      quoted = !quoted;
+      ++i;
     } else if (line[i] == ' ' && !quoted) {
-      inWord = false, ++i;
+      inWord = false;
+      ++i;
     } else if (slashes == 0) {
       words.back() += line[i++];
     }
@@ -128,7 +130,7 @@ TEST(RadioChoice, SaysWhatIsWrongBeforeAnythingIsTried) {
   typed.facts.civ = 0x94;
   typed.facts.handshake = true;
   const auto problem = [&](const std::vector<ReceiverEntry>& receivers = {}) {
-    return chosenRadio(typed, ports, receivers).problem;
+    return chosenRadio(typed, ports, receivers).reason();
   };
   EXPECT_EQ(problem(), "Choose the radio in the list.");
   typed.model = &model;
@@ -146,7 +148,7 @@ TEST(RadioChoice, SaysWhatIsWrongBeforeAnythingIsTried) {
   EXPECT_EQ(problem(), "The address must be written as the radio shows it, like 94h.");
   typed.civ = "A2h";
   typed.handshake = true;
-  const ReceiverEntry made = chosenRadio(typed, ports, {}).entry;
+  const ReceiverEntry made = *chosenRadio(typed, ports, {});
   EXPECT_EQ(made.name, "IC-7300");
   EXPECT_EQ(made.setting("Model"), "3073");
   EXPECT_EQ(made.setting("Device"), "COM5");
@@ -155,7 +157,7 @@ TEST(RadioChoice, SaysWhatIsWrongBeforeAnythingIsTried) {
   EXPECT_EQ(made.setting("Options"), "-C serial_handshake=Hardware");
   typed.device = "192.168.1.7:4992";
   EXPECT_EQ(problem({attic}), "");
-  EXPECT_EQ(chosenRadio(typed, ports, {attic}).entry.setting("Speed"), "") << "none in a network";
+  EXPECT_EQ(chosenRadio(typed, ports, {attic})->setting("Speed"), "") << "none in a network";
 }
 
 TEST(RadioFaults, AreTheRadiosOwnWords) {
@@ -214,14 +216,14 @@ class Desk : public testing::Test {
               return run(line, stop);
             }};
   }
-  ProgramOutput run(const std::string& line, const std::function<bool()>& stop) {
+  Result<std::string> run(const std::string& line, const std::function<bool()>& stop) {
     if (line.find("hangs") != line.npos) {
       while (!stop()) std::this_thread::sleep_for(milliseconds(1));
-      return {{}, "It did not end."};
+      return Failure{"It did not end."};
     }
-    if (line.find("good") == line.npos) return {"\x01\xFF rubbish " + std::string(5000, '%'), {}};
-    if (line.find("--version") != line.npos) return {"rigctld Hamlib 4.7.2", {}};
-    return {line.find(" -l") != line.npos ? kList : "Serial speed: 9600..9600 baud", {}};
+    if (line.find("good") == line.npos) return "\x01\xFF rubbish " + std::string(5000, '%');
+    if (line.find("--version") != line.npos) return "rigctld Hamlib 4.7.2";
+    return line.find(" -l") != line.npos ? kList : "Serial speed: 9600..9600 baud";
   }
   template <class Holds>
   bool soon(const RadioDesk& desk, Holds holds) {

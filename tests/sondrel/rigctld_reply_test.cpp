@@ -76,7 +76,7 @@ TEST(RigctldReply, SkipsWhatBelongsToAnOlderCommand) {
     EXPECT_EQ(reader.feed(stray + "get_freq:\nFrequency: 5\nRPRT 0\n"), Progress::Complete)
         << stray;
     EXPECT_EQ(reader.take().lines, Lines{"Frequency: 5"}) << stray;
-    EXPECT_TRUE(reader.strayed()) << stray;
+    EXPECT_TRUE(reader.takeStray()) << stray;
   }
   // An error without header may well be this command's: who refuses a password says no more.
   const auto refused = read(rule, "RPRT -19\n");
@@ -87,12 +87,12 @@ TEST(RigctldReply, SkipsWhatBelongsToAnOlderCommand) {
 TEST(RigctldReply, TellsBytesThatNobodyAskedFor) {
   ReplyReader reader;
   reader.feed("RPRT 0\n");
-  EXPECT_TRUE(reader.strayed());
-  EXPECT_FALSE(reader.strayed());
+  EXPECT_TRUE(reader.takeStray());
+  EXPECT_FALSE(reader.takeStray());
   reader.begin(kPlain.get(RigItem::Frequency).rule);
   EXPECT_EQ(reader.feed("7050000\nRPRT 1\n"), Progress::Complete);
   EXPECT_EQ(reader.take().lines, Lines{"7050000"});
-  EXPECT_TRUE(reader.strayed());
+  EXPECT_TRUE(reader.takeStray());
 }
 
 TEST(RigctldReply, HoldsABoundedAmount) {

@@ -37,7 +37,7 @@ class Keeper : public testing::Test {
   ServerKeeper keeper{{[this] {
                          starts.push_back(startedAt = now);
                          runs = problem.empty();
-                         return problem;
+                         return runs ? Result<>() : Failure{problem};
                        },
                        [this] { return runs; },
                        [this] {
@@ -48,8 +48,8 @@ class Keeper : public testing::Test {
 
 TEST_F(Keeper, StartsOneServerAndEndsItWhenItIsNotWantedAnyMore) {
   EXPECT_EQ(keeper.nextDue(), kNever);
-  EXPECT_EQ(keeper.want(now), "");
-  EXPECT_EQ(keeper.want(now), "");
+  EXPECT_EQ(keeper.want(now).reason(), "");
+  EXPECT_EQ(keeper.want(now).reason(), "");
   run(milliseconds(60'000));
   EXPECT_EQ(starts.size(), 1U);
   keeper.dismiss();
@@ -81,25 +81,25 @@ TEST_F(Keeper, StartsAServerThatDiedAtOnceAndOneThatKeepsDyingEverMoreSeldom) {
 TEST_F(Keeper, SaysEachTimeWhyAServerCannotBeStartedButTriesItSeldom) {
   problem = "no such program";
   for (int i = 0; i < 20; ++i) {
-    EXPECT_EQ(keeper.want(now), "no such program");
+    EXPECT_EQ(keeper.want(now).reason(), "no such program");
     run(milliseconds(500));
   }
   EXPECT_EQ(starts.size(), 1U);
   problem.clear();
   run(milliseconds(30'000));
   EXPECT_EQ(starts.size(), 2U);
-  EXPECT_EQ(keeper.want(now), "");
+  EXPECT_EQ(keeper.want(now).reason(), "");
 }
 
 TEST_F(Keeper, IsPatientWithAServerThatDoesNotListenYet) {
-  EXPECT_FALSE(keeper.young(now));
+  EXPECT_FALSE(keeper.justStarted(now));
   keeper.want(now);
-  EXPECT_TRUE(keeper.young(now));
+  EXPECT_TRUE(keeper.justStarted(now));
   run(milliseconds(10'000));
-  EXPECT_FALSE(keeper.young(now));
+  EXPECT_FALSE(keeper.justStarted(now));
   runs = false;
   run(milliseconds(300));
-  EXPECT_TRUE(keeper.young(now)) << "started anew";
+  EXPECT_TRUE(keeper.justStarted(now)) << "started anew";
 }
 
 }  // namespace

@@ -156,15 +156,16 @@ TEST_F(ShareRig, SettingsTakeEffectAtOnceAndKeepWhoIsThere) {
   ASSERT_TRUE(waitForFrequency(7'050'000));
   rig.listener.clear();
   DriversModel model = core.drivers();
-  EXPECT_EQ(model.setParameter(0, "Share", "sometimes"), "Share must be off, look or tune.");
-  EXPECT_EQ(model.setParameter(0, "Share", "look"), "");
+  EXPECT_EQ(model.setParameter(0, "Share", "sometimes").reason(),
+            "Share must be off, look or tune.");
+  EXPECT_EQ(model.setParameter(0, "Share", "look").reason(), "");
   ASSERT_TRUE(core.applyDrivers(model));
   rig.pump();
   EXPECT_EQ(program.ask("F 7060000"), "RPRT -22\n");
   EXPECT_EQ(core.GetRxLinkState(0), link);
   EXPECT_EQ(rig.listener.count("RxConnState"), 0U) << "the radio's link is left alone";
   EXPECT_TRUE(core.GetRxShareState(0).value().ends_with(", to look: 1 program."));
-  EXPECT_EQ(model.setParameter(0, "Share", "off"), "");
+  EXPECT_EQ(model.setParameter(0, "Share", "off").reason(), "");
   ASSERT_TRUE(core.applyDrivers(model));
   EXPECT_EQ(program.receive(), "");
   EXPECT_EQ(core.GetRxShareState(0).value(), "");

@@ -84,7 +84,10 @@ struct SummerCalendar : fakes::FixedCalendar {
     DateTime result = local;
     const bool summer = local.day > 29 || (local.day == 29 && local.hour >= 3);
     result.hour -= summer ? 2 : 1;
-    if (result.hour < 0) result.hour += 24, --result.day;
+    if (result.hour < 0) {
+      result.hour += 24;
+      --result.day;
+    }
     return result;
   }
 };

@@ -144,9 +144,9 @@ TEST_F(LogFiles, DoTheirOwnChangesToWhatAnotherProgramWrote) {
   for (const LogChange& change : {left(line("2")), came(line("22")), came(line("4"))})
     mine.note(change);
   const LogSaved saved = save(file, line("1") + line("22") + line("4"), mine);
-  ASSERT_TRUE(saved.merged);
+  ASSERT_TRUE(*saved);
   EXPECT_EQ(read(), line("3") + line("3") + line("22") + line("4"));
-  EXPECT_EQ(saved.merged->content(), read());
+  EXPECT_EQ((*saved)->content(), read());
   EXPECT_EQ(read(".bak"), theirs);
   fs::remove(path);
   EXPECT_TRUE(save(file, both, mine));
@@ -157,7 +157,7 @@ TEST_F(LogFiles, WaitForAnotherProgramThatSaves) {
   FileLock other;
   ASSERT_TRUE(other.acquire(path.string() + ".lock"));
   const LogSaved saved = save(file, kOld);
-  EXPECT_NE(saved.reason.find("another program"), std::string::npos) << saved.reason;
+  EXPECT_NE(saved.reason().find("another program"), std::string::npos) << saved.reason();
   other.release();
   EXPECT_TRUE(save(file, kOld));
 }
@@ -185,7 +185,7 @@ TEST_F(LogFiles, ThatAreReadOnlyStayAsTheyAreUntilTheyAreNot) {
   file.read();
   EXPECT_TRUE(save(file, kOld));
   const LogSaved refused = save(file, kNew);
-  EXPECT_NE(refused.reason.find("scratchpad.txt is read-only"), std::string::npos);
+  EXPECT_NE(refused.reason().find("scratchpad.txt is read-only"), std::string::npos);
   EXPECT_EQ(read(), kOld);
   EXPECT_EQ(files(), 1u);
   fs::permissions(path, fs::perms::owner_write, fs::perm_options::add);
@@ -303,8 +303,8 @@ TEST_F(LogJournals, LoseNothingAndDoubleNothingWhereverAStepFailsOrStops) {
         const auto steps = std::make_shared<FailingSteps>(step, how);
         LogFile struck(path, steps);
         LogTable log = struck.read();
-        second = struck.keep(std::array{came(line("2"))}).ok;
-        third = struck.keep(std::array{came(line("3"))}).ok;
+        second = struck.keep(std::array{came(line("2"))}).ok();
+        third = struck.keep(std::array{came(line("3"))}).ok();
         LogChanges changes;
         for (const char* kept : {"2", "3"}) changes.note(came(line(kept)));
         log.apply(changes);

@@ -60,7 +60,7 @@ TEST(LevelMeter, SaysWhatItShows) {
   meter.reading(-53, kStart);
   EXPECT_EQ(spokenBar(meter.bar(false, kStart)), "Signal level: S9+20");
   meter.reading(-85, kStart);
-  meter.squelch(-110);
+  meter.setSquelch(-110);
   EXPECT_EQ(spokenBar(meter.bar(false, kStart)),
             "Signal level: S7, peak S9+20, squelch opens at S2");
   EXPECT_EQ(spokenBar(meter.bar(true, kStart)),
@@ -73,7 +73,7 @@ TEST(LevelMeter, ShowsNothingOfAReceiverThatTellsNothing) {
   meter.reading(2'000'000'000, kStart);
   EXPECT_EQ(meter.bar(true, kStart),
             (MeterBar{.live = true, .decibels = true, .level = 1000, .peak = 1000, .mean = 1000}));
-  meter.squelch(-73);
+  meter.setSquelch(-73);
   EXPECT_EQ(meter.bar(true, kStart).squelch, MeterBar::kS9);
   meter.clear();
   EXPECT_EQ(meter.bar(true, after(10)), (MeterBar{.decibels = true}));

@@ -2,6 +2,7 @@
 #include <map>
 
 #include "contract/win32/com_frequency.h"
+#include "contract/win32/com_object.h"
 #include "contract/win32/com_receiver.h"
 #include "tests/wine/com_support.h"
 
@@ -13,24 +14,13 @@ using com::ComPtr;
 using com::Variant;
 
 /// A component that has a few operations, under numbers of its own.
-class PartialComponent final : public IDispatch {
+class PartialComponent final : public com::ComObject<IDispatch> {
  public:
   using Operation = std::function<HRESULT(DISPPARAMS&, VARIANT*, EXCEPINFO*)>;
 
   explicit PartialComponent(std::map<std::wstring, Operation> operations)
       : operations_(std::move(operations)) {}
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    *object = iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
-    if (*object) AddRef();
-    return *object ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
   STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
   STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
@@ -49,7 +39,6 @@ class PartialComponent final : public IDispatch {
 
  private:
   const std::map<std::wstring, Operation> operations_;
-  ULONG references_ = 0;
 };
 
 PartialComponent::Operation answering(VARIANT value) {

@@ -172,7 +172,8 @@ TEST_F(ComEvents, WhatIsNotInTheContractIsDropped) {
   };
   const Variant rx(Index(2)), step(Long(10)), text(Text("12")), huge(Long(70'000));
   VARIANT nothing{}, wide{};
-  wide.vt = VT_R8, wide.dblVal = 25.0;
+  wide.vt = VT_R8;
+  wide.dblVal = 25.0;
   const DISPID stepUpdated = 15;
   EXPECT_HRESULT_FAILED(invoke(0, {step, rx}));
   EXPECT_HRESULT_FAILED(invoke(1000, {step, rx}));

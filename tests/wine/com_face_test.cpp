@@ -243,8 +243,10 @@ TEST_F(ComFace, TakesWhatAScriptPasses) {
   LPOLESTR names[] = {name};
   ASSERT_EQ(object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id), S_OK);
   VARIANT args[3] = {};  // last first: a number of any width, a number as a flag, text as a number
-  args[0].vt = VT_R8, args[0].dblVal = 7'050'000.0;
-  args[1].vt = VT_I4, args[1].lVal = 1;
+  args[0].vt = VT_R8;
+  args[0].dblVal = 7'050'000.0;
+  args[1].vt = VT_I4;
+  args[1].lVal = 1;
   Variant index(Text("2"));
   args[2] = index;
   DISPPARAMS parameters{args, nullptr, 3, 0};

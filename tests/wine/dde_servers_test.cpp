@@ -17,7 +17,7 @@ TEST(DdeServersTest, KeysKeepTheirOrderThoughTakingOneLetsEventsRun) {
   DdeServers servers;
   std::string taken;
   bool first = true;
-  servers.whenReceived([&](Index, const std::string& text) {
+  servers.setListener([&](Index, const std::string& text) {
     const bool waits = std::exchange(first, false);
     // Long enough for the next ones to come.
     for (int i = 0; waits && i < 100; ++i, Sleep(10)) letEventsRun();
@@ -47,7 +47,7 @@ TEST(DdeServersTest, AServerThatEndedInOrderIsFoundAgain) {
     });
   };
   std::string taken;
-  servers.whenReceived([&](Index, const std::string& text) { taken += text.substr(0, 1); });
+  servers.setListener([&](Index, const std::string& text) { taken += text.substr(0, 1); });
   for (const char key : {'1', '2', '3'}) {
     wine::DigitServer server(L"KelvaneAgain_A");
     ASSERT_TRUE(becomes(DigitLink::Linked)) << key;

@@ -72,28 +72,35 @@ class OddArgument : public com::Variant {
     const auto one = [&](const auto& values) { return values[random() % std::size(values)]; };
     switch (random() % 9) {
       case 0:
-        vt = VT_R8, dblVal = one(kReals);
+        vt = VT_R8;
+        dblVal = one(kReals);
         break;
       case 1:
-        vt = VT_BSTR, bstrVal = com::newBstr(std::string(random() % 300, 'x'));
+        vt = VT_BSTR;
+        bstrVal = com::newBstr(std::string(random() % 300, 'x'));
         break;
       case 2:
-        vt = VT_I4 | VT_BYREF, plVal = &(place = one(kWholes));
+        vt = VT_I4 | VT_BYREF;
+        plVal = &(place = one(kWholes));
         break;
       case 3:
         vt = static_cast<VARTYPE>(random() % 2 ? VT_NULL : VT_EMPTY);
         break;
       case 4:
-        vt = VT_ERROR, scode = DISP_E_PARAMNOTFOUND;
+        vt = VT_ERROR;
+        scode = DISP_E_PARAMNOTFOUND;
         break;
       case 5:
-        vt = VT_BSTR, bstrVal = nullptr;
+        vt = VT_BSTR;
+        bstrVal = nullptr;
         break;
       case 6:
-        vt = VT_UI8, ullVal = ~0ull >> random() % 64;
+        vt = VT_UI8;
+        ullVal = ~0ull >> random() % 64;
         break;
       default:
-        vt = VT_I4, lVal = one(kWholes);
+        vt = VT_I4;
+        lVal = one(kWholes);
     }
   }
 };
@@ -285,12 +292,12 @@ TEST(Hostile, AProgramAtAShorterNameIsNotStartedInstead) {
   folder.write(L"Pro.exe", "not a program");
   const std::string words = narrow(real.wstring()) + " /c exit";
   ChildProcess child;
-  EXPECT_EQ(child.start(words), "") << "the one that is meant, without quotes";
+  EXPECT_EQ(child.start(words).reason(), "") << "the one that is meant, without quotes";
   const std::string without = narrow((folder / L"Pro gram" / L"cmd").wstring());
-  EXPECT_NE(child.start(without + " /c exit").find("in quotes"), std::string::npos);
-  EXPECT_EQ(child.start("\"" + without + "\" /c exit"), "");
-  EXPECT_EQ(child.start("cmd /c exit"), "") << "by the search path";
-  EXPECT_EQ(child.start("no-such-program -m 1"), "There is no program no-such-program.");
+  EXPECT_NE(child.start(without + " /c exit").reason().find("in quotes"), std::string::npos);
+  EXPECT_EQ(child.start("\"" + without + "\" /c exit").reason(), "");
+  EXPECT_EQ(child.start("cmd /c exit").reason(), "") << "by the search path";
+  EXPECT_EQ(child.start("no-such-program -m 1").reason(), "There is no program no-such-program.");
 }
 
 }  // namespace kelvane::test

@@ -186,7 +186,12 @@ std::vector<Line> KeyScript::typing() {
 
 std::vector<Line> KeyScript::arrows() {
   return {
-      {"HHHHHHH Right", [this] { type("2500"), panel_.key(VK_RIGHT); }, reads(id::VStep, "2500Hz")},
+      {"HHHHHHH Right",
+       [this] {
+         type("2500");
+         panel_.key(VK_RIGHT);
+       },
+       reads(id::VStep, "2500Hz")},
       {"Right", key(VK_RIGHT), on(" 10002800")},
       {"Left", key(VK_LEFT), on(" 10000300")},
       {"SHF Right", key(VK_RIGHT, kShift), on(" 10000301")},
@@ -227,8 +232,18 @@ std::vector<Line> KeyScript::walking() {
       {"ALT-", key(VK_OEM_MINUS, kAlt), walks()},
       {"nnS", typed("6000\r11s6100\r12s9000\r"), on("  9000000")},
       {"nnC", typed("11c"), on("  6000000")},
-      {"C+", [this] { type("c"), panel_.key(VK_ADD); }, on("  6100000")},
-      {"C-", [this] { type("c"), panel_.key(VK_SUBTRACT); }, on("  6000000")},
+      {"C+",
+       [this] {
+         type("c");
+         panel_.key(VK_ADD);
+       },
+       on("  6100000")},
+      {"C-",
+       [this] {
+         type("c");
+         panel_.key(VK_SUBTRACT);
+       },
+       on("  6000000")},
       {"C+", typed("c+"), on("  6100000")},
       {"C-", typed("c-"), on("  6000000")},
   };
@@ -244,9 +259,19 @@ std::vector<Line> KeyScript::settings() {
       {"MB", typed("5000\rmcmb"), reads(id::ModEvent, "AM")},
       {"FB", typed("fnfb"),
        [this] { return eventually([this] { return !panel_.visible(id::BFlt); }, 3000); }},
-      {"CTL-C", [this] { type("7123.456\r"), shows("  7123456"), panel_.key('C', kCtrl); },
+      {"CTL-C",
+       [this] {
+         type("7123.456\r");
+         shows("  7123456");
+         panel_.key('C', kCtrl);
+       },
        on("  7123456")},
-      {"CTL-V", [this] { type("9000\r"), shows("  9000000"), panel_.key('V', kCtrl); },
+      {"CTL-V",
+       [this] {
+         type("9000\r");
+         shows("  9000000");
+         panel_.key('V', kCtrl);
+       },
        on("  7123456")},
       {"L", typed("l"), appears(id::LockImg + 1)},
       {"U", typed("u"), appears(id::LockImg)},
@@ -324,7 +349,12 @@ std::vector<Line> KeyScript::channelKeys() {
       {"Left", keyThere(VK_LEFT), speaks(grid, "00, Frequency: ")},
       {"SHF Down", keyThere(VK_DOWN, kShift), speaksAndTunes(grid, "01, ", "  6100000")},
       {"SHF Up", keyThere(VK_UP, kShift), speaksAndTunes(grid, "00, ", "  6000000")},
-      {"SPACE", [this] { type("7300\r"), shows("  7300000"), keyThere(VK_SPACE)(); },
+      {"SPACE",
+       [this] {
+         type("7300\r");
+         shows("  7300000");
+         keyThere(VK_SPACE)();
+       },
        speaks(grid, "00, Frequency: 7300000")},
   };
 }

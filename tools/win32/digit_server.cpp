@@ -78,9 +78,13 @@ class DigitServer {
       case XTYP_CONNECT:
         return DdeCmpStringHandles(topic, topic_) == 0 ? yes : nullptr;
       case XTYP_CONNECT_CONFIRM:
-        return std::puts("Connected."), std::fflush(stdout), nullptr;
+        std::puts("Connected.");
+        std::fflush(stdout);
+        return nullptr;
       case XTYP_DISCONNECT:
-        return std::puts("Disconnected."), std::fflush(stdout), nullptr;
+        std::puts("Disconnected.");
+        std::fflush(stdout);
+        return nullptr;
       case XTYP_ADVSTART:
         return ours && format == CF_TEXT ? yes : nullptr;
       case XTYP_ADVREQ:

@@ -24,40 +24,30 @@ std::optional<Hz> hertz(const std::string& text, Hz least) {
   return static_cast<Hz>(*value);
 }
 
-/// The row's entry; none when it cannot be read, and then `problem` says why.
-std::optional<BandEntry> entryOf(const TableRow& row, std::string& problem) {
+Result<BandEntry> entryOf(const TableRow& row) {
   const auto& field = row.fields;
-  if (field.size() != kBandFields) {
-    problem = "has " + std::to_string(field.size()) + " fields instead of 6";
-    return std::nullopt;
-  }
+  if (field.size() != kBandFields)
+    return Failure{"has " + std::to_string(field.size()) + " fields instead of 6"};
   const auto start = hertz(field[1], 0), end = hertz(field[2], 1);
   const auto step = hertz(field[3], 1), filter = hertz(field[5], 1);
   const auto mode = modeNamed(field[4]);
-  if (field[0].empty())
-    problem = "has no name";
-  else if (!start)
-    problem = "the start \"" + field[1] + "\" is no frequency in Hz";
-  else if (!end || *end <= *start)
-    problem = "the end \"" + field[2] + "\" does not follow the start";
-  else if (!step)
-    problem = "the step \"" + field[3] + "\" is no step in Hz";
-  else if (!mode)
-    problem = "there is no mode \"" + field[4] + "\"";
-  else if (!filter)
-    problem = "the filter \"" + field[5] + "\" is no bandwidth in Hz";
-  else
-    return BandEntry{field[0], *start, *end, *step, static_cast<Setting>(*mode), *filter};
-  return std::nullopt;
+  if (field[0].empty()) return Failure{"has no name"};
+  if (!start) return Failure{"the start \"" + field[1] + "\" is no frequency in Hz"};
+  if (!end || *end <= *start)
+    return Failure{"the end \"" + field[2] + "\" does not follow the start"};
+  if (!step) return Failure{"the step \"" + field[3] + "\" is no step in Hz"};
+  if (!mode) return Failure{"there is no mode \"" + field[4] + "\""};
+  if (!filter) return Failure{"the filter \"" + field[5] + "\" is no bandwidth in Hz"};
+  return BandEntry{field[0], *start, *end, *step, static_cast<Setting>(*mode), *filter};
 }
 
-/// What is wrong between two neighbours; empty when they touch.
-std::string whyApart(const BandEntry& before, const BandEntry& after) {
+/// Whether two neighbours touch.
+Result<> checkNeighbours(const BandEntry& before, const BandEntry& after) {
   if (after.start == before.end) return {};
   const std::string between = "\"" + before.name + "\" ends at " + std::to_string(before.end) +
                               " Hz, \"" + after.name + "\" starts at " +
                               std::to_string(after.start) + " Hz";
-  return (after.start > before.end ? "a gap: " : "an overlap: ") + between;
+  return Failure{(after.start > before.end ? "a gap: " : "an overlap: ") + between};
 }
 
 void checkRange(const std::vector<BandEntry>& entries, std::vector<std::string>& problems) {
@@ -92,19 +82,23 @@ std::size_t BandPlan::at(Hz frequency) const {
 
 BandPlanReading readBandPlan(std::string_view text) {
   BandPlanReading reading;
-  std::string problem;
-  const auto rows = readTable(text, problem);
+  const auto rows = readTable(text);
   if (!rows) {
-    reading.problems.push_back(problem);
+    reading.problems.push_back(rows.reason());
     return reading;
   }
   std::vector<BandEntry> entries;
   for (const TableRow& row : *rows) {
-    auto entry = entryOf(row, problem);
-    if (entry && !entries.empty()) problem = whyApart(entries.back(), *entry);
-    if (!problem.empty()) reading.problems.push_back(inLine(row.line, problem));
-    problem.clear();
-    if (entry) entries.push_back(std::move(*entry));
+    auto entry = entryOf(row);
+    if (!entry) {
+      reading.problems.push_back(inLine(row.line, entry.reason()));
+      continue;
+    }
+    if (!entries.empty()) {
+      const Result<> touching = checkNeighbours(entries.back(), *entry);
+      if (!touching) reading.problems.push_back(inLine(row.line, touching.reason()));
+    }
+    entries.push_back(std::move(*entry));
   }
   checkRange(entries, reading.problems);
   if (reading.problems.empty()) reading.plan.emplace(std::move(entries));

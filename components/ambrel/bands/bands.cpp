@@ -28,7 +28,7 @@ std::string planFileName(Long region) { return "bandplan-r" + std::to_string(reg
 BandPlan Bands::load(const DataFiles& files, Long region, FileNotes& notes) {
   const std::string name = planFileName(region);
   for (const auto& file : files.named(name)) {
-    const FileReading content = readPatiently(file, kLargestPlan, files.disk());
+    const FileReading content = readWhenFree(file, kLargestPlan, files.disk());
     BandPlanReading reading;
     if (content.how == FileReading::Whole)
       reading = readBandPlan(content.content);

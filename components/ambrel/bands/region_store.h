@@ -12,6 +12,6 @@ namespace kelvane::ambrel {
 Long keptRegion(const DataFiles& files, FileNotes& notes);
 
 /// Keeps the region for the next start. Answers why it could not, in words; empty when it is kept.
-std::string keepRegion(const DataFiles& files, Long region);
+Result<> keepRegion(const DataFiles& files, Long region);
 
 }  // namespace kelvane::ambrel

@@ -44,7 +44,7 @@ void appendValue(std::string& text, std::string_view key, std::string_view value
   if (!text.empty()) text += ' ';
   (text += key) += '=';
   const bool plain = std::ranges::all_of(value, [](char c) {
-    return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' || c == ',';
+    return isDigit(c) || isCapital(c) || isSmall(c) || c == '-' || c == ',';
   });
   if (plain) {
     text += value;
@@ -151,13 +151,13 @@ Reading readChirp(std::string_view text) {
     Taken taken;
     taken.place = rows.line();
     const auto frequency = lists::readFrequency(field("Frequency"), lists::Unit::Mhz);
-    std::string reason = frequency.reason;
+    std::string reason = frequency.reason();
     if (rows.fields().size() < width) reason = "there are fewer fields than headings";
     if (!reason.empty()) {
       reading.leftOut.push_back({rows.line(), reason});
       continue;
     }
-    taken.entry.frequency = frequency.frequency;
+    taken.entry.frequency = *frequency;
     taken.entry.name = lists::oneLine(field("Name"));
     if (field("Mode") != kNoMode) takeMode(field("Mode"), kChirpModes, taken);
     taken.entry.skip = !field("Skip").empty() && field("Skip") != "P";

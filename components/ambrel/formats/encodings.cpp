@@ -1,29 +1,12 @@
 #include <cstdint>
 
 #include "base/encoding.h"
+#include "base/utf8.h"
 #include "components/ambrel/formats/list_format.h"
 
 namespace kelvane::formats {
 
 namespace {
-
-void appendUtf8(std::string& text, std::uint32_t code) {
-  const auto part = [&](unsigned shift) {
-    text += static_cast<char>(0x80 | (code >> shift & 0x3F));
-  };
-  if (code < 0x80) {
-    text += static_cast<char>(code);
-  } else if (code < 0x800) {
-    text += static_cast<char>(0xC0 | code >> 6);
-    part(0);
-  } else if (code < 0x10000) {
-    text += static_cast<char>(0xE0 | code >> 12);
-    part(6), part(0);
-  } else {
-    text += static_cast<char>(0xF0 | code >> 18);
-    part(12), part(6), part(0);
-  }
-}
 
 std::string fromUtf16(std::string_view bytes, bool lowFirst) {
   std::string text;
@@ -41,7 +24,7 @@ std::string fromUtf16(std::string_view bytes, bool lowFirst) {
       code = pair ? 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00) : 0xFFFD;
       if (pair) at += 2;
     }
-    appendUtf8(text, code);
+    appendCharacter(text, code);
   }
   return text;
 }

@@ -111,11 +111,10 @@ void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& tak
 
 void takeWidth(std::string_view text, Taken& taken, Hz narrowest) {
   if (trimmed(text).empty() || num(text) == 0) return;
-  Hz width = lists::readFrequency(text, lists::Unit::Hz).frequency;
-  if (width >= 0 && width < narrowest)
-    width = lists::readFrequency(text, lists::Unit::Khz).frequency;
-  if (width > 0 && width <= 10'000'000)
-    taken.entry.width = width;
+  Result<Hz> width = lists::readFrequency(text, lists::Unit::Hz);
+  if (width && *width < narrowest) width = lists::readFrequency(text, lists::Unit::Khz);
+  if (width && *width <= 10'000'000)
+    taken.entry.width = *width;
   else
     remark(taken, "the bandwidth cannot be read");
 }

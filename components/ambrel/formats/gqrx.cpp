@@ -70,13 +70,13 @@ Reading readGqrx(std::string_view text) {
       continue;
     }
     const auto frequency = lists::readFrequency(fields[0], lists::Unit::Hz);
-    if (frequency.frequency <= 0) {
-      reading.leftOut.push_back({number, frequency.reason});
+    if (!frequency) {
+      reading.leftOut.push_back({number, frequency.reason()});
       continue;
     }
     Taken taken;
     taken.place = number;
-    taken.entry.frequency = frequency.frequency;
+    taken.entry.frequency = *frequency;
     taken.entry.name = lists::oneLine(fields[1]);
     takeMode(fields[2], kGqrxModes, taken);
     takeWidth(fields[3], taken);

@@ -80,14 +80,14 @@ void takeBookmarks(const Json& bookmarks, const std::string& group, Reading& rea
     ++number;
     const auto frequency = bookmark.is_object()
                                ? frequencyOf(bookmark.value("frequency", Json()), 1)
-                               : lists::FrequencyReading{-1, "it is no bookmark"};
-    if (frequency.frequency <= 0) {
-      reading.leftOut.push_back({number, "\"" + name.substr(0, 60) + "\": " + frequency.reason});
+                               : Result<Hz>(Failure{"it is no bookmark"});
+    if (!frequency) {
+      reading.leftOut.push_back({number, "\"" + name.substr(0, 60) + "\": " + frequency.reason()});
       continue;
     }
     Taken taken;
     taken.place = number;
-    taken.entry.frequency = frequency.frequency;
+    taken.entry.frequency = *frequency;
     taken.entry.name = lists::oneLine(name);
     taken.entry.group = group;
     const double width = numberOf(bookmark, "bandwidth", 0);
@@ -215,13 +215,13 @@ double numberOf(const Json& object, const char* member, double otherwise) {
   return there != object.end() && there->is_number() ? there->get<double>() : otherwise;
 }
 
-lists::FrequencyReading frequencyOf(const Json& number, double unit) {
-  if (!number.is_number()) return {-1, "there is no frequency"};
+Result<Hz> frequencyOf(const Json& number, double unit) {
+  if (!number.is_number()) return Failure{"there is no frequency"};
   const double hertz = number.get<double>() * unit;
-  if (!(hertz >= 0.5)) return {-1, "the frequency is 0"};
+  if (!(hertz >= 0.5)) return Failure{"the frequency is 0"};
   if (hertz > kHighestHz)
-    return {-1, "the frequency is above 2147 MHz, the highest that can be kept"};
-  return {static_cast<Hz>(std::llround(hertz)), {}};
+    return Failure{"the frequency is above 2147 MHz, the highest that can be kept"};
+  return static_cast<Hz>(std::llround(hertz));
 }
 
 Reading readSdrPlusPlus(const std::string& text) {
@@ -301,14 +301,14 @@ Reading readKiwiJson(const std::string& text) {
     const bool shaped =
         label.is_array() && label.size() >= 3 && label[1].is_string() && label[2].is_string();
     const auto frequency = shaped ? frequencyOf(label[0], 1000)
-                                  : lists::FrequencyReading{-1, "it has not the parts of a label"};
-    if (frequency.frequency <= 0) {
-      reading.leftOut.push_back({number, frequency.reason});
+                                  : Result<Hz>(Failure{"it has not the parts of a label"});
+    if (!frequency) {
+      reading.leftOut.push_back({number, frequency.reason()});
       continue;
     }
     Taken taken;
     taken.place = number;
-    taken.entry.frequency = frequency.frequency;
+    taken.entry.frequency = *frequency;
     takeMode(label[1].get<std::string>(), kKiwiModes, taken);
     taken.entry.name = lists::oneLine(label[2].get<std::string>());
     if (label.size() > 3 && label[3].is_string())
@@ -358,14 +358,14 @@ Reading readOpenWebRx(const std::string& text) {
     ++number;
     const auto frequency = bookmark.is_object()
                                ? frequencyOf(bookmark.value("frequency", Json()), 1)
-                               : lists::FrequencyReading{-1, "it is no bookmark"};
-    if (frequency.frequency <= 0) {
-      reading.leftOut.push_back({number, frequency.reason});
+                               : Result<Hz>(Failure{"it is no bookmark"});
+    if (!frequency) {
+      reading.leftOut.push_back({number, frequency.reason()});
       continue;
     }
     Taken taken;
     taken.place = number;
-    taken.entry.frequency = frequency.frequency;
+    taken.entry.frequency = *frequency;
     taken.entry.name = lists::oneLine(textOf(bookmark, "name"));
     takeMode(textOf(bookmark, "modulation"), kOpenWebRxModes, taken);
     taken.entry.note = textOf(bookmark, "description");

@@ -19,6 +19,6 @@ std::string textOf(const Json& object, const char* member);
 /// The number in a member; `otherwise` where it has none.
 double numberOf(const Json& object, const char* member, double otherwise);
 /// The frequency in Hz that a number says.
-lists::FrequencyReading frequencyOf(const Json& number, double unit);
+Result<Hz> frequencyOf(const Json& number, double unit);
 
 }  // namespace kelvane::formats

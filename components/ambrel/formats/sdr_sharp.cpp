@@ -79,10 +79,10 @@ std::string_view child(const Node& node, const char* name) {
 
 void takeEntry(const Node& node, std::size_t number, Reading& reading) {
   const auto frequency = lists::readFrequency(child(node, "Frequency"), lists::Unit::Hz);
-  if (frequency.frequency <= 0) return reading.leftOut.push_back({number, frequency.reason});
+  if (!frequency) return reading.leftOut.push_back({number, frequency.reason()});
   Taken taken;
   taken.place = number;
-  taken.entry.frequency = frequency.frequency;
+  taken.entry.frequency = *frequency;
   taken.entry.name = lists::oneLine(child(node, "Name"));
   taken.entry.group = lists::oneLine(child(node, "GroupName"));
   taken.entry.favourite = trimmed(child(node, "IsFavourite")) == "true";

@@ -134,7 +134,7 @@ constexpr auto kHeadingWords = std::to_array<HeadingWord>({
 std::vector<std::string> wordsOf(std::string_view heading) {
   std::vector<std::string> words(1);
   for (const char c : upper(heading)) {
-    if ((c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80)
+    if (isCapital(c) || static_cast<unsigned char>(c) >= 0x80)
       words.back() += c;
     else if (!words.back().empty())
       words.emplace_back();
@@ -198,8 +198,8 @@ std::string takeField(Field field, std::string_view text, lists::Unit unit, Take
   switch (field) {
     case Field::Frequency: {
       const auto read = lists::readFrequency(text, unit);
-      entry.frequency = read.frequency;
-      return read.reason;
+      entry.frequency = read ? *read : -1;
+      return read.reason();
     }
     case Field::Name:
       join(entry.name, lists::oneLine(text), " ");
@@ -263,14 +263,14 @@ Reading readKiwiCsv(std::string_view text) {
     Taken taken;
     taken.place = rows.line();
     const auto frequency = lists::readFrequency(rows.field(0), lists::Unit::Khz);
-    std::string reason = frequency.reason;
+    std::string reason = frequency.reason();
     if (rows.fields().size() < 3) reason = "there are too few fields for a label";
     if (!reason.empty()) {
       reading.leftOut.push_back({rows.line(), reason});
       continue;
     }
     Entry& entry = taken.entry;
-    entry.frequency = frequency.frequency;
+    entry.frequency = *frequency;
     takeMode(rows.field(1), kKiwiCsvModes, taken);
     entry.name = lists::oneLine(rows.field(2));
     entry.note = rows.field(3);
@@ -357,13 +357,13 @@ Reading readSdrAngel(std::string_view text) {
        {columns.of("Sq (dB)"), "SDRangel Sq"}}};
   while (rows.next()) {
     const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Hz);
-    if (frequency.frequency <= 0) {
-      reading.leftOut.push_back({rows.line(), frequency.reason});
+    if (!frequency) {
+      reading.leftOut.push_back({rows.line(), frequency.reason()});
       continue;
     }
     Taken taken;
     taken.place = rows.line();
-    taken.entry.frequency = frequency.frequency;
+    taken.entry.frequency = *frequency;
     taken.entry.name = lists::oneLine(rows.field(notesAt));
     taken.entry.skip = !rows.field(enableAt).empty() && !isMark(rows.field(enableAt));
     takeWidth(rows.field(widthAt), taken);
@@ -431,7 +431,7 @@ TableShape guessShape(std::string_view text, char delimiter) {
     };
     Field field = Field::Ignored;
     const auto mode = lists::modeOfWord(first[column]);
-    if (lists::readFrequency(first[column], lists::Unit::Guess).frequency > 0) {
+    if (lists::readFrequency(first[column], lists::Unit::Guess)) {
       if (!has(Field::Frequency))
         field = Field::Frequency;
       else if (!has(Field::Width))

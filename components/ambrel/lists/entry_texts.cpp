@@ -98,12 +98,13 @@ std::string dayName(int day) {
 
 }  // namespace
 
-FrequencyReading readFrequency(std::string_view text, Unit unit) {
+Result<Hz> readFrequency(std::string_view text, Unit unit) {
   std::string_view number = trimmed(text);
   const Unit written = takeUnit(number);
   if (written != Unit::Guess) unit = written;
   const auto read = readDecimal(number, unit);
-  if (!read) return {-1, text.empty() ? "there is no frequency" : "the frequency cannot be read"};
+  if (!read)
+    return Failure{text.empty() ? "there is no frequency" : "the frequency cannot be read"};
   if (unit == Unit::Guess) unit = guessed(*read);
   const std::size_t power = unit == Unit::Mhz ? 6 : unit == Unit::Khz ? 3 : 0;
   // One digit more than counts, for rounding.
@@ -115,7 +116,7 @@ FrequencyReading readFrequency(std::string_view text, Unit unit) {
   }
   const auto value = wholeNumber(digits);
   if (!value || *value > std::int64_t{kHighestHz} * 10)
-    return {-1, "the frequency is above 2147 MHz, the highest that can be kept"};
+    return Failure{"the frequency is above 2147 MHz, the highest that can be kept"};
   std::int64_t hertz = *value;
   if (decimals <= power)
     hertz = hertz > kHighestHz / tens(power - decimals) ? std::int64_t{kHighestHz} + 1
@@ -123,9 +124,9 @@ FrequencyReading readFrequency(std::string_view text, Unit unit) {
   else
     hertz = (hertz + 5) / 10;
   if (hertz > kHighestHz)
-    return {-1, "the frequency is above 2147 MHz, the highest that can be kept"};
-  if (hertz <= 0) return {-1, "the frequency is 0"};
-  return {static_cast<Hz>(hertz), {}};
+    return Failure{"the frequency is above 2147 MHz, the highest that can be kept"};
+  if (hertz <= 0) return Failure{"the frequency is 0"};
+  return static_cast<Hz>(hertz);
 }
 
 std::string khzText(Hz frequency) {
@@ -164,7 +165,10 @@ std::string minuteText(std::int16_t minute) {
 
 bool readTimesOf(std::string_view text, Entry& entry) {
   text = trimmed(text);
-  if (text.empty()) return entry.from = entry.to = -1, true;
+  if (text.empty()) {
+    entry.from = entry.to = -1;
+    return true;
+  }
   const auto dash = text.find('-');
   if (dash == text.npos) return false;
   const auto from = readMinute(text.substr(0, dash)), to = readMinute(text.substr(dash + 1));

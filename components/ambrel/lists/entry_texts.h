@@ -8,22 +8,18 @@
 
 #include "components/ambrel/lists/entry.h"
 
+#include "base/result.h"
+
 namespace kelvane::lists {
 
 /// In what a frequency is written.
 enum class Unit { Guess, Hz, Khz, Mhz };
 
-/// Why a text is no frequency that can be kept, or the frequency.
-struct FrequencyReading {
-  Hz frequency = -1;
-  std::string reason = {};
-};
-
 /// Reads a frequency with "." or "," as decimal point, either of them between thousands, and
 /// perhaps "Hz", "kHz" or "MHz" behind it, which wins over `unit`. What is finer than 1 Hz is
 /// rounded. With Unit::Guess numbers from a million on are Hz, those with decimals below 100 and
-/// all below 30 are MHz, and the others kHz.
-FrequencyReading readFrequency(std::string_view text, Unit unit);
+/// all below 30 are MHz, and the others kHz. Fails for what is no frequency that can be kept.
+Result<Hz> readFrequency(std::string_view text, Unit unit);
 
 /// "9420", "518.5": kHz without needless decimals.
 std::string khzText(Hz frequency);

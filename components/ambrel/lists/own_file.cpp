@@ -82,9 +82,9 @@ bool isYes(std::string_view text) {
 const char* takeField(Column column, std::string_view field, Entry& entry) {
   switch (column) {
     case Column::Khz: {
-      const FrequencyReading read = readFrequency(field, Unit::Khz);
-      entry.frequency = read.frequency;
-      return read.frequency > 0 ? nullptr : "the frequency cannot be read";
+      const Result<Hz> read = readFrequency(field, Unit::Khz);
+      entry.frequency = read ? *read : -1;
+      return read ? nullptr : "the frequency cannot be read";
     }
     case Column::Name:
       entry.name = unescaped(field);

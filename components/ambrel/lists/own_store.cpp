@@ -19,40 +19,40 @@ constexpr std::size_t kUnreadTold = 5;
 
 }  // namespace
 
-OwnStore::OwnStore(std::filesystem::path file, std::shared_ptr<FileSteps> disk)
-    : file_(std::move(file)), disk_(std::move(disk)) {}
+OwnStore::OwnStore(std::filesystem::path file, std::shared_ptr<FileSteps> disk,
+                   std::function<void()> wake)
+    : file_(std::move(file)), disk_(std::move(disk)), beside_(std::move(wake)) {}
 
 OwnStore::~OwnStore() { finish(); }
 
-void OwnStore::start(std::function<Outcome()> job) {
-  const auto guarded = [job = std::move(job)]() -> Outcome {
-    try {
-      return job();
-    } catch (const std::exception& why) {
-      return {{false, why.what(), false}, {}, 0, false, false};
-    }
-  };
-  try {
-    work_ = std::async(std::launch::async, guarded);
-  } catch (const std::exception& why) {
-    problem_ = std::string("My stations were neither read nor saved: ") + why.what() + ".";
-  }
+void OwnStore::start(const std::string& what, std::function<Outcome()> job) {
+  beside_.start(
+      what,
+      [this, job = std::move(job)]() -> WorkBeside::Done {
+        const auto outcome = std::make_shared<Outcome>(job());
+        return [this, outcome] { take(std::move(*outcome)); };
+      },
+      [this](const std::string& why) {
+        Outcome failed;
+        failed.how = Failure{why};
+        take(std::move(failed));
+      });
 }
 
 void OwnStore::read() {
   if (busy()) return;
   underWay_ = base_;
-  start([file = file_, disk = disk_, mark = mark_]() -> Outcome {
-    FileReading now = readPatiently(file, kLargestOwnList, *disk);
+  start("reading my stations", [file = file_, disk = disk_, mark = mark_]() -> Outcome {
+    FileReading now = readWhenFree(file, kLargestOwnList, *disk);
     Outcome read;
     if (now.how == FileReading::Unreadable || now.how == FileReading::TooLarge) {
-      read.how = {false, now.reason, false};
+      read.how = Failure{now.reason};
       return read;
     }
     read.mark = now.how == FileReading::Missing ? 0 : markOf(now.content);
     read.other = read.mark != mark;
     if (read.other) read.text = readOwnText(now.content);
-    if (!read.text.refusal.empty()) read.how = {false, read.text.refusal, false};
+    if (!read.text.refusal.empty()) read.how = Failure{read.text.refusal};
     return read;
   });
 }
@@ -60,31 +60,32 @@ void OwnStore::read() {
 void OwnStore::write() {
   underWay_ = std::make_shared<const OwnText>(list_.text());
   writing_ = list_.version();
-  start([file = file_, disk = disk_, mark = mark_, base = base_, mine = underWay_]() -> Outcome {
-    Outcome done;
-    done.wrote = true;
-    const auto change = [&](const FileReading& now) -> FileChange {
-      if (now.how == FileReading::TooLarge) return {false, {}, now.reason};
-      done.text = *mine;
-      done.other = now.how == FileReading::Whole && markOf(now.content) != mark;
-      if (done.other) {
-        OwnText theirs = readOwnText(now.content);
-        if (!theirs.refusal.empty()) return {false, {}, theirs.refusal};
-        done.text = merged(*base, *mine, std::move(theirs));
-      }
-      std::string content = ownText(done.text);
-      done.mark = markOf(content);
-      return {true, std::move(content), {}};
-    };
-    done.how = changeFile(file, kLargestOwnList, *disk, change);
-    return done;
-  });
+  start("writing my stations",
+        [file = file_, disk = disk_, mark = mark_, base = base_, mine = underWay_]() -> Outcome {
+          Outcome done;
+          done.wrote = true;
+          const auto change = [&](const FileReading& now) -> FileChange {
+            if (now.how == FileReading::TooLarge) return Failure{now.reason};
+            done.text = *mine;
+            done.other = now.how == FileReading::Whole && markOf(now.content) != mark;
+            if (done.other) {
+              OwnText theirs = readOwnText(now.content);
+              if (!theirs.refusal.empty()) return Failure{theirs.refusal};
+              done.text = merged(*base, *mine, std::move(theirs));
+            }
+            std::string content = ownText(done.text);
+            done.mark = markOf(content);
+            return content;
+          };
+          done.how = changeFile(file, kLargestOwnList, *disk, change);
+          return done;
+        });
 }
 
 void OwnStore::take(Outcome outcome) {
   if (!outcome.how) {
     problem_ = std::string("My stations were not ") + (outcome.wrote ? "saved: " : "read: ") +
-               outcome.how.reason;
+               outcome.how.reason();
     refused_ = outcome.wrote;
     return;
   }
@@ -106,13 +107,9 @@ void OwnStore::take(Outcome outcome) {
   if ((outcome.other || outcome.wrote) && changed) changed();
 }
 
-bool OwnStore::tick() {
-  bool news = false;
-  if (work_.valid()) {
-    if (work_.wait_for(std::chrono::seconds(0)) != std::future_status::ready) return false;
-    take(work_.get());
-    news = true;
-  }
+bool OwnStore::deliver() {
+  const bool news = beside_.deliver();
+  if (busy()) return news;
   if (refused_ && list_.version() != writing_) refused_ = false;
   if (ready_ && !refused_ && list_.version() != written_) write();
   return news;
@@ -121,9 +118,9 @@ bool OwnStore::tick() {
 void OwnStore::finish() {
   // The second round writes what was edited while the first one wrote.
   for (int round = 0; round < 4; ++round) {
-    tick();
-    if (!work_.valid()) return;
-    work_.wait();
+    deliver();
+    if (!busy()) return;
+    beside_.wait();
   }
 }
 

@@ -2,22 +2,23 @@
 
 #include <filesystem>
 #include <functional>
-#include <future>
 #include <memory>
 #include <string>
 
 #include "base/safe_file.h"
+#include "base/work_beside.h"
 #include "components/ambrel/lists/own_list.h"
 
 namespace kelvane::lists {
 
 /// The operator's own list and its file. Reading and writing run on a thread of their own, one
-/// after the other; tick() takes over what came of them. Other processes may change the file: what
-/// they added and removed stays so. All calls come on the user-interface thread.
+/// after the other; deliver() takes over what came of them. Other processes may change the file:
+/// what they added and removed stays so. All calls come on the user-interface thread.
 class OwnStore {
  public:
   explicit OwnStore(std::filesystem::path file,
-                    std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>());
+                    std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>(),
+                    std::function<void()> wake = {});
   /// Returns when what was edited is in the file, or could not be put there.
   ~OwnStore();
   OwnStore(const OwnStore&) = delete;
@@ -28,7 +29,7 @@ class OwnStore {
   const std::filesystem::path& file() const { return file_; }
   /// The list is that of the file; before, it must not be edited.
   bool ready() const { return ready_; }
-  bool busy() const { return work_.valid(); }
+  bool busy() const { return beside_.busy(); }
   /// Why the list could not be read or written the last time; mostly empty.
   const std::string& problem() const { return problem_; }
   /// Something was edited that the file does not hold.
@@ -39,24 +40,25 @@ class OwnStore {
   /// Reads the file where it is not what was last read or written.
   void read();
   /// Takes over what has ended, and writes what was edited. Answers whether anything that is shown
-  /// may have changed. To be called every so often, and after edits.
-  bool tick();
+  /// may have changed. To be called when `wake` asks
+  /// for it, from any thread, and after edits.
+  bool deliver();
   /// Returns when the file holds what was edited, or cannot.
   void finish();
 
-  /// Hears, inside tick(), that the file has other contents now.
+  /// Hears, inside deliver(), that the file has other contents now.
   std::function<void()> changed;
 
  private:
   struct Outcome {
-    FileResult how;
+    Result<> how;
     OwnText text;
     std::size_t mark = 0;
     bool other = false;  ///< another program changed the file
     bool wrote = false;
   };
 
-  void start(std::function<Outcome()> job);
+  void start(const std::string& what, std::function<Outcome()> job);
   void write();
   void take(Outcome outcome);
   static std::string unreadWords(const OwnText& text);
@@ -71,7 +73,7 @@ class OwnStore {
   bool ready_ = false;
   bool refused_ = false;  ///< the last write failed: not tried again before another edit
   std::string problem_, unread_;
-  std::future<Outcome> work_;
+  WorkBeside beside_;
 };
 
 }  // namespace kelvane::lists

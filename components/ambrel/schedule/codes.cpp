@@ -13,17 +13,16 @@ constexpr std::array<std::string_view, 4> kKinds = {"language", "country", "area
 
 }  // namespace
 
-Codes::Codes(std::string_view text, std::vector<std::string>& problems) {
-  std::string problem;
-  const auto rows = readTable(text, problem);
+Codes::Codes(std::string_view text) {
+  const auto rows = readTable(text);
   if (!rows) {
-    problems.push_back(problem);
+    problems_.push_back(rows.reason());
     return;
   }
   for (const TableRow& row : *rows) {
     const auto kind = std::find(kKinds.begin(), kKinds.end(), row.fields.front());
     if (row.fields.size() != 3 || kind == kKinds.end()) {
-      problems.push_back("Line " + std::to_string(row.line) + " is no \"kind ; code ; words\"");
+      problems_.push_back("Line " + std::to_string(row.line) + " is no \"kind ; code ; words\"");
       continue;
     }
     words_[static_cast<std::size_t>(kind - kKinds.begin())][row.fields[1]] = row.fields[2];

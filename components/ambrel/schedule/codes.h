@@ -19,8 +19,10 @@ class Codes {
 
   /// Without a text every code stands for itself.
   Codes() = default;
-  /// Reads "kind ; code ; words" lines; what cannot be read is added to `problems` in words.
-  Codes(std::string_view text, std::vector<std::string>& problems);
+  /// Reads "kind ; code ; words" lines.
+  explicit Codes(std::string_view text);
+  /// What of the text could not be read, in words.
+  const std::vector<std::string>& problems() const { return problems_; }
 
   /// "E,F" is "English, French"; a code that is not known stays as it is.
   std::string languages(std::string_view codes) const;
@@ -35,7 +37,7 @@ class Codes {
   std::optional<GeoPoint> place(std::string_view code, std::string_view homeCountry) const {
     return places_.at(code, homeCountry);
   }
-  void usePlaces(SitePlaces places) { places_ = std::move(places); }
+  void setPlaces(SitePlaces places) { places_ = std::move(places); }
 
  private:
   const std::string* find(Kind kind, std::string_view code) const;
@@ -43,6 +45,7 @@ class Codes {
 
   std::array<std::unordered_map<std::string, std::string>, 4> words_;
   SitePlaces places_;
+  std::vector<std::string> problems_;
 };
 
 }  // namespace kelvane::ambrel

@@ -10,15 +10,16 @@ constexpr std::size_t kLargestCodes = 4u << 20;
 
 std::shared_ptr<Codes> readCodes(const DataFiles& files, FileNotes& notes) {
   for (const auto& file : files.named("codes.txt")) {
-    const FileReading reading = readPatiently(file, kLargestCodes, files.disk());
-    std::vector<std::string> problems;
-    const bool whole = reading.how == FileReading::Whole;
-    if (!whole) problems.push_back(reading.reason);
+    const FileReading reading = readWhenFree(file, kLargestCodes, files.disk());
+    const std::string named = "Codes " + pathText(file) + ": ";
     if (reading.how == FileReading::Unreadable) notes.unreadable.push_back(reading.reason);
-    auto codes = whole ? std::make_shared<Codes>(reading.content, problems) : nullptr;
-    if (!problems.empty())
-      notes.wrong.push_back("Codes " + pathText(file) + ": " + problems.front());
-    if (codes) return codes;
+    if (reading.how != FileReading::Whole) {
+      notes.wrong.push_back(named + reading.reason);
+      continue;
+    }
+    auto codes = std::make_shared<Codes>(reading.content);
+    if (!codes->problems().empty()) notes.wrong.push_back(named + codes->problems().front());
+    return codes;
   }
   return std::make_shared<Codes>();
 }
@@ -28,8 +29,8 @@ std::shared_ptr<Codes> readCodes(const DataFiles& files, FileNotes& notes) {
 std::shared_ptr<const Codes> loadCodes(const DataFiles& files, FileNotes& notes) {
   const std::shared_ptr<Codes> codes = readCodes(files, notes);
   const FileReading sites =
-      readPatiently(files.ownFolder() / kSitesName, kLargestCodes, files.disk());
-  if (sites.how == FileReading::Whole) codes->usePlaces(SitePlaces(sites.content));
+      readWhenFree(files.ownFolder() / kSitesName, kLargestCodes, files.disk());
+  if (sites.how == FileReading::Whole) codes->setPlaces(SitePlaces(sites.content));
   return codes;
 }
 

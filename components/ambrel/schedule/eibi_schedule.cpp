@@ -18,7 +18,7 @@ namespace {
 // Room is made for a real list at once; a larger one grows into it.
 constexpr std::size_t kBytesOfLine = 48, kUsualLines = 1 << 15;
 /// Texts of so many bytes are read by two threads, half by half.
-constexpr std::size_t kWorthTwo = 200'000;
+constexpr std::size_t kWorthTwoThreads = 200'000;
 
 /// Collects a schedule's records line by line.
 class Reader {
@@ -137,9 +137,10 @@ std::string refusalOf(const ScheduleReading& reading) {
 
 ScheduleReading readEibiSchedule(std::string_view text, Season season) {
   ScheduleReading reading;
-  reading.refusal = whyNoText(text);
+  reading.refusal = checkText(text).reason();
   if (!reading.refusal.empty()) return reading;
-  const std::size_t middle = text.size() < kWorthTwo ? text.npos : text.find('\n', text.size() / 2);
+  const std::size_t middle =
+      text.size() < kWorthTwoThreads ? text.npos : text.find('\n', text.size() / 2);
   if (middle == text.npos) {
     reading = readLines(text, season).reading;
   } else {

@@ -138,11 +138,7 @@ bool isHfccSchedule(std::string_view text) {
 }
 
 std::string lowerName(std::string_view name) {
-  std::string low(name.substr(name.find_last_of("/\\") + 1));
-  for (char& c : low) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-  }
-  return low;
+  return lower(name.substr(name.find_last_of("/\\") + 1));
 }
 
 std::string nameOr(const std::unordered_map<std::string, std::string>& names,

@@ -73,7 +73,7 @@ bool readHead(std::string_view text, std::optional<Season>& season, std::string&
 }  // namespace
 
 StationList readScheduleFile(const fs::path& file, FileSteps& disk) {
-  FileReading reading = readPatiently(file, kLargestSchedule, disk);
+  FileReading reading = readWhenFree(file, kLargestSchedule, disk);
   if (reading.how != FileReading::Whole) {
     const bool missing = reading.how == FileReading::Missing;
     StationList none = refused(file, missing ? "There is no such file." : reading.reason);
@@ -92,13 +92,13 @@ StationList readScheduleFile(const fs::path& file, FileSteps& disk) {
   return list;
 }
 
-std::string keepSchedule(const StationList& schedule, const DataFiles& files) {
+Result<> keepSchedule(const StationList& schedule, const DataFiles& files) {
   std::string_view text = schedule.text;
   if (text.starts_with(kHead)) text.remove_prefix(std::min(text.find('\n') + 1, text.size()));
   std::string kept(kHead);
   kept.append(schedule.season->code()).append(kFrom).append(schedule.origin).append("\r\n");
   kept.append(text);
-  return writeFileSafely(files.ownFolder() / kKeptName, kept, files.disk()).reason;
+  return writeFileSafely(files.ownFolder() / kKeptName, kept, files.disk());
 }
 
 std::optional<StationList> keptSchedule(const DataFiles& files) {
@@ -116,7 +116,7 @@ std::optional<StationList> keptSchedule(const DataFiles& files) {
 
 std::optional<StationList> keptHfcc(const DataFiles& files) {
   const fs::path file = files.ownFolder() / kHfccName;
-  const FileReading reading = readPatiently(file, kLargestHfcc, files.disk());
+  const FileReading reading = readWhenFree(file, kLargestHfcc, files.disk());
   if (reading.how == FileReading::Missing) return std::nullopt;
   StationList list = reading.how == FileReading::Whole ? readHfcc(reading.content, kHfccName)
                                                        : refused(file, reading.reason);
@@ -126,30 +126,30 @@ std::optional<StationList> keptHfcc(const DataFiles& files) {
 }
 
 std::optional<OtherImport> importOther(const fs::path& file, const DataFiles& files) {
-  const FileReading reading = readPatiently(file, kLargestHfcc, files.disk());
+  const FileReading reading = readWhenFree(file, kLargestHfcc, files.disk());
   if (reading.how != FileReading::Whole) return std::nullopt;
   const std::string name = pathText(file.filename());
   if (isZip(reading.content)) {
     const StationList list = readHfcc(reading.content, name);
     if (!list.refusal.empty())
-      return OtherImport{
-          false, name + " was not loaded. " + list.refusal + " The data that was there stays."};
-    const FileResult kept =
+      return OtherImport(
+          Failure{name + " was not loaded. " + list.refusal + " The data that was there stays."});
+    const Result<> kept =
         writeFileSafely(files.ownFolder() / kHfccName, reading.content, files.disk());
-    if (!kept) return OtherImport{false, name + " could not be kept: " + kept.reason};
+    if (!kept) return OtherImport(Failure{name + " could not be kept: " + kept.reason()});
     std::string words = name + " was loaded: HFCC season " + list.season->code() + ", " +
                         std::to_string(list.count) + " registrations.";
     if (list.problems.count > 0) words += " " + list.problems.text();
-    return OtherImport{true, words};
+    return OtherImport(words);
   }
   if (!isSiteText(reading.content)) return std::nullopt;
   const SitePlaces places(reading.content);
-  if (places.size() == 0) return OtherImport{false, name + " tells no places of transmitters."};
-  const FileResult kept =
+  if (places.size() == 0) return OtherImport(Failure{name + " tells no places of transmitters."});
+  const Result<> kept =
       writeFileSafely(files.ownFolder() / kSitesName, reading.content, files.disk());
-  if (!kept) return OtherImport{false, name + " could not be kept: " + kept.reason};
-  return OtherImport{
-      true, name + " tells the places of " + std::to_string(places.size()) + " transmitters."};
+  if (!kept) return OtherImport(Failure{name + " could not be kept: " + kept.reason()});
+  return OtherImport(name + " tells the places of " + std::to_string(places.size()) +
+                     " transmitters.");
 }
 
 fs::path dropKeptSchedule(const DataFiles& files) {

@@ -17,7 +17,7 @@ StationList readScheduleFile(const std::filesystem::path& file, FileSteps& disk)
 
 /// Keeps a schedule for the next starts, in the place of the one kept before. Answers why it could
 /// not, in words; empty when it is kept.
-std::string keepSchedule(const StationList& schedule, const DataFiles& files);
+Result<> keepSchedule(const StationList& schedule, const DataFiles& files);
 
 /// The kept schedule; none when none was ever kept. A damaged one is put aside and comes back with
 /// a refusal, one that cannot be read now with a refusal alone.
@@ -26,11 +26,8 @@ std::optional<StationList> keptSchedule(const DataFiles& files);
 /// The HFCC season that is kept; none where there is none. A damaged one comes back with a refusal.
 std::optional<StationList> keptHfcc(const DataFiles& files);
 
-/// What became of a file that the operator gave and that is no schedule of EiBi's.
-struct OtherImport {
-  bool taken = false;
-  std::string words;
-};
+/// What became, in words, of a file that the operator gave and that is no schedule of EiBi's.
+using OtherImport = Result<std::string>;
 /// Takes in an HFCC season, or the text that tells the sites of EiBi's schedules; none where the
 /// file is neither.
 std::optional<OtherImport> importOther(const std::filesystem::path& file, const DataFiles& files);

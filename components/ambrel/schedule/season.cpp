@@ -9,8 +9,6 @@ namespace {
 
 constexpr UtcMinute kChange = 60;  // minutes into the day
 
-bool isLetter(char c) { return c >= 'A' && c <= 'Z'; }
-
 }  // namespace
 
 UtcMinute Season::start() const {
@@ -38,7 +36,7 @@ std::optional<Season> seasonOfFileName(std::string_view name) {
   for (std::size_t i = 1; i + 3 < text.size(); ++i) {
     const bool season =
         (text[i] == 'A' || text[i] == 'B') && isDigit(text[i + 1]) && isDigit(text[i + 2]);
-    const bool alone = !isLetter(text[i - 1]) && !isDigit(text[i + 3]) && !isLetter(text[i + 3]);
+    const bool alone = !isCapital(text[i - 1]) && !isDigit(text[i + 3]) && !isCapital(text[i + 3]);
     if (season && alone)
       return Season{2000 + (text[i + 1] - '0') * 10 + (text[i + 2] - '0'), text[i] == 'A'};
   }

@@ -11,10 +11,9 @@ namespace {
 constexpr std::string_view kTable = "Transmitter-site codes";
 
 bool isCode(std::string_view text) {
-  const bool capital = text.size() == 1 && text[0] >= 'A' && text[0] <= 'Z';
-  return capital || (!text.empty() && text.size() <= 3 && std::ranges::all_of(text, [](char c) {
-           return isDigit(c) || (c >= 'a' && c <= 'z');
-         }));
+  const bool capital = text.size() == 1 && isCapital(text[0]);
+  return capital || (!text.empty() && text.size() <= 3 &&
+                     std::ranges::all_of(text, [](char c) { return isDigit(c) || isSmall(c); }));
 }
 
 /// The first place in a line, and where it begins.
@@ -55,7 +54,7 @@ void SitePlaces::take(std::string_view line, std::string& country) {
   line = trimmed(line);
   const auto colon = line.find(':');
   if (colon != line.npos && colon >= 1 && colon <= 3 &&
-      std::ranges::all_of(line.substr(0, colon), [](char c) { return c >= 'A' && c <= 'Z'; })) {
+      std::ranges::all_of(line.substr(0, colon), isCapital)) {
     country = line.substr(0, colon);
     line = trimmed(line.substr(colon + 1));
   }

@@ -85,7 +85,7 @@ void readLines(StationList& list, std::string_view title) {
 
 StationList readKnownSets(std::string text, std::string_view title) {
   StationList list;
-  list.refusal = whyNoText(text);
+  list.refusal = checkText(text).reason();
   if (!list.refusal.empty()) return list;
   if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
   list.text = isUtf8(text) ? std::move(text) : utf8FromLatin1(text);

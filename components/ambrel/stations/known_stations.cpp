@@ -30,8 +30,8 @@ std::size_t stepFrom(Hz position, Long direction, std::size_t size, AtOrAbove at
 
 }  // namespace
 
-const Record& spokesman(const StationTable& table, std::size_t place, const AirTime& time,
-                        Long preferredSet) {
+const Record& recordToShow(const StationTable& table, std::size_t place, const AirTime& time,
+                           Long preferredSet) {
   const auto records = table.at(place);
   const Record* best = &records.front();
   if (records.size() == 1) return *best;
@@ -130,7 +130,7 @@ void KnownStations::select(std::size_t place) {
   table_->expect(place);  // reading the clock takes as long as fetching them
   const AirTime& time = clock_.now(*table_);
   found_ = FoundStation{place, table_->frequency(place),
-                        &spokesman(*table_, place, time, walkedSet_), time.minute()};
+                        &recordToShow(*table_, place, time, walkedSet_), time.minute()};
 }
 
 }  // namespace kelvane::ambrel

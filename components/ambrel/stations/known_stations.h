@@ -24,8 +24,8 @@ struct FoundStation {
 /// one of the operator's own list, unless it has times and this is none of them, a scheduled
 /// station that is on the air, a set's record, an irregular station in its time, and last the
 /// station that comes on the air next.
-const Record& spokesman(const StationTable& table, std::size_t place, const AirTime& time,
-                        Long preferredSet);
+const Record& recordToShow(const StationTable& table, std::size_t place, const AirTime& time,
+                           Long preferredSet);
 
 /// Where the database stands among the known frequencies, and how it walks through them. A walk
 /// goes from the present position to the next frequency that is another one; where there is none

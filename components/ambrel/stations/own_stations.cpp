@@ -79,7 +79,7 @@ StationList ownStationsOf(std::string text) {
   list.sets = {kOwnSet};
   list.headings = lists::usualHeadings();
   if (text.empty()) return list;
-  list.refusal = whyNoText(text);
+  list.refusal = checkText(text).reason();
   if (!list.refusal.empty()) return list;
   if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
   list.text = isUtf8(text) ? std::move(text) : utf8FromLatin1(text);
@@ -89,7 +89,7 @@ StationList ownStationsOf(std::string text) {
 }
 
 StationList readOwnStations(const DataFiles& files) {
-  FileReading reading = readPatiently(ownFile(files), lists::kLargestOwnList, files.disk());
+  FileReading reading = readWhenFree(ownFile(files), lists::kLargestOwnList, files.disk());
   StationList list = ownStationsOf(std::move(reading.content));
   list.file = ownFile(files);
   if (reading.how != FileReading::Whole && reading.how != FileReading::Missing)

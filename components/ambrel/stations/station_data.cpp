@@ -17,7 +17,7 @@ namespace {
 constexpr std::string_view kStart = "known-", kEnd = ".txt";
 
 StationList readKnownFile(const fs::path& file, const DataFiles& files) {
-  FileReading reading = readPatiently(file, kLargestKnownText, files.disk());
+  FileReading reading = readWhenFree(file, kLargestKnownText, files.disk());
   std::string title = pathText(file.stem());
   if (title.starts_with(kStart)) title.erase(0, kStart.size());
   StationList list;

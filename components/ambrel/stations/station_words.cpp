@@ -33,7 +33,7 @@ Setting usualFilter(Setting mode) {
 }
 
 /// More than the panel has room for: the rest is read in the tool tip.
-constexpr std::size_t kOthersNamed = 12;
+constexpr std::size_t kMostNamed = 12;
 
 bool isSchedule(const StationTable& table, const Record& record) {
   return table.listOf(record).isSchedule();
@@ -156,9 +156,8 @@ std::vector<std::string> othersThere(const StationTable& table, const FoundStati
 std::string othersText(const std::vector<std::string>& names) {
   if (names.empty()) return {};
   std::string text;
-  for (std::size_t i = 0; i < std::min(names.size(), kOthersNamed); ++i)
-    append(text, names[i], ", ");
-  if (names.size() > kOthersNamed) text += " and others";
+  for (std::size_t i = 0; i < std::min(names.size(), kMostNamed); ++i) append(text, names[i], ", ");
+  if (names.size() > kMostNamed) text += " and others";
   return "+" + std::to_string(names.size()) + " more: " + text;
 }
 

@@ -59,20 +59,8 @@ void DataWindow::makeControls() {
        Widen | MoveDown,
        "",
        true});
-  add({IDOK,
-       WC_BUTTONW,
-       BS_DEFPUSHBUTTON | WS_TABSTOP,
-       "&Tune",
-       {352, 260, 94, 26},
-       "Tune the receiver to the selected row",
-       MoveRight | MoveDown});
-  add({IDCANCEL,
-       WC_BUTTONW,
-       BS_PUSHBUTTON | WS_TABSTOP,
-       "&Close",
-       {454, 260, 94, 26},
-       "",
-       MoveRight | MoveDown});
+  addEnds(
+      {352, 260, "&Tune", "Tune the receiver to the selected row", "&Close", MoveRight | MoveDown});
 }
 
 void DataWindow::command(int control, int notice) {
@@ -87,7 +75,10 @@ void DataWindow::command(int control, int notice) {
 
 bool DataWindow::notified(const NMHDR& notice, LRESULT& result) {
   if (notice.idFrom != id::Rows) return false;
-  if (notice.code == NM_DBLCLK) return tune(), true;
+  if (notice.code == NM_DBLCLK) {
+    tune();
+    return true;
+  }
   return rows_.answer(notice, result);
 }
 

@@ -84,20 +84,8 @@ void KnownListWindow::makeControls() {
        Widen | MoveDown,
        "",
        true});
-  add({IDOK,
-       WC_BUTTONW,
-       BS_DEFPUSHBUTTON | WS_TABSTOP,
-       "&Tune",
-       {552, 280, 94, 26},
-       "Tune the receiver to the selected station",
-       MoveRight | MoveDown});
-  add({IDCANCEL,
-       WC_BUTTONW,
-       BS_PUSHBUTTON | WS_TABSTOP,
-       "&Close",
-       {654, 280, 94, 26},
-       "",
-       MoveRight | MoveDown});
+  addEnds({552, 280, "&Tune", "Tune the receiver to the selected station", "&Close",
+           MoveRight | MoveDown});
 }
 
 void KnownListWindow::command(int control, int notice) {
@@ -118,14 +106,16 @@ bool KnownListWindow::notified(const NMHDR& notice, LRESULT& result) {
     case LVN_COLUMNCLICK: {
       const auto column = static_cast<ListColumn>(change.iSubItem);
       check(id::Descending, column == list_.query().sort && !checked(id::Descending));
-      return sortBy(column), true;
+      sortBy(column);
+      return true;
     }
     case LVN_ITEMCHANGED:
       if (!filling_ && change.iItem >= 0 && (change.uNewState & LVIS_SELECTED))
         chosen_ = list_.station(static_cast<std::size_t>(change.iItem));
       return true;
     case NM_DBLCLK:
-      return tune(), true;
+      tune();
+      return true;
     default:
       return rows_.answer(notice, result);
   }

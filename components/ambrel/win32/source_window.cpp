@@ -165,7 +165,10 @@ void SourceWindow::command(int control, int notice) {
 
 bool SourceWindow::notified(const NMHDR& notice, LRESULT& result) {
   if (notice.idFrom != id::Lists) return false;
-  if (notice.code == LVN_ITEMCHANGED) return showDetails(), true;
+  if (notice.code == LVN_ITEMCHANGED) {
+    showDetails();
+    return true;
+  }
   return rows_.answer(notice, result);
 }
 
@@ -219,10 +222,7 @@ void SourceWindow::edit(MakeFile make) {
   const auto job = [&core = core_, refusal = refusal_, make = std::move(make),
                     files = *core_.files()] {
     const OwnFile own = make(files);
-    core.post([refusal, own] {
-      *refusal = own.reason.empty() ? openInEditor(own.file)
-                                    : pathText(own.file) + " was not made. " + own.reason;
-    });
+    core.post([refusal, own] { *refusal = own ? openInEditor(*own) : own.reason(); });
   };
   background_.run("making a file of the operator's own", job, refused("The file was not made"));
 }

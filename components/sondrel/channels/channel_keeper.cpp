@@ -31,12 +31,12 @@ ChannelKeeper::~ChannelKeeper() {
   // Where nobody asked before, the words come late and the channels are safe all the same.
   barrier("writing channels", [this] {
     const std::string before = std::exchange(unwritten_, {});
-    const std::string words = finish();
-    if (!words.empty() && words != before) notes_.tell(words);
+    const Result<> finished = finish();
+    if (!finished && finished.reason() != before) notes_.tell(finished.reason());
   });
 }
 
-std::string ChannelKeeper::finish() {
+Result<> ChannelKeeper::finish() {
   saver_.finish();
   settle();
   if (!changes_.empty()) {
@@ -46,7 +46,7 @@ std::string ChannelKeeper::finish() {
   }
   unwritten_ = changes_.empty() ? std::string() : keepElsewhere(writing_->reason);
   failing_ = !changes_.empty();  // and said by whoever asked
-  return unwritten_;
+  return resultOf(unwritten_);
 }
 
 std::string ChannelKeeper::keepElsewhere(const std::string& reason) {
@@ -56,7 +56,7 @@ std::string ChannelKeeper::keepElsewhere(const std::string& reason) {
       ChannelChanges changes = readChanges(now.content);
       for (const auto& [channel, record] : changes_) changes.insert_or_assign(channel, record);
       second_[place] = changesText(changes);
-      return {true, second_[place]};
+      return second_[place];
     };
     if (changeFile(place, kLargestChannelFile, saver_.steps(), joined))
       return reason + ". The channels are kept in " + pathText(place) +
@@ -85,15 +85,16 @@ void ChannelKeeper::dropSecond() {
     saver_.change(place, [place, content](FileSteps& steps) {
       return changeFile(place, kLargestChannelFile, steps, [&](const FileReading& now) {
         if (now.how == FileReading::Whole && now.content == content) steps.remove(place);
-        return FileChange{};
+        return FileChange(kUnchanged);
       });
     });
   }
 }
 
-std::string ChannelKeeper::writeTo(const std::filesystem::path& file) const {
-  const FileResult written = writeFileSafely(file, bank_.text(), saver_.steps());
-  return written ? std::string() : written.reason + ".";
+Result<> ChannelKeeper::writeTo(const std::filesystem::path& file) const {
+  const Result<> written = writeFileSafely(file, bank_.text(), saver_.steps());
+  if (!written) return Failure{written.reason() + "."};
+  return {};
 }
 
 FileReading ChannelKeeper::read() {
@@ -120,7 +121,7 @@ void ChannelKeeper::refresh() {
 }
 
 void ChannelKeeper::readAgain(Instant now) {
-  if (giveUpAt_ == kNever) giveUpAt_ = now + kFilePatience;
+  if (giveUpAt_ == kNever) giveUpAt_ = now + kFileRetryTime;
   readAt_ = now + kFilePause;
   const FileReading reading = read();
   const bool readable = reading.how != FileReading::Unreadable;
@@ -170,22 +171,23 @@ void ChannelKeeper::tick(Instant now) {
   if (now >= due_) save();
 }
 
-FileResult ChannelKeeper::write(const std::filesystem::path& file, Writing& writing,
-                                FileSteps& steps) {
+Result<> ChannelKeeper::write(const std::filesystem::path& file, Writing& writing,
+                              FileSteps& steps) {
   const auto change = [&](const FileReading& now) -> FileChange {
     auto there = now.how == FileReading::Whole ? ChannelBank::read(now.content) : std::nullopt;
     if (now.how != FileReading::Missing && !there && keepAside(file).empty())
-      return {false, {}, pathText(file) + " holds no channels and cannot be moved aside"};
+      return Failure{pathText(file) + " holds no channels and cannot be moved aside"};
     // Where there is nothing to add to, all that is known is written.
     if (there) writing.bank = std::move(*there);
     for (const auto& [channel, record] : writing.changes) writing.bank.put(channel, record);
     std::string text = writing.bank.text();
     const bool differs = now.how != FileReading::Whole || text != now.content;
-    return {differs, std::move(text)};
+    if (!differs) return kUnchanged;
+    return text;
   };
-  const FileResult result = changeFile(file, kLargestChannelFile, steps, change);
-  writing.reason = result.reason;
-  writing.done = result.ok;
+  const Result<> result = changeFile(file, kLargestChannelFile, steps, change);
+  writing.reason = result.reason();
+  writing.done = result.ok();
   return result;
 }
 
@@ -197,7 +199,7 @@ void ChannelKeeper::save() {
   writing_ = writing;
   saver_.change(
       file_, [file = file_, writing](FileSteps& steps) { return write(file, *writing, steps); },
-      [this, mailbox = mailbox_](const FileResult& result) {
+      [this, mailbox = mailbox_](const Result<>& result) {
         mailbox.post([this, result] { ended(result); });
       });
 }
@@ -215,13 +217,13 @@ void ChannelKeeper::settle() {
   if (changes_.empty()) dropSecond();
 }
 
-void ChannelKeeper::ended(const FileResult& result) {
+void ChannelKeeper::ended(const Result<>& result) {
   settle();
   if (!result) {
     retry_ = due_ == kNever;
-    if (!failing_) notes_.tell(result.reason + ". The channels are kept and written later.");
+    if (!failing_) notes_.tell(result.reason() + ". The channels are kept and written later.");
   }
-  failing_ = !result.ok;
+  failing_ = !result.ok();
 }
 
 }  // namespace kelvane::sondrel

@@ -42,11 +42,11 @@ class ChannelKeeper {
   /// `now` is when the file may be written.
   void put(Channel channel, const ChannelRecord& record, Instant now);
 
-  /// Returns when everything that was put is in the file; else in words where it is kept for the
-  /// next start, or that it is nowhere. Waits, as `patiently` does.
-  std::string finish();
-  /// Writes all channels into another file. Answers in words why it could not.
-  std::string writeTo(const std::filesystem::path& file) const;
+  /// Returns when everything that was put is in the file; fails with where it is kept for the next
+  /// start, or that it is nowhere. Waits, as `retryWhileHeld` does.
+  Result<> finish();
+  /// Writes all channels into another file.
+  Result<> writeTo(const std::filesystem::path& file) const;
 
   void tick(Instant now);
   Instant nextDue() const { return std::min(due_, readAt_); }
@@ -65,13 +65,13 @@ class ChannelKeeper {
     std::atomic<bool> done = false;
   };
 
-  static FileResult write(const std::filesystem::path& file, Writing& writing, FileSteps& steps);
+  static Result<> write(const std::filesystem::path& file, Writing& writing, FileSteps& steps);
   FileReading read();
   void readAgain(Instant now);
   void take(const FileReading& reading);
   void takeIn(const FileReading& reading);
   void save();
-  void ended(const FileResult& result);
+  void ended(const Result<>& result);
   void settle();
   std::string keepElsewhere(const std::string& reason);
   void takeBack();

@@ -32,7 +32,7 @@ class ReceiverChannels {
   void stopReading();
 
   /// Has everything written, as ChannelKeeper::finish does, or into a file of the caller's.
-  std::string finishWriting(const std::filesystem::path& file) {
+  Result<> finishWriting(const std::filesystem::path& file) {
     return file.empty() ? keeper_->finish() : keeper_->writeTo(file);
   }
 

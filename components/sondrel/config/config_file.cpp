@@ -33,21 +33,21 @@ LoadedConfig standardInstead(const std::filesystem::path& path, const std::strin
     if (aside.empty()) return loaded;
     addLine(loaded.note, "The file is kept as " + pathText(aside) + ".");
   }
-  const FileResult written =
+  const Result<> written =
       changeFile(path, kLargestConfigFile, steps, [&](const FileReading& now) -> FileChange {
-        if (now.how == FileReading::Missing) return {true, writeConfig(loaded.config)};
+        if (now.how == FileReading::Missing) return writeConfig(loaded.config);
         // Another process was quicker.
         if (auto there = readConfig(now.content)) loaded.config = std::move(*there);
-        return {};
+        return kUnchanged;
       });
-  if (!written) addLine(loaded.note, written.reason + ".");
+  if (!written) addLine(loaded.note, written.reason() + ".");
   return loaded;
 }
 
 }  // namespace
 
 LoadedConfig loadConfig(const std::filesystem::path& path, FileSteps& steps) {
-  const FileReading reading = readPatiently(path, kLargestConfigFile, steps);
+  const FileReading reading = readWhenFree(path, kLargestConfigFile, steps);
   if (reading.how == FileReading::Unreadable) {
     LoadedConfig none;
     none.unreadable = reading.reason;
@@ -60,21 +60,23 @@ LoadedConfig loadConfig(const std::filesystem::path& path, FileSteps& steps) {
                          steps);
 }
 
-FileResult saveConfig(const std::filesystem::path& path, const ReceiverConfig& wanted,
-                      LoadedConfig& loaded, FileSteps& steps) {
-  MergedConfig merged{wanted, {}};
+Result<> saveConfig(const std::filesystem::path& path, const ReceiverConfig& wanted,
+                    LoadedConfig& loaded, FileSteps& steps) {
+  ReceiverConfig merged = wanted;
   const auto change = [&](const FileReading& now) -> FileChange {
     auto there = now.how == FileReading::Whole ? readConfig(now.content) : std::nullopt;
-    if (there) merged = mergeConfigs(loaded.config, wanted, *there);
+    const Result<ReceiverConfig> joined =
+        there ? mergeConfigs(loaded.config, wanted, *there) : Result<ReceiverConfig>(wanted);
     if (!there && now.how != FileReading::Missing && keepAside(path).empty())
-      return {false, {}, pathText(path) + " is damaged, and is not written over"};
-    if (!merged.conflict.empty()) return {false, {}, merged.conflict};
-    return {true, writeConfig(merged.config)};
+      return Failure{pathText(path) + " is damaged, and is not written over"};
+    if (!joined) return joined.failure();
+    merged = *joined;
+    return writeConfig(merged);
   };
-  const FileResult written = changeFile(path, kLargestConfigFile, steps, change);
+  const Result<> written = changeFile(path, kLargestConfigFile, steps, change);
   if (!written) return written;
   loaded = {};
-  loaded.config = std::move(merged.config);
+  loaded.config = std::move(merged);
   return written;
 }
 

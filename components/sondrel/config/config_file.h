@@ -16,14 +16,14 @@ struct LoadedConfig {
 };
 
 /// Reads the file. Where there is none, or a damaged one, which is kept aside, the standard
-/// configuration takes its place. One that cannot be read is left alone. Waits, as `patiently`
+/// configuration takes its place. One that cannot be read is left alone. Waits, as `retryWhileHeld`
 /// does, for another program that holds it.
 LoadedConfig loadConfig(const std::filesystem::path& path, FileSteps& steps);
 
 /// Writes the list that was made of the loaded one, together with what other processes changed in
 /// the file meanwhile; `loaded` is what the file holds then. Refuses where both changed the same
 /// receiver. A damaged file is never written over: it is moved aside first.
-FileResult saveConfig(const std::filesystem::path& path, const ReceiverConfig& wanted,
-                      LoadedConfig& loaded, FileSteps& steps);
+Result<> saveConfig(const std::filesystem::path& path, const ReceiverConfig& wanted,
+                    LoadedConfig& loaded, FileSteps& steps);
 
 }  // namespace kelvane::sondrel

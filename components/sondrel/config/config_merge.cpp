@@ -50,8 +50,8 @@ void tellApart(ReceiverEntry& entry, const Entries& all) {
 
 }  // namespace
 
-MergedConfig mergeConfigs(const ReceiverConfig& base, const ReceiverConfig& mine,
-                          const ReceiverConfig& theirs) {
+Result<ReceiverConfig> mergeConfigs(const ReceiverConfig& base, const ReceiverConfig& mine,
+                                    const ReceiverConfig& theirs) {
   const Entries before = allOf(base), own = allOf(mine), other = allOf(theirs);
   Entries merged;
   std::vector<std::size_t> twice;
@@ -63,7 +63,7 @@ MergedConfig mergeConfigs(const ReceiverConfig& base, const ReceiverConfig& mine
       if (!was && is && *is != entry) twice.push_back(merged.size());
       merged.push_back(entry);
     } else if (entry != *was) {
-      return {{}, clash(was->name)};
+      return Failure{clash(was->name)};
     } else if (is) {
       merged.push_back(*is);
     }
@@ -71,16 +71,16 @@ MergedConfig mergeConfigs(const ReceiverConfig& base, const ReceiverConfig& mine
   for (const ReceiverEntry& entry : other) {
     const ReceiverEntry* was = withMemories(before, entry.memories);
     const ReceiverEntry* is = withMemories(own, entry.memories);
-    if (was && !is && *was != entry) return {{}, clash(was->name)};
+    if (was && !is && *was != entry) return Failure{clash(was->name)};
     if (!was && !same(is, &entry)) merged.push_back(entry);
   }
   for (const std::size_t place : twice) tellApart(merged[place], merged);
-  MergedConfig result{theirs, {}};
-  result.config.notes.clear();
+  ReceiverConfig result = theirs;
+  result.notes.clear();
   const auto ninth = merged.begin() + std::min(merged.size(), std::size_t{kMostReceivers});
-  result.config.beyond.assign(ninth, merged.end());
+  result.beyond.assign(ninth, merged.end());
   merged.erase(ninth, merged.end());
-  result.config.receivers = std::move(merged);
+  result.receivers = std::move(merged);
   return result;
 }
 

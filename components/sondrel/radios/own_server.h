@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/result.h"
+
 namespace kelvane::sondrel {
 
 /// A server that this program starts for one radio, made anew for each start. For one thread.
@@ -17,9 +19,9 @@ class OwnServer {
   struct Start {
     std::string command;
     std::int32_t port = 0;  ///< of loopback, at which it will listen
-    std::string problem;    ///< why it cannot be started, in words; else empty
   };
-  virtual Start prepare() = 0;
+  /// What is to be started, or why nothing can be.
+  virtual Result<Start> prepare() = 0;
   /// Why it does not reach its radio, by what it wrote last; empty where that says nothing.
   virtual std::string fault(std::string_view written) const = 0;
   /// The same where it wrote nothing of it.

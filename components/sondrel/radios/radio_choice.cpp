@@ -10,34 +10,34 @@ namespace kelvane::sondrel {
 
 namespace {
 
-std::string typedProblem(const TypedRadio& typed, const std::string& device) {
-  if (!typed.model) return "Choose the radio in the list.";
+Result<> checkTyped(const TypedRadio& typed, const std::string& device) {
+  if (!typed.model) return Failure{"Choose the radio in the list."};
   const bool network = typed.facts.connection == ModelFacts::Connection::Network;
   const bool needsNone = typed.facts.connection == ModelFacts::Connection::None;
-  if (device.empty() && network) return "Type where the radio is: its host and port, host:port.";
-  if (device.empty() && !needsNone) return "Choose the port that the radio is at.";
-  if (const auto problem = deviceProblem(device); !problem.empty())
-    return "The port " + problem + ".";
+  if (device.empty() && network)
+    return Failure{"Type where the radio is: its host and port, host:port."};
+  if (device.empty() && !needsNone) return Failure{"Choose the port that the radio is at."};
+  if (const Result<> checked = checkDevice(device); !checked)
+    return Failure{"The port " + checked.reason() + "."};
   const auto speed = wholeNumber(typed.speed);
   const bool speedFits = speed && *speed > 0 && *speed <= 10'000'000;
-  if (!trimmed(typed.speed).empty() && !speedFits) return "The speed is no number of baud.";
+  if (!trimmed(typed.speed).empty() && !speedFits)
+    return Failure{"The speed is no number of baud."};
   if (trimmed(typed.civ).empty() || typed.facts.civ < 0) return {};
-  const auto problem = civProblem(typed.civ);
-  return problem.empty() ? problem : "The address " + problem + ".";
+  const Result<> checked = checkCiv(typed.civ);
+  if (!checked) return Failure{"The address " + checked.reason() + "."};
+  return {};
 }
 
 }  // namespace
 
-RadioChoice chosenRadio(const TypedRadio& typed, const std::vector<SerialPort>& ports,
-                        const std::vector<ReceiverEntry>& receivers) {
+Result<ReceiverEntry> chosenRadio(const TypedRadio& typed, const std::vector<SerialPort>& ports,
+                                  const std::vector<ReceiverEntry>& receivers) {
   const std::string device = portMeant(typed.device, ports);
-  RadioChoice choice{{}, typedProblem(typed, device)};
-  if (!choice.problem.empty()) return choice;
-  if (const auto who = whoHasDevice(receivers, device); !who.empty()) {
-    choice.problem = device + " is the port of " + who + " already.";
-    return choice;
-  }
-  ReceiverEntry& entry = choice.entry;
+  if (const Result<> checked = checkTyped(typed, device); !checked) return checked.failure();
+  if (const auto who = whoHasDevice(receivers, device); !who.empty())
+    return Failure{device + " is the port of " + who + " already."};
+  ReceiverEntry entry;
   entry.kind = "radio";
   entry.name = trimmed(typed.name);
   if (entry.name.empty()) entry.name = typed.model->name;
@@ -50,7 +50,7 @@ RadioChoice chosenRadio(const TypedRadio& typed, const std::vector<SerialPort>& 
   if (typed.facts.civ >= 0 && civ >= 0 && civ != typed.facts.civ) entry.set("Civ", civText(civ));
   if (serial && typed.handshake && typed.facts.handshake)
     entry.set("Options", "-C serial_handshake=Hardware");
-  return choice;
+  return entry;
 }
 
 std::string portMeant(std::string_view text, const std::vector<SerialPort>& ports) {

@@ -22,14 +22,10 @@ struct TypedRadio {
   std::string name;        ///< of the receiver; empty for the model's
 };
 
-/// The radio that this makes, or why it makes none, in words.
-struct RadioChoice {
-  ReceiverEntry entry;
-  std::string problem;
-};
-/// `receivers` are those that there are: none of them may be at the same port.
-RadioChoice chosenRadio(const TypedRadio& typed, const std::vector<SerialPort>& ports,
-                        const std::vector<ReceiverEntry>& receivers);
+/// The radio that this makes, or why it makes none. `receivers` are those that there are: none of
+/// them may be at the same port.
+Result<ReceiverEntry> chosenRadio(const TypedRadio& typed, const std::vector<SerialPort>& ports,
+                                  const std::vector<ReceiverEntry>& receivers);
 
 /// The name of the port that a text means: a name, or the words that the system has for it.
 std::string portMeant(std::string_view text, const std::vector<SerialPort>& ports);

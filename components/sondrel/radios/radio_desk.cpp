@@ -35,6 +35,11 @@ RadioDesk::~RadioDesk() {
   thread_.join();
 }
 
+void RadioDesk::setListener(std::function<void()> tell) {
+  const std::lock_guard lock(mutex_);
+  tell_ = std::move(tell);
+}
+
 DeskState RadioDesk::state() const {
   const std::lock_guard lock(mutex_);
   return state_;
@@ -78,6 +83,7 @@ void RadioDesk::change(Change change) {
     const std::lock_guard lock(mutex_);
     change(state_);
     ++changes_;
+    if (tell_) tell_();
   }
   wake_.notify_all();
 }
@@ -147,25 +153,25 @@ std::string RadioDesk::readProgram(const fs::path& program) {
   std::error_code none;
   const auto at = fs::last_write_time(program, none);
   if (program == readFrom_ && at == readAt_) return state().problem;
-  std::string problem;
-  if (takeProgram(program, problem)) {
-    readFrom_ = program;
-    readAt_ = at;
-  }
-  return problem;
+  const Result<std::string> taken = takeProgram(program);
+  if (!taken) return taken.reason();
+  readFrom_ = program;
+  readAt_ = at;
+  return *taken;
 }
 
-/// Takes a program over where it is a rigctld that lists models. What is in use stays otherwise.
-bool RadioDesk::takeProgram(const fs::path& program, std::string& problem) {
+/// Takes a program over where it is a rigctld that lists models, and answers what there is to say
+/// of it. What is in use stays otherwise.
+Result<std::string> RadioDesk::takeProgram(const fs::path& program) {
   const std::string name = pathText(program);
-  problem.clear();
-  const ServerVersion version = readServerVersion(output(name, "--version", problem));
-  if (problem.empty() && version.words.empty()) problem = name + " is no rigctld.";
-  if (!problem.empty()) return false;
-  auto models = readModels(output(name, "-l", problem));
-  if (problem.empty() && !models) problem = name + " does not list its models.";
-  if (!problem.empty()) return false;
-  if (version.tooOld) problem = version.words + " is too old: get 4.0 or later.";
+  const Result<std::string> written = output(name, "--version");
+  if (!written) return written.failure();
+  const ServerVersion version = readServerVersion(*written);
+  if (version.words.empty()) return Failure{name + " is no rigctld."};
+  const Result<std::string> listed = output(name, "-l");
+  if (!listed) return listed.failure();
+  auto models = readModels(*listed);
+  if (!models) return Failure{name + " does not list its models."};
   auto list = std::make_shared<const ModelList>(std::move(*models));
   change([&](DeskState& state) {
     state.program = name;
@@ -173,30 +179,30 @@ bool RadioDesk::takeProgram(const fs::path& program, std::string& problem) {
     state.models = std::move(list);
     state.factsOf = 0;
   });
-  return true;
+  return version.tooOld ? version.words + " is too old: get 4.0 or later." : std::string();
 }
 
 void RadioDesk::readFacts(std::int32_t model) {
   const std::string program = state().program;
   if (program.empty()) return;
-  std::string problem;
   const std::string number = "-m " + std::to_string(model);
-  const std::string capabilities = output(program, number + " -u", problem);
-  const std::string settings = output(program, number + " -L", problem);
-  const ModelFacts facts = readModelFacts(capabilities, settings);
+  const Result<std::string> capabilities = output(program, number + " -u");
+  const Result<std::string> settings = output(program, number + " -L");
+  // What it does not print it does not have.
+  const ModelFacts facts =
+      readModelFacts(capabilities ? *capabilities : "", settings ? *settings : "");
   change([&](DeskState& state) {
     state.factsOf = model;
     state.facts = facts;
   });
 }
 
-/// What a rigctld prints; why it does not in `problem`, which stays where it does.
-std::string RadioDesk::output(const std::string& program, const std::string& words,
-                              std::string& problem) {
-  const ProgramOutput output =
+/// What a rigctld prints.
+Result<std::string> RadioDesk::output(const std::string& program, const std::string& words) {
+  Result<std::string> output =
       sources_.run("\"" + program + "\" " + words, kProgramLimit, [this] { return stopped(); });
-  if (!output.problem.empty()) problem = program + ": " + output.problem;
-  return output.text;
+  if (!output) return Failure{program + ": " + output.reason()};
+  return output;
 }
 
 }  // namespace kelvane::sondrel

@@ -49,14 +49,18 @@ class RadioDesk {
     /// Remembers the one that the operator has shown.
     std::function<void(const std::filesystem::path&)> remember;
     /// Runs a program to its end (see outputOf).
-    std::function<ProgramOutput(const std::string& line, milliseconds limit,
-                                const std::function<bool()>& stop)>
+    std::function<Result<std::string>(const std::string& line, milliseconds limit,
+                                      const std::function<bool()>& stop)>
         run;
   };
   explicit RadioDesk(Sources sources);
   ~RadioDesk();
   RadioDesk(const RadioDesk&) = delete;
   RadioDesk& operator=(const RadioDesk&) = delete;
+
+  /// Called on any thread when the state has changed; it only asks somebody to look. Nobody is
+  /// called any more when this returns.
+  void setListener(std::function<void()> tell);
 
   DeskState state() const;
   /// Counts the changes of the state.
@@ -84,9 +88,9 @@ class RadioDesk {
   void readBestProgram();
   std::string readProgram(const std::filesystem::path& program);
   void said(const std::string& problem);
-  bool takeProgram(const std::filesystem::path& program, std::string& problem);
+  Result<std::string> takeProgram(const std::filesystem::path& program);
   void readFacts(std::int32_t model);
-  std::string output(const std::string& program, const std::string& words, std::string& problem);
+  Result<std::string> output(const std::string& program, const std::string& words);
   template <class Change>
   void change(Change change);
   bool stopped() const;
@@ -99,6 +103,7 @@ class RadioDesk {
   Wishes wishes_;
   DeskState state_;
   std::uint32_t changes_ = 0;
+  std::function<void()> tell_;
   // Of the thread alone:
   std::filesystem::path readFrom_;
   std::filesystem::file_time_type readAt_;

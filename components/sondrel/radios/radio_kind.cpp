@@ -16,16 +16,15 @@ namespace kelvane::sondrel {
 namespace {
 
 constexpr std::array kOwnKeys{
-    Parameter{"Model", "0", "rigctld's number of the radio's model", wholeProblem<0, 99'999'999>},
-    Parameter{"Device", "", "the port that the radio is at (COM5), or its host:port",
-              deviceProblem},
+    Parameter{"Model", "0", "rigctld's number of the radio's model", checkWhole<0, 99'999'999>},
+    Parameter{"Device", "", "the port that the radio is at (COM5), or its host:port", checkDevice},
     Parameter{"Speed", "0", "of the port, baud; 0 for the model's usual one",
-              wholeProblem<0, 10'000'000>},
+              checkWhole<0, 10'000'000>},
     Parameter{"Civ", "", "address of an Icom radio as it shows it (94h); empty for the usual one",
-              civProblem},
-    Parameter{"Options", "", "more words for rigctld, after all others", optionsProblem},
+              checkCiv},
+    Parameter{"Options", "", "more words for rigctld, after all others", checkOptions},
     Parameter{"Program", "", "the rigctld to use, with its folder; empty for the one that is found",
-              deviceProblem},
+              checkDevice},
 };
 
 constexpr auto radioKeys() {
@@ -55,18 +54,16 @@ class RadioServer final : public OwnServer {
  public:
   explicit RadioServer(RadioSetup setup) : setup_(std::move(setup)) {}
 
-  Start prepare() override {
-    Start start{{}, 0, setupProblem(setup_)};
-    if (!start.problem.empty()) return start;
+  Result<Start> prepare() override {
+    if (const Result<> checked = checkSetup(setup_); !checked) return checked.failure();
     std::string program = setup_.program;
     if (program.empty()) {
       const auto found = serverPrograms(programPlaces(), shownRigctld());
-      if (found.empty()) return {{}, 0, noServerProgramWords()};
+      if (found.empty()) return Failure{noServerProgramWords()};
       program = programText(found.front());
     }
-    start.port = freeLoopbackPort();
-    start.command = serverCommand(setup_, program, start.port);
-    return start;
+    const std::int32_t port = freeLoopbackPort();
+    return Start{serverCommand(setup_, program, port), port};
   }
   std::string fault(std::string_view written) const override { return radioFault(setup_, written); }
 

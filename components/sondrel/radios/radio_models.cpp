@@ -81,7 +81,7 @@ int usualCiv(std::string_view settings) {
 std::string soughtLetters(std::string_view text) {
   std::string letters;
   for (const char c : upper(text)) {
-    const bool letter = (c >= 'A' && c <= 'Z') || isDigit(c) || static_cast<unsigned char>(c) > 127;
+    const bool letter = isCapital(c) || isDigit(c) || static_cast<unsigned char>(c) > 127;
     if (letter || c == '+' || c == '#') letters += c;
   }
   return letters;

@@ -57,8 +57,8 @@ std::string serverCommand(const RadioSetup& setup, std::string_view program, std
   return line;
 }
 
-std::string setupProblem(const RadioSetup& setup) {
-  if (setup.model == 0) return "No model is chosen for this radio.";
+Result<> checkSetup(const RadioSetup& setup) {
+  if (setup.model == 0) return Failure{"No model is chosen for this radio."};
   return {};
 }
 
@@ -71,14 +71,16 @@ bool sameDevice(std::string_view a, std::string_view b) {
   return equalIgnoringCase(bareDevice(a), bareDevice(b));
 }
 
-std::string deviceProblem(std::string_view text) {
-  if (text.size() > kLongestDevice) return "is longer than 200 characters";
-  return text.find('"') == text.npos ? std::string() : "holds a quotation mark";
+Result<> checkDevice(std::string_view text) {
+  if (text.size() > kLongestDevice) return Failure{"is longer than 200 characters"};
+  if (text.find('"') == text.npos) return {};
+  return Failure{"holds a quotation mark"};
 }
 
-std::string optionsProblem(std::string_view text) {
-  if (text.size() > kLongestOptions) return "is longer than 1000 characters";
-  return std::ranges::count(text, '"') % 2 == 0 ? std::string() : "has a quote that is not closed";
+Result<> checkOptions(std::string_view text) {
+  if (text.size() > kLongestOptions) return Failure{"is longer than 1000 characters"};
+  if (std::ranges::count(text, '"') % 2 == 0) return {};
+  return Failure{"has a quote that is not closed"};
 }
 
 int civAddress(std::string_view text) {
@@ -92,8 +94,9 @@ int civAddress(std::string_view text) {
   return read.ec == std::errc() && read.ptr == end && value >= 0 && value < 256 ? value : -1;
 }
 
-std::string civProblem(std::string_view text) {
-  return civAddress(text) >= 0 ? std::string() : "must be written as the radio shows it, like 94h";
+Result<> checkCiv(std::string_view text) {
+  if (civAddress(text) >= 0) return {};
+  return Failure{"must be written as the radio shows it, like 94h"};
 }
 
 }  // namespace kelvane::sondrel

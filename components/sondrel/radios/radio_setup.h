@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/result.h"
+
 namespace kelvane::sondrel {
 
 /// A radio that this program keeps a server of its own for, as its section of the configuration
@@ -25,8 +27,8 @@ std::string quotedWord(std::string_view word);
 /// low, and no command can key a transmitter; options that say otherwise of the lines are heeded.
 std::string serverCommand(const RadioSetup& setup, std::string_view program, std::int32_t port);
 
-/// Why no server can be started for this radio, in words; empty where one can.
-std::string setupProblem(const RadioSetup& setup);
+/// Whether a server can be started for this radio.
+Result<> checkSetup(const RadioSetup& setup);
 
 /// Whether a device is a place in the network and no port of this computer.
 bool isNetworkDevice(std::string_view device);
@@ -34,10 +36,10 @@ bool isNetworkDevice(std::string_view device);
 /// Whether two devices are the same port, however they are written ("com5", "\\.\COM5").
 bool sameDevice(std::string_view a, std::string_view b);
 
-// What is wrong with a key's text, in words; empty when nothing is.
-std::string deviceProblem(std::string_view text);
-std::string civProblem(std::string_view text);
-std::string optionsProblem(std::string_view text);
+// Whether a key's text is right; else what is wrong with it, behind the key's name.
+Result<> checkDevice(std::string_view text);
+Result<> checkCiv(std::string_view text);
+Result<> checkOptions(std::string_view text);
 
 /// The address that a text names, 0 to 255: hexadecimal as Icom's menus show it, "94h" or "0x94".
 /// -1 where it is none.

@@ -16,7 +16,7 @@ constexpr milliseconds kAnswerLimit{10'000};
 constexpr milliseconds kMeterLimit{4000};
 constexpr milliseconds kSpeedLimit{6000};
 /// Makes rigctld give a speed up soon.
-constexpr const char* kImpatient = "-C timeout=400,retry=0";
+constexpr const char* kQuickReplies = "-C timeout=400,retry=0";
 
 std::string lastLineOf(std::string_view text) {
   text = trimmed(text);
@@ -32,8 +32,12 @@ std::string placeOf(const RadioSetup& setup) {
 
 }  // namespace
 
-RadioTrial::RadioTrial(RadioSetup setup, std::vector<std::int32_t> speeds)
-    : setup_(std::move(setup)), speeds_(std::move(speeds)), thread_([this] { run(); }) {}
+RadioTrial::RadioTrial(RadioSetup setup, std::vector<std::int32_t> speeds,
+                       std::function<void()> wake)
+    : setup_(std::move(setup)),
+      speeds_(std::move(speeds)),
+      wake_(std::move(wake)),
+      thread_([this] { run(); }) {}
 
 RadioTrial::~RadioTrial() {
   stop_ = true;
@@ -51,8 +55,11 @@ std::optional<std::int32_t> RadioTrial::answeredAt() const {
 }
 
 void RadioTrial::say(const std::string& line) {
-  const std::lock_guard lock(mutex_);
-  words_ += (words_.empty() ? "" : "\n") + line;
+  {
+    const std::lock_guard lock(mutex_);
+    words_ += (words_.empty() ? "" : "\n") + line;
+  }
+  if (wake_) wake_();
 }
 
 /// Takes up what the server wrote; whether there is no use in waiting on.
@@ -69,6 +76,7 @@ void RadioTrial::run() {
   server_.end();
   if (stop_) say("Stopped.");
   running_ = false;
+  if (wake_) wake_();
 }
 
 void RadioTrial::trySpeeds() {
@@ -78,7 +86,7 @@ void RadioTrial::trySpeeds() {
     return;
   }
   const std::string options = setup_.options;
-  setup_.options = kImpatient + (options.empty() ? options : " " + options);
+  setup_.options = kQuickReplies + (options.empty() ? options : " " + options);
   for (const std::int32_t speed : speeds_) {
     if (stop_) return;
     setup_.speed = speed;
@@ -95,8 +103,8 @@ void RadioTrial::trySpeeds() {
 bool RadioTrial::trySpeed(Depth depth) {
   const bool whole = depth == Depth::Whole;
   ServerTalk talk([this] { return stopped(); });
-  const std::string problem = startServer(talk, whole ? kStartLimit : kSpeedLimit);
-  const bool answers = problem.empty() && askFrequency(talk, whole ? kAnswerLimit : kSpeedLimit);
+  const Result<> started = startServer(talk, whole ? kStartLimit : kSpeedLimit);
+  const bool answers = started && askFrequency(talk, whole ? kAnswerLimit : kSpeedLimit);
   if (answers) {
     const std::lock_guard lock(mutex_);
     answeredAt_ = setup_.speed;
@@ -107,23 +115,23 @@ bool RadioTrial::trySpeed(Depth depth) {
     askRest(talk);
     if (!stop_) say("It works.");
   }
-  if (!answers) failure_ = problem.empty() ? failure() : problem;
+  if (!answers) failure_ = started ? failure() : started.reason();
   if (whole && !answers && !stop_) say(failure_);
   server_.end();
   return answers;
 }
 
-/// Answers in words why there is no server to talk to; empty where there is.
-std::string RadioTrial::startServer(ServerTalk& talk, milliseconds limit) {
+/// Starts a server to talk to.
+Result<> RadioTrial::startServer(ServerTalk& talk, milliseconds limit) {
   server_.end();
   written_.clear();
-  const OwnServer::Start start = serverOf(setup_)->prepare();
-  if (!start.problem.empty()) return start.problem;
-  std::string problem = server_.start(start.command, Written::Kept);
-  if (!problem.empty()) return "rigctld cannot be started: " + problem;
+  const Result<OwnServer::Start> start = serverOf(setup_)->prepare();
+  if (!start) return start.failure();
+  const Result<> started = server_.start(start->command, Written::Kept);
+  if (!started) return Failure{"rigctld cannot be started: " + started.reason()};
   const bool told = speeds_.size() < 2;
   if (told) say("rigctld is started.");
-  if (!talk.open("127.0.0.1", start.port, limit, true)) return failure();
+  if (!talk.open("127.0.0.1", start->port, limit, true)) return Failure{failure()};
   if (told && !setup_.device.empty()) say(setup_.device + " is open.");
   return {};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -18,8 +19,9 @@ namespace kelvane::sondrel {
 /// what goes on, within some milliseconds.
 class RadioTrial {
  public:
-  /// With several speeds each is tried until the radio answers at one.
-  RadioTrial(RadioSetup setup, std::vector<std::int32_t> speeds);
+  /// With several speeds each is tried until the radio answers at one. `wake` is called on another
+  /// thread when there is more to see.
+  RadioTrial(RadioSetup setup, std::vector<std::int32_t> speeds, std::function<void()> wake = {});
   ~RadioTrial();
   RadioTrial(const RadioTrial&) = delete;
   RadioTrial& operator=(const RadioTrial&) = delete;
@@ -38,7 +40,7 @@ class RadioTrial {
   void run();
   void trySpeeds();
   bool trySpeed(Depth depth);
-  std::string startServer(ServerTalk& talk, milliseconds limit);
+  Result<> startServer(ServerTalk& talk, milliseconds limit);
   bool askFrequency(ServerTalk& talk, milliseconds limit);
   void askRest(ServerTalk& talk);
   std::string failure();
@@ -47,6 +49,7 @@ class RadioTrial {
 
   RadioSetup setup_;
   const std::vector<std::int32_t> speeds_;
+  const std::function<void()> wake_;
   std::atomic<bool> stop_ = false;
   std::atomic<bool> running_ = true;
   mutable std::mutex mutex_;

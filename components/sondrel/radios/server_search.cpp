@@ -62,13 +62,15 @@ std::vector<ServerPlace> usualPlaces(const std::string& host,
   return places;
 }
 
-ServerSearch::ServerSearch(const std::vector<ServerPlace>& places) {
+ServerSearch::ServerSearch(const std::vector<ServerPlace>& places, std::function<void()> wake)
+    : wake_(std::move(wake)) {
   running_ = static_cast<int>(places.size());
   threads_.reserve(places.size());
   for (std::size_t rank = 0; rank < places.size(); ++rank) {
     threads_.emplace_back([this, place = places[rank], rank] {
       barrier("looking for servers", [&] { look(place, rank); });
       --running_;
+      if (wake_) wake_();
     });
   }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -33,7 +34,8 @@ std::vector<ServerPlace> usualPlaces(const std::string& host,
 /// radio's name. On threads of its own; the destructor ends them within some milliseconds.
 class ServerSearch {
  public:
-  explicit ServerSearch(const std::vector<ServerPlace>& places);
+  /// `wake` is called on another thread when there is more to see.
+  explicit ServerSearch(const std::vector<ServerPlace>& places, std::function<void()> wake = {});
   ~ServerSearch();
   ServerSearch(const ServerSearch&) = delete;
   ServerSearch& operator=(const ServerSearch&) = delete;
@@ -45,6 +47,7 @@ class ServerSearch {
  private:
   void look(const ServerPlace& place, std::size_t rank);
 
+  const std::function<void()> wake_;
   std::atomic<bool> stop_ = false;
   std::atomic<int> running_ = 0;
   mutable std::mutex mutex_;

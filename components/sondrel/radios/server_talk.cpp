@@ -10,14 +10,15 @@ namespace kelvane::sondrel {
 namespace {
 
 constexpr milliseconds kSlice{20};
-constexpr milliseconds kKnockAgain{100};
+constexpr milliseconds kConnectAgainAfter{100};
 constexpr std::size_t kMostReceived = 200'000;
 
 Instant talkNow() { return std::chrono::steady_clock::now(); }
 
 }  // namespace
 
-bool ServerTalk::open(const std::string& host, std::int32_t port, milliseconds limit, bool knock) {
+bool ServerTalk::open(const std::string& host, std::int32_t port, milliseconds limit,
+                      bool keepTrying) {
   const Instant end = talkNow() + limit;
   open_ = false;
   client_.open(host, port, talkNow());
@@ -25,8 +26,8 @@ bool ServerTalk::open(const std::string& host, std::int32_t port, milliseconds l
     const auto events = client_.wait(talkNow(), std::min(end, talkNow() + kSlice));
     open_ = events.opened;
     if (!events.failed) continue;
-    if (!knock) return false;
-    std::this_thread::sleep_for(kKnockAgain);
+    if (!keepTrying) return false;
+    std::this_thread::sleep_for(kConnectAgainAfter);
     client_.open(host, port, talkNow());
   }
   return open_;

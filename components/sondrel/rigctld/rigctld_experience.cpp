@@ -40,8 +40,8 @@ bool canBeSet(RigItem item) {
 
 }  // namespace
 
-void RigctldExperience::meet(const RigctldCapabilities& found, Instant now) {
-  doubted_.reset();
+void RigctldExperience::serverFound(const RigctldCapabilities& found, Instant now) {
+  lastRefusal_.reset();
   if (const auto server = nameOf(found); server != server_) {
     known_ = {};
     server_ = server;
@@ -111,7 +111,7 @@ void RigctldExperience::answered(RigItem item, const Reply& reply, bool good, mi
     return;
   }
   const bool trouble = troubleIn(reply).has_value();
-  if (trouble) doubted_ = {item, before};
+  if (trouble) lastRefusal_ = {item, before};
   const bool passing =
       known.tells && trouble && took < kSlow && ++known.troubles < kMostTroublesInARow;
   if (passing) return;
@@ -120,7 +120,7 @@ void RigctldExperience::answered(RigItem item, const Reply& reply, bool good, mi
 }
 
 void RigctldExperience::unanswered(RigItem item, milliseconds took, Instant now) {
-  doubted_.reset();
+  lastRefusal_.reset();
   known_[at(item)].fresh = true;
   refused(known_[at(item)], std::max(took, kSlow), now);
 }
@@ -137,9 +137,9 @@ void RigctldExperience::refused(Known& known, milliseconds took, Instant now) {
 }
 
 void RigctldExperience::radioIsSilent() {
-  if (!doubted_) return;
-  known_[at(doubted_->item)] = doubted_->before;
-  doubted_.reset();
+  if (!lastRefusal_) return;
+  known_[at(lastRefusal_->item)] = lastRefusal_->before;
+  lastRefusal_.reset();
 }
 
 void RigctldExperience::modeChanged(Instant now) {

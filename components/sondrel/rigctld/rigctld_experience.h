@@ -18,7 +18,7 @@ namespace kelvane::sondrel {
 class RigctldExperience {
  public:
   /// A new connection has found this server. What is known of another one is forgotten.
-  void meet(const RigctldCapabilities& found, Instant now);
+  void serverFound(const RigctldCapabilities& found, Instant now);
 
   /// The item to try next, the most important first; none where none is due. `anew`: also what was
   /// told on an older connection and not on this one yet.
@@ -37,7 +37,7 @@ class RigctldExperience {
   /// The radio turned out to be silent: what it did not tell just before says nothing of it.
   void radioIsSilent();
   /// The radio answered: what it did not tell just before counts.
-  void radioAnswers() { doubted_.reset(); }
+  void radioAnswers() { lastRefusal_.reset(); }
   /// Radios refuse some settings in some modes.
   void modeChanged(Instant now);
 
@@ -63,7 +63,7 @@ class RigctldExperience {
   std::string server_;
   bool plain_ = false;
   std::array<Known, kRigItems> known_{};
-  std::optional<Doubt> doubted_;
+  std::optional<Doubt> lastRefusal_;
 };
 
 }  // namespace kelvane::sondrel

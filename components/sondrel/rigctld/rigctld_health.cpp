@@ -4,7 +4,7 @@ namespace kelvane::sondrel {
 
 namespace {
 
-constexpr int kMostSenseless = 3;
+constexpr int kMostUnreadable = 3;
 constexpr int kWrongConfiguration = 2;
 constexpr int kTimeout = 5;
 constexpr int kSecurity = 19;
@@ -63,7 +63,7 @@ RigctldHealth::Finding RigctldHealth::judge(const Reply& reply, bool good, bool 
   }
   // A frequency that is too high for the contract is a value still, and a refusal an answer.
   const bool sense = !reply.ok() || numberOf(valueOf(reply.lines[0]));
-  if (!sense && troubles_ >= kMostSenseless) return {LinkState::Error, false, true};
+  if (!sense && troubles_ >= kMostUnreadable) return {LinkState::Error, false, true};
   return {LinkState::Up, false, false};
 }
 

@@ -8,19 +8,20 @@ namespace kelvane::sondrel {
 
 namespace {
 
-std::string hostProblem(std::string_view text) {
+Result<> checkHost(std::string_view text) {
   // Whether such a host is there shows when the link is opened; a name that long never is.
   const bool blank = text.find_first_of(" \t") != std::string_view::npos;
-  return blank || text.size() > 253 ? "is no host name or address" : std::string();
+  if (blank || text.size() > 253) return Failure{"is no host name or address"};
+  return {};
 }
 
 constexpr std::array kServerKeys{
     Parameter{"Host", "127.0.0.1", "name or address of the computer where the server runs",
-              hostProblem},
-    Parameter{"Port", "4532", "the server's TCP port", wholeProblem<0, 999'999>},
+              checkHost},
+    Parameter{"Port", "4532", "the server's TCP port", checkWhole<0, 999'999>},
     Parameter{"Command", "", "starts the server on this computer and ends it again; none if empty"},
     Parameter{"Model", "0", "the only model number that is accepted; 0 for any",
-              wholeProblem<0, 99'999'999>},
+              checkWhole<0, 99'999'999>},
 };
 
 constexpr auto rigctldKeys() {

@@ -14,21 +14,21 @@ namespace kelvane::sondrel {
 /// The keys of every receiver behind rigctld, whoever starts that.
 inline constexpr std::array kRigctldTuningKeys{
     Parameter{"Minimum", "0", "lowest frequency, Hz; with a Maximum of 0 the server's own",
-              wholeProblem<0, 999'999'999>},
+              checkWhole<0, 999'999'999>},
     Parameter{"Maximum", "0", "highest frequency, Hz; 0 for the server's own",
-              wholeProblem<0, 999'999'999>},
+              checkWhole<0, 999'999'999>},
     Parameter{"PollRate", "25", "S-meter readings in a second, while the receiver is shown",
-              wholeProblem<1, 100>},
+              checkWhole<1, 100>},
     Parameter{"LineShare", "60", "the most of the radio's line that polling may take, percent",
-              wholeProblem<5, 95>},
-    Parameter{"SMeterOffset", "0", "added to the S-meter readings, dB", wholeProblem<-200, 200>},
+              checkWhole<5, 95>},
+    Parameter{"SMeterOffset", "0", "added to the S-meter readings, dB", checkWhole<-200, 200>},
     Parameter{"BfoLimit", "5000", "most offset, Hz either way, of a BFO that is made by tuning",
-              wholeProblem<0, 20'000>},
-    Parameter{"Preamp", "yes", "the HF filter button switches the preamplifier", yesNoProblem},
-    Parameter{"Remote", "yes", "comes up under remote control", yesNoProblem},
+              checkWhole<0, 20'000>},
+    Parameter{"Preamp", "yes", "the HF filter button switches the preamplifier", checkYesNo},
+    Parameter{"Remote", "yes", "comes up under remote control", checkYesNo},
     Parameter{"Channels", "0-99", "numbers of the channels that are kept here, or none",
-              channelsProblem},
-    Parameter{"ChannelSkip", "yes", "channels can be left out of a scan", yesNoProblem},
+              checkChannels},
+    Parameter{"ChannelSkip", "yes", "channels can be left out of a scan", checkYesNo},
 };
 
 /// A receiver behind the server there, with what its section says of the keys above. What is wrong

@@ -50,8 +50,8 @@ std::optional<RigItem> PollPlan::take(Instant now) {
   double latest = -1;
   for (const auto& row : kIntervals) {
     if (!items_.has(row.item)) continue;
-    if (hurried_.has(row.item)) {
-      hurried_.remove(row.item);
+    if (readNext_.has(row.item)) {
+      readNext_.remove(row.item);
       due_[at(row.item)] = now + interval(row.item);
       return row.item;
     }
@@ -74,13 +74,13 @@ void PollPlan::answered(Instant sent, Instant now) {
   restUntil_ = now + std::chrono::duration_cast<Instant::duration>(capped);
 }
 
-void PollPlan::hurry(RigItem item) { hurried_.add(item); }
+void PollPlan::readNext(RigItem item) { readNext_.add(item); }
 
 Instant PollPlan::nextDue() const {
   Instant next = kNever;
   for (const auto& row : kIntervals) {
     if (!items_.has(row.item)) continue;
-    if (hurried_.has(row.item)) return Instant{};
+    if (readNext_.has(row.item)) return Instant{};
     next = std::min(next, std::max(dueAt(row.item), restUntil_));
   }
   return next;

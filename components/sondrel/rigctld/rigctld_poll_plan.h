@@ -24,13 +24,13 @@ class PollPlan {
 
   /// Polls these items from now on.
   void start(RigItems items, Instant now);
-  void show(bool shown) { shown_ = shown; }
+  void setShown(bool shown) { shown_ = shown; }
   /// The item to ask now, which counts as asked; none when nothing is due or the line rests.
   std::optional<RigItem> take(Instant now);
   /// A reply came to what was sent at that time.
   void answered(Instant sent, Instant now);
   /// Asks the item as soon as the line is free, without rest.
-  void hurry(RigItem item);
+  void readNext(RigItem item);
   /// No setting is asked before that time: only frequency, mode and meter.
   void holdSettings(Instant until) { settingsFrom_ = until; }
   /// Until then the line rests.
@@ -44,7 +44,7 @@ class PollPlan {
 
   PollRates rates_;
   RigItems items_;
-  RigItems hurried_;
+  RigItems readNext_;
   std::array<Instant, kRigItems> due_{};
   Instant restUntil_{};
   Instant settingsFrom_{};

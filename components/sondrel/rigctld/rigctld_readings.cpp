@@ -10,10 +10,10 @@ namespace {
 
 // A server may answer from a store of half a second, a program may take a while to act: the value
 // from before an order is believed only when it still stands after this time.
-constexpr milliseconds kPatience{600};
+constexpr milliseconds kConfirmedWithin{600};
 constexpr milliseconds kBetweenReadBacks{100};
 // What the radio itself makes of an order has shown by the end of this time, the store included.
-constexpr milliseconds kAftermath{1000};
+constexpr milliseconds kFollowsWithin{1000};
 // A radio rounds to its raster or moves by a CW pitch; a hand at the knob soon goes farther.
 constexpr std::int32_t kRounding = 1000;
 
@@ -80,13 +80,13 @@ void RigctldReadings::accepted(const RigOrder& order, bool newerWaits, Instant n
   const auto item = order.request.item;
   if (item == RigItem::Clock) return;
   if (item == RigItem::Mode) {
-    ours_.fill(now + kAftermath);  // radios keep more than the filter with a mode
+    ours_.fill(now + kFollowsWithin);  // radios keep more than the filter with a mode
   } else {
-    ours_[at(order.reads)] = now + kAftermath;
+    ours_[at(order.reads)] = now + kFollowsWithin;
   }
   const bool readable = can_->readable.has(order.reads);
   awaited_[at(item)] = readable && !newerWaits ? awaited(order, false, now) : std::nullopt;
-  believe(order);
+  assumeAccepted(order);
   if (!readable) report(item, Cause::Request, order.request.ticket);
 }
 
@@ -138,7 +138,7 @@ std::vector<ValueReport> RigctldReadings::takeReports() { return std::exchange(r
 
 std::optional<RigctldReadings::Awaited> RigctldReadings::awaited(const RigOrder& order,
                                                                  bool refused, Instant now) const {
-  Awaited next{order, now + kPatience, now, refused};
+  Awaited next{order, now + kConfirmedWithin, now, refused};
   // Retuning on its own account must not swallow the answer to the operator's request.
   const auto& older = awaited_[at(order.request.item)];
   if (older && order.request.ticket == 0) next.order.request.ticket = older->order.request.ticket;
@@ -147,7 +147,7 @@ std::optional<RigctldReadings::Awaited> RigctldReadings::awaited(const RigOrder&
 
 /// The radio said that it took the order: what follows builds on that, and readings that still
 /// show the old value are not believed for a while.
-void RigctldReadings::believe(const RigOrder& order) {
+void RigctldReadings::assumeAccepted(const RigOrder& order) {
   const auto shown = number(RigItem::Frequency);
   known_.add(order.reads);
   if (order.reads != RigItem::Mode) {
@@ -199,13 +199,13 @@ void RigctldReadings::takeMode(const ModeAndWidth& read, Instant now) {
   for (auto* awaited : {&mode, &filter}) {
     if (*awaited) (*awaited)->askAt = now + kBetweenReadBacks;
   }
-  if (!first && oldMode && patient(mode, now)) return;
+  if (!first && oldMode && mayStillChange(mode, now)) return;
   // Servers were seen to answer the new mode with the old width for half a second.
-  if (!first && oldWidth && patient(mode, now) && mode->order.wanted > 0 && !filter) {
+  if (!first && oldWidth && mayStillChange(mode, now) && mode->order.wanted > 0 && !filter) {
     filter = mode;
     filter->order.request = {RigItem::Filter, mode->order.wanted, {}, 0};
   }
-  const bool stale = !first && oldWidth && patient(filter, now);
+  const bool stale = !first && oldWidth && mayStillChange(filter, now);
   const bool modeNews = first || read.mode != mode_;
   const bool widthNews = !stale && read.width > 0 && read.width != value(RigItem::Filter);
   const auto cause = first ? Cause::Learned : causeOf(RigItem::Mode, 0, now);
@@ -226,7 +226,7 @@ void RigctldReadings::takeMode(const ModeAndWidth& read, Instant now) {
 }
 
 /// Whether a reading that shows the old value may yet become the new one.
-bool RigctldReadings::patient(const std::optional<Awaited>& awaited, Instant now) {
+bool RigctldReadings::mayStillChange(const std::optional<Awaited>& awaited, Instant now) {
   return awaited && !awaited->refused && now < awaited->until;
 }
 

@@ -57,8 +57,8 @@ class RigctldReadings {
   };
 
   std::optional<Awaited> awaited(const RigOrder& order, bool refused, Instant now) const;
-  static bool patient(const std::optional<Awaited>& awaited, Instant now);
-  void believe(const RigOrder& order);
+  static bool mayStillChange(const std::optional<Awaited>& awaited, Instant now);
+  void assumeAccepted(const RigOrder& order);
   void takeNumber(RigItem item, std::int32_t number, Instant now);
   void takeMode(const ModeAndWidth& read, Instant now);
   void settle(RigItem requested);

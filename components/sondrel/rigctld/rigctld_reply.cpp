@@ -33,7 +33,7 @@ void ReplyReader::begin(ReplyRule rule) {
 ReplyReader::Progress ReplyReader::feed(std::string_view bytes) {
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     if (!waiting_ || done_) {
-      strayed_ = true;
+      stray_ = true;
       break;
     }
     if (++heard_ > kLongestReply) return Progress::Flooded;
@@ -64,7 +64,7 @@ Reply ReplyReader::take() {
   return std::move(reply_);
 }
 
-bool ReplyReader::strayed() { return std::exchange(strayed_, false); }
+bool ReplyReader::takeStray() { return std::exchange(stray_, false); }
 
 bool ReplyReader::endsByQuiet() const {
   return rule_.end == ReplyRule::End::Done || rule_.end == ReplyRule::End::Quiet;
@@ -92,13 +92,13 @@ bool ReplyReader::isHeader(std::string_view text) {
     return own || text.starts_with(rule_.command + ":");
   }
   // What comes before the header belongs to a command that nobody waits for any more.
-  strayed_ = foreign_ = true;
+  stray_ = foreign_ = true;
   return true;
 }
 
 void ReplyReader::reportLine(int report) {
   if (!headed_ && rule_.end != ReplyRule::End::AnyReport) {
-    strayed_ = true;
+    stray_ = true;
     // A success without its header is an echo of something else. An error may be this command's:
     // a server that refuses the password or the command says no more than that.
     if (std::exchange(foreign_, false) || report == 0) return;

@@ -53,7 +53,7 @@ class ReplyReader {
   /// Some of the reply has arrived, but not all.
   bool partial() const { return waiting_ && heard_ > 0; }
   /// Bytes came that belong to no reply; asking forgets it.
-  bool strayed();
+  bool takeStray();
   /// A reply of this rule ends when the line falls quiet.
   bool endsByQuiet() const;
 
@@ -71,7 +71,7 @@ class ReplyReader {
   bool done_ = false;
   bool headed_ = false;   ///< what comes is this reply's
   bool foreign_ = false;  ///< what comes is an older command's
-  bool strayed_ = false;
+  bool stray_ = false;
 };
 
 /// The number of a report line ("RPRT -11"), without its sign; none for any other line.

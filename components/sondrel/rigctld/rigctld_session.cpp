@@ -16,7 +16,7 @@ constexpr milliseconds kRefusalLimit{10000};
 // refuse a setting after twenty seconds.
 constexpr milliseconds kGiveUp{30000};
 constexpr milliseconds kQuiet{150};
-constexpr milliseconds kLongestDrain{2000};
+constexpr milliseconds kLongestDiscard{2000};
 constexpr milliseconds kBetweenAttempts{1000};
 constexpr milliseconds kFirstBackOff{2000};
 constexpr milliseconds kLongestBackOff{16000};
@@ -28,9 +28,9 @@ constexpr milliseconds kGreetingLimit{700};
 constexpr milliseconds kBlink{200};
 constexpr int kShareOfSlow = 4;
 constexpr milliseconds kLongestHold{30000};
-constexpr milliseconds kOperatorAtWork{3000};
+constexpr milliseconds kNoTrialsAfterRequest{3000};
 // What is due is done within milliseconds: only a computer that slept passes it over for so long.
-constexpr milliseconds kSleep{10'000};
+constexpr milliseconds kComputerSlept{10'000};
 
 LinkState stateOf(CloseReason reason) {
   switch (reason) {
@@ -63,12 +63,12 @@ RigctldSession::RigctldSession(RigctldOptions options)
 // --- the operator's side
 
 void RigctldSession::open(bool reopen, Instant now) {
-  answerOwed_ = true;
+  stateAskedFor_ = true;
   const bool running = phase_ == Phase::Running;
   const bool up = running && said_ == LinkState::Up;
   const bool deaf = running && !up && !flight_ && !heartbeatOf(experience_);
-  if (phase_ == Phase::Closed && now < hopeless_.notBefore()) {
-    reopenAt_ = std::min(reopenAt_, hopeless_.notBefore());
+  if (phase_ == Phase::Closed && now < lastingFailures_.notBefore()) {
+    reopenAt_ = std::min(reopenAt_, lastingFailures_.notBefore());
     return;
   }
   if (phase_ == Phase::Closed || (up && reopen) || deaf) return startConnection();
@@ -85,19 +85,19 @@ void RigctldSession::tryAgain() {
 void RigctldSession::close() {
   drop();
   said_.reset();
-  answerOwed_ = false;
-  hopeless_.forget();
+  stateAskedFor_ = false;
+  lastingFailures_.forget();
   reports_.clear();
 }
 
 void RigctldSession::request(RigRequest request, Instant now) {
   if (said_ != LinkState::Up) return;
   requests_.put(std::move(request));
-  tryFrom_ = std::max(tryFrom_, now + kOperatorAtWork);
+  nextTrialAt_ = std::max(nextTrialAt_, now + kNoTrialsAfterRequest);
   pump(now);
 }
 
-void RigctldSession::show(bool shown) { plan_.show(shown); }
+void RigctldSession::setShown(bool shown) { plan_.setShown(shown); }
 
 // --- the connection's side
 
@@ -116,7 +116,7 @@ void RigctldSession::received(std::string_view bytes, Instant now) {
     return fail(handshake_.reachedRadio() ? LinkState::Error : LinkState::BadIdentity, now);
   }
   if (reader_.waiting() && reader_.endsByQuiet()) quietAt_ = now + kQuiet;
-  if (reader_.strayed()) waitForQuiet(now);
+  if (reader_.takeStray()) waitForQuiet(now);
   if (phase_ == Phase::Closed) return;
   if (progress == ReplyReader::Progress::Complete) replied(reader_.take(), now);
   pump(now);
@@ -135,7 +135,7 @@ void RigctldSession::closed(CloseReason reason, Instant now) {
   if (mute) return failLater(LinkState::NotResponding, now);
   noReply(now);
   fail(stateOf(reason), now);
-  if (stranger) hopeless_.failed(now);
+  if (stranger) lastingFailures_.failed(now);
 }
 
 void RigctldSession::tick(Instant now) {
@@ -169,12 +169,12 @@ Instant RigctldSession::nextDue() const {
   } else if (phase_ == Phase::Greeting || said_ != LinkState::Up) {
     due = nextAttempt_;
   } else if (!requests_.empty()) {
-    due = drainUntil_;
+    due = discardUntil_;
   } else {
     due = std::min(readings_.nextReadBack(), plan_.nextDue());
-    due = std::min(due, std::max({experience_.nextDue(), tryFrom_, plan_.restUntil()}));
+    due = std::min(due, std::max({experience_.nextDue(), nextTrialAt_, plan_.restUntil()}));
   }
-  return std::max(due, drainUntil_);
+  return std::max(due, discardUntil_);
 }
 
 std::string RigctldSession::takeOutput() { return std::exchange(output_, {}); }
@@ -201,14 +201,14 @@ void RigctldSession::drop() {
   requests_.clear();
   output_.clear();
   quietAt_ = kNever;
-  drainUntil_ = {};
-  drainSince_ = kNever;
+  discardUntil_ = {};
+  discardSince_ = kNever;
   reopenAt_ = kNever;
 }
 
 void RigctldSession::fail(LinkState state, Instant now) {
   drop();
-  if (isHopeless(state)) hopeless_.failed(now);
+  if (isLasting(state)) lastingFailures_.failed(now);
   say(state);
 }
 
@@ -221,14 +221,14 @@ void RigctldSession::failLater(LinkState state, Instant now) {
 
 void RigctldSession::say(LinkState state) {
   if (state != LinkState::Up) requests_.clear();
-  presumed_ = false;
+  stateAssumed_ = false;
   radioSilent_ = radioSilent_ && state != LinkState::Up;
-  if (said_ == state && !answerOwed_) return;
+  if (said_ == state && !stateAskedFor_) return;
   said_ = state;
-  answerOwed_ = false;
+  stateAskedFor_ = false;
   if (state == LinkState::Up) {
     backOff_ = kFirstBackOff;
-    hopeless_.forget();
+    lastingFailures_.forget();
   }
   reports_.push_back(LinkReport{state});
 }
@@ -236,14 +236,14 @@ void RigctldSession::say(LinkState state) {
 // --- replies
 
 void RigctldSession::waitForQuiet(Instant now) {
-  if (now >= drainUntil_) drainSince_ = now;
-  drainUntil_ = now + kQuiet;
-  if (now - drainSince_ > kLongestDrain) fail(LinkState::Error, now);
+  if (now >= discardUntil_) discardSince_ = now;
+  discardUntil_ = now + kQuiet;
+  if (now - discardSince_ > kLongestDiscard) fail(LinkState::Error, now);
 }
 
 /// How long its reply may be missing before the link is said to be lost. However slowly a radio
 /// refuses what it never told, that is no sign of a dead one.
-milliseconds RigctldSession::patience(const Flight& flight) const {
+milliseconds RigctldSession::replyLimitOf(const Flight& flight) const {
   if (flight.purpose == Purpose::Greet) return replyLimit_;
   if (flight.purpose == Purpose::Order) {
     return isSetting(flight.order.request.item) ? kGiveUp : kRefusalLimit;
@@ -262,7 +262,7 @@ void RigctldSession::overdue(Instant now) {
   const bool asksRadio = phase_ == Phase::Running || handshake_.reachedRadio();
   const bool extended = handshake_.capabilities().dialect == Dialect::Extended;
   say(radioSilent_ || (asksRadio && extended) ? LinkState::NotResponding : LinkState::Timeout);
-  presumed_ = true;
+  stateAssumed_ = true;
 }
 
 void RigctldSession::giveUp(Instant now) {
@@ -290,14 +290,14 @@ void RigctldSession::noReply(Instant now) {
 
 bool RigctldSession::slept(Instant now) const {
   const bool connected = phase_ == Phase::Greeting || phase_ == Phase::Running;
-  return connected && nextDue() < now - kSleep;
+  return connected && nextDue() < now - kComputerSlept;
 }
 
 void RigctldSession::replied(const Reply& reply, Instant now) {
   const Flight flight = *std::exchange(flight_, std::nullopt);
   quietAt_ = kNever;
   holdSettings(flight, now);
-  if (patience(flight) == replyLimit_) {
+  if (replyLimitOf(flight) == replyLimit_) {
     // A server that is slow by nature is not said to be lost at each command.
     const auto took = std::chrono::duration_cast<milliseconds>(now - flight.sent);
     replyLimit_ = std::clamp(took * 3 / 2, kReplyLimit, kLongestReplyLimit);
@@ -326,7 +326,7 @@ void RigctldSession::holdSettings(const Flight& flight, Instant now) {
   const bool setting = flight.purpose == Purpose::Read && isSetting(flight.item);
   if (!setting || took < kBlink) return plan_.answered(flight.sent, now);
   const auto hold = std::min<Instant::duration>(took * kShareOfSlow, kLongestHold);
-  tryFrom_ = std::max(tryFrom_, now + hold);
+  nextTrialAt_ = std::max(nextTrialAt_, now + hold);
   plan_.holdSettings(now + hold);
 }
 
@@ -337,7 +337,8 @@ void RigctldSession::greeted(const Reply& reply, Instant now) {
   if (trouble == LinkState::BadIdentity || trouble == LinkState::Configuration) {
     return fail(*trouble, now);
   }
-  if (!described && handshake_.reachedRadio()) experience_.meet(handshake_.capabilities(), now);
+  if (!described && handshake_.reachedRadio())
+    experience_.serverFound(handshake_.capabilities(), now);
   nextAttempt_ = trouble ? now + kBetweenAttempts : now;
   radioSilent_ = trouble == LinkState::NotResponding;
   if (trouble) return say(*trouble);
@@ -380,7 +381,7 @@ void RigctldSession::gotReading(const Flight& flight, const Reply& reply, Instan
   if (trouble) askHeartbeat();
   nextAttempt_ = trouble ? now : now + kBetweenAttempts;
   // Any answer ends a silence; a radio's trouble ends with its heartbeat alone.
-  if (presumed_ && !trouble) say(LinkState::Up);
+  if (stateAssumed_ && !trouble) say(LinkState::Up);
 }
 
 void RigctldSession::judge(const Reply& reply, bool good, milliseconds took, Instant now) {
@@ -415,18 +416,18 @@ void RigctldSession::gotOrder(const RigOrder& order, const Reply& reply, Instant
     return;
   }
   readings_.accepted(order, requests_.waits(order.request.item), now);
-  if (order.request.item == RigItem::Mode) plan_.hurry(RigItem::Frequency);
-  if (presumed_) say(LinkState::Up);
+  if (order.request.item == RigItem::Mode) plan_.readNext(RigItem::Frequency);
+  if (stateAssumed_) say(LinkState::Up);
 }
 
 void RigctldSession::askHeartbeat() {
-  if (const auto beat = heartbeatOf(experience_)) plan_.hurry(*beat);
+  if (const auto beat = heartbeatOf(experience_)) plan_.readNext(*beat);
 }
 
 // --- what to send next
 
 void RigctldSession::pump(Instant now) {
-  if (flight_ || now < drainUntil_) return;
+  if (flight_ || now < discardUntil_) return;
   if (phase_ == Phase::Greeting) return pumpGreeting(now);
   if (phase_ != Phase::Running) return;
   if (said_ != LinkState::Up) {
@@ -435,7 +436,7 @@ void RigctldSession::pump(Instant now) {
   }
   if (sendRequest(now)) return;
   if (const auto item = readings_.takeReadBack(now)) return read(*item, now);
-  if (now >= tryFrom_ && now >= plan_.restUntil()) {
+  if (now >= nextTrialAt_ && now >= plan_.restUntil()) {
     if (const auto item = experience_.due(now, false)) return read(*item, now);
   }
   if (const auto item = plan_.take(now)) read(*item, now);
@@ -469,7 +470,7 @@ void RigctldSession::read(RigItem item, Instant now) {
 
 void RigctldSession::send(RigCommand command, Flight flight, Instant now) {
   flight.sent = now;
-  flight.limit = now + patience(flight);
+  flight.limit = now + replyLimitOf(flight);
   flight_ = std::move(flight);
   quietAt_ = kNever;
   reader_.begin(std::move(command.rule));

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "components/sondrel/rigctld/hopeless_attempts.h"
+#include "components/sondrel/rigctld/lasting_failures.h"
 #include "components/sondrel/rigctld/rigctld_experience.h"
 #include "components/sondrel/rigctld/rigctld_handshake.h"
 #include "components/sondrel/rigctld/rigctld_health.h"
@@ -51,7 +51,7 @@ class RigctldSession {
   /// takes its place, and when the link is not up, or stops being so before it was sent.
   void request(RigRequest request, Instant now);
   /// The operator looks at this receiver.
-  void show(bool shown);
+  void setShown(bool shown);
 
   // The connection's side.
 
@@ -86,7 +86,7 @@ class RigctldSession {
   void say(LinkState state);
 
   void waitForQuiet(Instant now);
-  milliseconds patience(const Flight& flight) const;
+  milliseconds replyLimitOf(const Flight& flight) const;
   void overdue(Instant now);
   void giveUp(Instant now);
   void noReply(Instant now);
@@ -115,15 +115,15 @@ class RigctldSession {
   std::uint32_t wanted_ = 0;
   std::uint32_t connections_ = 0;
   std::optional<LinkState> said_;
-  bool answerOwed_ = false;
-  bool presumed_ = false;     ///< said_ stands only because nothing was answered
-  bool radioSilent_ = false;  ///< the server said so
+  bool stateAskedFor_ = false;
+  bool stateAssumed_ = false;  ///< said_ stands only because nothing was answered
+  bool radioSilent_ = false;   ///< the server said so
 
   ReplyReader reader_;
   std::optional<Flight> flight_;
   Instant quietAt_ = kNever;  ///< end of a reply that ends by quiet
-  Instant drainUntil_{};      ///< until then stray bytes may belong to an older command
-  Instant drainSince_ = kNever;
+  Instant discardUntil_{};    ///< until then stray bytes may belong to an older command
+  Instant discardSince_ = kNever;
   milliseconds replyLimit_;
 
   RigctldHandshake handshake_;
@@ -131,7 +131,7 @@ class RigctldSession {
   Instant nextAttempt_ = kNever;  ///< of a question that a silent radio left open
   Instant reopenAt_ = kNever;
   milliseconds backOff_;
-  HopelessAttempts hopeless_;
+  LastingFailures lastingFailures_;
 
   std::shared_ptr<const RigctldCapabilities> can_;
   RigctldReadings readings_;
@@ -139,7 +139,7 @@ class RigctldSession {
   RequestBox requests_;
   RigctldHealth health_;
   RigctldExperience experience_;
-  Instant tryFrom_{};  ///< until then nothing is tried that the radio may be slow to refuse
+  Instant nextTrialAt_{};  ///< until then nothing is tried that the radio may be slow to refuse
 
   std::string output_;
   std::vector<RigReport> reports_;

@@ -26,7 +26,7 @@ CloseReason reasonOf(NetFailure failure) {
   return CloseReason::Ended;
 }
 
-constexpr milliseconds kKnockEvery{100};
+constexpr milliseconds kConnectEvery{100};
 constexpr std::size_t kMostWritten = 8192;
 /// What a turn lacked, memory above all, is hardly there at once.
 constexpr milliseconds kPauseAfterFault{100};
@@ -155,7 +155,7 @@ void RigctldWorker::lostRadio() {
 }
 
 Instant RigctldWorker::nextDue() const {
-  return std::min({session_.nextDue(), keeper_.nextDue(), knockAt_});
+  return std::min({session_.nextDue(), keeper_.nextDue(), nextConnectAt_});
 }
 
 /// Answers false when the worker is to end.
@@ -168,7 +168,7 @@ bool RigctldWorker::readMail(Instant now) {
     mail_.stop = mail.stop;  // also when what follows fails
   }
   order_ = mail.order;
-  if (mail.shown) session_.show(*mail.shown);
+  if (mail.shown) session_.setShown(*mail.shown);
   if (mail.close) {
     session_.close();
     dismissServer();
@@ -188,30 +188,30 @@ void RigctldWorker::rememberFault(const std::string& words) {
   fault_ = words;
 }
 
-std::string RigctldWorker::startServer() {
+Result<> RigctldWorker::startServer() {
   if (!address_.own) return startSoleServer();
-  const OwnServer::Start start = address_.own->prepare();
   written_.clear();
-  address_.port = start.port;
-  std::string problem = start.problem;
-  if (problem.empty()) problem = process_.start(start.command, Written::Kept);
-  if (!problem.empty()) rememberFault(problem);
-  return problem;
+  const Result<OwnServer::Start> start = address_.own->prepare();
+  address_.port = start ? start->port : 0;
+  const Result<> started =
+      start ? process_.start(start->command, Written::Kept) : Result<>(start.failure());
+  if (!started) rememberFault(started.reason());
+  return started;
 }
 
 /// Two servers at one place would fight for radio and port: the first process that wants one there
 /// starts it, for all.
-std::string RigctldWorker::startSoleServer() {
-  const FileResult sole = sole_.owned() ? FileResult{} : sole_.acquire(serverMark(address_));
-  const bool elsewhere = !sole && sole.held;
+Result<> RigctldWorker::startSoleServer() {
+  const Result<> sole = sole_.owned() ? Result<>() : sole_.acquire(serverMark(address_));
+  const bool elsewhere = !sole && sole.held();
   if (elsewhere && !servedElsewhere_) {
     noteFault("starting the server at " + address_.host + ":" + std::to_string(address_.port),
               "another program started it already, and owns it; it is used as it is");
   }
   servedElsewhere_ = elsewhere;
-  const std::string problem = elsewhere ? std::string() : process_.start(address_.command);
-  if (!problem.empty()) sole_.release();
-  return problem;
+  const Result<> started = elsewhere ? Result<>() : process_.start(address_.command);
+  if (!started) sole_.release();
+  return started;
 }
 
 /// Another process's server ends with its owner.
@@ -237,15 +237,15 @@ void RigctldWorker::keepServer(Instant now) {
   if (!address_.startsServer()) return;
   const bool begins =
       session_.connectionWanted() != 0 && session_.connectionWanted() != connection_;
-  if (begins && !keeper_.want(now).empty()) session_.closed(CloseReason::NoServer, now);
+  if (begins && !keeper_.want(now)) session_.closed(CloseReason::NoServer, now);
   if (keeper_.tick(now)) session_.tryAgain();
 }
 
 void RigctldWorker::keepConnection(Instant now) {
   const auto wanted = session_.connectionWanted();
-  if (wanted == connection_ && now < knockAt_) return;
+  if (wanted == connection_ && now < nextConnectAt_) return;
   connection_ = wanted;
-  knockAt_ = kNever;
+  nextConnectAt_ = kNever;
   client_.close();
   if (wanted != 0) client_.open(address_.host, address_.port, now);
 }
@@ -254,8 +254,8 @@ void RigctldWorker::feed(const TcpClient::Events& events, Instant now) {
   if (events.opened) session_.connected(now);
   if (!events.received.empty()) session_.received(events.received, now);
   if (events.failed && session_.connectionWanted() == connection_) {
-    if (events.failed == NetFailure::Refused && keeper_.young(now)) {
-      knockAt_ = now + kKnockEvery;
+    if (events.failed == NetFailure::Refused && keeper_.justStarted(now)) {
+      nextConnectAt_ = now + kConnectEvery;
     } else {
       session_.closed(reasonOf(*events.failed), now);
     }

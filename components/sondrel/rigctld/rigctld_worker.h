@@ -70,12 +70,12 @@ class RigctldWorker {
   std::uint32_t post(Change change);
   void run();
   bool serve();
-  std::string startSoleServer();
+  Result<> startSoleServer();
   bool serverRunsElsewhere();
   void dismissServer();
   bool readMail(Instant now);
   void keepServer(Instant now);
-  std::string startServer();
+  Result<> startServer();
   bool serverRuns();
   void rememberFault(const std::string& words);
   void lostRadio();
@@ -93,7 +93,7 @@ class RigctldWorker {
   bool servedElsewhere_ = false;  ///< another process has it, and its server is used
   ServerKeeper keeper_;
   std::uint32_t connection_ = 0;
-  Instant knockAt_ = kNever;  ///< next attempt at a server that does not listen yet
+  Instant nextConnectAt_ = kNever;  ///< next attempt at a server that does not listen yet
   std::uint32_t order_ = 0;
   std::string written_;   ///< what the server of its own wrote last
   bool reached_ = false;  ///< the link was up with the server that runs now

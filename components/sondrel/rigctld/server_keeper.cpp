@@ -12,14 +12,14 @@ constexpr milliseconds kLongestPause{30'000};
 // Who ran so long was no failed start.
 constexpr milliseconds kSettled{10'000};
 // A server opens its port only after it has tried its radio.
-constexpr milliseconds kYoung{6000};
+constexpr milliseconds kJustStarted{6000};
 
 }  // namespace
 
-std::string ServerKeeper::want(Instant now) {
+Result<> ServerKeeper::want(Instant now) {
   wanted_ = true;
   if (!runs_ && now >= startAt_) start(now);
-  return problem_;
+  return started_;
 }
 
 void ServerKeeper::dismiss() {
@@ -28,7 +28,7 @@ void ServerKeeper::dismiss() {
   runs_ = false;
   backOff_ = milliseconds(0);
   startAt_ = {};
-  problem_.clear();
+  started_ = {};
 }
 
 bool ServerKeeper::tick(Instant now) {
@@ -51,11 +51,13 @@ Instant ServerKeeper::nextDue() const {
   return runs_ ? lookAt_ : startAt_;
 }
 
-bool ServerKeeper::young(Instant now) const { return runs_ && now < startedAt_ + kYoung; }
+bool ServerKeeper::justStarted(Instant now) const {
+  return runs_ && now < startedAt_ + kJustStarted;
+}
 
 void ServerKeeper::start(Instant now) {
-  problem_ = process_.start();
-  runs_ = problem_.empty();
+  started_ = process_.start();
+  runs_ = started_.ok();
   startedAt_ = now;
   lookAt_ = now + kLookEvery;
   // What cannot be started at all is tried again seldom: someone has to change something first.

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "base/result.h"
 #include "base/time.h"
 
 namespace kelvane::sondrel {
@@ -11,17 +12,17 @@ namespace kelvane::sondrel {
 /// when it has died, each time a little later where it dies soon after its start.
 class ServerKeeper {
  public:
-  /// How the process is started (answers in words why it cannot be), looked after and ended.
+  /// How the process is started, looked after and ended.
   struct Process {
-    std::function<std::string()> start;
+    std::function<Result<>()> start;
     std::function<bool()> running;
     std::function<void()> end;
   };
   explicit ServerKeeper(Process process) : process_(std::move(process)) {}
 
-  /// Starts it if it does not run; answers in words why it cannot be started. A server that died
-  /// waits for its time all the same.
-  std::string want(Instant now);
+  /// Starts it if it does not run, or says why it cannot be started. A server that died waits for
+  /// its time all the same.
+  Result<> want(Instant now);
   /// Ends it.
   void dismiss();
   /// Looks after it. Answers whether it was started anew.
@@ -29,7 +30,7 @@ class ServerKeeper {
   /// When tick() should be called next; kNever while no server is wanted.
   Instant nextDue() const;
   /// It runs, and was started so lately that it may not listen yet.
-  bool young(Instant now) const;
+  bool justStarted(Instant now) const;
 
  private:
   void start(Instant now);
@@ -37,7 +38,7 @@ class ServerKeeper {
   Process process_;
   bool wanted_ = false;
   bool runs_ = false;
-  std::string problem_;  ///< why it could not be started last
+  Result<> started_;  ///< how the last start went
   Instant startedAt_{};
   Instant lookAt_ = kNever;
   Instant startAt_{};

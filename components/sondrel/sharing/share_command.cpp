@@ -12,9 +12,7 @@ namespace {
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kSeparators = "+;|,";
 
-bool isNamePart(char c) {
-  return isDigit(c) || c == '_' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
+bool isNamePart(char c) { return isDigit(c) || c == '_' || isSmall(c) || isCapital(c); }
 
 std::size_t nameLength(std::string_view text) {
   return static_cast<std::size_t>(std::ranges::find_if_not(text, isNamePart) - text.begin());

@@ -187,8 +187,8 @@ RigStatus getLevel(Asked& asked) {
   if (!attenuator && !agc && !strength) return RigStatus::NotAvailable;
   if (!asked.facts.known(asked.now)) return RigStatus::TimedOut;
   // Before the first reading the meter rests.
-  constexpr Long kRest = -54;
-  Long value = asked.facts.level ? *asked.facts.level - kS9 : kRest;
+  constexpr Long kNoLevelTold = -54;
+  Long value = asked.facts.level ? *asked.facts.level - kS9 : kNoLevelTold;
   if (attenuator) value = auxOf(can(asked).attenuator, asked.facts.attenuator);
   if (agc) {
     const Choice* choice = choiceOf(can(asked).agc, asked.facts.agc);

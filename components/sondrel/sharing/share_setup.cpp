@@ -8,23 +8,25 @@
 
 namespace kelvane::sondrel {
 
-std::string shareProblem(std::string_view text) {
+Result<> checkShare(std::string_view text) {
   for (const std::string_view word : {"off", "look", "tune"}) {
     if (equalIgnoringCase(word, text)) return {};
   }
-  return "must be off, look or tune";
+  return Failure{"must be off, look or tune"};
 }
 
-std::string sharePortProblem(std::string_view text) { return wholeProblem<0, 65'535>(text); }
+Result<> checkSharePort(std::string_view text) { return checkWhole<0, 65'535>(text); }
 
-std::string shareHoldProblem(std::string_view text) { return wholeProblem<0, 300>(text); }
+Result<> checkShareHold(std::string_view text) { return checkWhole<0, 300>(text); }
 
-std::string shareAddressProblem(std::string_view text) {
-  return numericAddress(std::string(text), 0) ? "" : "is no address in numbers (192.168.1.5)";
+Result<> checkShareAddress(std::string_view text) {
+  if (numericAddress(std::string(text), 0)) return {};
+  return Failure{"is no address in numbers (192.168.1.5)"};
 }
 
-std::string shareFromProblem(std::string_view text) {
-  return isNetList(text) ? "" : "must be addresses in numbers (192.168.1.7 192.168.2.0/24)";
+Result<> checkShareFrom(std::string_view text) {
+  if (isNetList(text)) return {};
+  return Failure{"must be addresses in numbers (192.168.1.7 192.168.2.0/24)"};
 }
 
 ShareSetup readShare(const ReceiverEntry& entry, std::vector<std::string>& notes) {

@@ -10,25 +10,24 @@
 
 namespace kelvane::sondrel {
 
-std::string shareProblem(std::string_view text);
-std::string sharePortProblem(std::string_view text);
-std::string shareHoldProblem(std::string_view text);
-std::string shareAddressProblem(std::string_view text);
-std::string shareFromProblem(std::string_view text);
+Result<> checkShare(std::string_view text);
+Result<> checkSharePort(std::string_view text);
+Result<> checkShareHold(std::string_view text);
+Result<> checkShareAddress(std::string_view text);
+Result<> checkShareFrom(std::string_view text);
 
 /// The keys by which a receiver of any kind is shared.
 inline constexpr std::array kShareParameters{
-    Parameter{"Share", "off", "what other programs may do with it: off, look or tune",
-              shareProblem},
+    Parameter{"Share", "off", "what other programs may do with it: off, look or tune", checkShare},
     Parameter{"SharePort", "0", "TCP port for other programs; 0 for a free one from 4532",
-              sharePortProblem},
+              checkSharePort},
     Parameter{"ShareHold", "30",
               "how long programs get the last values when the link is lost, seconds",
-              shareHoldProblem},
+              checkShareHold},
     Parameter{"ShareAddress", "", "this computer's address for programs on others; else none come",
-              shareAddressProblem},
+              checkShareAddress},
     Parameter{"ShareFrom", "", "addresses that may come from elsewhere (192.168.1.0/24)",
-              shareFromProblem},
+              checkShareFrom},
 };
 
 /// A kind's own keys, and after them those by which it is shared.

@@ -151,9 +151,10 @@ const Sharing::Seat* Sharing::seat(const std::string& key) const {
 std::string Sharing::state(const std::string& key, Instant now) const {
   const Seat* found = seat(key);
   if (!found) return {};
-  if (!lock_.owned() && lockResult_.held)
+  if (!lock_.owned() && lockResult_.held())
     return "Another program has these receivers open and shares them already.";
-  if (!lock_.owned()) return "Not shared, since a file cannot be made: " + lockResult_.reason + ".";
+  if (!lock_.owned())
+    return "Not shared, since a file cannot be made: " + lockResult_.reason() + ".";
   const ShareView& view = found->view;
   if (!view.problem.empty()) return view.problem + " It is tried again every few seconds.";
   if (!found->open) return "Programs are let in when the receiver answers.";

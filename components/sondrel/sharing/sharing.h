@@ -87,7 +87,7 @@ class Sharing {
   std::map<std::string, Seat> seats_;
   std::filesystem::path lockFile_;
   FileLock lock_;
-  FileResult lockResult_;   ///< of the last try
+  Result<> lockResult_;     ///< of the last try
   Instant tryAt_ = kNever;  ///< when the lock is tried again
   std::unique_ptr<ShareServer> server_;
 };

@@ -133,8 +133,8 @@ void SimulatedReceiver::measure(Instant now) {
   const auto is = [this](Item item) { return newest(item); };
   const Choice* attenuator = choiceOf(can().attenuator, is(Item::Attenuator));
   double level = levelIn(heard(), now) + simulation_.gain;
-  constexpr double kSpark = 14;
-  if (crackles(now) && is(Item::Blanker) <= 0) level += kSpark;
+  constexpr double kCrackleRise = 14;
+  if (crackles(now) && is(Item::Blanker) <= 0) level += kCrackleRise;
   // Without the preselector strong transmitters far away fill the receiver with their mixtures.
   constexpr double kMixtures = 4;
   if (can().hfFilter && is(Item::HfFilter) == 0) level += kMixtures;

@@ -124,10 +124,11 @@ std::optional<ChannelRange> channelRange(std::string_view text) {
   return ChannelRange{static_cast<Channel>(*first), static_cast<Count>(*last + 1)};
 }
 
-std::string channelsProblem(std::string_view text) {
+Result<> checkChannels(std::string_view text) {
   constexpr auto kForm =
       "must be a first number of 0 or 1, \"-\" and a last one up to 9999, or none";
-  return channelRange(text) ? std::string() : kForm;
+  if (channelRange(text)) return {};
+  return Failure{kForm};
 }
 
 std::optional<UntoldList> untoldList(std::string_view text) {

@@ -38,7 +38,7 @@ struct ChannelRange {
 /// "0-99" or "1-200".
 std::optional<ChannelRange> channelRange(std::string_view text);
 /// The words for a text that is no such range; empty for one that is.
-std::string channelsProblem(std::string_view text);
+Result<> checkChannels(std::string_view text);
 
 struct RefusedList {
   std::vector<Item> items;

@@ -12,7 +12,6 @@ namespace kelvane::sondrel {
 
 namespace {
 
-constexpr UINT kShowEvery = 100;  // ms
 constexpr DWORD kPushed = BS_PUSHBUTTON | WS_TABSTOP;
 constexpr DWORD kTyped = ES_AUTOHSCROLL | WS_TABSTOP;
 constexpr DWORD kTypedOrChosen = CBS_DROPDOWN | CBS_AUTOHSCROLL | WS_TABSTOP | WS_VSCROLL;
@@ -46,18 +45,21 @@ AddRadioDialog::AddRadioDialog(HWND owner, RadioDesk& desk,
   makePort();
   makeTrial();
   list_.setColumns({{"Maker", 150}, {"Model", 200, false, true}, {"Tried by Hamlib", 110}}, 96);
+  desk_.setListener(waker());
   changes_ = desk_.changes() - 1;
   showDesk();
   prepare();
 }
 
-AddRadioDialog::~AddRadioDialog() { desk_.watchPorts(false); }
+AddRadioDialog::~AddRadioDialog() {
+  desk_.setListener({});
+  desk_.watchPorts(false);
+}
 
 void AddRadioDialog::open() {
   desk_.watchPorts(true);
   desk_.look();
   showDesk();
-  startTimer(kShowEvery);
   runModal();
 }
 
@@ -127,8 +129,7 @@ void AddRadioDialog::makeTrial() {
        0,
        "What the trial found"});
   add({id::Problem, WC_STATICW, SS_NOPREFIX, "", {12, 484, 536, 32}, "", 0, "", true});
-  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "&Add", {352, 522, 94, 26}});
-  add({IDCANCEL, WC_BUTTONW, kPushed, "&Cancel", {454, 522, 94, 26}});
+  addEnds({352, 522, "&Add", "", "&Cancel"});
 }
 
 void AddRadioDialog::laidOut() { list_.place(static_cast<UINT>(scaled(96))); }
@@ -276,10 +277,10 @@ TypedRadio AddRadioDialog::typed() const {
 }
 
 /// What is chosen; what is wrong with it is said.
-RadioChoice AddRadioDialog::choice() {
-  RadioChoice choice = chosenRadio(typed(), known_.ports, receivers_);
-  say(choice.problem);
-  if (!choice.problem.empty()) MessageBeep(MB_ICONWARNING);
+Result<ReceiverEntry> AddRadioDialog::choice() {
+  Result<ReceiverEntry> choice = chosenRadio(typed(), known_.ports, receivers_);
+  say(choice.reason());
+  if (!choice) MessageBeep(MB_ICONWARNING);
   return choice;
 }
 
@@ -315,13 +316,13 @@ bool AddRadioDialog::keyDown(int keyCode, int shift) {
 }
 
 void AddRadioDialog::tryOut(bool allSpeeds) {
-  const RadioChoice chosen = choice();
-  if (!chosen.problem.empty()) return;
-  RadioSetup setup = setupOf(chosen.entry);
+  const Result<ReceiverEntry> chosen = choice();
+  if (!chosen) return;
+  RadioSetup setup = setupOf(*chosen);
   setup.program = known_.program;
   const auto speeds = allSpeeds ? speedsOf(known_.facts) : std::vector<std::int32_t>{};
   trial_.reset();
-  trial_ = std::make_unique<RadioTrial>(setup, speeds);
+  trial_ = std::make_unique<RadioTrial>(setup, speeds, waker());
   showTrial();
 }
 
@@ -339,11 +340,11 @@ void AddRadioDialog::showTrial() {
 }
 
 void AddRadioDialog::addRadio() {
-  RadioChoice chosen = choice();
-  if (!chosen.problem.empty()) return;
+  Result<ReceiverEntry> chosen = choice();
+  if (!chosen) return;
   // The port is free when the receiver's own server opens it.
   trial_.reset();
-  added_ = std::move(chosen.entry);
+  added_ = std::move(*chosen);
   close();
 }
 

@@ -48,7 +48,7 @@ class AddRadioDialog : public win32::DialogWindow {
   void enableButtons();
   const RadioModel* model() const;
   TypedRadio typed() const;
-  RadioChoice choice();
+  Result<ReceiverEntry> choice();
   void say(const std::string& words);
   void offer(int combo, const std::vector<std::string>& texts);
 

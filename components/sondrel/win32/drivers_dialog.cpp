@@ -34,7 +34,7 @@ void copyText(HWND window, const std::string& text) {
 
 DriversDialog::DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, FoundOf foundOf,
                              DeskOf deskOf, Programs programs,
-                             const std::function<FileResult()>& apply)
+                             const std::function<Result<>()>& apply)
     : DialogWindow({L"KelvaneDrivers", "Receivers", owner, 660, 638}),
       model_(model),
       linkOf_(std::move(linkOf)),
@@ -144,8 +144,7 @@ void DriversDialog::makePrograms() {
        "End pro&gram",
        {334, 572, 110, 26},
        "Ends the connection of the program that is selected"});
-  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "OK", {452, 604, 94, 26}});
-  add({IDCANCEL, WC_BUTTONW, push, "&Cancel", {554, 604, 94, 26}});
+  addEnds({452, 604, "OK", "", "&Cancel"});
 }
 
 void DriversDialog::tick() {
@@ -334,8 +333,8 @@ void DriversDialog::addReceiver() {
   giveUpWrong();
   const auto kind = static_cast<std::size_t>(SendMessageW(item(id::NewKind), CB_GETCURSEL, 0, 0));
   if (kind >= receiverKinds().size()) return;
-  const std::string problem = model_.add(receiverKinds()[kind].name);
-  if (!problem.empty()) return say(problem);
+  const Result<> added = model_.add(receiverKinds()[kind].name);
+  if (!added) return say(added.reason());
   forgetTest();
   receiver_ = static_cast<int>(model_.receivers().size()) - 1;
   showReceivers();
@@ -372,8 +371,8 @@ void DriversDialog::findServers() {
 void DriversDialog::takeIn(const std::optional<ReceiverEntry>& added) {
   if (!added) return;
   const bool untouched = model_.receivers() == before_;
-  const std::string problem = model_.add(*added);
-  if (!problem.empty()) return say(problem);
+  const Result<> done = model_.add(*added);
+  if (!done) return say(done.reason());
   receiver_ = static_cast<int>(model_.receivers().size()) - 1;
   showReceivers();
   showReceiver();
@@ -384,22 +383,22 @@ void DriversDialog::takeIn(const std::optional<ReceiverEntry>& added) {
 void DriversDialog::removeReceiver() {
   giveUpWrong();
   forgetTest();
-  say(model_.remove(receiver_));
+  say(model_.remove(receiver_).reason());
   showReceivers();
   showReceiver();
 }
 
 void DriversDialog::moveReceiver(int by) {
   giveUpWrong();
-  const std::string problem = model_.move(receiver_, receiver_ + by);
-  if (!problem.empty()) return say(problem);
+  const Result<> moved = model_.move(receiver_, receiver_ + by);
+  if (!moved) return say(moved.reason());
   receiver_ += by;
   showReceivers();
   showReceiver();
 }
 
 void DriversDialog::nameTyped() {
-  judge(id::Name, model_.rename(receiver_, text(id::Name)));
+  judge(id::Name, model_.rename(receiver_, text(id::Name)).reason());
   if (wrong_ != id::Name)
     win32::setCell(item(id::Receivers), receiver_, kName, model_.receivers()[receiver_].name);
 }
@@ -408,7 +407,7 @@ void DriversDialog::valueTyped() {
   const Parameter* typed = parameter();
   if (!typed) return;
   forgetTest();
-  judge(id::Value, model_.setParameter(receiver_, typed->key, text(id::Value)));
+  judge(id::Value, model_.setParameter(receiver_, typed->key, text(id::Value)).reason());
   if (wrong_ == id::Value) return;
   win32::setCell(item(id::Parameters), parameter_, 1, cell(*typed));
   if (wrong_ == 0 && typed->key == "Device") say(samePortWords(model_.receivers(), receiver_));
@@ -447,20 +446,20 @@ void DriversDialog::forgetTest() {
 
 void DriversDialog::confirm() {
   if (somethingWrong()) return;
-  giveUpAt_ = std::chrono::steady_clock::now() + kFilePatience;
+  giveUpAt_ = std::chrono::steady_clock::now() + kFileRetryTime;
   enable(IDOK, false);
   apply();
 }
 
 /// Another program that holds the list is waited for by the timer, with the window alive.
 void DriversDialog::apply() {
-  const FileResult applied = apply_();
+  const Result<> applied = apply_();
   if (applied) return close();
-  say(applied.reason);
-  if (applied.held && std::chrono::steady_clock::now() < giveUpAt_) return;
+  say(applied.reason());
+  if (applied.held() && std::chrono::steady_clock::now() < giveUpAt_) return;
   giveUpAt_ = kNever;
   enable(IDOK, true);
-  MessageBoxW(window(), wide(applied.reason).c_str(), L"Receivers", MB_OK | MB_ICONWARNING);
+  MessageBoxW(window(), wide(applied.reason()).c_str(), L"Receivers", MB_OK | MB_ICONWARNING);
 }
 
 }  // namespace kelvane::sondrel

@@ -35,7 +35,7 @@ class DriversDialog : public win32::DialogWindow {
   };
 
   DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, FoundOf foundOf, DeskOf deskOf,
-                Programs programs, const std::function<FileResult()>& apply);
+                Programs programs, const std::function<Result<>()>& apply);
 
  private:
   void makeList();
@@ -88,7 +88,7 @@ class DriversDialog : public win32::DialogWindow {
   Programs programs_;
   std::vector<std::string> shownPrograms_;
   const std::vector<ReceiverEntry> before_;  ///< the receivers when the dialog was opened
-  const std::function<FileResult()>& apply_;
+  const std::function<Result<>()>& apply_;
   int receiver_ = 0;
   int parameter_ = 0;
   bool filling_ = false;

@@ -8,12 +8,6 @@
 
 namespace kelvane::sondrel {
 
-namespace {
-
-constexpr UINT kFoundEvery = 150;  // ms
-
-}  // namespace
-
 FindServersDialog::FindServersDialog(HWND owner, std::vector<ServerPlace> known)
     : DialogWindow({L"KelvaneFindServers", "Find servers", owner, 500, 330}),
       known_(std::move(known)) {
@@ -32,11 +26,9 @@ FindServersDialog::FindServersDialog(HWND owner, std::vector<ServerPlace> known)
        "Servers",
        {12, 44, 476, 190}});
   add({id::SearchState, WC_STATICW, SS_NOPREFIX, "", {12, 242, 476, 34}, "", 0, "", true});
-  add({IDOK, WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, "&Add", {292, 292, 94, 26}});
-  add({IDCANCEL, WC_BUTTONW, push, "&Cancel", {394, 292, 94, 26}});
+  addEnds({292, 292, "&Add", "", "&Cancel"});
   win32::addColumns(item(id::Servers), {"Radio", "Where", "Frequency"});
   look();
-  startTimer(kFoundEvery);
 }
 
 void FindServersDialog::laidOut() {
@@ -63,7 +55,7 @@ bool FindServersDialog::notified(const NMHDR& notice, LRESULT&) {
 void FindServersDialog::look() {
   search_.reset();
   found_.clear();
-  search_ = std::make_unique<ServerSearch>(usualPlaces(text(id::SearchHost), known_));
+  search_ = std::make_unique<ServerSearch>(usualPlaces(text(id::SearchHost), known_), waker());
   show();
 }
 

@@ -1,18 +1,11 @@
-// What the system asks of a component's library. The identities of the contract's interfaces are
-// made here, whence the first header.
-#include <initguid.h>
+#include "contract/win32/server/component_library.h"
 
 #include "base/win32/known_folders.h"
 #include "components/sondrel/win32/sondrel_object.h"
-#include "contract/win32/server/class_factory.h"
-#include "contract/win32/server/registration.h"
 
 namespace {
 
 using namespace kelvane;
-
-// The functions below are called without any context: what they share can only stand here.
-com::ObjectCount objects;
 
 com::Registration registration() {
   return {__uuidof(Sondrel),
@@ -25,27 +18,11 @@ com::Registration registration() {
           L"Kelvane.Sondrel"};
 }
 
-HRESULT makeObject(com::ObjectCount& count, com::ComPtr<IUnknown>& object) {
-  com::TypeLibrary types;
-  const HRESULT code = com::readTypeLibrary(__uuidof(ISondrel), __uuidof(Sondrel), types);
-  if (FAILED(code)) return code;
-  object =
-      static_cast<ISondrel*>(new sondrel::SondrelObject(count, std::move(types), userDataFolder()));
-  return S_OK;
+sondrel::SondrelObject* made(com::ObjectCount& count, com::TypeLibrary types) {
+  return new sondrel::SondrelObject(count, std::move(types), userDataFolder());
 }
 
 }  // namespace
 
-STDAPI DllGetClassObject(REFCLSID component, REFIID iid, void** object) {
-  return com::getClassObject(component, __uuidof(Sondrel), objects, makeObject, iid, object);
-}
-
-STDAPI DllCanUnloadNow() { return objects.none() ? S_OK : S_FALSE; }
-
-STDAPI DllRegisterServer() { return com::registerComponent(registration()); }
-
-STDAPI DllUnregisterServer() { return com::unregisterComponent(registration()); }
-
-STDAPI DllInstall(BOOL install, PCWSTR words) {
-  return com::install(registration(), install != FALSE, words);
-}
+COMPONENT_CLASS(Sondrel, ISondrel, made)
+COMPONENT_REGISTRATION(registration)

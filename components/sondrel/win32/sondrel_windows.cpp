@@ -12,7 +12,7 @@ HWND SondrelWindows::owner() const {
   return IsWindow(window) ? window : nullptr;
 }
 
-void SondrelWindows::editDrivers(DriversModel& model, const std::function<FileResult()>& apply) {
+void SondrelWindows::editDrivers(DriversModel& model, const std::function<Result<>()>& apply) {
   // A receiver is known by its memories: they stay when it is renamed or moved. The list may hold
   // one that another program added and that is not served here yet.
   const auto linkOf = [&](const std::string& memories) {
@@ -21,14 +21,14 @@ void SondrelWindows::editDrivers(DriversModel& model, const std::function<FileRe
   };
   const auto foundOf = [this](const ReceiverEntry& entry) { return core_().found(entry); };
   const auto applied = [&] {
-    FileResult result = apply();
+    Result<> result = apply();
     // Each was of a receiver that may be another one now.
     if (result) closeAll();
     return result;
   };
   // Over a dialog of the owner's that is open already.
   const HWND over = owner() ? GetLastActivePopup(owner()) : nullptr;
-  const std::function<FileResult()> confirm = applied;
+  const std::function<Result<>()> confirm = applied;
   const auto deskOf = [this]() -> RadioDesk& { return desk(); };
   const DriversDialog::Programs programs = {
       [this](const std::string& memories) { return core_().shareSight(memories); },

@@ -19,7 +19,7 @@ class SondrelWindows final : public ComponentWindows {
   explicit SondrelWindows(std::function<SondrelCore&()> core) : core_(std::move(core)) {}
 
   void setOwner(Long window) override { owner_ = window; }
-  void editDrivers(DriversModel& model, const std::function<FileResult()>& apply) override;
+  void editDrivers(DriversModel& model, const std::function<Result<>()>& apply) override;
   void showSettings(Index rx) override;
   void tell(const std::string& words) override { messages_.show("Sondrel", words); }
   void askAgain(const std::string& words, std::function<void()> again) override {

@@ -1,30 +1,17 @@
 #include "contract/win32/server/class_factory.h"
 
-#include <atomic>
 #include <exception>
 #include <new>
+
+#include "contract/win32/com_object.h"
 
 namespace kelvane::com {
 
 namespace {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public ComObject<IClassFactory> {
  public:
   ClassFactory(ObjectCount& count, MakeObject make) : counted_(count), count_(count), make_(make) {}
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    if (!object) return E_POINTER;
-    const bool known = iid == IID_IUnknown || iid == IID_IClassFactory;
-    *object = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
 
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
     if (!object) return E_POINTER;
@@ -41,17 +28,17 @@ class ClassFactory final : public IClassFactory {
     }
   }
   STDMETHODIMP LockServer(BOOL lock) override {
-    lock ? count_.add() : count_.remove();
+    if (lock)
+      count_.add();
+    else
+      count_.remove();
     return S_OK;
   }
 
  private:
-  ~ClassFactory() = default;
-
   const Counted counted_;
   ObjectCount& count_;
   const MakeObject make_;
-  std::atomic<ULONG> references_{0};
 };
 
 }  // namespace

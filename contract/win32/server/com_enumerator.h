@@ -1,12 +1,11 @@
 #pragma once
 
 #include <algorithm>
-#include <atomic>
 #include <new>
 #include <utility>
 #include <vector>
 
-#include "contract/win32/com.h"
+#include "contract/win32/com_object.h"
 #include "contract/win32/com_ptr.h"
 
 namespace kelvane::com {
@@ -14,27 +13,13 @@ namespace kelvane::com {
 /// A COM enumeration over a list that was taken when it began. `Give` makes an item's copy for a
 /// caller, who gives back the references in it.
 template <class Interface, class Item, class Stored, Item (*Give)(const Stored&)>
-class ComEnumerator final : public Interface {
+class ComEnumerator final : public ComObject<Interface> {
  public:
   /// A new enumeration, with one reference for the caller.
   static HRESULT create(std::vector<Stored> items, std::size_t at, Interface** result) {
     auto* enumerator = new (std::nothrow) ComEnumerator(std::move(items), at);
     *result = enumerator;
     return enumerator ? S_OK : E_OUTOFMEMORY;
-  }
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    if (!object) return E_POINTER;
-    const bool known = iid == IID_IUnknown || iid == __uuidof(Interface);
-    *object = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
   }
 
   STDMETHODIMP Next(ULONG wanted, Item* items, ULONG* fetched) override {
@@ -58,12 +43,11 @@ class ComEnumerator final : public Interface {
   }
 
  private:
-  ComEnumerator(std::vector<Stored> items, std::size_t at) : items_(std::move(items)), at_(at) {}
-  ~ComEnumerator() = default;
+  ComEnumerator(std::vector<Stored> items, std::size_t at)
+      : ComObject<Interface>(1), items_(std::move(items)), at_(at) {}
 
   std::vector<Stored> items_;
   std::size_t at_;
-  std::atomic<ULONG> references_{1};
 };
 
 }  // namespace kelvane::com

@@ -1,10 +1,11 @@
-#include "win32/face.h"
+#include "win32/panel_control.h"
 
 #include <commctrl.h>
 #include <windowsx.h>
 
 #include <utility>
 
+#include "gui/win32/held_keys.h"
 #include "win32/accessible.h"
 #include "win32/text.h"
 
@@ -43,7 +44,7 @@ bool isButton(Kind kind) { return kind == Kind::Toggle || kind == Kind::Button; 
 
 }  // namespace
 
-void registerFaceClasses(HINSTANCE instance) {
+void registerPanelControls(HINSTANCE instance) {
   for (const wchar_t* name : {kDigitClass, kKeysClass}) {
     WNDCLASSW own{};
     own.lpfnWndProc = DefWindowProcW;
@@ -54,12 +55,8 @@ void registerFaceClasses(HINSTANCE instance) {
   }
 }
 
-int shiftState() {
-  const auto down = [](int key) { return GetKeyState(key) < 0; };
-  return (down(VK_SHIFT) ? 1 : 0) | (down(VK_CONTROL) ? 2 : 0) | (down(VK_MENU) ? 4 : 0);
-}
-
-Face::Face(HWND parent, const ControlRow& row, int element, ControlEvents& events, UINT dpi)
+PanelControl::PanelControl(HWND parent, const ControlRow& row, int element, ControlEvents& events,
+                           UINT dpi)
     : row_(row), element_(element), events_(events), dpi_(dpi) {
   const Make make = makeOf(row.kind);
   const RECT at = area();
@@ -72,7 +69,7 @@ Face::Face(HWND parent, const ControlRow& row, int element, ControlEvents& event
     SetWindowPos(window_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
-RECT Face::area() const {
+RECT PanelControl::area() const {
   const Place& at = row_.place;
   const int gap = row_.kind == Kind::Digit ? element_ / 3 * kDigitGroupGap : 0;
   const int left = at.left + element_ * row_.step + gap;
@@ -81,7 +78,7 @@ RECT Face::area() const {
           scaled(at.top, dpi_) + scaled(at.height, dpi_)};
 }
 
-void Face::speak() {
+void PanelControl::speak() {
   if (!std::exchange(speaks_, true)) {
     giveRole(window_, row_.kind);
     if (row_.kind == Kind::Said) makeAnnounced(window_);
@@ -91,11 +88,11 @@ void Face::speak() {
   if (row_.kind == Kind::Said && !shown_.text.empty()) announce(window_);
 }
 
-void Face::repaint() const {
+void PanelControl::repaint() const {
   if (IsWindowVisible(window_)) InvalidateRect(window_, nullptr, FALSE);
 }
 
-void Face::show(const Control& control) {
+void PanelControl::show(const Control& control) {
   if (control == shown_) return;
   const Control before = std::exchange(shown_, control);
   if (control.text != before.text) SetWindowTextW(window_, wide(control.text).c_str());
@@ -110,7 +107,7 @@ void Face::show(const Control& control) {
   repaint();
 }
 
-void Face::place(UINT dpi, const Fonts& fonts, const Palette& palette) {
+void PanelControl::place(UINT dpi, const Fonts& fonts, const Palette& palette) {
   palette_ = &palette;
   font_ = fonts[row_.font];
   SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), FALSE);
@@ -118,43 +115,53 @@ void Face::place(UINT dpi, const Fonts& fonts, const Palette& palette) {
   repaint();
 }
 
-void Face::takePlace() const {
+void PanelControl::takePlace() const {
   const RECT at = area();
   SetWindowPos(window_, nullptr, at.left, at.top, at.right - at.left, at.bottom - at.top,
                SWP_NOACTIVATE | SWP_NOZORDER);
 }
 
-bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+bool PanelControl::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
   switch (message) {
     case WM_PAINT:
-      return paint(), true;
+      paint();
+      return true;
     case WM_SETTEXT:
       // The system's controls would paint the text at once, in their own way.
-      return result = DefWindowProcW(window_, message, wParam, lParam), true;
+      result = DefWindowProcW(window_, message, wParam, lParam);
+      return true;
     case WM_GETOBJECT:
       // Asked by a screen reader: a name that follows a meter is told no sooner.
       if (stale_) speak();
       return false;
     case WM_ENABLE:
-      return InvalidateRect(window_, nullptr, FALSE), true;
+      InvalidateRect(window_, nullptr, FALSE);
+      return true;
     case WM_ERASEBKGND:
-      return result = 1, true;
+      result = 1;
+      return true;
     case WM_SETFOCUS:
-      return InvalidateRect(window_, nullptr, FALSE), events_.gotFocus(id()), false;
+      InvalidateRect(window_, nullptr, FALSE);
+      events_.gotFocus(id());
+      return false;
     case WM_KILLFOCUS:
-      return InvalidateRect(window_, nullptr, FALSE), events_.lostFocus(id()), false;
+      InvalidateRect(window_, nullptr, FALSE);
+      events_.lostFocus(id());
+      return false;
     case WM_GETDLGCODE:
-      return result = DLGC_WANTALLKEYS, takesKeys(row_.kind);
+      result = DLGC_WANTALLKEYS;
+      return takesKeys(row_.kind);
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
-      if (takesKeys(row_.kind)) events_.keyDown(id(), static_cast<int>(wParam), shiftState());
+      if (takesKeys(row_.kind)) events_.keyDown(id(), static_cast<int>(wParam), heldKeys());
       // Space is a command of the keyboard language; the system's button would be pressed as well.
       return isButton(row_.kind) && wParam == VK_SPACE;
     case WM_CHAR:
       if (takesKeys(row_.kind)) events_.keyPress(id(), static_cast<int>(wParam));
       return takesKeys(row_.kind);
     case WM_CAPTURECHANGED:
-      return dropPress(), false;
+      dropPress();
+      return false;
     case BM_GETSTATE:
       if (!handPressed()) return false;
       result = ownAnswer(window_, message, wParam, lParam) | BST_PUSHED;
@@ -166,7 +173,7 @@ bool Face::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
 
 // The system's own buttons would take the keyboard with a press, and lose the second of two quick
 // clicks on a box that is not released yet.
-bool Face::mouse(UINT message, LPARAM lParam) {
+bool PanelControl::mouse(UINT message, LPARAM lParam) {
   const auto over = [&] {
     const POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
     RECT area;
@@ -176,28 +183,37 @@ bool Face::mouse(UINT message, LPARAM lParam) {
   switch (message) {
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
-      return pressed(MouseButton::Left), true;
+      pressed(MouseButton::Left);
+      return true;
     case WM_RBUTTONDOWN:
     case WM_RBUTTONDBLCLK:
-      return pressed(MouseButton::Right), true;
+      pressed(MouseButton::Right);
+      return true;
     case WM_MBUTTONDOWN:
     case WM_MBUTTONDBLCLK:
-      return pressed(MouseButton::Middle), true;
+      pressed(MouseButton::Middle);
+      return true;
     case WM_LBUTTONUP:
-      return released(MouseButton::Left, over()), true;
+      released(MouseButton::Left, over());
+      return true;
     case WM_RBUTTONUP:
-      return released(MouseButton::Right, over()), true;
+      released(MouseButton::Right, over());
+      return true;
     case WM_MBUTTONUP:
-      return released(MouseButton::Middle, over()), true;
+      released(MouseButton::Middle, over());
+      return true;
     case WM_MOUSEMOVE:
-      if (press_.held() && handPressed() != over()) press_.moved(over()), repaint();
+      if (press_.held() && handPressed() != over()) {
+        press_.moved(over());
+        repaint();
+      }
       return false;
     default:
       return false;
   }
 }
 
-void Face::pressed(MouseButton button) {
+void PanelControl::pressed(MouseButton button) {
   // A digit is chosen by the press itself.
   if (row_.kind == Kind::Digit && button == MouseButton::Left) SetFocus(window_);
   const bool answers = isButton(row_.kind) ? button == MouseButton::Left : !takesKeys(row_.kind);
@@ -207,7 +223,7 @@ void Face::pressed(MouseButton button) {
   repaint();
 }
 
-void Face::released(MouseButton button, bool over) {
+void PanelControl::released(MouseButton button, bool over) {
   const bool acts = press_.up(button, over);
   // The capture goes with the press; that it went drops nothing else.
   if (!press_.held() && GetCapture() == window_) ReleaseCapture();
@@ -215,13 +231,13 @@ void Face::released(MouseButton button, bool over) {
   if (acts) events_.clicked(id(), button);
 }
 
-void Face::dropPress() {
+void PanelControl::dropPress() {
   if (!press_.held()) return;
   press_.cancel();
   if (GetCapture() == window_) ReleaseCapture();
   repaint();
 }
 
-void Face::paint() const { paintFace(*this); }
+void PanelControl::paint() const { paintPanelControl(*this); }
 
 }  // namespace kelvane::win32

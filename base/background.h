@@ -9,7 +9,7 @@
 
 #include "base/barrier.h"
 
-namespace kelvane::ambrel {
+namespace kelvane {
 
 /// Does work off the user-interface thread, one job after the other. Jobs that were handed in are
 /// finished before it ends.
@@ -44,4 +44,4 @@ class Background {
   std::thread thread_;
 };
 
-}  // namespace kelvane::ambrel
+}  // namespace kelvane

@@ -8,14 +8,14 @@
 namespace kelvane::sondrel {
 
 /// Whether a link in this state stays so until somebody changes a setting.
-constexpr bool isHopeless(LinkState state) {
+constexpr bool isLasting(LinkState state) {
   return state == LinkState::BadAddress || state == LinkState::Configuration ||
          state == LinkState::BadIdentity || state == LinkState::BadReceiverAddress;
 }
 
 /// Spaces out attempts that are bound to fail, so that whoever asks for a link again and again
 /// disturbs neither a stranger's service nor the network: 1 s after the first, doubled to 30 s.
-class HopelessAttempts {
+class LastingFailures {
  public:
   void failed(Instant now) {
     delay_ = std::clamp(delay_ * 2, kFirst, kLongest);

@@ -13,11 +13,11 @@ namespace kelvane::win32 {
 
 /// One control on the screen: a real window of the kind that its row says, showing the values of a
 /// `Control`, and telling what the hand does to it.
-class Face : private WindowBase<Face> {
+class PanelControl : private WindowBase<PanelControl> {
  public:
-  Face(HWND parent, const ControlRow& row, int element, ControlEvents& events, UINT dpi);
-  Face(const Face&) = delete;
-  Face& operator=(const Face&) = delete;
+  PanelControl(HWND parent, const ControlRow& row, int element, ControlEvents& events, UINT dpi);
+  PanelControl(const PanelControl&) = delete;
+  PanelControl& operator=(const PanelControl&) = delete;
 
   HWND window() const { return window_; }
   const ControlRow& row() const { return row_; }
@@ -40,7 +40,7 @@ class Face : private WindowBase<Face> {
   void speak();
 
  private:
-  friend WindowBase<Face>;
+  friend WindowBase<PanelControl>;
   bool handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   /// What the mouse does to a control that acts on a click; answers whether that was all.
   bool mouse(UINT message, LPARAM lParam);
@@ -64,13 +64,10 @@ class Face : private WindowBase<Face> {
   bool stale_ = false;  ///< it shows something else than it was last said to show
 };
 
-/// The modifier keys held now: Shift 1, Ctrl 2, Alt 4.
-int shiftState();
-
 /// Registers the window classes that are our own.
-void registerFaceClasses(HINSTANCE instance);
+void registerPanelControls(HINSTANCE instance);
 
-/// Paints a control of each kind; in face_paint.cpp.
-void paintFace(const Face& face);
+/// Paints a control of each kind; in panel_control_paint.cpp.
+void paintPanelControl(const PanelControl& control);
 
 }  // namespace kelvane::win32

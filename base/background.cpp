@@ -1,8 +1,8 @@
-#include "components/ambrel/background.h"
+#include "base/background.h"
 
 #include <utility>
 
-namespace kelvane::ambrel {
+namespace kelvane {
 
 Background::~Background() {
   {
@@ -44,4 +44,4 @@ void Background::work() {
   }
 }
 
-}  // namespace kelvane::ambrel
+}  // namespace kelvane
