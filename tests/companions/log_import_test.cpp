@@ -110,8 +110,8 @@ TEST_F(LogImports, AStationLogIsReadLineByLineWhateverEndsItsLines) {
   for (const std::string& end : {std::string("\r"), std::string("\n"), std::string("\r\n")}) {
     // The ends come to lie at every place of the bytes that are looked at in one step.
     for (std::size_t length = 0; length < 70; ++length) {
-      const std::string text = front + std::string(length, 'x') + back + end + "no record" + end +
-                               front + back + end;
+      const std::string text =
+          front + std::string(length, 'x') + back + end + "no record" + end + front + back + end;
       const LogReading read = readForeignLog(text, calendar, LogTimes::Utc);
       ASSERT_EQ(read.taken.size(), 2u) << length;
       ASSERT_EQ(read.leftOut.size(), 1u) << length;
