@@ -1,5 +1,6 @@
 #include "components/ambrel/stations/known_sets.h"
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <utility>
@@ -17,6 +18,9 @@ namespace kelvane::ambrel {
 namespace {
 
 constexpr std::size_t kSetFields = 6;
+
+/// A line has as many bytes at least, and a list mostly no more lines than that.
+constexpr std::size_t kBytesOfLine = 8, kUsualLines = 100'000;
 
 std::optional<Setting> readMode(std::string_view text) {
   if (text.empty()) return -1;
@@ -95,6 +99,8 @@ void readLines(StationList& list, std::string_view title) {
   std::uint16_t place = 0;
   bool placed = false;
   SetPlaces places(list.sets);
+  // What grows while it is filled is copied again and again.
+  list.records.reserve(std::min(list.text.size() / kBytesOfLine, kUsualLines));
   LineCutter line(list.text);
   while (line.next()) {
     const std::string_view content = trimmed(line.line());
