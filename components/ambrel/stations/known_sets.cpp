@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t kSetFields = 6;
 
 /// A line has as many bytes at least, and a list mostly no more lines than that.
-constexpr std::size_t kBytesOfLine = 8, kUsualLines = 100'000;
+constexpr std::size_t kShortestSetLine = 8, kUsualSetLines = 100'000;
 
 std::optional<Setting> readMode(std::string_view text) {
   if (text.empty()) return -1;
@@ -100,7 +100,7 @@ void readLines(StationList& list, std::string_view title) {
   bool placed = false;
   SetPlaces places(list.sets);
   // What grows while it is filled is copied again and again.
-  list.records.reserve(std::min(list.text.size() / kBytesOfLine, kUsualLines));
+  list.records.reserve(std::min(list.text.size() / kShortestSetLine, kUsualSetLines));
   LineCutter line(list.text);
   while (line.next()) {
     const std::string_view content = trimmed(line.line());
