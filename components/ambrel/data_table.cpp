@@ -47,7 +47,7 @@ bool DataTable::follow() {
 std::vector<std::string> DataTable::tables() const {
   std::vector<std::string> names{"Band plan, region " + std::to_string(region_ + 1)};
   for (const StationTable::Set& set : stations_->sets())
-    names.push_back(set.name + ", " + std::to_string(set.frequencies.size()) + " frequencies");
+    names.push_back(set.name + ", " + std::to_string(set.count) + " frequencies");
   return names;
 }
 

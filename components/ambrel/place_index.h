@@ -21,6 +21,8 @@ class PlaceIndex {
   void add(Hz frequency, std::size_t firstRecord) {
     places_.push_back({frequency, static_cast<std::uint32_t>(firstRecord)});
   }
+  /// The frequency that was added last; -1 before the first.
+  Hz highest() const { return places_.empty() ? -1 : places_.back().frequency; }
   /// To be called once, when all are added; then the index can be asked.
   void finish(std::size_t recordCount);
 

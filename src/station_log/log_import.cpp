@@ -418,27 +418,22 @@ LogReading readStationLog(std::string text) {
   LogReading reading;
   reading.form = "Station log";
   reading.times = LogTimes::Local;
-  std::size_t number = 0;
-  for (std::size_t at = 0; at < text.size();) {
-    const auto end = std::min(text.find('\n', at), text.size());
-    const std::string_view line = trimmed(std::string_view(text).substr(at, end - at));
-    at = end + 1;
-    ++number;
-    if (line.empty()) continue;
+  for (LogLines line(text); line.next();) {
+    if (trimmed(line.line()).empty()) continue;
     if (judgeLogLine(line) == LogLine::NoRecord) {
-      reading.leftOut.push_back({number, "it is no record"});
+      reading.leftOut.push_back({line.number(), "it is no record"});
       continue;
     }
-    LogTaken taken{number, {}, {}};
-    std::ranges::copy(logFields(line), taken.record.begin());
+    LogTaken taken{line.number(), {}, {}};
+    std::ranges::copy(logFields(line.line()), taken.record.begin());
     reading.taken.push_back(std::move(taken));
   }
   return reading;
 }
 
 bool isStationLog(std::string_view text) {
-  const std::string_view line = trimmed(text.substr(0, text.find('\n')));
-  return judgeLogLine(line) != LogLine::NoRecord && std::ranges::count(line, '|') >= kLogFields;
+  LogLines line(text);
+  return line.next() && judgeLogLine(line) != LogLine::NoRecord && line.fields() > kLogFields;
 }
 
 /// By what a record is known to be there already: its frequency, mode and minute.

@@ -1,6 +1,5 @@
 #include "station_log/log_line.h"
 
-#include <algorithm>
 #include <array>
 
 #include "base/text.h"
@@ -42,26 +41,13 @@ bool isPadded(std::string_view part, Padding padding) {
   return part.empty() || (!isBlank(part.front()) && !isBlank(part.back()));
 }
 
-/// A line seen once, since a log may have millions.
-struct SeenLine {
-  bool inForm = true;  ///< it is what appendLogLine() makes of it
-  std::string_view frequency, filter;
-};
-
-SeenLine seen(std::string_view line) {
-  SeenLine result;
+/// Whether a line is what appendLogLine() makes of it.
+bool isInForm(const LogLines& line) {
+  if (line.fields() != kLogFields + 1 || !line.field(kLogFields).empty()) return false;
   for (int field = 0; field < kLogFields; ++field) {
-    const std::size_t end = line.find(kSeparator);
-    const std::string_view part = line.substr(0, end);
-    if (field == LogFrequency) result.frequency = trimmed(part);
-    if (field == LogFilter) result.filter = trimmed(part);
-    const bool padded = end != std::string_view::npos && isPadded(part, paddingOf(field));
-    result.inForm = result.inForm && padded;
-    line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
-    if (!result.inForm && field >= LogFilter) return result;
+    if (!isPadded(line.field(static_cast<std::size_t>(field)), paddingOf(field))) return false;
   }
-  result.inForm = result.inForm && line.empty();
-  return result;
+  return true;
 }
 
 void appendField(std::string& line, std::string_view text, Padding padding) {
@@ -99,16 +85,20 @@ bool isPositive(std::string_view text) {
   return false;
 }
 
-LogLine judgeLogLine(std::string_view line) {
-  const auto [inForm, frequency, filter] = seen(line);
+LogLine judgeLogLine(const LogLines& line) {
+  const std::string_view frequency = trimmed(line.field(LogFrequency));
+  const std::string_view filter = trimmed(line.field(LogFilter));
   if (!isPositive(frequency) || (!filter.empty() && !isPositive(filter))) return LogLine::NoRecord;
-  if (inForm) return LogLine::InForm;
-  for (int field = 0; field <= LogFilter; ++field) takeField(line);
+  if (isInForm(line)) return LogLine::InForm;
   // Eight separators part nine fields; writers put one behind the ninth as well.
-  constexpr auto kAfterFilter = kLogFields - LogFilter - 1;
-  if (std::count(line.begin(), line.end(), kSeparator) < kAfterFilter - 1) return LogLine::NoRecord;
-  for (int field = 0; field < kAfterFilter; ++field) takeField(line);
-  return trimmed(line).empty() ? LogLine::Record : LogLine::TooLong;
+  if (line.fields() < kLogFields) return LogLine::NoRecord;
+  const bool nineOnly = line.fields() <= kLogFields + 1 && trimmed(line.field(kLogFields)).empty();
+  return nineOnly ? LogLine::Record : LogLine::TooLong;
+}
+
+LogLine judgeLogLine(std::string_view line) {
+  LogLines one(line);
+  return one.next() ? judgeLogLine(one) : LogLine::NoRecord;
 }
 
 std::string logText(std::string_view text) {

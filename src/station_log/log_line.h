@@ -4,11 +4,15 @@
 #include <string>
 #include <string_view>
 
+#include "base/field_cutter.h"
 #include "station_log/log_record.h"
 
 namespace kelvane {
 
 // One line of the log's file, in the code page and without its end: each field followed by "|".
+
+/// Walks a log line by line. Writers end a line with CR, LF or both.
+using LogLines = FieldCutter<'|', LineEnd::FeedOrReturn>;
 
 /// A field of a line, trimmed; empty where the line has fewer.
 std::string_view logField(std::string_view line, int field);
@@ -26,6 +30,7 @@ enum class LogLine {
   TooLong,   ///< a record, of whose more than nine fields the first nine count
   NoRecord,  ///< too few fields, or a frequency that is no positive number, or such a filter
 };
+LogLine judgeLogLine(const LogLines& line);
 LogLine judgeLogLine(std::string_view line);
 
 /// The text as a field can hold it: trimmed, with "/" for the separator and blanks for line ends

@@ -15,28 +15,6 @@ namespace {
 /// The fewest bytes that make a record, with its line end.
 constexpr std::size_t kShortest = 11;
 
-/// The lines of a text; a line ends with CR, LF or both.
-class LogLines {
- public:
-  explicit LogLines(std::string_view text) : text_(text) {}
-
-  bool atEnd() const { return place_ >= text_.size(); }
-  std::string_view next() {
-    // Sought once for all lines before it: they may end with CR alone.
-    if (feed_ < place_ || place_ == 0) feed_ = std::min(text_.find('\n', place_), text_.size());
-    const std::string_view upToFeed = text_.substr(place_, feed_ - place_);
-    const std::string_view line = upToFeed.substr(0, upToFeed.find('\r'));
-    place_ += line.size() + 1;
-    if (place_ == feed_) ++place_;  // CR LF is one end
-    return line;
-  }
-
- private:
-  std::string_view text_;
-  std::size_t place_ = 0;
-  std::size_t feed_ = 0;  ///< the first LF at or behind the place, or the text's end
-};
-
 /// About how many lines there are, rather too many: counted at the start, since to count all takes
 /// a good part of the time that reading takes.
 std::size_t linesIn(std::string_view text) {
@@ -71,18 +49,18 @@ LogTable::LogTable(std::string file, LogRejects& rejects)
   if (text.starts_with(kUtf8Mark)) text.remove_prefix(kUtf8Mark.size());
   // A list that grows while it is filled would need the memory of two.
   records_.reserve(std::min(linesIn(text), text.size() / kShortest + 1));
-  for (LogLines lines(text); !lines.atEnd();) take(lines.next(), rejects);
+  for (LogLines line(text); line.next();) take(line, rejects);
   order_.resize(records_.size());
   std::iota(order_.begin(), order_.end(), GridRow{0});
 }
 
-void LogTable::take(std::string_view line, LogRejects& rejects) {
-  if (trimmed(line).empty()) return;
+void LogTable::take(const LogLines& line, LogRejects& rejects) {
+  if (line.fields() == 1 && trimmed(line.line()).empty()) return;
   const LogLine kind = judgeLogLine(line);
-  if (kind != LogLine::NoRecord) records_.push_back(line);
+  if (kind != LogLine::NoRecord) records_.push_back(line.line());
   inForm_ = inForm_ && (kind == LogLine::InForm || kind == LogLine::NoRecord);
   if (kind == LogLine::InForm || kind == LogLine::Record) return;
-  rejects.lines.append(line).append("\r\n");
+  rejects.lines.append(line.line()).append("\r\n");
   ++rejects.count;
 }
 

@@ -8,6 +8,7 @@
 
 #include "grid/grid_sort.h"
 #include "station_log/log_changes.h"
+#include "station_log/log_line.h"
 #include "station_log/log_record.h"
 
 namespace kelvane {
@@ -76,7 +77,7 @@ class LogTable {
   std::string content() const;
 
  private:
-  void take(std::string_view line, LogRejects& rejects);
+  void take(const LogLines& line, LogRejects& rejects);
   std::string_view keep(std::string line);
 
   std::unique_ptr<const std::string> file_;  ///< what the records' lines lie in

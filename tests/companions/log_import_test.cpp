@@ -105,6 +105,23 @@ TEST_F(LogImports, TablesOfOtherProgramsAreReadByTheirHeadings) {
   EXPECT_EQ(preview(8)[1], "the frequency cannot be read");
 }
 
+TEST_F(LogImports, AStationLogIsReadLineByLineWhateverEndsItsLines) {
+  const std::string front = "7105000|LSB|2400|F|d|t|VOICE|", back = "|Harrow|";
+  for (const std::string& end : {std::string("\r"), std::string("\n"), std::string("\r\n")}) {
+    // The ends come to lie at every place of the bytes that are looked at in one step.
+    for (std::size_t length = 0; length < 70; ++length) {
+      const std::string text =
+          front + std::string(length, 'x') + back + end + "no record" + end + front + back + end;
+      const LogReading read = readForeignLog(text, calendar, LogTimes::Utc);
+      ASSERT_EQ(read.taken.size(), 2u) << length;
+      ASSERT_EQ(read.leftOut.size(), 1u) << length;
+      EXPECT_EQ(read.taken[0].record[LogComments].size(), length);
+      EXPECT_EQ(read.leftOut[0].place, 2u) << length;
+      EXPECT_EQ(read.taken[1].place, 3u) << length;
+    }
+  }
+}
+
 TEST_F(LogImports, WhatIsNoLogIsRefusedWithTheReason) {
   for (const std::string& nothing : {std::string(), std::string("a\0b", 3), std::string("hello\n"),
                                      std::string("<EOH>"), std::string("Freq,Date\n,\n")}) {

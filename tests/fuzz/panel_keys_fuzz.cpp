@@ -21,11 +21,14 @@ class Session {
     // An odd byte at the end is no key, and would shift what follows.
     const std::string_view keys = input.substr(0, input.size() / 2 * 2);
     played_ += keys;
+    steps_ += keys.size() / 2;
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(keys.data());
     const std::string wrong = panel_->play({bytes, keys.size()});
     if (!wrong.empty()) keep();
     fuzz::promise(wrong.empty(), wrong);
   }
+
+  ~Session() { std::fprintf(stderr, "%zu key steps.\n", steps_); }
 
   void keep() const {
     constexpr const char* kFile = "panel_keys-since-the-start";
@@ -44,6 +47,7 @@ class Session {
 
   std::unique_ptr<fakes::PanelPlay> panel_;
   std::string played_;
+  std::size_t steps_ = 0;
 };
 
 Session& session() {

@@ -1,7 +1,8 @@
 #include "components/ambrel/stations/known_sets.h"
 
+#include <algorithm>
+#include <functional>
 #include <optional>
-#include <unordered_map>
 #include <utility>
 
 #include "base/encoding.h"
@@ -17,6 +18,9 @@ namespace kelvane::ambrel {
 namespace {
 
 constexpr std::size_t kSetFields = 6;
+
+/// A line has as many bytes at least, and a list mostly no more lines than that.
+constexpr std::size_t kShortestSetLine = 8, kUsualSetLines = 100'000;
 
 std::optional<Setting> readMode(std::string_view text) {
   if (text.empty()) return -1;
@@ -45,22 +49,58 @@ const char* read(const LineCutter& line, ListedRecord& listed) {
   return nullptr;
 }
 
-/// Places of the sets in a list by their names, which lie in the list's text.
-using SetPlaces = std::unordered_map<std::string_view, std::uint16_t>;
+/// The sets of a list by their names. There may be thousands in one file: their places stand in one
+/// row, since a node for each would take more time than the lines do.
+class SetPlaces {
+ public:
+  explicit SetPlaces(std::vector<std::string>& names) : names_(names) {}
 
-/// Place of the set of that name in the list; made where it is not there yet.
-std::uint16_t setNamed(StationList& list, SetPlaces& places, std::string_view name) {
-  const auto next = static_cast<std::uint16_t>(list.sets.size());
-  const auto [found, isNew] = places.try_emplace(name, next);
-  if (isNew) list.sets.emplace_back(name);
-  return found->second;
-}
+  /// Place of the set of that name; made where it is not there yet.
+  std::uint16_t named(std::string_view name) {
+    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
+    Slot& slot = slotOf(hash, name);
+    if (slot.place != kFree) return static_cast<std::uint16_t>(slot.place);
+    slot = {hash, static_cast<std::uint32_t>(names_.size())};
+    names_.emplace_back(name);
+    const auto made = static_cast<std::uint16_t>(slot.place);
+    if (names_.size() * 2 > slots_.size()) grow();
+    return made;
+  }
+
+ private:
+  static constexpr std::uint32_t kFree = ~std::uint32_t{0};
+  struct Slot {
+    std::uint32_t hash = 0;
+    std::uint32_t place = kFree;
+  };
+
+  /// Where that name is, or is to be.
+  Slot& slotOf(std::uint32_t hash, std::string_view name) {
+    const std::size_t last = slots_.size() - 1;
+    std::size_t i = hash & last;
+    while (slots_[i].place != kFree && (slots_[i].hash != hash || names_[slots_[i].place] != name))
+      i = (i + 1) & last;
+    return slots_[i];
+  }
+
+  void grow() {
+    const std::vector<Slot> before = std::exchange(slots_, std::vector<Slot>(slots_.size() * 2));
+    for (const Slot& slot : before) {
+      if (slot.place != kFree) slotOf(slot.hash, names_[slot.place]) = slot;
+    }
+  }
+
+  std::vector<std::string>& names_;
+  std::vector<Slot> slots_ = std::vector<Slot>(256);  ///< a power of two, half of them free
+};
 
 void readLines(StationList& list, std::string_view title) {
   std::string_view set = title;
   std::uint16_t place = 0;
   bool placed = false;
-  SetPlaces places;
+  SetPlaces places(list.sets);
+  // What grows while it is filled is copied again and again.
+  list.records.reserve(std::min(list.text.size() / kShortestSetLine, kUsualSetLines));
   LineCutter line(list.text);
   while (line.next()) {
     const std::string_view content = trimmed(line.line());
@@ -75,7 +115,7 @@ void readLines(StationList& list, std::string_view title) {
       list.problems.add(line.number(), problem);
       continue;
     }
-    if (!std::exchange(placed, true)) place = setNamed(list, places, set);
+    if (!std::exchange(placed, true)) place = places.named(set);
     listed.record.set = place;
     list.records.push_back(listed);
   }

@@ -76,7 +76,7 @@ FrqRecord KnownStations::walkAll(Long direction) {
 
 FrqRecord KnownStations::walkInSet(Long set, Long direction) {
   if (set < 0 || static_cast<std::size_t>(set) >= table_->sets().size()) return stay({}, 0);
-  const std::span<const Hz> row = table_->sets()[static_cast<std::size_t>(set)].frequencies;
+  const std::span<const Hz> row = table_->frequenciesOf(static_cast<std::size_t>(set));
   const auto atOrAbove = [row](Hz frequency) { return firstAtOrAbove(row, frequency); };
   const std::size_t place = stepFrom(position_, direction, row.size(), atOrAbove);
   if (place < row.size()) {
@@ -94,7 +94,7 @@ FrqRecord KnownStations::walkSets(Long direction) {
   // Where no set is current a step enters the row of sets at the end that it comes from.
   const Long current = currentSet() >= 0 ? currentSet() : direction > 0 ? -1 : count;
   for (Long set = current + step; set >= 0 && set < count; set += step) {
-    const auto& row = table_->sets()[static_cast<std::size_t>(set)].frequencies;
+    const std::span<const Hz> row = table_->frequenciesOf(static_cast<std::size_t>(set));
     const auto other =
         std::find_if(row.begin(), row.end(), [this](Hz f) { return f != position_; });
     if (other == row.end()) continue;

@@ -81,32 +81,50 @@ Records merged(std::vector<Records> parts) {
 }  // namespace
 
 StationTable::StationTable(std::vector<StationList> lists) : lists_(std::move(lists)) {
+  std::size_t sets = 0;
+  for (const StationList& list : lists_) sets += list.sets.size();
+  sets_.reserve(sets);
   std::vector<Records> parts;
   for (std::size_t list = 0; list < lists_.size(); ++list) parts.push_back(take(list));
   const Records all = merged(std::move(parts));
   records_.reserve(all.size());
   sources_.reserve(all.size());
-  Hz last = -1;
-  for (const ListedRecord& listed : all) {
-    std::vector<Hz>& ofSet = sets_[listed.record.set].frequencies;
-    const bool walked = !(listed.record.marks & Record::kSkip);
-    if (walked && (ofSet.empty() || ofSet.back() != listed.frequency))
-      ofSet.push_back(listed.frequency);
-    if (listed.frequency != last) places_.add(listed.frequency, records_.size());
-    last = listed.frequency;
-    records_.push_back(listed.record);
-    sources_.push_back(listed.source);
-  }
+  makeRoom();
+  for (const ListedRecord& listed : all) add(listed);
   places_.finish(records_.size());
+}
+
+/// Gives each set the room that its records, which are counted, may need.
+void StationTable::makeRoom() {
+  std::size_t room = 0;
+  for (Set& set : sets_) {
+    set.first = room;
+    room += std::exchange(set.count, 0);
+  }
+  frequencies_.resize(room);
+}
+
+/// Takes over the next record in order of frequency.
+void StationTable::add(const ListedRecord& listed) {
+  Set& set = sets_[listed.record.set];
+  Hz* const next = frequencies_.data() + set.first + set.count;
+  const bool walked = !(listed.record.marks & Record::kSkip);
+  if (walked && (set.count == 0 || next[-1] != listed.frequency)) {
+    *next = listed.frequency;
+    ++set.count;
+  }
+  if (places_.highest() != listed.frequency) places_.add(listed.frequency, records_.size());
+  records_.push_back(listed.record);
+  sources_.push_back(listed.source);
 }
 
 std::vector<ListedRecord> StationTable::take(std::size_t list) {
   std::vector<ListedRecord> records = std::exchange(lists_[list].records, {});
   const auto firstSet = static_cast<std::uint16_t>(sets_.size());
-  for (const std::string& name : lists_[list].sets) sets_.push_back({name, list, {}});
-  if (firstSet > 0) {
-    for (ListedRecord& listed : records)
-      listed.record.set = static_cast<std::uint16_t>(listed.record.set + firstSet);
+  for (const std::string& name : lists_[list].sets) sets_.push_back({name, list});
+  for (ListedRecord& listed : records) {
+    listed.record.set = static_cast<std::uint16_t>(listed.record.set + firstSet);
+    ++sets_[listed.record.set].count;
   }
   order(records);
   return records;

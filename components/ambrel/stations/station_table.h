@@ -17,11 +17,12 @@ namespace kelvane::ambrel {
 /// counts from 0.
 class StationTable {
  public:
-  /// A set of one of the lists, and its frequencies, each once and in order.
+  /// A set of one of the lists.
   struct Set {
     std::string name;
     std::size_t list = 0;
-    std::vector<Hz> frequencies;
+    std::size_t count = 0;  ///< of its frequencies, each counted once
+    std::size_t first = 0;  ///< of them, among those of all sets
   };
 
   StationTable() : StationTable(std::vector<StationList>()) {}
@@ -57,6 +58,10 @@ class StationTable {
   Hz frequencyOfRecord(std::size_t record) const;
 
   const std::vector<Set>& sets() const { return sets_; }
+  /// The frequencies of a set, each once and in order.
+  std::span<const Hz> frequenciesOf(std::size_t set) const {
+    return std::span(frequencies_).subspan(sets_[set].first, sets_[set].count);
+  }
   const std::vector<StationList>& lists() const { return lists_; }
   /// The lists with their records, as they were when the table was made of them; for another one.
   std::vector<StationList> listsAgain() const;
@@ -64,9 +69,12 @@ class StationTable {
 
  private:
   std::vector<ListedRecord> take(std::size_t list);
+  void makeRoom();
+  void add(const ListedRecord& listed);
 
   std::vector<StationList> lists_;
   std::vector<Set> sets_;
+  std::vector<Hz> frequencies_;  ///< set by set, since there may be thousands of them
   std::vector<Record> records_;
   std::vector<RecordSource> sources_;  ///< of each record
   PlaceIndex places_;

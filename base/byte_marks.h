@@ -9,7 +9,7 @@
 #include <emmintrin.h>
 #endif
 
-namespace kelvane::ambrel::byte_marks {
+namespace kelvane::byte_marks {
 
 inline constexpr std::size_t kBlock = 64;
 
@@ -35,4 +35,4 @@ inline std::uint64_t find(const char* block, char wanted) {
 }
 #endif
 
-}  // namespace kelvane::ambrel::byte_marks
+}  // namespace kelvane::byte_marks
