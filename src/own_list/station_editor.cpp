@@ -97,7 +97,11 @@ void StationEditor::refresh() {
   }
   view_.status =
       std::to_string(table_.rows()) + " of " + std::to_string(list.count()) + " stations";
-  if (table_.marked() > 0) view_.status += ", " + std::to_string(table_.marked()) + " marked";
+  if (table_.marked() > 0) {
+    const std::size_t hidden = table_.marked() - table_.markedShown().size();
+    view_.status += ", " + std::to_string(table_.marked()) + " marked";
+    if (hidden > 0) view_.status += " (" + std::to_string(hidden) + " of them not shown)";
+  }
   for (const std::string& words : {said_, store_.problem(), store_.unread()}) {
     if (!words.empty()) view_.status += ". " + words;
   }
@@ -234,14 +238,17 @@ void StationEditor::takeIn() {
 
 void StationEditor::dropImport() {
   // Until its window is closed they are shown there.
-  const std::unique_ptr<StationImport> import = std::move(import_);
+  std::unique_ptr<StationImport> import = std::move(import_);
   const std::unique_ptr<Grid> grid = std::move(importGrid_);
   refresh();
+  // A long file is not waited for.
+  if (import && import->busy()) leaving_.push_back(std::move(import));
 }
 
 lists::Entries StationEditor::chosenEntries() const {
   lists::Entries entries;
-  const auto ids = table_.marked() > 0 ? table_.chosen(0) : table_.shown();
+  const std::vector<StationGrid::Id> marked = table_.markedShown();
+  const auto& ids = marked.empty() ? table_.shown() : marked;
   for (const StationGrid::Id id : ids) {
     if (store_.list().at(id)) entries.push_back(store_.list().at(id));
   }
@@ -253,9 +260,14 @@ void StationEditor::exportAs(formats::Format format) {
   if (prepared_.valid() || export_.valid()) return say("A list is being written already.");
   lists::Entries entries = chosenEntries();
   if (entries.empty()) return say("There is nothing to export.");
-  prepared_ = std::async(std::launch::async, [entries = std::move(entries), format] {
-    return Prepared{format, entries.size(), formats::writeList(entries, format)};
-  });
+  const auto job = [entries = std::move(entries), format]() -> Prepared {
+    try {
+      return {format, entries.size(), formats::writeList(entries, format)};
+    } catch (const std::exception& why) {
+      return {format, 0, {}, why.what()};
+    }
+  };
+  prepared_ = std::async(std::launch::async, job);
   // A usual list is ready at once.
   if (prepared_.wait_for(kGrace) == std::future_status::ready) return offerExport();
   say("Preparing the list ...");
@@ -264,6 +276,7 @@ void StationEditor::exportAs(formats::Format format) {
 /// Says what the form cannot hold, has a file chosen, and begins to write it.
 void StationEditor::offerExport() {
   auto prepared = std::make_shared<const Prepared>(prepared_.get());
+  if (!prepared->refusal.empty()) return say("The list was not written: " + prepared->refusal);
   const formats::FormatName& form = formats::nameOf(prepared->format);
   if (!prepared->writing.losses.empty()) {
     std::string words = "This form cannot hold everything:\n";
@@ -295,15 +308,23 @@ void StationEditor::tick() {
   }
   if (isDone(prepared_)) offerExport();
   if (isDone(export_)) {
-    const Written written = export_.get();
-    said_ = written.how ? written.words : "The list was not written: " + written.how.reason;
+    takeWritten();
     news = true;
   }
+  std::erase_if(leaving_, [](const auto& import) {
+    import->tick();
+    return !import->busy();
+  });
   if (import_ && import_->tick()) {
     importGrid_->refresh();
     news = true;
   }
   if (news) refresh();
+}
+
+void StationEditor::takeWritten() {
+  const Written written = export_.get();
+  said_ = written.how ? written.words : "The list was not written: " + written.how.reason;
 }
 
 std::string StationEditor::end() {

@@ -97,6 +97,7 @@ class StationEditor {
   void add(const lists::Entry& entry);
   lists::Entries chosenEntries() const;
   void offerExport();
+  void takeWritten();
 
   StationServices services_;
   StationView view_;
@@ -110,10 +111,13 @@ class StationEditor {
   std::unique_ptr<Grid> importGrid_;
   std::uint64_t importFor_ = 0;  ///< version of the list that the import was planned for
   std::uint64_t grouped_ = ~std::uint64_t{0};  ///< version of the list whose groups are shown
+  /// Imports that were dropped while they were at work.
+  std::vector<std::unique_ptr<StationImport>> leaving_;
   struct Prepared {
     formats::Format format;
-    std::size_t count;
-    formats::Writing writing;
+    std::size_t count = 0;
+    formats::Writing writing = {};
+    std::string refusal = {};  ///< why there is nothing to write; mostly empty
   };
   std::future<Prepared> prepared_;
   struct Written {

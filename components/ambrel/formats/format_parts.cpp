@@ -1,7 +1,6 @@
 #include "components/ambrel/formats/format_parts.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "base/number.h"
 #include "base/text.h"
@@ -13,6 +12,25 @@ namespace {
 
 /// Quoted fields run over no more lines than this.
 constexpr int kMostLinesOfField = 20;
+
+constexpr std::string_view kUntagged = "Untagged", kModeField = "mode";
+
+std::string columnOfField(std::string_view program, std::string_view field) {
+  return std::string(program).append(" ").append(field);
+}
+
+/// What a word means by a program's own words, else by the usual ones.
+std::optional<Setting> meaningOf(std::string_view word, std::span<const ModeWord> words) {
+  for (const ModeWord& each : words) {
+    if (equalIgnoringCase(each.word, word)) return each.mode;
+  }
+  return lists::modeOfWord(word);
+}
+
+std::string_view wordOf(Setting mode, std::span<const ModeWord> words) {
+  const auto there = std::ranges::find(words, mode, &ModeWord::mode);
+  return there == words.end() ? modeName(mode) : there->word;
+}
 
 }  // namespace
 
@@ -97,16 +115,37 @@ void remark(Taken& taken, std::string_view words) {
   taken.remark += words;
 }
 
-void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& taken) {
-  word = trimmed(word);
-  for (const ModeWord& each : words) {
-    if (equalIgnoringCase(each.word, word)) return void(taken.entry.mode = each.mode);
+std::size_t ColumnsByName::of(std::string_view heading) const {
+  const auto there = std::ranges::find_if(
+      names_, [&](std::string_view name) { return equalIgnoringCase(trimmed(name), heading); });
+  return static_cast<std::size_t>(there - names_.begin());
+}
+
+void keepField(Entry& entry, std::string_view program, std::string_view field,
+               std::string_view value) {
+  entry.further.emplace_back(columnOfField(program, field), value);
+}
+
+std::string_view keptField(const Entry& entry, std::string_view program, std::string_view field) {
+  for (const auto& [name, value] : entry.further) {
+    if (name.size() == program.size() + 1 + field.size() && name.starts_with(program) &&
+        name.ends_with(field))
+      return value;
   }
-  const auto mode = lists::modeOfWord(word);
+  return {};
+}
+
+void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& taken,
+              std::string_view program) {
+  word = trimmed(word);
+  const auto mode = meaningOf(word, words);
+  taken.entry.mode = mode.value_or(-1);
   if (!mode)
-    return remark(taken,
-                  "the mode \"" + std::string(word.substr(0, 40)) + "\" is unknown and left open");
-  taken.entry.mode = *mode;
+    remark(taken,
+           "the mode \"" + std::string(word.substr(0, 40)) + "\" is unknown and left open");
+  const bool usual = mode && equalIgnoringCase(word, wordOf(*mode, words));
+  if (!program.empty() && !word.empty() && !usual)
+    keepField(taken.entry, program, kModeField, lists::oneLine(word));
 }
 
 void takeWidth(std::string_view text, Taken& taken, Hz narrowest) {
@@ -133,7 +172,13 @@ void Losses::countParts(const Entry& entry, unsigned lacking) {
   part(Favourite, entry.favourite, "the favourite mark");
   part(Skip, entry.skip, "the skip mark");
   part(Note, !entry.note.empty(), "the note");
-  part(Further, !entry.further.empty(), "further columns");
+}
+
+void Losses::countFurther(const Entry& entry, std::string_view program) {
+  const auto kept = [program](const auto& column) {
+    return column.first.starts_with(program) && column.first.substr(program.size()).starts_with(' ');
+  };
+  if (!std::ranges::all_of(entry.further, kept)) count("further columns");
 }
 
 std::vector<std::string> Losses::words() const {
@@ -145,7 +190,9 @@ std::vector<std::string> Losses::words() const {
 }
 
 std::string_view wordFor(const Entry& entry, std::span<const ModeWord> words, std::string_view none,
-                         Losses& losses) {
+                         Losses& losses, std::string_view program) {
+  const auto kept = keptField(entry, program, kModeField);
+  if (!kept.empty() && meaningOf(kept, words).value_or(-1) == entry.mode) return kept;
   if (entry.mode < 0) return none;
   const auto find = [words](kelvane::Mode mode) -> std::string_view {
     for (const ModeWord& each : words) {
@@ -176,8 +223,9 @@ std::string UniqueNames::unique(const std::string& name) {
   }
 }
 
-std::string groupAndTags(const Entry& entry) {
-  std::string all = entry.group.empty() && !entry.tags.empty() ? "Untagged" : entry.group;
+std::string groupAndTags(const Entry& entry, Losses& losses) {
+  std::string all = entry.group.empty() && !entry.tags.empty() ? std::string(kUntagged) : entry.group;
+  if (all.find(',') != all.npos) losses.count("a comma in its group, and gets a blank");
   std::ranges::replace(all, ',', ' ');
   for (const std::string_view tag : split(entry.tags, ',')) {
     if (!trimmed(tag).empty()) (all += ',') += trimmed(tag);
@@ -190,7 +238,7 @@ void takeGroupAndTags(std::string_view text, Entry& entry) {
   for (const std::string_view part : split(text, ',')) {
     const std::string tag = lists::oneLine(part);
     if (std::exchange(first, false)) {
-      if (tag != "Untagged") entry.group = tag;
+      if (tag != kUntagged) entry.group = tag;
     } else if (!tag.empty()) {
       entry.tags += (entry.tags.empty() ? "" : ", ") + tag;
     }

@@ -13,6 +13,8 @@ namespace kelvane::formats {
 
 namespace {
 
+constexpr std::string_view kGqrx = "gqrx";
+
 constexpr Setting of(kelvane::Mode mode) { return static_cast<Setting>(mode); }
 
 constexpr std::array<ModeWord, 11> kGqrxModes = {{{of(Mode::Am), "AM"},
@@ -78,7 +80,7 @@ Reading readGqrx(std::string_view text) {
     taken.place = number;
     taken.entry.frequency = frequency.frequency;
     taken.entry.name = lists::oneLine(fields[1]);
-    takeMode(fields[2], kGqrxModes, taken);
+    takeMode(fields[2], kGqrxModes, taken, kGqrx);
     takeWidth(fields[3], taken);
     takeGroupAndTags(trimmed(fields[4]), taken.entry);
     if (fields.size() == 6) taken.entry.note = lists::oneLine(fields[5]);
@@ -94,13 +96,15 @@ Writing writeGqrx(std::span<const lists::EntryPtr> entries) {
   std::string lines;
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Times | Losses::Days | Losses::Favourite | Losses::Skip |
-                                  Losses::Note | Losses::Further);
-    const std::string marks = withoutSemicolon(groupAndTags(*entry), losses);
+                                  Losses::Note);
+    losses.countFurther(*entry, kGqrx);
+    const std::string marks = withoutSemicolon(groupAndTags(*entry, losses), losses);
     for (const std::string_view tag : split(marks, ','))
       if (!tag.empty()) tags.emplace(tag);
     lines += rightAligned(std::to_string(entry->frequency), 12);
     lines += "; " + padded(withoutSemicolon(entry->name, losses), 25);
-    lines += "; " + padded(wordFor(*entry, kGqrxModes, "Demod Off", losses), 20);
+    const auto mode = wordFor(*entry, kGqrxModes, "Demod Off", losses, kGqrx);
+    lines += "; " + padded(withoutSemicolon(mode, losses), 20);
     lines += "; " + rightAligned(std::to_string(entry->width), 10) + "; " + marks + '\n';
   }
   writing.text = "# Tag name          ;  color\n";

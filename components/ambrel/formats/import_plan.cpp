@@ -80,7 +80,11 @@ class Planner {
     // A station that stands twice in the file comes twice into the list, unless it is the same.
     if (!isNew && *before->second == entry) return leave(row, entry, "it stands in the file twice");
     if (!isNew) {
-      entry.name += " (" + std::to_string(++numbers_[before->first] + 1) + ")";
+      // A number may be part of another one's name in the file.
+      int& number = numbers_[before->first];
+      do {
+        entry.name = taken.entry.name + " (" + std::to_string(++number + 1) + ")";
+      } while (!inFile_.emplace(keyOf(entry), &taken.entry).second);
       note(row, "its name stands in the file twice, and gets a number");
     }
     row.entry = std::make_shared<Entry>(entry);

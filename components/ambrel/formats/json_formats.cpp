@@ -7,6 +7,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/json_parts.h"
+#include "components/ambrel/formats/kiwi_labels.h"
 #include "contract/modes.h"
 
 namespace kelvane::formats {
@@ -35,6 +36,8 @@ bool tooDeep(std::string_view text) {
   return false;
 }
 
+constexpr std::string_view kSdrPlusPlus = "SDR++";
+
 /// By their numbers in SDR++.
 constexpr std::array<ModeWord, 8> kSdrPlusPlusModes = {{{modeOf(Mode::Fm), "0"},
                                                         {modeOf(Mode::Wfm), "1"},
@@ -45,21 +48,6 @@ constexpr std::array<ModeWord, 8> kSdrPlusPlusModes = {{{modeOf(Mode::Fm), "0"},
                                                         {modeOf(Mode::Lsb), "6"},
                                                         {-1, "7"}}};
 
-constexpr std::array<ModeWord, 14> kKiwiModes = {{{modeOf(Mode::Am), "AM"},
-                                                  {modeOf(Mode::Am), "AMN"},
-                                                  {modeOf(Mode::Usb), "USB"},
-                                                  {modeOf(Mode::Usb), "USN"},
-                                                  {modeOf(Mode::Lsb), "LSB"},
-                                                  {modeOf(Mode::Lsb), "LSN"},
-                                                  {modeOf(Mode::Cw), "CW"},
-                                                  {modeOf(Mode::Cw), "CWN"},
-                                                  {modeOf(Mode::Fm), "NBFM"},
-                                                  {modeOf(Mode::Sam), "SAM"},
-                                                  {modeOf(Mode::Sal), "SAL"},
-                                                  {modeOf(Mode::Sah), "SAU"},
-                                                  {modeOf(Mode::Drm), "DRM"},
-                                                  {-1, "IQ"}}};
-
 constexpr std::array<ModeWord, 8> kOpenWebRxModes = {{{modeOf(Mode::Am), "am"},
                                                       {modeOf(Mode::Usb), "usb"},
                                                       {modeOf(Mode::Lsb), "lsb"},
@@ -68,6 +56,10 @@ constexpr std::array<ModeWord, 8> kOpenWebRxModes = {{{modeOf(Mode::Am), "am"},
                                                       {modeOf(Mode::Wfm), "wfm"},
                                                       {modeOf(Mode::Sam), "sam"},
                                                       {modeOf(Mode::Drm), "drm"}}};
+
+constexpr std::string_view kOpenWebRx = "OpenWebRX";
+/// The mode in which a digital one is received.
+constexpr const char* kUnderlying = "underlying";
 
 /// The kinds of labels as KiwiSDR names them unless its owner does otherwise.
 constexpr std::array<std::string_view, 15> kKiwiTypes = {
@@ -108,30 +100,52 @@ void appendBookmark(std::string& text, const Entry& entry, const std::string& na
   (text += wordFor(entry, kSdrPlusPlusModes, "7", losses)) += '}';
 }
 
-/// Width and place of the passband beside the carrier, as KiwiSDR writes it.
-void appendPassband(std::string& options, const Entry& entry) {
-  if (entry.width <= 0) return;
-  const auto mode = static_cast<kelvane::Mode>(entry.mode);
-  const bool up = mode == Mode::Usb, down = mode == Mode::Lsb;
-  const Setting low = up ? 300 : down ? -300 - entry.width : -entry.width / 2;
-  options += ", \"lo\": " + std::to_string(low) + ", \"hi\": " + std::to_string(low + entry.width);
+constexpr std::string_view kTypeBeyond = "Type ";  ///< and its number, of one without a name
+
+/// A type of labels by its number, as a group.
+std::string groupOfType(std::string_view number) {
+  const auto type = wholeNumber(number);
+  if (type && *type >= 0 && static_cast<std::size_t>(*type) < kKiwiTypes.size())
+    return std::string(kKiwiTypes[static_cast<std::size_t>(*type)]);
+  return std::string(kTypeBeyond).append(number);
+}
+
+/// The number of the type that a group is; empty where it is none.
+std::string typeOfGroup(std::string_view group) {
+  const auto type = std::ranges::find(kKiwiTypes, group);
+  if (type != kKiwiTypes.end()) return std::to_string(type - kKiwiTypes.begin());
+  if (!group.starts_with(kTypeBeyond)) return {};
+  const std::string_view number = group.substr(kTypeBeyond.size());
+  return !number.empty() && std::ranges::all_of(number, isDigit) ? std::string(number)
+                                                                 : std::string();
+}
+
+/// Options that the entry has fields for; the others are kept as they are.
+bool isTakenOption(std::string_view key) {
+  constexpr std::array<std::string_view, 5> kTaken = {"lo", "hi", "d0", "b0", "e0"};
+  return std::ranges::find(kTaken, key) != kTaken.end();
+}
+
+/// What was kept of an option, as JSON again: only an extension's parameters are a text that looks
+/// like a number.
+void appendKeptOption(std::string& options, std::string_view key, std::string_view value) {
+  appendJsonText(options += ", ", key);
+  options += ": ";
+  if (key != kKiwiExtension && !value.starts_with('"') && Json::accept(value))
+    options += value;
+  else
+    appendJsonText(options, value);
 }
 
 bool takeKiwiOptions(const Json& options, Taken& taken) {
   Entry& entry = taken.entry;
   for (const auto& [key, value] : options.items()) {
-    if (key.size() > 1 && key[0] == 'T' && isDigit(key[1])) {
-      const auto type = static_cast<std::size_t>(num(key.substr(1)));
-      entry.group =
-          type < kKiwiTypes.size() ? std::string(kKiwiTypes[type]) : "Type " + key.substr(1);
-    } else if (key == "o" || key == "s" || key == "p") {
-      entry.further.emplace_back("KiwiSDR " + key,
-                                 value.is_string() ? value.get<std::string>() : value.dump());
-    }
+    if (key.size() > 1 && key[0] == 'T' && isDigit(key[1]))
+      entry.group = groupOfType(std::string_view(key).substr(1));
+    else if (!isTakenOption(key))
+      keepField(entry, kKiwi, key, value.is_string() ? value.get<std::string>() : value.dump());
   }
-  const double low = numberOf(options, "lo", 0), high = numberOf(options, "hi", 0);
-  if (high > low && high - low <= 10'000'000)
-    entry.width = static_cast<Setting>(std::lround(high - low));
+  takeKiwiPassband(numberOf(options, "lo", 0), numberOf(options, "hi", 0), entry);
   const auto days = static_cast<int>(std::clamp(numberOf(options, "d0", 127), 0.0, 127.0));
   std::uint8_t mask = 0;  // Monday is the highest bit there
   for (int day = 0; day < 7; ++day)
@@ -148,12 +162,15 @@ bool takeKiwiOptions(const Json& options, Taken& taken) {
 
 std::string kiwiOptions(const Entry& entry, Losses& losses) {
   std::string options;
-  const auto type = std::ranges::find(kKiwiTypes, entry.group);
-  if (type != kKiwiTypes.end())
-    options += ", \"T" + std::to_string(type - kKiwiTypes.begin()) + "\": 1";
+  if (const std::string type = typeOfGroup(entry.group); !type.empty())
+    options += ", \"T" + type + "\": 1";
   else if (!entry.group.empty())
     losses.count("its group, which is no type of KiwiSDR's");
-  appendPassband(options, entry);
+  if (entry.width > 0) {
+    const Setting low = kiwiPassbandLow(entry);
+    options += ", \"lo\": " + std::to_string(low);
+    options += ", \"hi\": " + std::to_string(low + entry.width);
+  }
   if (!entry.days.empty()) {
     const auto days = lists::weekdaysOf(entry.days);
     int bits = 0;
@@ -169,19 +186,11 @@ std::string kiwiOptions(const Entry& entry, Losses& losses) {
     };
     options += ", \"b0\": " + plain(entry.from) + ", \"e0\": " + plain(entry.to);
   }
+  losses.countFurther(entry, kKiwi);
   for (const auto& [name, value] : entry.further) {
-    if (!name.starts_with("KiwiSDR ")) {
-      losses.count("further columns");
-      continue;
-    }
-    appendJsonText(options += ", ", name.substr(8));
-    const bool number = !value.empty() && value.find_first_not_of("-0123456789.") == value.npos &&
-                        Json::accept(value);
-    options += ": ";
-    if (number)
-      options += value;
-    else
-      appendJsonText(options, value);
+    if (!name.starts_with("KiwiSDR ")) continue;
+    const std::string_view key = std::string_view(name).substr(kKiwi.size() + 1);
+    if (key != kKiwiLow && key != "mode") appendKeptOption(options, key, value);
   }
   return options.empty() ? options : "{" + options.substr(2) + "}";
 }
@@ -258,8 +267,10 @@ Writing writeSdrPlusPlus(std::span<const lists::EntryPtr> entries, bool settings
   std::map<std::string, List> byGroup;
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Tags | Losses::Times | Losses::Days | Losses::Favourite |
-                                  Losses::Skip | Losses::Note | Losses::Further |
-                                  (settings ? 0u : Losses::Group));
+                                  Losses::Skip | Losses::Note | (settings ? 0u : Losses::Group));
+    losses.countFurther(*entry, kSdrPlusPlus);
+    if (settings && entry->group.empty())
+      losses.count("its place outside of all groups, and gets the list \"General\"");
     List& list = byGroup[!settings ? "" : entry->group.empty() ? "General" : entry->group];
     const std::string name = list.names.unique(entry->name);
     if (name != entry->name) losses.count("its name, which is not the only one, and gets a number");
@@ -309,7 +320,7 @@ Reading readKiwiJson(const std::string& text) {
     Taken taken;
     taken.place = number;
     taken.entry.frequency = frequency.frequency;
-    takeMode(label[1].get<std::string>(), kKiwiModes, taken);
+    takeMode(label[1].get<std::string>(), kKiwiModes, taken, kKiwi);
     taken.entry.name = lists::oneLine(label[2].get<std::string>());
     if (label.size() > 3 && label[3].is_string())
       taken.entry.note = std::string(trimmed(label[3].get<std::string>()));
@@ -331,9 +342,9 @@ Writing writeKiwiJson(std::span<const lists::EntryPtr> entries) {
   for (const lists::EntryPtr& entry : sorted) {
     losses.countParts(*entry, Losses::Tags | Losses::Favourite | Losses::Skip);
     out += out.back() == '[' ? "\n[" : ",\n[";
-    out += lists::khzText(entry->frequency) + ", \"";
-    (out += wordFor(*entry, kKiwiModes, "IQ", losses)) += "\", ";
-    appendJsonText(out, entry->name);
+    out += lists::khzText(entry->frequency);
+    appendJsonText(out += ", ", wordFor(*entry, kKiwiModes, "IQ", losses, kKiwi));
+    appendJsonText(out += ", ", entry->name);
     appendJsonText(out += ", ", entry->note);
     if (const std::string options = kiwiOptions(*entry, losses); !options.empty())
       (out += ", ") += options;
@@ -367,9 +378,11 @@ Reading readOpenWebRx(const std::string& text) {
     taken.place = number;
     taken.entry.frequency = frequency.frequency;
     taken.entry.name = lists::oneLine(textOf(bookmark, "name"));
-    takeMode(textOf(bookmark, "modulation"), kOpenWebRxModes, taken);
-    taken.entry.note = textOf(bookmark, "description");
+    takeMode(textOf(bookmark, "modulation"), kOpenWebRxModes, taken, kOpenWebRx);
+    taken.entry.note = trimmed(textOf(bookmark, "description"));
     taken.entry.skip = bookmark.contains("scannable") && bookmark["scannable"] == false;
+    if (const std::string under = textOf(bookmark, kUnderlying); !under.empty())
+      keepField(taken.entry, kOpenWebRx, kUnderlying, lists::oneLine(under));
     reading.taken.push_back(std::move(taken));
   }
   return reading;
@@ -381,10 +394,14 @@ Writing writeOpenWebRx(std::span<const lists::EntryPtr> entries) {
   std::string& out = writing.text = "[";
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Width | Losses::Group | Losses::Tags | Losses::Times |
-                                  Losses::Days | Losses::Favourite | Losses::Further);
+                                  Losses::Days | Losses::Favourite);
+    losses.countFurther(*entry, kOpenWebRx);
     appendJsonText(out += out.size() == 1 ? "\n  {\"name\": " : ",\n  {\"name\": ", entry->name);
-    out += ", \"frequency\": " + std::to_string(entry->frequency) + ", \"modulation\": \"";
-    (out += wordFor(*entry, kOpenWebRxModes, "", losses)) += '"';
+    out += ", \"frequency\": " + std::to_string(entry->frequency);
+    appendJsonText(out += ", \"modulation\": ",
+                   wordFor(*entry, kOpenWebRxModes, "", losses, kOpenWebRx));
+    if (const auto under = keptField(*entry, kOpenWebRx, kUnderlying); !under.empty())
+      appendJsonText(out += ", \"underlying\": ", under);
     if (!entry->note.empty()) appendJsonText(out += ", \"description\": ", entry->note);
     if (entry->skip) out += ", \"scannable\": false";
     out += '}';

@@ -8,43 +8,18 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
+#include "components/ambrel/formats/kiwi_labels.h"
 #include "contract/modes.h"
 
 namespace kelvane::formats {
 
 namespace {
 
-constexpr Setting tableModeOf(kelvane::Mode mode) { return static_cast<Setting>(mode); }
-
-constexpr std::array<ModeWord, 13> kKiwiCsvModes = {{{tableModeOf(Mode::Am), "AM"},
-                                                     {tableModeOf(Mode::Am), "AMN"},
-                                                     {tableModeOf(Mode::Usb), "USB"},
-                                                     {tableModeOf(Mode::Usb), "USN"},
-                                                     {tableModeOf(Mode::Lsb), "LSB"},
-                                                     {tableModeOf(Mode::Lsb), "LSN"},
-                                                     {tableModeOf(Mode::Cw), "CW"},
-                                                     {tableModeOf(Mode::Fm), "NBFM"},
-                                                     {tableModeOf(Mode::Sam), "SAM"},
-                                                     {tableModeOf(Mode::Sal), "SAL"},
-                                                     {tableModeOf(Mode::Sah), "SAU"},
-                                                     {tableModeOf(Mode::Drm), "DRM"},
-                                                     {-1, "IQ"}}};
-
 constexpr std::string_view kKiwiDays = "MTWTFSS";
 
-/// Where headings stand in the first row of a table.
-class ColumnsByName {
- public:
-  explicit ColumnsByName(const TableRows& rows) : names_(rows.fields()) {}
-  std::size_t of(std::string_view heading) const {
-    const auto there = std::ranges::find_if(
-        names_, [&](std::string_view name) { return equalIgnoringCase(trimmed(name), heading); });
-    return static_cast<std::size_t>(there - names_.begin());  // beyond the last: an empty field
-  }
-
- private:
-  std::vector<std::string> names_;
-};
+constexpr std::string_view kSdrAngel = "SDRangel";
+/// Of SDRangel's columns those that no station of ours has.
+constexpr std::array<std::string_view, 3> kScannerFields = {"Channel", "TH", "Sq"};
 
 /// "MTWTFSS" with "_" for days off; false where it is something else.
 bool takeKiwiDays(std::string_view text, Entry& entry) {
@@ -68,6 +43,15 @@ std::string kiwiDays(const Entry& entry, Losses& losses) {
     if (days && !(*days >> day & 1)) text[day] = '_';
   }
   return text;
+}
+
+/// Whether a further column is an option of a label that KiwiSDR's CSV has no column for.
+bool isOptionOfJsonAlone(const std::pair<std::string, std::string>& column) {
+  constexpr std::array<std::string_view, 5> kBoth = {kKiwiExtension, kKiwiOffset, kKiwiSignal,
+                                                     kKiwiLow, "mode"};
+  const std::string_view name = column.first;
+  return name.starts_with("KiwiSDR ") &&
+         std::ranges::find(kBoth, name.substr(kKiwi.size() + 1)) == kBoth.end();
 }
 
 /// A word of a heading and what such a column means.
@@ -184,6 +168,25 @@ char guessedDelimiter(std::string_view text) {
   return best;
 }
 
+/// A table may have a few lines of title before the one that names its columns.
+constexpr std::size_t kMostTitleRows = 20;
+
+bool isNumber(std::string_view field) {
+  return lists::readFrequency(field, lists::Unit::Guess).frequency > 0;
+}
+
+bool holdsNumber(const TableRows& row) { return std::ranges::any_of(row.fields(), isNumber); }
+
+/// Whether a row names columns, a frequency's among them. "Calling frequency" beside a number is a
+/// station's name.
+bool isHeadingRow(const TableRows& row) {
+  const auto names = [](std::string_view field) {
+    return fieldOfHeading(field) == Field::Frequency;
+  };
+  if (row.raw().starts_with('#')) return names(row.field(0));
+  return std::ranges::any_of(row.fields(), names) && !holdsNumber(row);
+}
+
 bool isMark(std::string_view text) {
   return !text.empty() && text != "0" && !equalIgnoringCase(text, "no") &&
          !equalIgnoringCase(text, "false");
@@ -256,13 +259,25 @@ void settleTimes(Entry& entry) {
 Reading readKiwiCsv(std::string_view text) {
   Reading reading;
   reading.format = Format::KiwiCsv;
-  const std::string_view first = text.substr(0, text.find('\n'));
-  TableRows rows(text, first.find(';') == first.npos ? ',' : ';');
-  rows.next();
+  const bool semicolons = text.substr(0, 2000).find("Freq kHz;") != text.npos;
+  TableRows rows(text, semicolons ? ';' : ',');
+  do {
+    if (!rows.next()) return reading;
+  } while (rows.raw().starts_with('#'));
+  const ColumnsByName columns(rows);
+  const auto place = [&columns](std::string_view heading) { return columns.of(heading); };
+  const std::size_t frequencyAt = place("Freq kHz"), mode = place("Mode"), ident = place("Ident"),
+                    notes = place("Notes"), type = place("Type"), low = place("PB low"),
+                    high = place("PB high"), days = place("DOW"), begin = place("Begin"),
+                    end = place("End");
+  const std::array<std::pair<std::size_t, std::string_view>, 3> kept = {
+      {{place("Extension"), kKiwiExtension},
+       {place("Offset"), kKiwiOffset},
+       {place("Sig bw"), kKiwiSignal}}};
   while (rows.next()) {
     Taken taken;
     taken.place = rows.line();
-    const auto frequency = lists::readFrequency(rows.field(0), lists::Unit::Khz);
+    const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Khz);
     std::string reason = frequency.reason;
     if (rows.fields().size() < 3) reason = "there are too few fields for a label";
     if (!reason.empty()) {
@@ -271,20 +286,18 @@ Reading readKiwiCsv(std::string_view text) {
     }
     Entry& entry = taken.entry;
     entry.frequency = frequency.frequency;
-    takeMode(rows.field(1), kKiwiCsvModes, taken);
-    entry.name = lists::oneLine(rows.field(2));
-    entry.note = rows.field(3);
-    entry.group = lists::oneLine(rows.field(5));
-    const double low = num(rows.field(6)), high = num(rows.field(7));
-    if (high > low && high - low <= 10'000'000) entry.width = nearestLong(high - low);
-    if (!takeKiwiDays(rows.field(9), entry)) remark(taken, "the days cannot be read");
-    const std::string times = std::string(rows.field(10)) + '-' + std::string(rows.field(11));
+    takeMode(rows.field(mode), kKiwiModes, taken, kKiwi);
+    entry.name = lists::oneLine(rows.field(ident));
+    entry.note = rows.field(notes);
+    entry.group = lists::oneLine(rows.field(type));
+    takeKiwiPassband(num(rows.field(low)), num(rows.field(high)), entry);
+    if (!takeKiwiDays(rows.field(days), entry)) remark(taken, "the days cannot be read");
+    const std::string times = std::string(rows.field(begin)) + '-' + std::string(rows.field(end));
     if (times.size() > 1 && !lists::readTimesOf(times, entry))
       remark(taken, "the times cannot be read");
-    for (const auto& [column, name] :
-         {std::pair{4, "KiwiSDR p"}, {8, "KiwiSDR o"}, {12, "KiwiSDR s"}}) {
-      const auto value = rows.field(static_cast<std::size_t>(column));
-      if (!value.empty() && value != "0") entry.further.emplace_back(name, value);
+    for (const auto& [column, name] : kept) {
+      const auto value = rows.field(column);
+      if (!value.empty() && value != "0") keepField(entry, kKiwi, name, value);
     }
     reading.taken.push_back(std::move(taken));
   }
@@ -305,38 +318,31 @@ Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
     }
     out += '"';
   };
-  const auto further = [](const Entry& entry, std::string_view name) -> std::string_view {
-    for (const auto& [heading, value] : entry.further) {
-      if (heading == name) return value;
-    }
-    return {};
-  };
   lists::Entries sorted(entries.begin(), entries.end());
   std::ranges::stable_sort(sorted, {},
                            [](const lists::EntryPtr& entry) { return entry->frequency; });
   for (const lists::EntryPtr& each : sorted) {
     const Entry& entry = *each;
     losses.countParts(entry, Losses::Tags | Losses::Favourite | Losses::Skip);
-    for (const auto& [name, value] : entry.further)
-      if (!name.starts_with("KiwiSDR ")) losses.count("further columns");
+    losses.countFurther(entry, kKiwi);
+    if (std::ranges::any_of(entry.further, isOptionOfJsonAlone))
+      losses.count("options that only KiwiSDR's JSON has");
     out += lists::khzText(entry.frequency);
-    quoted(wordFor(entry, kKiwiCsvModes, "IQ", losses));
+    quoted(wordFor(entry, kKiwiModes, "IQ", losses, kKiwi));
     quoted(entry.name);
     quoted(entry.note);
-    quoted(further(entry, "KiwiSDR p"));
+    quoted(keptField(entry, kKiwi, kKiwiExtension));
     quoted(entry.group);
-    const Setting low = entry.mode == tableModeOf(Mode::Usb)   ? 300
-                        : entry.mode == tableModeOf(Mode::Lsb) ? -300 - entry.width
-                                                               : -entry.width / 2;
+    const Setting low = kiwiPassbandLow(entry);
     if (entry.width > 0)
       out += ';' + std::to_string(low) + ';' + std::to_string(low + entry.width);
     else
       out += ";;";
-    (out += ';') += further(entry, "KiwiSDR o");
+    appendTableField(out += ';', keptField(entry, kKiwi, kKiwiOffset), ';');
     quoted(kiwiDays(entry, losses));
     out += ";'" + (entry.from < 0 ? "0000" : lists::minuteText(entry.from));
     out += ";'" + (entry.from < 0 ? "2400" : lists::minuteText(entry.to));
-    (out += ';') += further(entry, "KiwiSDR s");
+    appendTableField(out += ';', keptField(entry, kKiwi, kKiwiSignal), ';');
     out += '\n';
   }
   writing.losses = losses.words();
@@ -351,10 +357,8 @@ Reading readSdrAngel(std::string_view text) {
   const ColumnsByName columns(rows);
   const std::size_t frequencyAt = columns.of("Freq (Hz)"), enableAt = columns.of("Enable"),
                     notesAt = columns.of("Notes"), widthAt = columns.of("Ch BW (Hz)");
-  const std::array<std::pair<std::size_t, std::string_view>, 3> kept = {
-      {{columns.of("Channel"), "SDRangel Channel"},
-       {columns.of("TH (dB)"), "SDRangel TH"},
-       {columns.of("Sq (dB)"), "SDRangel Sq"}}};
+  const std::array<std::size_t, 3> kept = {columns.of("Channel"), columns.of("TH (dB)"),
+                                           columns.of("Sq (dB)")};
   while (rows.next()) {
     const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Hz);
     if (frequency.frequency <= 0) {
@@ -367,9 +371,9 @@ Reading readSdrAngel(std::string_view text) {
     taken.entry.name = lists::oneLine(rows.field(notesAt));
     taken.entry.skip = !rows.field(enableAt).empty() && !isMark(rows.field(enableAt));
     takeWidth(rows.field(widthAt), taken);
-    for (const auto& [column, name] : kept) {
-      if (!rows.field(column).empty()) taken.entry.further.emplace_back(name, rows.field(column));
-    }
+    for (std::size_t i = 0; i < kept.size(); ++i)
+      if (!rows.field(kept[i]).empty())
+        keepField(taken.entry, kSdrAngel, kScannerFields[i], rows.field(kept[i]));
     reading.taken.push_back(std::move(taken));
   }
   return reading;
@@ -382,18 +386,17 @@ Writing writeSdrAngel(std::span<const lists::EntryPtr> entries) {
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Mode | Losses::Group | Losses::Tags | Losses::Times |
                                   Losses::Days | Losses::Favourite | Losses::Note);
-    std::map<std::string_view, std::string_view> kept;
-    for (const auto& [name, value] : entry->further) {
-      kept[name] = value;
-      if (!name.starts_with("SDRangel ")) losses.count("further columns");
-    }
+    losses.countFurther(*entry, kSdrAngel);
+    const auto kept = [&](std::size_t field) {
+      appendTableField(out += ',', keptField(*entry, kSdrAngel, kScannerFields[field]), ',');
+    };
     out += std::to_string(entry->frequency) + (entry->skip ? ",0," : ",1,");
     appendTableField(out, entry->name, ',');
-    appendTableField(out += ',', kept["SDRangel Channel"], ',');
+    kept(0);
     out += ',';
     if (entry->width > 0) out += std::to_string(entry->width);
-    appendTableField(out += ',', kept["SDRangel TH"], ',');
-    appendTableField(out += ',', kept["SDRangel Sq"], ',');
+    kept(1);
+    kept(2);
     out += '\n';
   }
   writing.losses = losses.words();
@@ -404,13 +407,19 @@ TableShape guessShape(std::string_view text, char delimiter) {
   TableShape shape;
   shape.delimiter = delimiter != 0 ? delimiter : guessedDelimiter(text);
   TableRows rows(text.substr(0, 200'000), shape.delimiter);
-  bool any = rows.next();
-  while (any && rows.raw().starts_with('#') && fieldOfHeading(rows.field(0)) != Field::Frequency)
-    any = rows.next();
-  if (!any) return shape;
-  const std::vector<std::string> first = rows.fields();
-  shape.heading = std::ranges::any_of(
-      first, [](const std::string& each) { return fieldOfHeading(each) == Field::Frequency; });
+  std::vector<std::string> first;
+  bool numbers = false;
+  for (std::size_t row = 0; row < kMostTitleRows && !shape.heading && rows.next(); ++row) {
+    if (isHeadingRow(rows)) {
+      shape.heading = true;
+      shape.rowsBefore = row;
+      first = rows.fields();
+    } else if (!numbers && !rows.raw().starts_with('#')) {
+      numbers = holdsNumber(rows);
+      if (numbers || first.empty()) first = rows.fields();
+    }
+  }
+  if (first.empty()) return shape;
   if (shape.heading) {
     for (const std::string& heading : first) {
       Field field = fieldOfHeading(heading);
@@ -477,13 +486,12 @@ Reading readAnyTable(std::string_view text, const TableShape& shape) {
   }
   const std::vector<std::string> names = columnNames(shape);
   TableRows rows(text, shape.delimiter);
-  bool heading = shape.heading;
+  for (std::size_t row = 0; shape.heading && row <= shape.rowsBefore && rows.next(); ++row) {
+    if (row < shape.rowsBefore && !rows.raw().starts_with('#'))
+      reading.leftOut.push_back({rows.line(), "it stands before the headings"});
+  }
   while (rows.next()) {
-    const bool comment = rows.raw().starts_with('#');
-    if (std::exchange(heading,
-                      heading && comment && fieldOfHeading(rows.field(0)) != Field::Frequency))
-      continue;
-    if (comment) continue;
+    if (rows.raw().starts_with('#')) continue;
     Taken taken;
     taken.place = rows.line();
     std::string reason;

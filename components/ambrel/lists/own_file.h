@@ -36,6 +36,7 @@ const char* readOwnLine(std::string_view line, const Headings& headings, Entry& 
 /// What a text of the operator's list holds. Lines that cannot be read are kept as they are.
 struct OwnText {
   Entries entries;
+  std::vector<std::uint32_t> entriesAt;  ///< their lines in the text that was read, from 1
   std::vector<std::string> comments;  ///< lines of the operator's own that begin with "#"
   std::vector<std::string> unread;    ///< lines that are no stations
   std::vector<std::size_t> unreadAt;  ///< their numbers, from 1
