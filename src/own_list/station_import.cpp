@@ -1,9 +1,9 @@
 #include "own_list/station_import.h"
 
 #include <exception>
-#include <system_error>
 #include <utility>
 
+#include "base/unchanging_file.h"
 #include "components/ambrel/lists/entry_texts.h"
 
 namespace kelvane {
@@ -14,28 +14,7 @@ namespace {
 
 constexpr const char* kActs[] = {"Add", "Change", "Leave out"};
 
-/// Size and time of a file, by which one state of it is told from another.
-std::pair<std::uintmax_t, fs::file_time_type> stateOf(const fs::path& file) {
-  std::error_code error;
-  const auto size = fs::file_size(file, error);
-  return {size, fs::last_write_time(file, error)};
-}
-
 }  // namespace
-
-FileReading readUnchanging(const fs::path& file, std::size_t limit, FileSteps& disk) {
-  constexpr int kTries = 20;
-  for (int tried = 0; tried < kTries; ++tried) {
-    const auto before = stateOf(file);
-    FileReading reading = readPatiently(file, limit, disk);
-    if (reading.how != FileReading::Whole || stateOf(file) == before) return reading;
-    disk.pause(kFilePause);
-  }
-  return {FileReading::Unreadable,
-          {},
-          "Another program is writing it; try again when it is done.",
-          true};
-}
 
 StationImport::StationImport(fs::path file, std::shared_ptr<FileSteps> disk, lists::Entries own)
     : file_(std::move(file)),

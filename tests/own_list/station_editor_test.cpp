@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "base/unchanging_file.h"
 #include "own_list/station_editor.h"
 #include "tests/fakes/panel_rig.h"
 #include "ui/control_ids.h"
