@@ -267,12 +267,14 @@ std::string commentOf(const Entry& entry, bool modeFits) {
 
 Writing writeChirp(std::span<const lists::EntryPtr> entries) {
   Writing writing;
+  Losses losses;
   std::string& out = writing.text;
   for (const ChirpColumn& column : kChirpColumns)
     (out += out.empty() ? "" : ",") += column.heading;
   out += '\n';
   std::size_t location = 0;
   for (const lists::EntryPtr& entry : entries) {
+    losses.countLines(*entry);
     Losses inBracket;  // the mode itself stands there
     const std::string_view mode = wordFor(*entry, kChirpModes, kNoMode, inBracket, kChirp);
     out += std::to_string(location++);
@@ -294,6 +296,7 @@ Writing writeChirp(std::span<const lists::EntryPtr> entries) {
     }
     out += '\n';
   }
+  writing.losses = losses.words();
   return writing;
 }
 

@@ -174,6 +174,11 @@ void Losses::countParts(const Entry& entry, unsigned lacking) {
   part(Note, !entry.note.empty(), "the note");
 }
 
+void Losses::countLines(const Entry& entry) {
+  if (std::ranges::count(entry.note, '\n') >= kMostLinesOfField)
+    count("line ends of its long note, and gets blanks");
+}
+
 void Losses::countFurther(const Entry& entry, std::string_view program) {
   const auto kept = [program](const auto& column) {
     return column.first.starts_with(program) && column.first.substr(program.size()).starts_with(' ');
@@ -225,6 +230,7 @@ std::string UniqueNames::unique(const std::string& name) {
 
 std::string groupAndTags(const Entry& entry, Losses& losses) {
   std::string all = entry.group.empty() && !entry.tags.empty() ? std::string(kUntagged) : entry.group;
+  if (entry.group == kUntagged) losses.count("its group, whose name means none there");
   if (all.find(',') != all.npos) losses.count("a comma in its group, and gets a blank");
   std::ranges::replace(all, ',', ' ');
   for (const std::string_view tag : split(entry.tags, ',')) {
@@ -280,10 +286,15 @@ void appendTableField(std::string& text, std::string_view value, char delimiter)
     text += value;
     return;
   }
+  appendQuoted(text, value);
+}
+
+void appendQuoted(std::string& text, std::string_view value) {
+  const bool manyLines = std::ranges::count(value, '\n') >= kMostLinesOfField;
   text += '"';
   for (const char c : value) {
     if (c == '"') text += '"';
-    text += c;
+    text += manyLines && c == '\n' ? ' ' : c;
   }
   text += '"';
 }

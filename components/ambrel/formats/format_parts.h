@@ -93,6 +93,8 @@ class Losses {
     Note = 256
   };
   void countParts(const Entry& entry, unsigned lacking);
+  /// Counts a note of more lines than a field of a table may have.
+  void countLines(const Entry& entry);
   /// Counts further columns other than those that were kept for this program.
   void countFurther(const Entry& entry, std::string_view program);
   std::vector<std::string> words() const;
@@ -124,6 +126,8 @@ void appendJsonText(std::string& text, std::string_view value);
 void appendXmlText(std::string& text, std::string_view value);
 /// A field of a table, in quotes where it needs them.
 void appendTableField(std::string& text, std::string_view value, char delimiter);
+/// The same, always in quotes. Of a text of very many lines the line ends become blanks.
+void appendQuoted(std::string& text, std::string_view value);
 
 // The readers and writers of each format. A text is UTF-8.
 Reading readGqrx(std::string_view text);

@@ -61,11 +61,6 @@ constexpr std::string_view kOpenWebRx = "OpenWebRX";
 /// The mode in which a digital one is received.
 constexpr const char* kUnderlying = "underlying";
 
-/// The kinds of labels as KiwiSDR names them unless its owner does otherwise.
-constexpr std::array<std::string_view, 15> kKiwiTypes = {
-    "Channel", "Ham", "Bcast", "Utility", "Time",   "ALE", "HFDL",  "Milcom",
-    "CW",      "FSK", "FAX",   "Aero",    "Marine", "Spy", "masked"};
-
 void takeBookmarks(const Json& bookmarks, const std::string& group, Reading& reading,
                    std::size_t& number) {
   for (const auto& [name, bookmark] : bookmarks.items()) {
@@ -100,26 +95,6 @@ void appendBookmark(std::string& text, const Entry& entry, const std::string& na
   (text += wordFor(entry, kSdrPlusPlusModes, "7", losses)) += '}';
 }
 
-constexpr std::string_view kTypeBeyond = "Type ";  ///< and its number, of one without a name
-
-/// A type of labels by its number, as a group.
-std::string groupOfType(std::string_view number) {
-  const auto type = wholeNumber(number);
-  if (type && *type >= 0 && static_cast<std::size_t>(*type) < kKiwiTypes.size())
-    return std::string(kKiwiTypes[static_cast<std::size_t>(*type)]);
-  return std::string(kTypeBeyond).append(number);
-}
-
-/// The number of the type that a group is; empty where it is none.
-std::string typeOfGroup(std::string_view group) {
-  const auto type = std::ranges::find(kKiwiTypes, group);
-  if (type != kKiwiTypes.end()) return std::to_string(type - kKiwiTypes.begin());
-  if (!group.starts_with(kTypeBeyond)) return {};
-  const std::string_view number = group.substr(kTypeBeyond.size());
-  return !number.empty() && std::ranges::all_of(number, isDigit) ? std::string(number)
-                                                                 : std::string();
-}
-
 /// Options that the entry has fields for; the others are kept as they are.
 bool isTakenOption(std::string_view key) {
   constexpr std::array<std::string_view, 5> kTaken = {"lo", "hi", "d0", "b0", "e0"};
@@ -141,7 +116,7 @@ bool takeKiwiOptions(const Json& options, Taken& taken) {
   Entry& entry = taken.entry;
   for (const auto& [key, value] : options.items()) {
     if (key.size() > 1 && key[0] == 'T' && isDigit(key[1]))
-      entry.group = groupOfType(std::string_view(key).substr(1));
+      entry.group = groupOfKiwiType(key);
     else if (!isTakenOption(key))
       keepField(entry, kKiwi, key, value.is_string() ? value.get<std::string>() : value.dump());
   }
@@ -162,8 +137,8 @@ bool takeKiwiOptions(const Json& options, Taken& taken) {
 
 std::string kiwiOptions(const Entry& entry, Losses& losses) {
   std::string options;
-  if (const std::string type = typeOfGroup(entry.group); !type.empty())
-    options += ", \"T" + type + "\": 1";
+  if (const std::string type = kiwiTypeOfGroup(entry.group); !type.empty())
+    options += ", \"" + type + "\": 1";
   else if (!entry.group.empty())
     losses.count("its group, which is no type of KiwiSDR's");
   if (entry.width > 0) {
@@ -321,9 +296,9 @@ Reading readKiwiJson(const std::string& text) {
     taken.place = number;
     taken.entry.frequency = frequency.frequency;
     takeMode(label[1].get<std::string>(), kKiwiModes, taken, kKiwi);
-    taken.entry.name = lists::oneLine(label[2].get<std::string>());
+    taken.entry.name = lists::oneLine(kiwiText(label[2].get<std::string>()));
     if (label.size() > 3 && label[3].is_string())
-      taken.entry.note = std::string(trimmed(label[3].get<std::string>()));
+      taken.entry.note = trimmed(kiwiText(label[3].get<std::string>()));
     if (label.size() > 4 && label.back().is_object() && !takeKiwiOptions(label.back(), taken))
       remark(taken, "its times cannot be read");
     reading.taken.push_back(std::move(taken));
@@ -344,8 +319,8 @@ Writing writeKiwiJson(std::span<const lists::EntryPtr> entries) {
     out += out.back() == '[' ? "\n[" : ",\n[";
     out += lists::khzText(entry->frequency);
     appendJsonText(out += ", ", wordFor(*entry, kKiwiModes, "IQ", losses, kKiwi));
-    appendJsonText(out += ", ", entry->name);
-    appendJsonText(out += ", ", entry->note);
+    appendJsonText(out += ", ", asKiwiText(entry->name));
+    appendJsonText(out += ", ", asKiwiText(entry->note));
     if (const std::string options = kiwiOptions(*entry, losses); !options.empty())
       (out += ", ") += options;
     out += ']';

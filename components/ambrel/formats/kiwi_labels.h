@@ -32,6 +32,17 @@ inline constexpr auto kKiwiModes = std::to_array<ModeWord>({{static_cast<Setting
                                                             {static_cast<Setting>(Mode::Drm), "DRM"},
                                                             {-1, "IQ"}});
 
+/// The group that a type of labels ("T13") is, as the community's list names the types; "Type 16" for
+/// one without a name; empty for none.
+std::string groupOfKiwiType(std::string_view type);
+/// The type that a group is; empty where it is none.
+std::string kiwiTypeOfGroup(std::string_view group);
+
+/// A label's text: older files have all but letters and digits as "%20".
+std::string kiwiText(std::string_view text);
+/// The text as a label that is read back the same.
+std::string asKiwiText(std::string_view text);
+
 /// Takes a passband, Hz relative to the carrier, where it is one.
 void takeKiwiPassband(double low, double high, Entry& entry);
 /// Where the passband of the entry's width begins, Hz relative to the carrier.

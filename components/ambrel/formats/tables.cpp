@@ -35,7 +35,9 @@ bool takeKiwiDays(std::string_view text, Entry& entry) {
   return true;
 }
 
+/// Empty for every day.
 std::string kiwiDays(const Entry& entry, Losses& losses) {
+  if (entry.days.empty()) return {};
   const auto days = lists::weekdaysOf(entry.days);
   if (!days) losses.count("its days, which are more than weekdays");
   std::string text(kKiwiDays);
@@ -171,6 +173,16 @@ char guessedDelimiter(std::string_view text) {
 /// A table may have a few lines of title before the one that names its columns.
 constexpr std::size_t kMostTitleRows = 20;
 
+/// The columns that are written here; behind them stand those that the operator's list has beside.
+constexpr std::array<std::string_view, 11> kOwnColumns = {
+    "Frequency (kHz)", "Name", "Mode",      "Bandwidth (Hz)", "Group", "Tags",
+    "UTC",             "Days", "Favourite", "Skip",           "Notes"};
+
+bool isOwnHeading(const std::vector<std::string>& headings) {
+  return headings.size() >= kOwnColumns.size() &&
+         std::equal(kOwnColumns.begin(), kOwnColumns.end(), headings.begin());
+}
+
 bool isNumber(std::string_view field) {
   return lists::readFrequency(field, lists::Unit::Guess).frequency > 0;
 }
@@ -287,9 +299,9 @@ Reading readKiwiCsv(std::string_view text) {
     Entry& entry = taken.entry;
     entry.frequency = frequency.frequency;
     takeMode(rows.field(mode), kKiwiModes, taken, kKiwi);
-    entry.name = lists::oneLine(rows.field(ident));
-    entry.note = rows.field(notes);
-    entry.group = lists::oneLine(rows.field(type));
+    entry.name = lists::oneLine(kiwiText(rows.field(ident)));
+    entry.note = trimmed(kiwiText(rows.field(notes)));
+    entry.group = groupOfKiwiType(rows.field(type));
     takeKiwiPassband(num(rows.field(low)), num(rows.field(high)), entry);
     if (!takeKiwiDays(rows.field(days), entry)) remark(taken, "the days cannot be read");
     const std::string times = std::string(rows.field(begin)) + '-' + std::string(rows.field(end));
@@ -310,29 +322,26 @@ Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
   std::string& out = writing.text =
       "Freq kHz;\"Mode\";\"Ident\";\"Notes\";\"Extension\";\"Type\";PB low;PB "
       "high;Offset;\"DOW\";Begin;End;Sig bw\n";
-  const auto quoted = [&out](std::string_view text) {
-    out += ";\"";
-    for (const char c : text) {
-      if (c == '"') out += '"';
-      out += c;
-    }
-    out += '"';
-  };
+  const auto quoted = [&out](std::string_view text) { appendQuoted(out += ';', text); };
   lists::Entries sorted(entries.begin(), entries.end());
   std::ranges::stable_sort(sorted, {},
                            [](const lists::EntryPtr& entry) { return entry->frequency; });
   for (const lists::EntryPtr& each : sorted) {
     const Entry& entry = *each;
     losses.countParts(entry, Losses::Tags | Losses::Favourite | Losses::Skip);
+    losses.countLines(entry);
     losses.countFurther(entry, kKiwi);
     if (std::ranges::any_of(entry.further, isOptionOfJsonAlone))
       losses.count("options that only KiwiSDR's JSON has");
     out += lists::khzText(entry.frequency);
     quoted(wordFor(entry, kKiwiModes, "IQ", losses, kKiwi));
-    quoted(entry.name);
-    quoted(entry.note);
+    quoted(asKiwiText(entry.name));
+    quoted(asKiwiText(entry.note));
     quoted(keptField(entry, kKiwi, kKiwiExtension));
-    quoted(entry.group);
+    const std::string type = kiwiTypeOfGroup(entry.group);
+    if (type.empty() && !entry.group.empty())
+      losses.count("its group, which is no type of KiwiSDR's");
+    quoted(type);
     const Setting low = kiwiPassbandLow(entry);
     if (entry.width > 0)
       out += ';' + std::to_string(low) + ';' + std::to_string(low + entry.width);
@@ -340,8 +349,8 @@ Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
       out += ";;";
     appendTableField(out += ';', keptField(entry, kKiwi, kKiwiOffset), ';');
     quoted(kiwiDays(entry, losses));
-    out += ";'" + (entry.from < 0 ? "0000" : lists::minuteText(entry.from));
-    out += ";'" + (entry.from < 0 ? "2400" : lists::minuteText(entry.to));
+    out += entry.from < 0 ? ";;"
+                          : ";'" + lists::minuteText(entry.from) + ";'" + lists::minuteText(entry.to);
     appendTableField(out += ';', keptField(entry, kKiwi, kKiwiSignal), ';');
     out += '\n';
   }
@@ -421,8 +430,10 @@ TableShape guessShape(std::string_view text, char delimiter) {
   }
   if (first.empty()) return shape;
   if (shape.heading) {
+    const bool own = isOwnHeading(first);
     for (const std::string& heading : first) {
-      Field field = fieldOfHeading(heading);
+      const bool beside = own && shape.fields.size() >= kOwnColumns.size();
+      Field field = beside ? Field::Ignored : fieldOfHeading(heading);
       // Of two columns of one kind the first is used; names and notes are joined.
       const bool twice = std::ranges::find(shape.fields, field) != shape.fields.end();
       if (twice && field != Field::Note) field = Field::Ignored;
@@ -517,6 +528,7 @@ Reading readAnyTable(std::string_view text, const TableShape& shape) {
 
 Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
   Writing writing;
+  Losses losses;
   std::vector<std::string> further;
   for (const lists::EntryPtr& entry : entries) {
     for (const auto& [name, value] : entry->further) {
@@ -524,12 +536,13 @@ Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
       if (std::ranges::find(further, name) == further.end()) further.push_back(name);
     }
   }
-  std::string& out = writing.text =
-      "Frequency (kHz),Name,Mode,Bandwidth (Hz),Group,Tags,UTC,Days,Favourite,Skip,Notes";
+  std::string& out = writing.text;
+  for (const std::string_view column : kOwnColumns) (out += out.empty() ? "" : ",") += column;
   for (const std::string& name : further) appendTableField(out += ',', name, ',');
   out += "\r\n";
   for (const lists::EntryPtr& each : entries) {
     const Entry& entry = *each;
+    losses.countLines(entry);
     out += lists::khzText(entry.frequency);
     const auto field = [&out](std::string_view text) { appendTableField(out += ',', text, ','); };
     field(entry.name);
@@ -549,6 +562,7 @@ Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
     }
     out += "\r\n";
   }
+  writing.losses = losses.words();
   return writing;
 }
 
