@@ -269,6 +269,7 @@ Writing writeChirp(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
   std::string& out = writing.text;
+  out.reserve(entries.size() * 130);
   for (const ChirpColumn& column : kChirpColumns)
     (out += out.empty() ? "" : ",") += column.heading;
   out += '\n';

@@ -159,6 +159,14 @@ void takeWidth(std::string_view text, Taken& taken, Hz narrowest) {
     remark(taken, "the bandwidth cannot be read");
 }
 
+void Losses::count(std::string_view what) {
+  const auto there = counts_.find(what);
+  if (there == counts_.end())
+    counts_.emplace(what, 1);
+  else
+    ++there->second;
+}
+
 void Losses::countParts(const Entry& entry, unsigned lacking) {
   const auto part = [&](Part which, bool there, std::string_view what) {
     if ((lacking & which) && there) count(what);
@@ -251,42 +259,50 @@ void takeGroupAndTags(std::string_view text, Entry& entry) {
   }
 }
 
+// A list has many texts, and hardly any has a sign that must be written otherwise: what lies between
+// such signs is appended at once.
+
 void appendJsonText(std::string& text, std::string_view value) {
   constexpr char kHex[] = "0123456789abcdef";
   text += '"';
-  for (const char c : value) {
+  std::size_t from = 0;
+  for (std::size_t at = 0; at < value.size(); ++at) {
+    const char c = value[at];
+    if (c != '"' && c != '\\' && static_cast<unsigned char>(c) >= ' ') continue;
+    text.append(value, from, at - from);
+    from = at + 1;
     if (c == '"' || c == '\\')
       (text += '\\') += c;
     else if (c == '\n')
       text += "\\n";
-    else if (static_cast<unsigned char>(c) < ' ')
-      ((text += "\\u00") += kHex[c >> 4]) += kHex[c & 15];
     else
-      text += c;
+      ((text += "\\u00") += kHex[c >> 4]) += kHex[c & 15];
   }
-  text += '"';
+  text.append(value, from) += '"';
 }
 
 void appendXmlText(std::string& text, std::string_view value) {
-  for (const char c : value) {
-    if (c == '&')
-      text += "&amp;";
-    else if (c == '<')
-      text += "&lt;";
-    else if (c == '>')
-      text += "&gt;";
-    else if (static_cast<unsigned char>(c) >= ' ' || c == '\n')
-      text += c;
+  std::size_t from = 0;
+  for (std::size_t at = 0; at < value.size(); ++at) {
+    const char c = value[at];
+    const bool control = static_cast<unsigned char>(c) < ' ' && c != '\n';
+    if (c != '&' && c != '<' && c != '>' && !control) continue;
+    text.append(value, from, at - from);
+    from = at + 1;
+    if (!control) text += c == '&' ? "&amp;" : c == '<' ? "&lt;" : "&gt;";
   }
+  text.append(value, from);
 }
 
 void appendTableField(std::string& text, std::string_view value, char delimiter) {
-  if (value.find_first_of("\"\r\n") == value.npos && value.find(delimiter) == value.npos &&
-      trimmed(value).size() == value.size()) {
+  const auto blank = [](char c) { return c == ' ' || c == '\t'; };
+  bool quotes = !value.empty() && (blank(value.front()) || blank(value.back()));
+  for (const char c : value)
+    quotes = quotes || c == '"' || c == '\n' || c == '\r' || c == delimiter;
+  if (quotes)
+    appendQuoted(text, value);
+  else
     text += value;
-    return;
-  }
-  appendQuoted(text, value);
 }
 
 void appendQuoted(std::string& text, std::string_view value) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <span>
 #include <string>
@@ -79,7 +80,7 @@ void takeWidth(std::string_view text, Taken& taken, Hz narrowest = 0);
 /// Counts what cannot be written, by what it is.
 class Losses {
  public:
-  void count(std::string_view what) { ++counts_[std::string(what)]; }
+  void count(std::string_view what);
   /// Counts each part of the entry that a format without it loses.
   enum Part : unsigned {
     Mode = 1,
@@ -100,7 +101,7 @@ class Losses {
   std::vector<std::string> words() const;
 
  private:
-  std::map<std::string, std::size_t> counts_;
+  std::map<std::string, std::size_t, std::less<>> counts_;
 };
 
 /// The program's word for the entry's mode. Where it has none for that mode the nearest is taken

@@ -314,6 +314,7 @@ Writing writeKiwiJson(std::span<const lists::EntryPtr> entries) {
   std::ranges::stable_sort(sorted, {},
                            [](const lists::EntryPtr& entry) { return entry->frequency; });
   std::string& out = writing.text = "{\"dx\":[";
+  out.reserve(entries.size() * 100);
   for (const lists::EntryPtr& entry : sorted) {
     losses.countParts(*entry, Losses::Tags | Losses::Favourite | Losses::Skip);
     out += out.back() == '[' ? "\n[" : ",\n[";
@@ -367,6 +368,7 @@ Writing writeOpenWebRx(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
   std::string& out = writing.text = "[";
+  out.reserve(entries.size() * 100);
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Width | Losses::Group | Losses::Tags | Losses::Times |
                                   Losses::Days | Losses::Favourite);

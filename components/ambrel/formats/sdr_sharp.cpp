@@ -148,6 +148,7 @@ Writing writeSdrSharp(std::span<const lists::EntryPtr> entries) {
       "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
       "<ArrayOfMemoryEntry xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
       "xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\">\n";
+  out.reserve(entries.size() * 320);
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry,
                       Losses::Tags | Losses::Times | Losses::Days | Losses::Skip | Losses::Note);

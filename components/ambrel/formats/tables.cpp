@@ -323,6 +323,7 @@ Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
       "Freq kHz;\"Mode\";\"Ident\";\"Notes\";\"Extension\";\"Type\";PB low;PB "
       "high;Offset;\"DOW\";Begin;End;Sig bw\n";
   const auto quoted = [&out](std::string_view text) { appendQuoted(out += ';', text); };
+  out.reserve(entries.size() * 100);
   lists::Entries sorted(entries.begin(), entries.end());
   std::ranges::stable_sort(sorted, {},
                            [](const lists::EntryPtr& entry) { return entry->frequency; });
@@ -392,6 +393,7 @@ Writing writeSdrAngel(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
   std::string& out = writing.text = "Freq (Hz),Enable,Notes,Channel,Ch BW (Hz),TH (dB),Sq (dB)\n";
+  out.reserve(entries.size() * 60);
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Mode | Losses::Group | Losses::Tags | Losses::Times |
                                   Losses::Days | Losses::Favourite | Losses::Note);
@@ -399,7 +401,7 @@ Writing writeSdrAngel(std::span<const lists::EntryPtr> entries) {
     const auto kept = [&](std::size_t field) {
       appendTableField(out += ',', keptField(*entry, kSdrAngel, kScannerFields[field]), ',');
     };
-    out += std::to_string(entry->frequency) + (entry->skip ? ",0," : ",1,");
+    out += std::to_string(entry->frequency) + (entry->skip ? ",false," : ",true,");
     appendTableField(out, entry->name, ',');
     kept(0);
     out += ',';
@@ -537,6 +539,7 @@ Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
     }
   }
   std::string& out = writing.text;
+  out.reserve(entries.size() * 100);
   for (const std::string_view column : kOwnColumns) (out += out.empty() ? "" : ",") += column;
   for (const std::string& name : further) appendTableField(out += ',', name, ',');
   out += "\r\n";
