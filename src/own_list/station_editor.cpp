@@ -1,10 +1,10 @@
 #include "own_list/station_editor.h"
 
 #include <algorithm>
-#include <exception>
 #include <set>
 #include <utility>
 
+#include "base/barrier.h"
 #include "base/safe_file.h"
 #include "base/text.h"
 #include "components/ambrel/lists/entry_texts.h"
@@ -263,8 +263,8 @@ void StationEditor::exportAs(formats::Format format) {
   const auto job = [entries = std::move(entries), format]() -> Prepared {
     try {
       return {format, entries.size(), formats::writeList(entries, format)};
-    } catch (const std::exception& why) {
-      return {format, 0, {}, why.what()};
+    } catch (...) {
+      return {format, 0, {}, thrownWords() + "."};
     }
   };
   prepared_ = std::async(std::launch::async, job);
@@ -293,8 +293,8 @@ void StationEditor::offerExport() {
       const bool one = prepared->count == 1;
       return {how, std::to_string(prepared->count) + (one ? " station was" : " stations were") +
                        " written to " + name + "."};
-    } catch (const std::exception& why) {
-      return {{false, why.what(), false}, {}};
+    } catch (...) {
+      return {{false, thrownWords() + ".", false}, {}};
     }
   };
   export_ = std::async(std::launch::async, job);

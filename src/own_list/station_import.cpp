@@ -1,8 +1,8 @@
 #include "own_list/station_import.h"
 
-#include <exception>
 #include <utility>
 
+#include "base/barrier.h"
 #include "base/unchanging_file.h"
 #include "components/ambrel/lists/entry_texts.h"
 
@@ -62,8 +62,8 @@ void StationImport::start(bool read, bool understand) {
       }
       result.refusal = result.reading->refusal;
       result.plan = formats::planImport(*result.reading, *own, rule);
-    } catch (const std::exception& why) {
-      result.refusal = why.what();
+    } catch (...) {
+      result.refusal = "It cannot be read: " + thrownWords() + ".";
     }
     return result;
   };

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/barrier.h"
 #include "base/file_lock.h"
 
 namespace kelvane::lists {
@@ -28,8 +29,8 @@ void OwnStore::start(std::function<Outcome()> job) {
   const auto guarded = [job = std::move(job)]() -> Outcome {
     try {
       return job();
-    } catch (const std::exception& why) {
-      return {{false, why.what(), false}, {}, 0, false, false};
+    } catch (...) {
+      return {{false, thrownWords() + ".", false}, {}, 0, false, false};
     }
   };
   try {
