@@ -85,8 +85,8 @@ class StationGrid : public GridTable {
   std::uint64_t soughtVersion_ = ~std::uint64_t{0};
   int sort_ = Khz;
   bool descending_ = false, resort_ = false;
-  std::vector<Id> all_;   ///< in their order
-  std::vector<Id> rows_;  ///< those of them that the filter takes
+  std::vector<Id> all_;      ///< in their order
+  std::vector<Id> rows_;     ///< those of them that the filter takes
   std::vector<bool> marks_;  ///< by numbers; those beyond its end are not marked
   std::size_t marked_ = 0;
 };

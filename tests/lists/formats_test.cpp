@@ -86,7 +86,8 @@ lists::Entries singleDifferences() {
   };
   for (Setting mode = -1; mode < static_cast<Setting>(lists::modeTexts().size()); ++mode)
     add([mode](Entry& entry) { entry.mode = mode; });
-  for (const Setting width : {50, 2401, 200000}) add([width](Entry& entry) { entry.width = width; });
+  for (const Setting width : {50, 2401, 200000})
+    add([width](Entry& entry) { entry.width = width; });
   for (const char* name : {"", "a;b", "a,b", "a\"b", "a\\b", "<&>", "#x", "a|b", "{[", "5%20"})
     add([name](Entry& entry) { entry.name = lists::oneLine(name); });
   for (const char* group : {"Group", "Bcast", "Type 20", "a,b", "a;b", "a [b", "Untagged"})
@@ -240,26 +241,30 @@ std::string sentBack(const std::string& text) {
 }
 
 TEST(ListFormats, WhatOnlyTheOtherProgramKnowsGoesBackToIt) {
-  EXPECT_THAT(sentBack("{\"dx\":[[100,\"AMN\",\"a\",\"\",{\"T20\":1,\"WL\":1,\"p\":\"12\",\"lo\":-90,"
-                       "\"hi\":210}]]}"),
-              AllOf(HasSubstr("\"AMN\""), HasSubstr("\"T20\": 1"), HasSubstr("\"WL\": 1"),
-                    HasSubstr("\"p\": \"12\""), HasSubstr("\"lo\": -90, \"hi\": 210")));
+  EXPECT_THAT(
+      sentBack("{\"dx\":[[100,\"AMN\",\"a\",\"\",{\"T20\":1,\"WL\":1,\"p\":\"12\",\"lo\":-90,"
+               "\"hi\":210}]]}"),
+      AllOf(HasSubstr("\"AMN\""), HasSubstr("\"T20\": 1"), HasSubstr("\"WL\": 1"),
+            HasSubstr("\"p\": \"12\""), HasSubstr("\"lo\": -90, \"hi\": 210")));
   // Its columns in another order, and some of them missing.
-  EXPECT_THAT(sentBack("Freq kHz;\"Ident\";\"Mode\";Type;PB high;PB low\n60;\"MSF\";\"CWN\";T5;700;300\n"),
-              HasSubstr("60;\"CWN\";\"MSF\";\"\";\"\";\"T5\";300;700"));
+  EXPECT_THAT(
+      sentBack("Freq kHz;\"Ident\";\"Mode\";Type;PB high;PB low\n60;\"MSF\";\"CWN\";T5;700;300\n"),
+      HasSubstr("60;\"CWN\";\"MSF\";\"\";\"\";\"T5\";300;700"));
   EXPECT_THAT(sentBack("# Tag name ; color\n\n# Frequency ; Name\n 1;a;WFM (mono);0;\n"),
               HasSubstr("WFM (mono)"));
-  EXPECT_THAT(sentBack("[{\"name\":\"a\",\"frequency\":7074000,\"modulation\":\"ft8\",\"underlying\":"
-                       "\"usb\"}]"),
-              AllOf(HasSubstr("\"ft8\""), HasSubstr("\"underlying\": \"usb\"")));
+  EXPECT_THAT(
+      sentBack("[{\"name\":\"a\",\"frequency\":7074000,\"modulation\":\"ft8\",\"underlying\":"
+               "\"usb\"}]"),
+      AllOf(HasSubstr("\"ft8\""), HasSubstr("\"underlying\": \"usb\"")));
   EXPECT_THAT(sentBack("<ArrayOfMemoryEntry><MemoryEntry><Frequency>1</Frequency><DetectorType>RAW"
                        "</DetectorType><Shift>-9</Shift></MemoryEntry></ArrayOfMemoryEntry>"),
               AllOf(HasSubstr(">RAW<"), HasSubstr("<Shift>-9<")));
   // A heading twice moves no column behind it.
-  EXPECT_THAT(sentBack("Location,Name,Name,Frequency,Duplex,Offset,Tone,Mode,Skip,Antenna\n"
-                       "5,Relay,x,145.625000,-,0.600000,TSQL,DV,P,Loop\n"),
-              HasSubstr("0,Relay,145.625000,-,0.600000,TSQL,88.5,88.5,023,NN,023,Tone->Tone,DV,5.00,"
-                        "P,50W,\"[X=\"\"Antenna=Loop\"\"]\""));
+  EXPECT_THAT(
+      sentBack("Location,Name,Name,Frequency,Duplex,Offset,Tone,Mode,Skip,Antenna\n"
+               "5,Relay,x,145.625000,-,0.600000,TSQL,DV,P,Loop\n"),
+      HasSubstr("0,Relay,145.625000,-,0.600000,TSQL,88.5,88.5,023,NN,023,Tone->Tone,DV,5.00,"
+                "P,50W,\"[X=\"\"Antenna=Loop\"\"]\""));
 }
 
 TEST(ListFormats, AreToldByTheirOutermostNamesAndHeadings) {

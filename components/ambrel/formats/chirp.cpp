@@ -41,27 +41,14 @@ constexpr std::string_view kChirp = "CHIRP";
 struct ChirpColumn {
   std::string_view heading, usual;
 };
-constexpr std::array<ChirpColumn, 21> kChirpColumns = {{{"Location", {}},
-                                                        {"Name", {}},
-                                                        {"Frequency", {}},
-                                                        {"Duplex", ""},
-                                                        {"Offset", "0.000000"},
-                                                        {"Tone", ""},
-                                                        {"rToneFreq", "88.5"},
-                                                        {"cToneFreq", "88.5"},
-                                                        {"DtcsCode", "023"},
-                                                        {"DtcsPolarity", "NN"},
-                                                        {"RxDtcsCode", "023"},
-                                                        {"CrossMode", "Tone->Tone"},
-                                                        {"Mode", {}},
-                                                        {"TStep", "5.00"},
-                                                        {"Skip", {}},
-                                                        {"Power", "50W"},
-                                                        {"Comment", {}},
-                                                        {"URCALL", ""},
-                                                        {"RPT1CALL", ""},
-                                                        {"RPT2CALL", ""},
-                                                        {"DVCODE", ""}}};
+constexpr std::array<ChirpColumn, 21> kChirpColumns = {
+    {{"Location", {}},       {"Name", {}},           {"Frequency", {}},
+     {"Duplex", ""},         {"Offset", "0.000000"}, {"Tone", ""},
+     {"rToneFreq", "88.5"},  {"cToneFreq", "88.5"},  {"DtcsCode", "023"},
+     {"DtcsPolarity", "NN"}, {"RxDtcsCode", "023"},  {"CrossMode", "Tone->Tone"},
+     {"Mode", {}},           {"TStep", "5.00"},      {"Skip", {}},
+     {"Power", "50W"},       {"Comment", {}},        {"URCALL", ""},
+     {"RPT1CALL", ""},       {"RPT2CALL", ""},       {"DVCODE", ""}}};
 
 bool isOurs(const ChirpColumn& column) { return column.usual.data() == nullptr; }
 
@@ -270,8 +257,7 @@ Writing writeChirp(std::span<const lists::EntryPtr> entries) {
   Losses losses;
   std::string& out = writing.text;
   out.reserve(entries.size() * 130);
-  for (const ChirpColumn& column : kChirpColumns)
-    (out += out.empty() ? "" : ",") += column.heading;
+  for (const ChirpColumn& column : kChirpColumns) (out += out.empty() ? "" : ",") += column.heading;
   out += '\n';
   std::size_t location = 0;
   for (const lists::EntryPtr& entry : entries) {

@@ -141,8 +141,7 @@ void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& tak
   const auto mode = meaningOf(word, words);
   taken.entry.mode = mode.value_or(-1);
   if (!mode)
-    remark(taken,
-           "the mode \"" + std::string(word.substr(0, 40)) + "\" is unknown and left open");
+    remark(taken, "the mode \"" + std::string(word.substr(0, 40)) + "\" is unknown and left open");
   const bool usual = mode && equalIgnoringCase(word, wordOf(*mode, words));
   if (!program.empty() && !word.empty() && !usual)
     keepField(taken.entry, program, kModeField, lists::oneLine(word));
@@ -189,7 +188,8 @@ void Losses::countLines(const Entry& entry) {
 
 void Losses::countFurther(const Entry& entry, std::string_view program) {
   const auto kept = [program](const auto& column) {
-    return column.first.starts_with(program) && column.first.substr(program.size()).starts_with(' ');
+    return column.first.starts_with(program) &&
+           column.first.substr(program.size()).starts_with(' ');
   };
   if (!std::ranges::all_of(entry.further, kept)) count("further columns");
 }
@@ -237,7 +237,8 @@ std::string UniqueNames::unique(const std::string& name) {
 }
 
 std::string groupAndTags(const Entry& entry, Losses& losses) {
-  std::string all = entry.group.empty() && !entry.tags.empty() ? std::string(kUntagged) : entry.group;
+  std::string all =
+      entry.group.empty() && !entry.tags.empty() ? std::string(kUntagged) : entry.group;
   if (entry.group == kUntagged) losses.count("its group, whose name means none there");
   if (all.find(',') != all.npos) losses.count("a comma in its group, and gets a blank");
   std::ranges::replace(all, ',', ' ');
@@ -259,8 +260,8 @@ void takeGroupAndTags(std::string_view text, Entry& entry) {
   }
 }
 
-// A list has many texts, and hardly any has a sign that must be written otherwise: what lies between
-// such signs is appended at once.
+// A list has many texts, and hardly any has a sign that must be written otherwise: what lies
+// between such signs is appended at once.
 
 void appendJsonText(std::string& text, std::string_view value) {
   constexpr char kHex[] = "0123456789abcdef";

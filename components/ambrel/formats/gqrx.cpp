@@ -96,12 +96,13 @@ Writing writeGqrx(std::span<const lists::EntryPtr> entries) {
   std::string lines;
   lines.reserve(entries.size() * 100);
   for (const lists::EntryPtr& entry : entries) {
-    losses.countParts(*entry, Losses::Times | Losses::Days | Losses::Favourite | Losses::Skip |
-                                  Losses::Note);
+    losses.countParts(
+        *entry, Losses::Times | Losses::Days | Losses::Favourite | Losses::Skip | Losses::Note);
     losses.countFurther(*entry, kGqrx);
     appendRight(lines, entry->frequency, 12);
     appendPadded(lines += "; ", entry->name, 25, losses);
-    appendPadded(lines += "; ", wordFor(*entry, kGqrxModes, "Demod Off", losses, kGqrx), 20, losses);
+    appendPadded(lines += "; ", wordFor(*entry, kGqrxModes, "Demod Off", losses, kGqrx), 20,
+                 losses);
     appendRight(lines += "; ", entry->width, 10);
     const std::size_t marks = (lines += "; ").size();
     appendPadded(lines, groupAndTags(*entry, losses), 0, losses);

@@ -17,23 +17,24 @@ inline constexpr std::string_view kKiwi = "KiwiSDR";
 inline constexpr std::string_view kKiwiExtension = "p", kKiwiOffset = "o", kKiwiSignal = "s",
                                   kKiwiLow = "lo";
 
-inline constexpr auto kKiwiModes = std::to_array<ModeWord>({{static_cast<Setting>(Mode::Am), "AM"},
-                                                            {static_cast<Setting>(Mode::Am), "AMN"},
-                                                            {static_cast<Setting>(Mode::Usb), "USB"},
-                                                            {static_cast<Setting>(Mode::Usb), "USN"},
-                                                            {static_cast<Setting>(Mode::Lsb), "LSB"},
-                                                            {static_cast<Setting>(Mode::Lsb), "LSN"},
-                                                            {static_cast<Setting>(Mode::Cw), "CW"},
-                                                            {static_cast<Setting>(Mode::Cw), "CWN"},
-                                                            {static_cast<Setting>(Mode::Fm), "NBFM"},
-                                                            {static_cast<Setting>(Mode::Sam), "SAM"},
-                                                            {static_cast<Setting>(Mode::Sal), "SAL"},
-                                                            {static_cast<Setting>(Mode::Sah), "SAU"},
-                                                            {static_cast<Setting>(Mode::Drm), "DRM"},
-                                                            {-1, "IQ"}});
+inline constexpr auto kKiwiModes =
+    std::to_array<ModeWord>({{static_cast<Setting>(Mode::Am), "AM"},
+                             {static_cast<Setting>(Mode::Am), "AMN"},
+                             {static_cast<Setting>(Mode::Usb), "USB"},
+                             {static_cast<Setting>(Mode::Usb), "USN"},
+                             {static_cast<Setting>(Mode::Lsb), "LSB"},
+                             {static_cast<Setting>(Mode::Lsb), "LSN"},
+                             {static_cast<Setting>(Mode::Cw), "CW"},
+                             {static_cast<Setting>(Mode::Cw), "CWN"},
+                             {static_cast<Setting>(Mode::Fm), "NBFM"},
+                             {static_cast<Setting>(Mode::Sam), "SAM"},
+                             {static_cast<Setting>(Mode::Sal), "SAL"},
+                             {static_cast<Setting>(Mode::Sah), "SAU"},
+                             {static_cast<Setting>(Mode::Drm), "DRM"},
+                             {-1, "IQ"}});
 
-/// The group that a type of labels ("T13") is, as the community's list names the types; "Type 16" for
-/// one without a name; empty for none.
+/// The group that a type of labels ("T13") is, as the community's list names the types; "Type 16"
+/// for one without a name; empty for none.
 std::string groupOfKiwiType(std::string_view type);
 /// The type that a group is; empty where it is none.
 std::string kiwiTypeOfGroup(std::string_view group);

@@ -62,8 +62,8 @@ std::string whyNotParsed(std::string_view text) {
   int depth = 0;
   for (auto at = text.find('<'); at != npos; at = text.find('<', at)) {
     const std::string_view rest = text.substr(at);
-    const auto passed =
-        std::ranges::find_if(kPassed, [rest](const Passed& each) { return rest.starts_with(each.begin); });
+    const auto passed = std::ranges::find_if(
+        kPassed, [rest](const Passed& each) { return rest.starts_with(each.begin); });
     if (passed != kPassed.end()) {
       const auto end = text.find(passed->end, at + passed->begin.size());
       if (end == npos) return damagedIn(text, text.size());
@@ -72,7 +72,8 @@ std::string whyNotParsed(std::string_view text) {
     }
     if (rest.starts_with("<!")) return "It has declarations, which no such list has.";
     const bool closes = rest.starts_with("</");
-    const std::size_t size = closes ? std::min(rest.find('>'), rest.size() - 1) + 1 : endOfTag(rest);
+    const std::size_t size =
+        closes ? std::min(rest.find('>'), rest.size() - 1) + 1 : endOfTag(rest);
     if (size == npos) return damagedIn(text, at);
     if (closes)
       --depth;
@@ -125,8 +126,7 @@ Reading readSdrSharp(std::string text) {
     document->parse<rapidxml::parse_validate_closing_tags | rapidxml::parse_no_string_terminators>(
         text.data());
   } catch (const rapidxml::parse_error& error) {
-    reading.refusal =
-        damagedIn(text, static_cast<std::size_t>(error.where<char>() - text.data()));
+    reading.refusal = damagedIn(text, static_cast<std::size_t>(error.where<char>() - text.data()));
     return reading;
   }
   const Node* const root = document->first_node("ArrayOfMemoryEntry");

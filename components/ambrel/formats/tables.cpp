@@ -175,8 +175,8 @@ constexpr std::size_t kMostTitleRows = 20;
 
 /// The columns that are written here; behind them stand those that the operator's list has beside.
 constexpr std::array<std::string_view, 11> kOwnColumns = {
-    "Frequency (kHz)", "Name", "Mode",      "Bandwidth (Hz)", "Group", "Tags",
-    "UTC",             "Days", "Favourite", "Skip",           "Notes"};
+    "Frequency (kHz)", "Name", "Mode", "Bandwidth (Hz)", "Group", "Tags", "UTC", "Days",
+    "Favourite",       "Skip", "Notes"};
 
 bool isOwnHeading(const std::vector<std::string>& headings) {
   return headings.size() >= kOwnColumns.size() &&
@@ -350,8 +350,9 @@ Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
       out += ";;";
     appendTableField(out += ';', keptField(entry, kKiwi, kKiwiOffset), ';');
     quoted(kiwiDays(entry, losses));
-    out += entry.from < 0 ? ";;"
-                          : ";'" + lists::minuteText(entry.from) + ";'" + lists::minuteText(entry.to);
+    out += entry.from < 0
+               ? ";;"
+               : ";'" + lists::minuteText(entry.from) + ";'" + lists::minuteText(entry.to);
     appendTableField(out += ';', keptField(entry, kKiwi, kKiwiSignal), ';');
     out += '\n';
   }
