@@ -158,6 +158,11 @@ void takeWidth(std::string_view text, Taken& taken, Hz narrowest) {
     remark(taken, "the bandwidth cannot be read");
 }
 
+bool isMark(std::string_view text) {
+  return !text.empty() && text != "0" && !equalIgnoringCase(text, "no") &&
+         !equalIgnoringCase(text, "false");
+}
+
 void Losses::count(std::string_view what) {
   const auto there = counts_.find(what);
   if (there == counts_.end())

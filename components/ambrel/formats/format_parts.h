@@ -77,6 +77,9 @@ void remark(Taken& taken, std::string_view words);
 /// Takes a bandwidth in Hz, or in the unit behind it; a number below `narrowest` is taken for kHz.
 void takeWidth(std::string_view text, Taken& taken, Hz narrowest = 0);
 
+/// Whether a field of a table is ticked: it says something else than no.
+bool isMark(std::string_view text);
+
 /// Counts what cannot be written, by what it is.
 class Losses {
  public:
