@@ -130,6 +130,11 @@ TEST_F(OwnStations, TheWayToTheTransmitterIsToldInWords) {
   EXPECT_THAT(play.core->GetFrqKnownPath().value(), HasSubstr("night there, day here"));
   play.name(9700000);
   EXPECT_THAT(play.core->GetFrqKnownPath().value(), HasSubstr("day there"));
+  play.write(play.ownFolder() / "my-stations.txt", "kHz ; Name\n9410 ; Mine\n");
+  play.core->ReadFrqOwn();
+  play.deliver();
+  EXPECT_EQ(play.name(9410000), "Mine");
+  EXPECT_THAT(play.core->GetFrqKnownPath().value(), HasSubstr("day here (EiBi)"));
   play.name(9600000);
   EXPECT_EQ(play.core->GetFrqKnownPath().value(), "") << "nobody knows the site";
 }
