@@ -57,8 +57,8 @@ TEST_F(OwnStations, AreWalkedAsASetWithoutWhatIsSkipped) {
   EXPECT_EQ(play.name(6000000), "Passed over");
   play.importText("6000;0000-2400;;G;Schedule;E;Eu;;1;;\r\n");
   play.core->SetFrqFrequency(5000000);
-  EXPECT_EQ(play.core->NextFrqKnown(kNext).frequency, 7000000) << "whoever else is there";
-  EXPECT_EQ(play.core->NextFrqKnown(kPrevious).frequency, 5000000);
+  EXPECT_EQ(play.core->NextFrqKnown(kNext).value().frequency, 7000000) << "whoever else is there";
+  EXPECT_EQ(play.core->NextFrqKnown(kPrevious).value().frequency, 5000000);
 }
 
 TEST_F(OwnStations, AreNotTakenForAnOlderSetOfThatName) {
