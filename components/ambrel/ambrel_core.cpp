@@ -226,9 +226,10 @@ Outcome AmbrelCore::SetFrqPlace(Text place) {
 Answer<Text> AmbrelCore::GetFrqKnownPath() {
   const auto found = stations_.found();
   if (!found || !ownPlace_) return Text();
-  const StationDetails details =
-      detailsOf(*data_.table, found->frequency, *found->record, stations_.lastTime(), *codes_);
-  return details.place ? pathWords(*ownPlace_, *details.place, found->minute) : Text();
+  const auto heard = heardPlace(*data_.table, *found, stations_.lastTime(), *codes_);
+  if (!heard) return Text();
+  const Text words = pathWords(*ownPlace_, heard->place, found->minute);
+  return heard->source.empty() ? words : words + " (" + heard->source + ")";
 }
 
 Answer<Text> AmbrelCore::GetFrqNextHere() {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "base/unchanging_file.h"
 #include "companions/data_log.h"
 #include "station_log/log_line.h"
 
@@ -21,7 +22,7 @@ void DataLog::importFile(const std::filesystem::path& file) {
   import_.reset();
   start("Reading " + pathText(file.filename()) + " ...", [this, file]() -> std::function<void()> {
     FileSteps disk;
-    FileReading now = readWhenFree(file, kLargestForeignLog, disk);
+    FileReading now = readUnchanging(file, kLargestForeignLog, disk);
     if (now.how != FileReading::Whole) {
       const std::string why = now.reason.empty() ? "There is no such file." : now.reason;
       return [this, why] { view_.Notice = "Not imported: " + why; };

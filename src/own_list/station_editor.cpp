@@ -1,10 +1,10 @@
 #include "own_list/station_editor.h"
 
 #include <algorithm>
-#include <exception>
 #include <set>
 #include <utility>
 
+#include "base/barrier.h"
 #include "base/safe_file.h"
 #include "base/text.h"
 #include "components/ambrel/lists/entry_texts.h"
@@ -91,7 +91,11 @@ void StationEditor::refresh() {
   }
   view_.status =
       std::to_string(table_.rows()) + " of " + std::to_string(list.count()) + " stations";
-  if (table_.marked() > 0) view_.status += ", " + std::to_string(table_.marked()) + " marked";
+  if (table_.marked() > 0) {
+    const std::size_t hidden = table_.marked() - table_.markedShown().size();
+    view_.status += ", " + std::to_string(table_.marked()) + " marked";
+    if (hidden > 0) view_.status += " (" + std::to_string(hidden) + " of them not shown)";
+  }
   for (const std::string& words : {said_, store_.problem(), store_.unread()}) {
     if (!words.empty()) view_.status += ". " + words;
   }
@@ -228,14 +232,17 @@ void StationEditor::takeIn() {
 
 void StationEditor::dropImport() {
   // Until its window is closed they are shown there.
-  const std::unique_ptr<StationImport> import = std::move(import_);
+  std::unique_ptr<StationImport> import = std::move(import_);
   const std::unique_ptr<Grid> grid = std::move(importGrid_);
   refresh();
+  // A long file is not waited for.
+  if (import && import->busy()) leaving_.push_back(std::move(import));
 }
 
 lists::Entries StationEditor::chosenEntries() const {
   lists::Entries entries;
-  const auto ids = table_.marked() > 0 ? table_.chosen(0) : table_.shown();
+  const std::vector<StationGrid::Id> marked = table_.markedShown();
+  const auto& ids = marked.empty() ? table_.shown() : marked;
   for (const StationGrid::Id id : ids) {
     if (store_.list().at(id)) entries.push_back(store_.list().at(id));
   }
@@ -298,6 +305,10 @@ void StationEditor::deliver() {
     news = true;
   }
   news = beside_.deliver() || news;
+  std::erase_if(leaving_, [](const auto& import) {
+    import->deliver();
+    return !import->busy();
+  });
   if (import_ && import_->deliver()) {
     importGrid_->refresh();
     news = true;

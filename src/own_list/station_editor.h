@@ -110,10 +110,12 @@ class StationEditor {
   std::unique_ptr<Grid> importGrid_;
   std::uint64_t importFor_ = 0;  ///< version of the list that the import was planned for
   std::uint64_t grouped_ = ~std::uint64_t{0};  ///< version of the list whose groups are shown
+  /// Imports that were dropped while they were at work.
+  std::vector<std::unique_ptr<StationImport>> leaving_;
   struct Prepared {
     formats::Format format;
-    std::size_t count;
-    formats::Writing writing;
+    std::size_t count = 0;
+    formats::Writing writing = {};
   };
   void offerExport(const std::shared_ptr<const Prepared>& prepared);
   void exported(std::string words);

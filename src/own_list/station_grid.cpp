@@ -1,6 +1,8 @@
 #include "own_list/station_grid.h"
 
 #include <algorithm>
+#include <tuple>
+#include <utility>
 
 #include "base/number.h"
 #include "base/text.h"
@@ -62,39 +64,67 @@ void StationGrid::seek() {
                        [&](Id id) { return takes(*store_.list().at(id), upperText); });
 }
 
+bool StationGrid::isBefore(Id a, Id b) const {
+  if (descending_) std::swap(a, b);
+  const Entry &one = *store_.list().at(a), &other = *store_.list().at(b);
+  if (sort_ == Khz) return std::tie(one.frequency, a) < std::tie(other.frequency, b);
+  if (sort_ == Width) return std::tie(one.width, a) < std::tie(other.width, b);
+  return std::pair(upper(text(one, sort_)), a) < std::pair(upper(text(other, sort_)), b);
+}
+
 void StationGrid::sort() {
   const lists::OwnList& list = store_.list();
-  std::erase_if(marks_, [&](Id id) { return id >= list.end() || !list.at(id); });
+  for (Id id = 0; id < marks_.size(); ++id)
+    if (id >= list.end() || !list.at(id)) mark(id, false);
   all_.clear();
   for (Id id = 0; id < list.end(); ++id)
     if (list.at(id)) all_.push_back(id);
-  const auto byNumber = [&](auto key) {
-    std::ranges::stable_sort(all_, {}, [&, key](Id id) { return key(*list.at(id)); });
+  const auto byKey = [&](auto key) {
+    std::vector<std::pair<decltype(key(*list.at(0))), Id>> keys;
+    keys.reserve(all_.size());
+    for (const Id id : all_) keys.emplace_back(key(*list.at(id)), id);
+    std::ranges::sort(keys);
+    std::ranges::transform(keys, all_.begin(), [](const auto& each) { return each.second; });
   };
-  if (sort_ == Khz) {
-    byNumber([](const Entry& entry) { return entry.frequency; });
-  } else if (sort_ == Width) {
-    byNumber([](const Entry& entry) { return entry.width; });
-  } else if (sort_ == Mark) {
-    std::ranges::stable_sort(all_, {}, [&](Id id) { return !marks_.contains(id); });
-  } else {
-    std::vector<std::pair<std::string, Id>> keys;
-    for (const Id id : all_) keys.emplace_back(upper(text(*list.at(id), sort_)), id);
-    std::ranges::stable_sort(keys, {},
-                             [](const auto& key) -> const std::string& { return key.first; });
-    std::ranges::transform(keys, all_.begin(), [](const auto& key) { return key.second; });
-  }
+  if (sort_ == Khz)
+    byKey([](const Entry& entry) { return entry.frequency; });
+  else if (sort_ == Width)
+    byKey([](const Entry& entry) { return entry.width; });
+  else if (sort_ == Mark)
+    std::ranges::stable_sort(all_, {}, [&](Id id) { return !isMarked(id); });
+  else
+    byKey([&](const Entry& entry) { return upper(text(entry, sort_)); });
   if (descending_) std::ranges::reverse(all_);
+}
+
+/// After a change of a few entries the others are still in their order. False where that is too
+/// much to be done one by one.
+bool StationGrid::placeAnew(const std::vector<Id>& changed) {
+  constexpr std::size_t kFew = 32;
+  if (changed.empty() || changed.size() > kFew || sort_ == Mark) return false;
+  const lists::OwnList& list = store_.list();
+  std::erase_if(all_, [&](Id id) { return std::ranges::find(changed, id) != changed.end(); });
+  for (const Id id : changed) {
+    if (!list.at(id)) {
+      mark(id, false);
+      continue;
+    }
+    const auto behind = std::upper_bound(all_.begin(), all_.end(), id,
+                                         [this](Id a, Id b) { return isBefore(a, b); });
+    all_.insert(behind, id);
+  }
+  return true;
 }
 
 bool StationGrid::follow() {
   const std::uint64_t version = store_.list().version();
   const bool other = version != soughtVersion_ || resort_;
   if (!other && filter_ == soughtFilter_) return false;
+  const bool oneStep = version == soughtVersion_ + 1 && !resort_;
   soughtVersion_ = version;
   soughtFilter_ = filter_;
   resort_ = false;
-  if (other) sort();
+  if (other && !(oneStep && placeAnew(store_.list().lastStep()))) sort();
   seek();
   return true;
 }
@@ -103,11 +133,15 @@ GridRow StationGrid::rowOf(Id id) const {
   return static_cast<GridRow>(std::ranges::find(rows_, id) - rows_.begin());
 }
 
-std::vector<StationGrid::Id> StationGrid::chosen(GridRow current) const {
+std::vector<StationGrid::Id> StationGrid::markedShown() const {
   std::vector<Id> ids;
-  if (!marks_.empty())
-    std::ranges::copy_if(rows_, std::back_inserter(ids),
-                         [this](Id id) { return marks_.contains(id); });
+  if (marked_ > 0)
+    std::ranges::copy_if(rows_, std::back_inserter(ids), [this](Id id) { return isMarked(id); });
+  return ids;
+}
+
+std::vector<StationGrid::Id> StationGrid::chosen(GridRow current) const {
+  std::vector<Id> ids = markedShown();
   if (ids.empty() && current < rows_.size()) ids.push_back(rows_[current]);
   return ids;
 }
@@ -146,7 +180,7 @@ std::string StationGrid::cell(GridRow row, int column) const {
   if (row >= rows_.size() || rows_[row] >= store_.list().end()) return {};
   const lists::EntryPtr& entry = store_.list().at(rows_[row]);
   if (!entry) return {};
-  if (column == Mark) return marks_.contains(rows_[row]) ? "*" : "";
+  if (column == Mark) return isMarked(rows_[row]) ? "*" : "";
   return text(*entry, column);
 }
 
@@ -205,7 +239,7 @@ void StationGrid::store(GridCell cell, const std::string& text) {
   if (cell.row >= rows_.size() || cell.column == Mark) return;
   std::vector<Id> ids{rows_[cell.row]};
   // In a marked row the edit is for all that are marked, in an unmarked one for it alone.
-  if (marks_.contains(ids.front())) ids = chosen(cell.row);
+  if (isMarked(ids.front())) ids = chosen(cell.row);
   lists::OwnList::Edits edits;
   for (const Id id : ids) {
     Entry entry = *store_.list().at(id);
@@ -254,25 +288,27 @@ bool StationGrid::keyDown(int keyCode, int shift) {
     return true;
   }
   if (shift == key::CtrlHeld && keyCode == kKeyA) {
-    const bool all = marks_.size() >= rows_.size();
+    const bool all = markedShown().size() == rows_.size();
     marks_.clear();
-    if (!all) marks_.insert(rows_.begin(), rows_.end());
-    asks_.changed();
-    return true;
-  }
-  if (shift == key::CtrlHeld && keyCode == kKeyZ) {
-    asks_.undo();
-    return true;
-  }
-  if (shift == key::CtrlHeld && keyCode == kKeyY) {
-    asks_.redo();
-    return true;
+    marked_ = 0;
+    for (const Id id : rows_) mark(id, !all);
+    return asks_.changed(), true;
   }
   return false;
 }
 
+void StationGrid::mark(Id id, bool marked) {
+  if (isMarked(id) == marked) return;
+  if (id >= marks_.size()) marks_.resize(store_.list().end());
+  marks_[id] = marked;
+  if (marked)
+    ++marked_;
+  else
+    --marked_;
+}
+
 void StationGrid::toggleMark(GridRow row) {
-  if (!marks_.erase(rows_[row])) marks_.insert(rows_[row]);
+  mark(rows_[row], !isMarked(rows_[row]));
   asks_.changed();
 }
 

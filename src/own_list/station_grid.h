@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -47,8 +46,9 @@ class StationGrid : public GridTable {
   GridRow rowOf(Id id) const;
   /// The marked ones among those shown, in their order; where none is, that of the row.
   std::vector<Id> chosen(GridRow current) const;
-  std::size_t marked() const { return marks_.size(); }
-  void clearMarks() { marks_.clear(); }
+  /// The marked ones among those shown, in their order.
+  std::vector<Id> markedShown() const;
+  std::size_t marked() const { return marked_; }
   int sortedBy() const { return sort_; }
 
   GridRow rows() const override { return static_cast<GridRow>(rows_.size()); }
@@ -71,9 +71,13 @@ class StationGrid : public GridTable {
 
  private:
   bool takes(const lists::Entry& entry, const std::string& upperText) const;
+  bool isMarked(Id id) const { return id < marks_.size() && marks_[id]; }
+  void mark(Id id, bool marked);
   void toggleMark(GridRow row);
+  bool isBefore(Id a, Id b) const;
   void seek();
   void sort();
+  bool placeAnew(const std::vector<Id>& changed);
   static std::string text(const lists::Entry& entry, int column);
   /// Why a text cannot stand in a column; empty where it can, and then the entry has it.
   static Result<> put(lists::Entry& entry, int column, const std::string& text);
@@ -84,9 +88,10 @@ class StationGrid : public GridTable {
   std::uint64_t soughtVersion_ = ~std::uint64_t{0};
   int sort_ = Khz;
   bool descending_ = false, resort_ = false;
-  std::vector<Id> all_;   ///< in their order
-  std::vector<Id> rows_;  ///< those of them that the filter takes
-  std::set<Id> marks_;
+  std::vector<Id> all_;      ///< in their order
+  std::vector<Id> rows_;     ///< those of them that the filter takes
+  std::vector<bool> marks_;  ///< by numbers; those beyond its end are not marked
+  std::size_t marked_ = 0;
 };
 
 }  // namespace kelvane

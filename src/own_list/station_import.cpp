@@ -4,6 +4,8 @@
 #include <system_error>
 #include <utility>
 
+#include "base/barrier.h"
+#include "base/unchanging_file.h"
 #include "components/ambrel/lists/entry_texts.h"
 
 namespace kelvane {
@@ -14,28 +16,7 @@ namespace {
 
 constexpr const char* kActs[] = {"Add", "Change", "Leave out"};
 
-/// Size and time of a file, by which one state of it is told from another.
-std::pair<std::uintmax_t, fs::file_time_type> stateOf(const fs::path& file) {
-  std::error_code error;
-  const auto size = fs::file_size(file, error);
-  return {size, fs::last_write_time(file, error)};
-}
-
 }  // namespace
-
-FileReading readUnchanging(const fs::path& file, std::size_t limit, FileSteps& disk) {
-  constexpr int kTries = 20;
-  for (int tried = 0; tried < kTries; ++tried) {
-    const auto before = stateOf(file);
-    FileReading reading = readWhenFree(file, limit, disk);
-    if (reading.how != FileReading::Whole || stateOf(file) == before) return reading;
-    disk.pause(kFilePause);
-  }
-  return {FileReading::Unreadable,
-          {},
-          "Another program is writing it; try again when it is done.",
-          true};
-}
 
 StationImport::StationImport(fs::path file, std::shared_ptr<FileSteps> disk, lists::Entries own,
                              std::function<void()> wake)
@@ -87,7 +68,7 @@ void StationImport::start(From from) {
         return [this, found] { take(std::move(*found)); };
       },
       [this](const std::string& why) {
-        take({why, bytes_, reading_, {}});
+        take({"It cannot be read: " + why + ".", bytes_, reading_, {}});
       });
 }
 

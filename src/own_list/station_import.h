@@ -75,7 +75,4 @@ class StationImport : public GridTable {
   WorkBeside beside_;
 };
 
-/// Reads a file that another program may be writing: until two looks at it agree. Waits.
-FileReading readUnchanging(const std::filesystem::path& file, std::size_t limit, FileSteps& disk);
-
 }  // namespace kelvane

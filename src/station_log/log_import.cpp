@@ -6,7 +6,8 @@
 #include <cstdio>
 #include <map>
 #include <optional>
-#include <unordered_set>
+#include <set>
+#include <unordered_map>
 
 #include "base/encoding.h"
 #include "base/number.h"
@@ -436,12 +437,49 @@ bool isStationLog(std::string_view text) {
   return line.next() && judgeLogLine(line) != LogLine::NoRecord && line.fields() > kLogFields;
 }
 
-/// By what a record is known to be there already: its frequency, mode and minute.
+/// By what a report is known to be there already: its frequency, mode and minute.
 std::string keyOf(std::string_view frequency, std::string_view mode, std::string_view date,
                   std::string_view time) {
   std::string key = std::to_string(nearestLong(num(frequency))) + '|' + upper(mode) + '|';
-  return key.append(date).append("|").append(time.substr(0, 5));
+  return key.append(date).append("|").append(time.substr(0, 5)) + '|';
 }
+std::string keyOf(const LogRecord& record) {
+  return keyOf(record[LogFrequency], record[LogMode], record[LogDate], record[LogTime]);
+}
+
+/// The log's records of the minutes that a reading is about. Each of them stands for one report: a
+/// minute may have several, of different stations on one frequency.
+class RecordsThere {
+ public:
+  RecordsThere(const LogReading& reading, const LogTable& log) {
+    for (const LogTaken& taken : reading.taken) minutes_.emplace(keyOf(taken.record), 0);
+    for (GridRow record = 0; record < log.size(); ++record) {
+      const std::string key = keyOf(log.field(record, LogFrequency), log.field(record, LogMode),
+                                    log.field(record, LogDate), log.field(record, LogTime));
+      const auto minute = minutes_.find(key);
+      if (minute == minutes_.end()) continue;
+      ++minute->second;
+      ++commented_[key + log.text(record, LogComments)];
+    }
+  }
+  /// Takes the record with the same comments.
+  bool takeSame(const LogRecord& record) {
+    const auto same = commented_.find(keyOf(record) + record[LogComments]);
+    if (same == commented_.end() || same->second == 0) return false;
+    --same->second;
+    return takeAny(record);
+  }
+  /// Takes one of that minute, whatever the operator wrote beside it since.
+  bool takeAny(const LogRecord& record) {
+    std::size_t& left = minutes_[keyOf(record)];
+    if (left == 0) return false;
+    --left;
+    return true;
+  }
+
+ private:
+  std::unordered_map<std::string, std::size_t> minutes_, commented_;
+};
 
 }  // namespace
 
@@ -476,18 +514,18 @@ LogReading readForeignLog(std::string_view bytes, const Calendar& calendar, LogT
 }
 
 LogPlan planLogImport(const LogReading& reading, const LogTable& log) {
-  std::unordered_set<std::string> there;
-  for (GridRow record = 0; record < log.size(); ++record)
-    there.insert(keyOf(log.field(record, LogFrequency), log.field(record, LogMode),
-                       log.field(record, LogDate), log.field(record, LogTime)));
+  RecordsThere there(reading, log);
+  std::vector<bool> known(reading.taken.size());
+  for (std::size_t i = 0; i < known.size(); ++i) known[i] = there.takeSame(reading.taken[i].record);
+  std::set<LogRecord> added;
   LogPlan plan;
-  for (const LogTaken& taken : reading.taken) {
-    const LogRecord& record = taken.record;
-    const bool known = there.contains(
-        keyOf(record[LogFrequency], record[LogMode], record[LogDate], record[LogTime]));
-    plan.adds += known ? 0 : 1;
-    plan.rows.push_back(
-        {taken.place, &taken, !known, known ? "it is in the log already" : taken.remark});
+  for (std::size_t i = 0; i < known.size(); ++i) {
+    const LogTaken& taken = reading.taken[i];
+    const char* why = known[i] || there.takeAny(taken.record) ? "it is in the log already"
+                      : !added.insert(taken.record).second    ? "it stands in the file twice"
+                                                              : nullptr;
+    plan.adds += why ? 0 : 1;
+    plan.rows.push_back({taken.place, &taken, !why, why ? why : taken.remark});
   }
   for (const LogLeftOut& left : reading.leftOut)
     plan.rows.push_back({left.place, nullptr, false, left.reason});

@@ -59,8 +59,8 @@ struct LogPlan {
   std::size_t adds = 0;
 };
 
-/// Records that the log has already (frequency, mode and minute) are left out. The reading outlives
-/// the plan.
+/// Reports that the log has already (by frequency, mode and minute, each record for one of them)
+/// and those that stand in the file twice are left out. The reading outlives the plan.
 LogPlan planLogImport(const LogReading& reading, const LogTable& log);
 
 /// A time of UTC in the computer's zone.

@@ -55,6 +55,10 @@ TEST_F(OwnStations, AreWalkedAsASetWithoutWhatIsSkipped) {
   }
   EXPECT_EQ(walked, (std::vector<Hz>{5000000, 7000000, 9420000, 9420000, 9420000}));
   EXPECT_EQ(play.name(6000000), "Passed over");
+  play.importText("6000;0000-2400;;G;Schedule;E;Eu;;1;;\r\n");
+  play.core->SetFrqFrequency(5000000);
+  EXPECT_EQ(play.core->NextFrqKnown(kNext).value().frequency, 7000000) << "whoever else is there";
+  EXPECT_EQ(play.core->NextFrqKnown(kPrevious).value().frequency, 5000000);
 }
 
 TEST_F(OwnStations, AreNotTakenForAnOlderSetOfThatName) {
@@ -107,20 +111,30 @@ TEST_F(OwnStations, NextHereTellsWhatComesWithinTheHour) {
 
 TEST_F(OwnStations, TheWayToTheTransmitterIsToldInWords) {
   play.write(play.ownFolder() / "sites-eibi.txt",
-             "IV) Transmitter-site codes.\n   G: Daventry 52N15-01W08 except:\n"
-             "        w-Woofferton 52N19-02W43\n   USA: o-Okeechobee FL 27N28-80W56 / Miami "
-             "25N49-80W18\n");
+             "   IV)  Transmitter-site codes.\n   F: not the table 10N00-10E00\n"
+             "   IV) Transmitter site codes.\n   G: Daventry 52N15-01W08 except:\n"
+             "        w-Woofferton 52N19-02W43\n        W-Wrong 10N00-10E00\n"
+             "        unknown, perhaps 10N00-10E00\n        Wx-Wrong too 10N00-10E00\n"
+             "   USA: o-Okeechobee FL 27N28-80W56 / Miami 25N49-80W18\n"
+             "   SDN: El-Obeid 13N11-30E13\n");
   play.start();
   play.setTime(2022, 7, 13, 8, 0);
   play.importText(
       "9410;0000-2400;;G;BBC;E;Eu;w;1;;\r\n9500;0000-2400;;G;BBC;E;Eu;/USA-o;1;;\r\n"
-      "9600;0000-2400;;F;RFI;F;Eu;;1;;\r\n");
+      "9600;0000-2400;;F;RFI;F;Eu;;1;;\r\n9700;0000-2400;;SDN;Sudan;A;Af;;1;;\r\n");
   EXPECT_NE(play.core->SetFrqPlace("nowhere"), Outcome::Done);
   EXPECT_EQ(play.core->SetFrqPlace("JO21SX"), Outcome::Done);
   play.name(9410000);
   EXPECT_EQ(play.core->GetFrqKnownPath().value(), "564 km, 277\u00B0 W; day there, day here");
   play.name(9500000);
   EXPECT_THAT(play.core->GetFrqKnownPath().value(), HasSubstr("night there, day here"));
+  play.name(9700000);
+  EXPECT_THAT(play.core->GetFrqKnownPath().value(), HasSubstr("day there"));
+  play.write(play.ownFolder() / "my-stations.txt", "kHz ; Name\n9410 ; Mine\n");
+  play.core->ReadFrqOwn();
+  play.deliver();
+  EXPECT_EQ(play.name(9410000), "Mine");
+  EXPECT_THAT(play.core->GetFrqKnownPath().value(), HasSubstr("day here (EiBi)"));
   play.name(9600000);
   EXPECT_EQ(play.core->GetFrqKnownPath().value(), "") << "nobody knows the site";
 }

@@ -74,6 +74,18 @@ TEST_F(LogImports, OneUndoTakesItAllBackAlsoWhenTheLogIsSorted) {
   EXPECT_THAT(file(), HasSubstr("there|Harrow"));
 }
 
+TEST_F(LogImports, SeveralStationsOfOneMinuteAreSeveralReports) {
+  const auto report = [](const std::string& comment) {
+    return "<FREQ:5>7.105<MODE:3>SSB<QSO_DATE:8>20260315<TIME_ON:4>0601<COMMENT:" +
+           std::to_string(comment.size()) + ">" + comment + "<EOR>\n";
+  };
+  import("<EOH>\n" + report("other") + report("there") + report("other") + report("third"));
+  ASSERT_TRUE(log->import());
+  EXPECT_THAT(preview(1), ElementsAre("Add", "Leave out", "Leave out", "Add"));
+  EXPECT_THAT(preview(8), ElementsAre(HasSubstr("sideband"), "it is in the log already",
+                                      "it stands in the file twice", HasSubstr("sideband")));
+}
+
 TEST_F(LogImports, OurOwnExportsComeBackAsTheyWere) {
   write(
       "   9420000|AM   |  6000|SLOW |2026-03-13|23:59:59|Unknown|a \"b\", c; d||\r\n"

@@ -12,6 +12,7 @@
 namespace kelvane::formats {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Pair;
@@ -75,6 +76,46 @@ TEST_P(EachFormat, RoundTripKeepsWhatTheFormatHolds) {
   for (const Taken& taken : read.taken) EXPECT_EQ(taken.remark, "");
 }
 
+/// Stations of which each is unlike a bare one in a single thing.
+lists::Entries singleDifferences() {
+  lists::Entries all;
+  const auto add = [&all](auto change) {
+    Entry entry{7000000, "Name"};
+    change(entry);
+    all.push_back(std::make_shared<Entry>(std::move(entry)));
+  };
+  for (Setting mode = -1; mode < static_cast<Setting>(lists::modeTexts().size()); ++mode)
+    add([mode](Entry& entry) { entry.mode = mode; });
+  for (const Setting width : {50, 2401, 200000})
+    add([width](Entry& entry) { entry.width = width; });
+  for (const char* name : {"", "a;b", "a,b", "a\"b", "a\\b", "<&>", "#x", "a|b", "{[", "5%20"})
+    add([name](Entry& entry) { entry.name = lists::oneLine(name); });
+  for (const char* group : {"Group", "Bcast", "Type 20", "a,b", "a;b", "a [b", "Untagged"})
+    add([group](Entry& entry) { entry.group = group; });
+  for (const char* note : {"text", "two\nlines", "ends [so]", "ends [W=1]", "quote \" in it"})
+    add([note](Entry& entry) { entry.note = note; });
+  for (const char* days : {"Mo-Fr", "Sa,Su", "1.Sa"})
+    add([days](Entry& entry) { entry.days = days; });
+  add([](Entry& entry) { entry.tags = "one, two"; });
+  add([](Entry& entry) { entry.from = 1380, entry.to = 60; });
+  add([](Entry& entry) { entry.favourite = true; });
+  add([](Entry& entry) { entry.skip = true; });
+  add([](Entry& entry) { entry.further = {{"My note", "a;b,c\"d"}, {"Site", "x=y"}}; });
+  add([](Entry& entry) { entry.note = std::string(40, 'x').replace(1, 30, 30, '\n'); });
+  return all;
+}
+
+// Each thing alone comes back as it was, or its loss was said.
+TEST_P(EachFormat, LosesNothingThatIsNotSaid) {
+  for (const lists::EntryPtr& entry : singleDifferences()) {
+    const Writing written = writeList(lists::Entries{entry}, static_cast<Format>(GetParam()));
+    const Reading read = readList(written.text);
+    ASSERT_EQ(read.taken.size(), 1u) << read.refusal << written.text;
+    EXPECT_EQ(read.taken[0].entry == *entry, written.losses.empty())
+        << written.text << (written.losses.empty() ? "nothing" : written.losses[0]) << " was said";
+  }
+}
+
 // Cut anywhere, a file gives whole entries, lines left out with their numbers, or a refusal.
 TEST_P(EachFormat, CutFilesAreReadWholeOrRefused) {
   const std::string text = writeList(unlikeEntries(), static_cast<Format>(GetParam())).text;
@@ -102,6 +143,8 @@ TEST(ListFormats, EncodingsOfTheWorldAreRead) {
     EXPECT_EQ(read.taken[0].entry.name, "Z\xC3\xBCrich");
     EXPECT_EQ(read.taken[0].entry.frequency, 6070000);
   }
+  EXPECT_EQ(readList("kHz,Name\n1,\x80 \x93M\xFCller\x94\n").taken[0].entry.name,
+            "\u20AC \u201CM\u00FCller\u201D");
 }
 
 TEST(ListFormats, AnyTableIsReadByItsHeadings) {
@@ -170,11 +213,12 @@ TEST(ListFormats, OtherProgramsFilesAreUnderstood) {
   EXPECT_EQ(chirp.leftOut.size(), 2u);
 
   const Reading kiwi = readList(
-      "{\"dx\":[[4625,\"USB\",\"The Buzzer\",\"odd\\nthings\",{\"T13\":1,\"lo\":300,\"hi\":2700,"
+      "{\"dx\":[[4625,\"USB\",\"The%20Buzzer\",\"odd\\nthings\",{\"T14\":1,\"lo\":300,\"hi\":2700,"
       "\"d0\":124,\"b0\":600,\"e0\":1830}],[60,\"CW\",\"MSF\",\"\"]]}");
   ASSERT_EQ(kiwi.taken.size(), 2u) << kiwi.refusal;
   EXPECT_EQ(kiwi.taken[0].entry.days, "Mo-Fr");
   EXPECT_EQ(kiwi.taken[0].entry.group, "Spy");
+  EXPECT_EQ(kiwi.taken[0].entry.name, "The Buzzer");
   EXPECT_EQ(lists::timesText(kiwi.taken[0].entry), "0600-1830");
   EXPECT_EQ(kiwi.taken[1].entry.frequency, 60000);
 
@@ -189,12 +233,66 @@ TEST(ListFormats, OtherProgramsFilesAreUnderstood) {
             kUsb);
 }
 
+/// The text with what was read of it, as its program reads it again.
+std::string sentBack(const std::string& text) {
+  const Reading read = readList(text);
+  EXPECT_EQ(read.refusal, "");
+  return writeList(entriesOf(read), read.format).text;
+}
+
+TEST(ListFormats, WhatOnlyTheOtherProgramKnowsGoesBackToIt) {
+  EXPECT_THAT(
+      sentBack("{\"dx\":[[100,\"AMN\",\"a\",\"\",{\"T20\":1,\"WL\":1,\"p\":\"12\",\"lo\":-90,"
+               "\"hi\":210}]]}"),
+      AllOf(HasSubstr("\"AMN\""), HasSubstr("\"T20\": 1"), HasSubstr("\"WL\": 1"),
+            HasSubstr("\"p\": \"12\""), HasSubstr("\"lo\": -90, \"hi\": 210")));
+  // Its columns in another order, and some of them missing.
+  EXPECT_THAT(
+      sentBack("Freq kHz;\"Ident\";\"Mode\";Type;PB high;PB low\n60;\"MSF\";\"CWN\";T5;700;300\n"),
+      HasSubstr("60;\"CWN\";\"MSF\";\"\";\"\";\"T5\";300;700"));
+  EXPECT_THAT(sentBack("# Tag name ; color\n\n# Frequency ; Name\n 1;a;WFM (mono);0;\n"),
+              HasSubstr("WFM (mono)"));
+  EXPECT_THAT(
+      sentBack("[{\"name\":\"a\",\"frequency\":7074000,\"modulation\":\"ft8\",\"underlying\":"
+               "\"usb\"}]"),
+      AllOf(HasSubstr("\"ft8\""), HasSubstr("\"underlying\": \"usb\"")));
+  EXPECT_THAT(sentBack("<ArrayOfMemoryEntry><MemoryEntry><Frequency>1</Frequency><DetectorType>RAW"
+                       "</DetectorType><Shift>-9</Shift></MemoryEntry></ArrayOfMemoryEntry>"),
+              AllOf(HasSubstr(">RAW<"), HasSubstr("<Shift>-9<")));
+  // A heading twice moves no column behind it.
+  EXPECT_THAT(
+      sentBack("Location,Name,Name,Frequency,Duplex,Offset,Tone,Mode,Skip,Antenna\n"
+               "5,Relay,x,145.625000,-,0.600000,TSQL,DV,P,Loop\n"),
+      HasSubstr("0,Relay,145.625000,-,0.600000,TSQL,88.5,88.5,023,NN,023,Tone->Tone,DV,5.00,"
+                "P,50W,\"[X=\"\"Antenna=Loop\"\"]\""));
+}
+
+TEST(ListFormats, AreToldByTheirOutermostNamesAndHeadings) {
+  EXPECT_EQ(readList("{\"lists\":{\"dx\":{\"bookmarks\":{\"dx\":{\"frequency\":1}}}}}").format,
+            Format::SdrPlusPlusSettings);
+  EXPECT_EQ(readList("[{\"name\":\"dx\",\"frequency\":1}]").format, Format::OpenWebRx);
+  EXPECT_EQ(readList("{\"x\":{\"dx\":1},\"dx\":[[1,\"AM\",\"bookmarks\",\"\"]]}").format,
+            Format::KiwiJson);
+  EXPECT_EQ(readList("kHz,Name\n7000,\"say # Frequency ; Name\"\n").format, Format::Csv);
+  const Reading titled = readList("My list\n\nkHz;Name\n7000;Calling frequency\n");
+  ASSERT_EQ(titled.taken.size(), 1u) << titled.refusal;
+  EXPECT_EQ(titled.taken[0].entry.name, "Calling frequency");
+  EXPECT_THAT(titled.leftOut[0].reason, HasSubstr("before the headings"));
+  EXPECT_EQ(readList("7000;Calling frequency\n8000;Other\n").taken.size(), 2u);
+  EXPECT_THAT(readList(std::string("PK\3\4\0\0", 6)).refusal, HasSubstr("HFCC"));
+}
+
 TEST(ListFormats, WhatIsNestedOrDamagedIsRefusedWithItsLine) {
   const std::string deep(100'000, '[');
   EXPECT_THAT(readList(deep).refusal, HasSubstr("deeper than 64"));
   std::string xml;
   for (int i = 0; i < 100'000; ++i) xml += "<a b=\"/>\">";
   EXPECT_THAT(readList(xml).refusal, HasSubstr("deeper than 64"));
+  // Quotes in names and ends that are none hide nothing.
+  std::string hidden = "<?> <!-- ?>";
+  for (int i = 0; i < 100'000; ++i) hidden += "<a\"='>";
+  EXPECT_THAT(readList(hidden).refusal, HasSubstr("deeper than 64"));
+  EXPECT_THAT(readList("<a>\n<b c='>").refusal, HasSubstr("line 2"));
   EXPECT_THAT(readList("<!DOCTYPE a [<!ENTITY b \"c\">]><a/>").refusal, HasSubstr("declarations"));
   EXPECT_THAT(readList("{\"bookmarks\":{\n\"a\":{\"frequency\":1,\n").refusal, HasSubstr("line 3"));
   EXPECT_THAT(readList("<ArrayOfMemoryEntry>\n<MemoryEntry></Wrong>").refusal, HasSubstr("line 2"));

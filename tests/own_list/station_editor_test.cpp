@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "base/unchanging_file.h"
 #include "own_list/station_editor.h"
 #include "tests/fakes/panel_rig.h"
 #include "ui/control_ids.h"
@@ -13,6 +14,7 @@ namespace kelvane {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
 /// The operator's list on the whole panel; another program has written two stations into it.
 class MyStations : public testing::Test {
@@ -93,6 +95,52 @@ TEST_F(MyStations, AnEditReachesAllMarkedRowsAndIsOneStep) {
   settle();
   EXPECT_EQ(editor().table().rows(), 2u);
   EXPECT_THAT(file(), HasSubstr("Both"));
+}
+
+TEST_F(MyStations, MarksThatAFilterHidesReachNothing) {
+  press(key::Space);
+  editor().setFilter({"Two", "", false});
+  EXPECT_THAT(editor().view().status, HasSubstr("1 marked (1 of them not shown)"));
+  rig.fileDialogs.script.push_back((rig.folder() / "out.csv").string());
+  editor().exportAs(formats::Format::Own);
+  while (editor().view().status.find("written to") == std::string::npos) editor().deliver();
+  std::ifstream in(rig.folder() / "out.csv", std::ios::binary);
+  const std::string text(std::istreambuf_iterator<char>(in), {});
+  EXPECT_THAT(text, HasSubstr("; Two"));
+  EXPECT_THAT(text, Not(HasSubstr("; One")));
+  press(key::Delete);
+  editor().setFilter({});
+  EXPECT_EQ(editor().table().rows(), 1u);
+  EXPECT_EQ(cell(0, StationGrid::Name), "One");
+}
+
+TEST_F(MyStations, ARowThatChangesGoesToItsPlaceInAnyOrder) {
+  edit(0, StationGrid::Khz, "9500");
+  EXPECT_EQ(cell(0, StationGrid::Name) + cell(1, StationGrid::Name), "TwoOne");
+  editor().grid().headerClicked(StationGrid::Name);
+  editor().grid().headerClicked(StationGrid::Name);
+  settle();
+  EXPECT_EQ(cell(0, StationGrid::Name) + cell(1, StationGrid::Name), "TwoOne") << "from Z to A";
+  edit(0, StationGrid::Name, "A");
+  EXPECT_EQ(cell(0, StationGrid::Name) + cell(1, StationGrid::Name), "OneA");
+  editor().addEmpty();
+  settle();
+  EXPECT_EQ(cell(2, StationGrid::Name), "");
+  editor().undo();
+  settle();
+  EXPECT_EQ(editor().table().rows(), 2u);
+}
+
+TEST_F(MyStations, ALongImportIsDroppedWithoutWaiting) {
+  std::string lines = "kHz,Name\n";
+  for (int i = 0; i < 50'000; ++i) lines += std::to_string(1000 + i) + ",x\n";
+  write("long.csv", lines);
+  for (int time = 0; time < 3; ++time) editor().importFile(rig.folder() / "long.csv");
+  editor().dropImport();
+  EXPECT_FALSE(editor().import());
+  editor().importFile(rig.folder() / "long.csv");
+  settle();
+  EXPECT_THAT(editor().import()->words(), HasSubstr("Adds 50000"));
 }
 
 TEST_F(MyStations, TuningToOneAppliesModeAndNearestFilter) {

@@ -1,5 +1,6 @@
 // CHIRP's generic CSV. It has no columns for much of a station: what it lacks is written into the
-// comment, as [W=2400 G="Broadcast"], and read back from there.
+// comment, as [W=2400 G="Broadcast" X="Antenna=Loop"], and read back from there. What CHIRP alone
+// has, tones and offsets, is kept among the further columns.
 
 #include <algorithm>
 #include <array>
@@ -33,10 +34,23 @@ constexpr std::array<ModeWord, 12> kChirpModes = {{{chirpOf(Mode::Am), "AM"},
 /// The word that stands where the mode is left open: CHIRP asks for one.
 constexpr std::string_view kNoMode = "Auto";
 
-constexpr std::string_view kHeading =
-    "Location,Name,Frequency,Duplex,Offset,Tone,rToneFreq,cToneFreq,DtcsCode,DtcsPolarity,"
-    "RxDtcsCode,"
-    "CrossMode,Mode,TStep,Skip,Power,Comment,URCALL,RPT1CALL,RPT2CALL,DVCODE\n";
+constexpr std::string_view kChirp = "CHIRP";
+
+/// A column of a memory, and what stands in it where nobody said otherwise; nothing in those that a
+/// station of ours fills.
+struct ChirpColumn {
+  std::string_view heading, usual;
+};
+constexpr std::array<ChirpColumn, 21> kChirpColumns = {
+    {{"Location", {}},       {"Name", {}},           {"Frequency", {}},
+     {"Duplex", ""},         {"Offset", "0.000000"}, {"Tone", ""},
+     {"rToneFreq", "88.5"},  {"cToneFreq", "88.5"},  {"DtcsCode", "023"},
+     {"DtcsPolarity", "NN"}, {"RxDtcsCode", "023"},  {"CrossMode", "Tone->Tone"},
+     {"Mode", {}},           {"TStep", "5.00"},      {"Skip", {}},
+     {"Power", "50W"},       {"Comment", {}},        {"URCALL", ""},
+     {"RPT1CALL", ""},       {"RPT2CALL", ""},       {"DVCODE", ""}}};
+
+bool isOurs(const ChirpColumn& column) { return column.usual.data() == nullptr; }
 
 /// A value inside the brackets of a comment.
 void appendValue(std::string& text, std::string_view key, std::string_view value) {
@@ -70,63 +84,120 @@ std::string bracketOf(const Entry& entry, bool modeFits) {
   appendValue(text, "U", lists::timesText(entry));
   appendValue(text, "D", entry.days);
   appendValue(text, "F", entry.favourite ? "1" : "");
+  for (const auto& [heading, value] : entry.further) {
+    if (!heading.starts_with("CHIRP ")) appendValue(text, "X", heading + '=' + value);
+  }
   return text.empty() ? text : '[' + text + ']';
 }
 
-/// The values in a bracket; none where it is somebody else's.
-std::optional<std::map<std::string, std::string, std::less<>>> readBracket(std::string_view text) {
-  std::map<std::string, std::string, std::less<>> values;
-  while (!text.empty()) {
-    const auto equals = text.find('=');
-    if (equals == 0 || equals == text.npos || equals > 2) return std::nullopt;
-    const std::string key(text.substr(0, equals));
-    text.remove_prefix(equals + 1);
-    std::string value;
-    if (text.starts_with('"')) {
-      std::size_t at = 1;
-      for (; at < text.size() && text[at] != '"'; ++at) {
-        if (text[at] != '\\' || at + 1 == text.size()) {
-          value += text[at];
-        } else {
-          ++at;
-          value += text[at] == 'n' ? '\n' : text[at];
-        }
-      }
-      if (at >= text.size()) return std::nullopt;
-      text.remove_prefix(at + 1);
+using BracketValues = std::multimap<char, std::string>;
+
+/// Takes a value off the text: up to a blank, or in quotes. False where a quote is not closed.
+bool takeValue(std::string_view& text, std::string& value) {
+  if (!text.starts_with('"')) {
+    value = text.substr(0, text.find(' '));
+    text.remove_prefix(value.size());
+    return true;
+  }
+  std::size_t at = 1;
+  for (; at < text.size() && text[at] != '"'; ++at) {
+    if (text[at] != '\\' || at + 1 == text.size()) {
+      value += text[at];
     } else {
-      value = text.substr(0, text.find(' '));
-      text.remove_prefix(value.size());
+      ++at;
+      value += text[at] == 'n' ? '\n' : text[at];
     }
-    values[key] = value;
+  }
+  if (at >= text.size()) return false;
+  text.remove_prefix(at + 1);
+  return true;
+}
+
+/// The values in a bracket; none where it is somebody else's.
+std::optional<BracketValues> readBracket(std::string_view text) {
+  BracketValues values;
+  while (!text.empty()) {
+    if (text.size() < 2 || text[0] < 'A' || text[0] > 'Z' || text[1] != '=') return std::nullopt;
+    const char key = text[0];
+    text.remove_prefix(2);
+    std::string value;
+    if (!takeValue(text, value)) return std::nullopt;
+    values.emplace(key, std::move(value));
     if (text.starts_with(' ')) text.remove_prefix(1);
   }
   return values;
 }
 
+/// The values at a comment's end, and where their bracket begins: at the first one that is ours to
+/// the end, since values may hold brackets too.
+std::optional<BracketValues> bracketIn(std::string_view comment, std::size_t& begin) {
+  if (!comment.ends_with(']')) return std::nullopt;
+  comment.remove_suffix(1);
+  for (begin = comment.find('['); begin != comment.npos; begin = comment.find('[', begin + 1)) {
+    if (begin > 0 && comment[begin - 1] != ' ') continue;
+    if (auto values = readBracket(comment.substr(begin + 1))) return values;
+  }
+  return std::nullopt;
+}
+
 void takeComment(std::string_view comment, Taken& taken) {
   Entry& entry = taken.entry;
-  const auto open = comment.rfind(" [");
-  const std::size_t start = comment.starts_with('[') && open == comment.npos ? 0 : open;
-  entry.note = comment;
-  if (!comment.ends_with(']') || start == comment.npos) return;
-  std::string_view inside = comment.substr(start);
-  inside.remove_prefix(inside.find('[') + 1);
-  inside.remove_suffix(1);
-  const auto values = readBracket(inside);
+  std::size_t begin = 0;
+  const auto values = bracketIn(comment, begin);
+  entry.note = values ? trimmed(comment.substr(0, begin)) : comment;
   if (!values) return;
-  entry.note = trimmed(comment.substr(0, start));
-  const auto value = [&](std::string_view key) {
+  const auto value = [&](char key) {
     const auto there = values->find(key);
     return there == values->end() ? std::string() : there->second;
   };
-  if (const auto mode = modeNamed(value("M"))) entry.mode = static_cast<Setting>(*mode);
-  takeWidth(value("W"), taken);
-  entry.group = value("G");
-  entry.tags = value("T");
-  if (!lists::readTimesOf(value("U"), entry)) remark(taken, "the times cannot be read");
-  entry.days = value("D");
-  entry.favourite = value("F") == "1";
+  if (const auto mode = modeNamed(value('M'))) entry.mode = static_cast<Setting>(*mode);
+  takeWidth(value('W'), taken);
+  entry.group = value('G');
+  entry.tags = value('T');
+  if (!lists::readTimesOf(value('U'), entry)) remark(taken, "the times cannot be read");
+  entry.days = value('D');
+  entry.favourite = value('F') == "1";
+  const auto [first, last] = values->equal_range('X');
+  for (auto each = first; each != last; ++each) {
+    const auto equals = std::min(each->second.find('='), each->second.size());
+    if (equals > 0 && equals + 1 < each->second.size())
+      entry.further.emplace_back(each->second.substr(0, equals), each->second.substr(equals + 1));
+  }
+}
+
+/// A column of a file that no station of ours has.
+struct KeptColumn {
+  std::size_t at;
+  std::string heading;
+  std::string_view usual;  ///< what is not kept
+  bool isChirps;
+};
+
+std::vector<KeptColumn> keptColumns(const ColumnsByName& columns) {
+  std::vector<KeptColumn> kept;
+  for (std::size_t at = 0; at < columns.names().size(); ++at) {
+    const std::string_view heading = trimmed(columns.names()[at]);
+    if (heading.empty() || columns.of(heading) != at) continue;
+    const auto known = std::ranges::find_if(kChirpColumns, [heading](const ChirpColumn& each) {
+      return equalIgnoringCase(each.heading, heading);
+    });
+    if (known == kChirpColumns.end())
+      kept.push_back({at, std::string(heading), {}, false});
+    else if (!isOurs(*known))
+      kept.push_back({at, std::string(known->heading), known->usual, true});
+  }
+  return kept;
+}
+
+void takeKept(const std::vector<KeptColumn>& columns, const TableRows& row, Entry& entry) {
+  for (const KeptColumn& column : columns) {
+    const std::string_view value = row.field(column.at);
+    if (value.empty() || value == column.usual) continue;
+    if (column.isChirps)
+      keepField(entry, kChirp, column.heading, value);
+    else
+      entry.further.emplace_back(column.heading, value);
+  }
 }
 
 }  // namespace
@@ -135,58 +206,82 @@ Reading readChirp(std::string_view text) {
   Reading reading;
   reading.format = Format::Chirp;
   TableRows rows(text, ',');
-  std::map<std::string, std::size_t> columns;
-  std::size_t width = 0;
-  const auto field = [&](const char* heading) {
-    const auto there = columns.find(heading);
-    return there == columns.end() ? std::string_view() : rows.field(there->second);
-  };
+  do {
+    if (!rows.next()) return reading;
+  } while (rows.field(0).starts_with('#'));
+  const ColumnsByName columns(rows);
+  const auto place = [&columns](const char* heading) { return columns.of(heading); };
+  const std::size_t name = place("Name"), frequencyAt = place("Frequency"), mode = place("Mode"),
+                    skip = place("Skip"), comment = place("Comment");
+  const std::vector<KeptColumn> kept = keptColumns(columns);
   while (rows.next()) {
     if (rows.field(0).starts_with('#')) continue;
-    if (columns.empty()) {
-      for (const std::string& heading : rows.fields()) columns.emplace(heading, columns.size());
-      width = rows.fields().size();
-      continue;
-    }
     Taken taken;
     taken.place = rows.line();
-    const auto frequency = lists::readFrequency(field("Frequency"), lists::Unit::Mhz);
+    const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Mhz);
     std::string reason = frequency.reason();
-    if (rows.fields().size() < width) reason = "there are fewer fields than headings";
+    if (rows.fields().size() < columns.names().size())
+      reason = "there are fewer fields than headings";
     if (!reason.empty()) {
       reading.leftOut.push_back({rows.line(), reason});
       continue;
     }
     taken.entry.frequency = *frequency;
-    taken.entry.name = lists::oneLine(field("Name"));
-    if (field("Mode") != kNoMode) takeMode(field("Mode"), kChirpModes, taken);
-    taken.entry.skip = !field("Skip").empty() && field("Skip") != "P";
-    takeComment(field("Comment"), taken);
+    taken.entry.name = lists::oneLine(rows.field(name));
+    if (rows.field(mode) != kNoMode) takeMode(rows.field(mode), kChirpModes, taken, kChirp);
+    // "P" is a memory that is looked at more often, not one that is passed over.
+    taken.entry.skip = equalIgnoringCase(rows.field(skip), "S");
+    if (!taken.entry.skip && !rows.field(skip).empty())
+      keepField(taken.entry, kChirp, "Skip", rows.field(skip));
+    takeKept(kept, rows, taken.entry);
+    takeComment(rows.field(comment), taken);
     reading.taken.push_back(std::move(taken));
   }
   return reading;
 }
 
+namespace {
+
+std::string commentOf(const Entry& entry, bool modeFits) {
+  std::string bracket = bracketOf(entry, modeFits);
+  // A note that ends as if it were a bracket of ours gets an empty one behind it.
+  std::size_t begin = 0;
+  if (bracket.empty() && bracketIn(trimmed(entry.note), begin)) bracket = "[]";
+  return bracket.empty() || entry.note.empty() ? entry.note + bracket : entry.note + ' ' + bracket;
+}
+
+}  // namespace
+
 Writing writeChirp(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
-  writing.text = kHeading;
+  std::string& out = writing.text;
+  out.reserve(entries.size() * 130);
+  for (const ChirpColumn& column : kChirpColumns) (out += out.empty() ? "" : ",") += column.heading;
+  out += '\n';
   std::size_t location = 0;
   for (const lists::EntryPtr& entry : entries) {
-    losses.countParts(*entry, Losses::Further);
+    losses.countLines(*entry);
     Losses inBracket;  // the mode itself stands there
-    const std::string_view mode = wordFor(*entry, kChirpModes, kNoMode, inBracket);
-    const std::string bracket = bracketOf(*entry, inBracket.words().empty());
-    std::string comment = entry->note;
-    if (!bracket.empty()) comment += (comment.empty() ? "" : " ") + bracket;
-    std::string& out = writing.text;
-    out += std::to_string(location++) + ',';
-    appendTableField(out, entry->name, ',');
-    (out += ',') += lists::mhzText(entry->frequency);
-    (out += ",,0.000000,,88.5,88.5,023,NN,023,Tone->Tone,") += mode;
-    (out += ",5.00,") += entry->skip ? "S" : "";
-    appendTableField(out += ",50W,", comment, ',');
-    out += ",,,,\n";
+    const std::string_view mode = wordFor(*entry, kChirpModes, kNoMode, inBracket, kChirp);
+    out += std::to_string(location++);
+    for (const ChirpColumn& column : std::span(kChirpColumns).subspan(1)) {
+      out += ',';
+      const auto kept = keptField(*entry, kChirp, column.heading);
+      if (column.heading == "Name")
+        appendTableField(out, entry->name, ',');
+      else if (column.heading == "Frequency")
+        out += lists::mhzText(entry->frequency);
+      else if (column.heading == "Mode")
+        appendTableField(out, mode, ',');
+      else if (column.heading == "Skip")
+        appendTableField(out, entry->skip ? "S" : kept, ',');
+      else if (column.heading == "Comment")
+        appendTableField(out, commentOf(*entry, inBracket.words().empty()), ',');
+      else
+        appendTableField(out, kept.empty() ? column.usual : kept, ',');
+    }
+    out += '\n';
   }
   writing.losses = losses.words();
   return writing;

@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdint>
 
 #include "base/encoding.h"
@@ -25,6 +26,22 @@ std::string fromUtf16(std::string_view bytes, bool lowFirst) {
       if (pair) at += 2;
     }
     appendCharacter(text, code);
+  }
+  return text;
+}
+
+/// Latin-1 as Windows writes it, with letters and signs where Latin-1 itself has controls, which
+/// nobody writes into a list.
+std::string fromWindowsLatin(std::string_view bytes) {
+  constexpr std::array<char16_t, 32> kSigns = {
+      0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+      0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+      0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+  std::string text;
+  text.reserve(bytes.size() + bytes.size() / 8);
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    appendCharacter(text, byte >= 0x80 && byte < 0xA0 ? kSigns[byte - 0x80u] : byte);
   }
   return text;
 }
@@ -60,7 +77,7 @@ std::string decoded(std::string_view bytes) {
     return fromUtf16(bytes, true);
   else if (bytes.size() >= 8 && zerosAt(bytes, 0) > 3 && zerosAt(bytes, 1) == 0)
     return fromUtf16(bytes, false);
-  return isUtf8(bytes) ? std::string(bytes) : utf8FromLatin1(bytes);
+  return isUtf8(bytes) ? std::string(bytes) : fromWindowsLatin(bytes);
 }
 
 }  // namespace

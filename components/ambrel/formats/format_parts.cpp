@@ -1,7 +1,6 @@
 #include "components/ambrel/formats/format_parts.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "base/number.h"
 #include "base/text.h"
@@ -13,6 +12,25 @@ namespace {
 
 /// Quoted fields run over no more lines than this.
 constexpr int kMostLinesOfField = 20;
+
+constexpr std::string_view kUntagged = "Untagged", kModeField = "mode";
+
+std::string columnOfField(std::string_view program, std::string_view field) {
+  return std::string(program).append(" ").append(field);
+}
+
+/// What a word means by a program's own words, else by the usual ones.
+std::optional<Setting> meaningOf(std::string_view word, std::span<const ModeWord> words) {
+  for (const ModeWord& each : words) {
+    if (equalIgnoringCase(each.word, word)) return each.mode;
+  }
+  return lists::modeOfWord(word);
+}
+
+std::string_view wordOf(Setting mode, std::span<const ModeWord> words) {
+  const auto there = std::ranges::find(words, mode, &ModeWord::mode);
+  return there == words.end() ? modeName(mode) : there->word;
+}
 
 }  // namespace
 
@@ -97,16 +115,36 @@ void remark(Taken& taken, std::string_view words) {
   taken.remark += words;
 }
 
-void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& taken) {
-  word = trimmed(word);
-  for (const ModeWord& each : words) {
-    if (equalIgnoringCase(each.word, word)) return void(taken.entry.mode = each.mode);
+std::size_t ColumnsByName::of(std::string_view heading) const {
+  const auto there = std::ranges::find_if(
+      names_, [&](std::string_view name) { return equalIgnoringCase(trimmed(name), heading); });
+  return static_cast<std::size_t>(there - names_.begin());
+}
+
+void keepField(Entry& entry, std::string_view program, std::string_view field,
+               std::string_view value) {
+  entry.further.emplace_back(columnOfField(program, field), value);
+}
+
+std::string_view keptField(const Entry& entry, std::string_view program, std::string_view field) {
+  for (const auto& [name, value] : entry.further) {
+    if (name.size() == program.size() + 1 + field.size() && name.starts_with(program) &&
+        name.ends_with(field))
+      return value;
   }
-  const auto mode = lists::modeOfWord(word);
+  return {};
+}
+
+void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& taken,
+              std::string_view program) {
+  word = trimmed(word);
+  const auto mode = meaningOf(word, words);
+  taken.entry.mode = mode.value_or(-1);
   if (!mode)
-    return remark(taken,
-                  "the mode \"" + std::string(word.substr(0, 40)) + "\" is unknown and left open");
-  taken.entry.mode = *mode;
+    remark(taken, "the mode \"" + std::string(word.substr(0, 40)) + "\" is unknown and left open");
+  const bool usual = mode && equalIgnoringCase(word, wordOf(*mode, words));
+  if (!program.empty() && !word.empty() && !usual)
+    keepField(taken.entry, program, kModeField, lists::oneLine(word));
 }
 
 void takeWidth(std::string_view text, Taken& taken, Hz narrowest) {
@@ -117,6 +155,19 @@ void takeWidth(std::string_view text, Taken& taken, Hz narrowest) {
     taken.entry.width = *width;
   else
     remark(taken, "the bandwidth cannot be read");
+}
+
+bool isMark(std::string_view text) {
+  return !text.empty() && text != "0" && !equalIgnoringCase(text, "no") &&
+         !equalIgnoringCase(text, "false");
+}
+
+void Losses::count(std::string_view what) {
+  const auto there = counts_.find(what);
+  if (there == counts_.end())
+    counts_.emplace(what, 1);
+  else
+    ++there->second;
 }
 
 void Losses::countParts(const Entry& entry, unsigned lacking) {
@@ -132,7 +183,19 @@ void Losses::countParts(const Entry& entry, unsigned lacking) {
   part(Favourite, entry.favourite, "the favourite mark");
   part(Skip, entry.skip, "the skip mark");
   part(Note, !entry.note.empty(), "the note");
-  part(Further, !entry.further.empty(), "further columns");
+}
+
+void Losses::countLines(const Entry& entry) {
+  if (std::ranges::count(entry.note, '\n') >= kMostLinesOfField)
+    count("line ends of its long note, and gets blanks");
+}
+
+void Losses::countFurther(const Entry& entry, std::string_view program) {
+  const auto kept = [program](const auto& column) {
+    return column.first.starts_with(program) &&
+           column.first.substr(program.size()).starts_with(' ');
+  };
+  if (!std::ranges::all_of(entry.further, kept)) count("further columns");
 }
 
 std::vector<std::string> Losses::words() const {
@@ -144,7 +207,9 @@ std::vector<std::string> Losses::words() const {
 }
 
 std::string_view wordFor(const Entry& entry, std::span<const ModeWord> words, std::string_view none,
-                         Losses& losses) {
+                         Losses& losses, std::string_view program) {
+  const auto kept = keptField(entry, program, kModeField);
+  if (!kept.empty() && meaningOf(kept, words).value_or(-1) == entry.mode) return kept;
   if (entry.mode < 0) return none;
   const auto find = [words](kelvane::Mode mode) -> std::string_view {
     for (const ModeWord& each : words) {
@@ -175,8 +240,11 @@ std::string UniqueNames::unique(const std::string& name) {
   }
 }
 
-std::string groupAndTags(const Entry& entry) {
-  std::string all = entry.group.empty() && !entry.tags.empty() ? "Untagged" : entry.group;
+std::string groupAndTags(const Entry& entry, Losses& losses) {
+  std::string all =
+      entry.group.empty() && !entry.tags.empty() ? std::string(kUntagged) : entry.group;
+  if (entry.group == kUntagged) losses.count("its group, whose name means none there");
+  if (all.find(',') != all.npos) losses.count("a comma in its group, and gets a blank");
   std::ranges::replace(all, ',', ' ');
   for (const std::string_view tag : split(entry.tags, ',')) {
     if (!trimmed(tag).empty()) (all += ',') += trimmed(tag);
@@ -189,52 +257,65 @@ void takeGroupAndTags(std::string_view text, Entry& entry) {
   for (const std::string_view part : split(text, ',')) {
     const std::string tag = lists::oneLine(part);
     if (std::exchange(first, false)) {
-      if (tag != "Untagged") entry.group = tag;
+      if (tag != kUntagged) entry.group = tag;
     } else if (!tag.empty()) {
       entry.tags += (entry.tags.empty() ? "" : ", ") + tag;
     }
   }
 }
 
+// A list has many texts, and hardly any has a sign that must be written otherwise: what lies
+// between such signs is appended at once.
+
 void appendJsonText(std::string& text, std::string_view value) {
   constexpr char kHex[] = "0123456789abcdef";
   text += '"';
-  for (const char c : value) {
+  std::size_t from = 0;
+  for (std::size_t at = 0; at < value.size(); ++at) {
+    const char c = value[at];
+    if (c != '"' && c != '\\' && static_cast<unsigned char>(c) >= ' ') continue;
+    text.append(value, from, at - from);
+    from = at + 1;
     if (c == '"' || c == '\\')
       (text += '\\') += c;
     else if (c == '\n')
       text += "\\n";
-    else if (static_cast<unsigned char>(c) < ' ')
-      ((text += "\\u00") += kHex[c >> 4]) += kHex[c & 15];
     else
-      text += c;
+      ((text += "\\u00") += kHex[c >> 4]) += kHex[c & 15];
   }
-  text += '"';
+  text.append(value, from) += '"';
 }
 
 void appendXmlText(std::string& text, std::string_view value) {
-  for (const char c : value) {
-    if (c == '&')
-      text += "&amp;";
-    else if (c == '<')
-      text += "&lt;";
-    else if (c == '>')
-      text += "&gt;";
-    else if (static_cast<unsigned char>(c) >= ' ' || c == '\n')
-      text += c;
+  std::size_t from = 0;
+  for (std::size_t at = 0; at < value.size(); ++at) {
+    const char c = value[at];
+    const bool control = static_cast<unsigned char>(c) < ' ' && c != '\n';
+    if (c != '&' && c != '<' && c != '>' && !control) continue;
+    text.append(value, from, at - from);
+    from = at + 1;
+    if (!control) text += c == '&' ? "&amp;" : c == '<' ? "&lt;" : "&gt;";
   }
+  text.append(value, from);
 }
 
 void appendTableField(std::string& text, std::string_view value, char delimiter) {
-  if (value.find_first_of("\"\r\n") == value.npos && value.find(delimiter) == value.npos &&
-      trimmed(value).size() == value.size()) {
+  const auto blank = [](char c) { return c == ' ' || c == '\t'; };
+  bool quotes = !value.empty() && (blank(value.front()) || blank(value.back()));
+  for (const char c : value)
+    quotes = quotes || c == '"' || c == '\n' || c == '\r' || c == delimiter;
+  if (quotes)
+    appendQuoted(text, value);
+  else
     text += value;
-    return;
-  }
+}
+
+void appendQuoted(std::string& text, std::string_view value) {
+  const bool manyLines = std::ranges::count(value, '\n') >= kMostLinesOfField;
   text += '"';
   for (const char c : value) {
     if (c == '"') text += '"';
-    text += c;
+    text += manyLines && c == '\n' ? ' ' : c;
   }
   text += '"';
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <span>
 #include <string>
@@ -41,6 +42,26 @@ class TableRows {
   bool any_ = false;
 };
 
+/// Where headings stand in the first row of a table, whatever their case. Of columns with the same
+/// heading the first counts.
+class ColumnsByName {
+ public:
+  explicit ColumnsByName(const TableRows& rows) : names_(rows.fields()) {}
+  const std::vector<std::string>& names() const { return names_; }
+  /// Beyond the last, which is an empty field of each row, where there is none.
+  std::size_t of(std::string_view heading) const;
+
+ private:
+  std::vector<std::string> names_;
+};
+
+/// What a list has in fields that only its program knows is kept among an entry's further columns,
+/// under the program's name and the field's ("SDR# Shift"), and goes back there.
+void keepField(Entry& entry, std::string_view program, std::string_view field,
+               std::string_view value);
+/// What was kept so; empty for nothing.
+std::string_view keptField(const Entry& entry, std::string_view program, std::string_view field);
+
 /// A mode of ours and a program's word for it. Of several rows with one mode the first is written.
 struct ModeWord {
   Setting mode;
@@ -48,16 +69,21 @@ struct ModeWord {
 };
 
 /// Takes what a program says of the mode into the entry: by its own words, else by the usual ones.
-/// A word that is unknown leaves the mode open and is remarked upon.
-void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& taken);
+/// A word that is unknown leaves the mode open and is remarked upon. A word that says more than our
+/// mode does ("WFM (mono)") is kept as the program's field "mode".
+void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& taken,
+              std::string_view program = {});
 void remark(Taken& taken, std::string_view words);
 /// Takes a bandwidth in Hz, or in the unit behind it; a number below `narrowest` is taken for kHz.
 void takeWidth(std::string_view text, Taken& taken, Hz narrowest = 0);
 
+/// Whether a field of a table is ticked: it says something else than no.
+bool isMark(std::string_view text);
+
 /// Counts what cannot be written, by what it is.
 class Losses {
  public:
-  void count(std::string_view what) { ++counts_[std::string(what)]; }
+  void count(std::string_view what);
   /// Counts each part of the entry that a format without it loses.
   enum Part : unsigned {
     Mode = 1,
@@ -68,20 +94,24 @@ class Losses {
     Days = 32,
     Favourite = 64,
     Skip = 128,
-    Note = 256,
-    Further = 512
+    Note = 256
   };
   void countParts(const Entry& entry, unsigned lacking);
+  /// Counts a note of more lines than a field of a table may have.
+  void countLines(const Entry& entry);
+  /// Counts further columns other than those that were kept for this program.
+  void countFurther(const Entry& entry, std::string_view program);
   std::vector<std::string> words() const;
 
  private:
-  std::map<std::string, std::size_t> counts_;
+  std::map<std::string, std::size_t, std::less<>> counts_;
 };
 
 /// The program's word for the entry's mode. Where it has none for that mode the nearest is taken
 /// and counted as a loss; `none` where the entry leaves its mode open.
+/// A word of the program's own that was kept and still means the entry's mode goes before.
 std::string_view wordFor(const Entry& entry, std::span<const ModeWord> words, std::string_view none,
-                         Losses& losses);
+                         Losses& losses, std::string_view program = {});
 
 /// Gives each name once: a name that was met before gets a number behind it.
 class UniqueNames {
@@ -93,13 +123,15 @@ class UniqueNames {
 };
 
 /// The group first, "Untagged" where there is none but tags are, then the tags, parted by ",".
-std::string groupAndTags(const Entry& entry);
+std::string groupAndTags(const Entry& entry, Losses& losses);
 void takeGroupAndTags(std::string_view text, Entry& entry);
 
 void appendJsonText(std::string& text, std::string_view value);
 void appendXmlText(std::string& text, std::string_view value);
 /// A field of a table, in quotes where it needs them.
 void appendTableField(std::string& text, std::string_view value, char delimiter);
+/// The same, always in quotes. Of a text of very many lines the line ends become blanks.
+void appendQuoted(std::string& text, std::string_view value);
 
 // The readers and writers of each format. A text is UTF-8.
 Reading readGqrx(std::string_view text);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <set>
 
 #include "base/number.h"
@@ -12,6 +13,8 @@
 namespace kelvane::formats {
 
 namespace {
+
+constexpr std::string_view kGqrx = "gqrx";
 
 constexpr Setting of(kelvane::Mode mode) { return static_cast<Setting>(mode); }
 
@@ -27,24 +30,23 @@ constexpr std::array<ModeWord, 11> kGqrxModes = {{{of(Mode::Am), "AM"},
                                                   {of(Mode::Wfm), "WFM (oirt)"},
                                                   {-1, "Demod Off"}}};
 
-std::string padded(std::string_view text, std::size_t width) {
-  std::string field(text);
-  const std::size_t characters = characterCount(text);
-  if (characters < width) field.append(width - characters, ' ');
-  return field;
+/// Appends a text without the sign that parts fields, and blanks up to a width.
+void appendPadded(std::string& line, std::string_view text, std::size_t width, Losses& losses) {
+  const std::size_t begin = line.size();
+  bool semicolon = false;
+  for (const char c : text) {
+    semicolon = semicolon || c == ';';
+    line += c == ';' ? ',' : static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+  }
+  if (semicolon) losses.count("a semicolon, and gets a comma");
+  const std::size_t characters = characterCount(std::string_view(line).substr(begin));
+  if (characters < width) line.append(width - characters, ' ');
 }
 
-std::string rightAligned(const std::string& text, std::size_t width) {
-  return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
-}
-
-/// A text without the sign that parts fields.
-std::string withoutSemicolon(std::string_view text, Losses& losses) {
-  std::string plain = lists::oneLine(text);
-  if (plain.find(';') == plain.npos) return plain;
-  losses.count("a semicolon, and gets a comma");
-  std::ranges::replace(plain, ';', ',');
-  return plain;
+void appendRight(std::string& line, Hz number, std::size_t width) {
+  const std::string digits = std::to_string(number);
+  if (digits.size() < width) line.append(width - digits.size(), ' ');
+  line += digits;
 }
 
 }  // namespace
@@ -78,7 +80,7 @@ Reading readGqrx(std::string_view text) {
     taken.place = number;
     taken.entry.frequency = *frequency;
     taken.entry.name = lists::oneLine(fields[1]);
-    takeMode(fields[2], kGqrxModes, taken);
+    takeMode(fields[2], kGqrxModes, taken, kGqrx);
     takeWidth(fields[3], taken);
     takeGroupAndTags(trimmed(fields[4]), taken.entry);
     if (fields.size() == 6) taken.entry.note = lists::oneLine(fields[5]);
@@ -90,25 +92,31 @@ Reading readGqrx(std::string_view text) {
 Writing writeGqrx(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
-  std::set<std::string> tags{"Untagged"};
+  std::set<std::string, std::less<>> tags{"Untagged"};
   std::string lines;
+  lines.reserve(entries.size() * 100);
   for (const lists::EntryPtr& entry : entries) {
-    losses.countParts(*entry, Losses::Times | Losses::Days | Losses::Favourite | Losses::Skip |
-                                  Losses::Note | Losses::Further);
-    const std::string marks = withoutSemicolon(groupAndTags(*entry), losses);
-    for (const std::string_view tag : split(marks, ','))
-      if (!tag.empty()) tags.emplace(tag);
-    lines += rightAligned(std::to_string(entry->frequency), 12);
-    lines += "; " + padded(withoutSemicolon(entry->name, losses), 25);
-    lines += "; " + padded(wordFor(*entry, kGqrxModes, "Demod Off", losses), 20);
-    lines += "; " + rightAligned(std::to_string(entry->width), 10) + "; " + marks + '\n';
+    losses.countParts(
+        *entry, Losses::Times | Losses::Days | Losses::Favourite | Losses::Skip | Losses::Note);
+    losses.countFurther(*entry, kGqrx);
+    appendRight(lines, entry->frequency, 12);
+    appendPadded(lines += "; ", entry->name, 25, losses);
+    appendPadded(lines += "; ", wordFor(*entry, kGqrxModes, "Demod Off", losses, kGqrx), 20,
+                 losses);
+    appendRight(lines += "; ", entry->width, 10);
+    const std::size_t marks = (lines += "; ").size();
+    appendPadded(lines, groupAndTags(*entry, losses), 0, losses);
+    for (const std::string_view tag : split(std::string_view(lines).substr(marks), ','))
+      if (!tag.empty() && !tags.contains(tag)) tags.emplace(tag);
+    lines += '\n';
   }
-  writing.text = "# Tag name          ;  color\n";
-  for (const std::string& tag : tags)
-    writing.text += padded(tag, 20) + (tag == "Untagged" ? "; #c0c0c0\n" : "; #a0c0ff\n");
-  writing.text +=
-      "\n# Frequency ; Name                     ; Modulation          ;  Bandwidth; Tags\n";
-  writing.text += lines;
+  std::string& out = writing.text = "# Tag name          ;  color\n";
+  for (const std::string& tag : tags) {
+    appendPadded(out, tag, 20, losses);
+    out += tag == "Untagged" ? "; #c0c0c0\n" : "; #a0c0ff\n";
+  }
+  out += "\n# Frequency ; Name                     ; Modulation          ;  Bandwidth; Tags\n";
+  out += lines;
   writing.losses = losses.words();
   return writing;
 }

@@ -74,23 +74,26 @@ class Planner {
   }
 
   PlanRow plan(const Taken& taken) {
-    PlanRow row{Act::Add, taken.place, nullptr, 0, taken.remark};
-    Entry entry = taken.entry;
-    const auto [before, isNew] = inFile_.emplace(keyOf(entry), &taken.entry);
+    const auto entry = std::make_shared<Entry>(taken.entry);
+    PlanRow row{Act::Add, taken.place, entry, 0, taken.remark};
+    const auto [before, isNew] = inFile_.emplace(keyOf(*entry), &taken.entry);
     // A station that stands twice in the file comes twice into the list, unless it is the same.
-    if (!isNew && *before->second == entry) return leave(row, entry, "it stands in the file twice");
+    if (!isNew && *before->second == *entry) return leave(row, "it stands in the file twice");
     if (!isNew) {
-      entry.name += " (" + std::to_string(++numbers_[before->first] + 1) + ")";
+      // A number may be part of another one's name in the file.
+      int& number = numbers_[before->first];
+      do {
+        entry->name = taken.entry.name + " (" + std::to_string(++number + 1) + ")";
+      } while (!inFile_.emplace(keyOf(*entry), &taken.entry).second);
       note(row, "its name stands in the file twice, and gets a number");
     }
-    row.entry = std::make_shared<Entry>(entry);
-    const auto there = here_.find(keyOf(entry));
+    const auto there = here_.find(keyOf(*entry));
     if (there == here_.end()) return row;
     row.id = there->second;
     const Entry& old = *own_[row.id];
-    if (rule_ == Rule::Skip) return leave(row, entry, "it is in the list already");
-    if (rule_ == Rule::Merge) row.entry = std::make_shared<Entry>(mergedEntry(old, entry));
-    if (*row.entry == old) return leave(row, entry, "it is in the list just so");
+    if (rule_ == Rule::Skip) return leave(row, "it is in the list already");
+    if (rule_ == Rule::Merge) row.entry = std::make_shared<Entry>(mergedEntry(old, *entry));
+    if (*row.entry == old) return leave(row, "it is in the list just so");
     note(row, "changes " + changedParts(old, *row.entry));
     row.act = Act::Change;
     return row;
@@ -100,11 +103,10 @@ class Planner {
   static void note(PlanRow& row, const std::string& why) {
     row.why += (row.why.empty() ? "" : "; ") + why;
   }
-  static PlanRow leave(PlanRow row, const Entry& entry, const char* why) {
+  static PlanRow leave(PlanRow& row, const char* why) {
     row.act = Act::Leave;
-    row.entry = std::make_shared<Entry>(entry);
     note(row, why);
-    return row;
+    return std::move(row);
   }
 
   const lists::Entries& own_;

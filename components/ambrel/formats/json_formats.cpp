@@ -1,4 +1,4 @@
-// The lists that are JSON: SDR++'s frequency manager, KiwiSDR's labels, OpenWebRX's bookmarks.
+// The lists that are JSON: SDR++'s frequency manager, OpenWebRX's bookmarks.
 
 #include <algorithm>
 #include <array>
@@ -35,6 +35,8 @@ bool tooDeep(std::string_view text) {
   return false;
 }
 
+constexpr std::string_view kSdrPlusPlus = "SDR++";
+
 /// By their numbers in SDR++.
 constexpr std::array<ModeWord, 8> kSdrPlusPlusModes = {{{modeOf(Mode::Fm), "0"},
                                                         {modeOf(Mode::Wfm), "1"},
@@ -45,21 +47,6 @@ constexpr std::array<ModeWord, 8> kSdrPlusPlusModes = {{{modeOf(Mode::Fm), "0"},
                                                         {modeOf(Mode::Lsb), "6"},
                                                         {-1, "7"}}};
 
-constexpr std::array<ModeWord, 14> kKiwiModes = {{{modeOf(Mode::Am), "AM"},
-                                                  {modeOf(Mode::Am), "AMN"},
-                                                  {modeOf(Mode::Usb), "USB"},
-                                                  {modeOf(Mode::Usb), "USN"},
-                                                  {modeOf(Mode::Lsb), "LSB"},
-                                                  {modeOf(Mode::Lsb), "LSN"},
-                                                  {modeOf(Mode::Cw), "CW"},
-                                                  {modeOf(Mode::Cw), "CWN"},
-                                                  {modeOf(Mode::Fm), "NBFM"},
-                                                  {modeOf(Mode::Sam), "SAM"},
-                                                  {modeOf(Mode::Sal), "SAL"},
-                                                  {modeOf(Mode::Sah), "SAU"},
-                                                  {modeOf(Mode::Drm), "DRM"},
-                                                  {-1, "IQ"}}};
-
 constexpr std::array<ModeWord, 8> kOpenWebRxModes = {{{modeOf(Mode::Am), "am"},
                                                       {modeOf(Mode::Usb), "usb"},
                                                       {modeOf(Mode::Lsb), "lsb"},
@@ -69,10 +56,9 @@ constexpr std::array<ModeWord, 8> kOpenWebRxModes = {{{modeOf(Mode::Am), "am"},
                                                       {modeOf(Mode::Sam), "sam"},
                                                       {modeOf(Mode::Drm), "drm"}}};
 
-/// The kinds of labels as KiwiSDR names them unless its owner does otherwise.
-constexpr std::array<std::string_view, 15> kKiwiTypes = {
-    "Channel", "Ham", "Bcast", "Utility", "Time",   "ALE", "HFDL",  "Milcom",
-    "CW",      "FSK", "FAX",   "Aero",    "Marine", "Spy", "masked"};
+constexpr std::string_view kOpenWebRx = "OpenWebRX";
+/// The mode in which a digital one is received.
+constexpr const char* kUnderlying = "underlying";
 
 void takeBookmarks(const Json& bookmarks, const std::string& group, Reading& reading,
                    std::size_t& number) {
@@ -106,84 +92,6 @@ void appendBookmark(std::string& text, const Entry& entry, const std::string& na
   text += ": {\"bandwidth\": " + std::to_string(entry.width) +
           ".0, \"frequency\": " + std::to_string(entry.frequency) + ".0, \"mode\": ";
   (text += wordFor(entry, kSdrPlusPlusModes, "7", losses)) += '}';
-}
-
-/// Width and place of the passband beside the carrier, as KiwiSDR writes it.
-void appendPassband(std::string& options, const Entry& entry) {
-  if (entry.width <= 0) return;
-  const auto mode = static_cast<kelvane::Mode>(entry.mode);
-  const bool up = mode == Mode::Usb, down = mode == Mode::Lsb;
-  const Setting low = up ? 300 : down ? -300 - entry.width : -entry.width / 2;
-  options += ", \"lo\": " + std::to_string(low) + ", \"hi\": " + std::to_string(low + entry.width);
-}
-
-bool takeKiwiOptions(const Json& options, Taken& taken) {
-  Entry& entry = taken.entry;
-  for (const auto& [key, value] : options.items()) {
-    if (key.size() > 1 && key[0] == 'T' && isDigit(key[1])) {
-      const auto type = static_cast<std::size_t>(num(key.substr(1)));
-      entry.group =
-          type < kKiwiTypes.size() ? std::string(kKiwiTypes[type]) : "Type " + key.substr(1);
-    } else if (key == "o" || key == "s" || key == "p") {
-      entry.further.emplace_back("KiwiSDR " + key,
-                                 value.is_string() ? value.get<std::string>() : value.dump());
-    }
-  }
-  const double low = numberOf(options, "lo", 0), high = numberOf(options, "hi", 0);
-  if (high > low && high - low <= 10'000'000)
-    entry.width = static_cast<Setting>(std::lround(high - low));
-  const auto days = static_cast<int>(std::clamp(numberOf(options, "d0", 127), 0.0, 127.0));
-  std::uint8_t mask = 0;  // Monday is the highest bit there
-  for (int day = 0; day < 7; ++day)
-    mask |= static_cast<std::uint8_t>((days >> (6 - day) & 1) << day);
-  entry.days = lists::weekdaysText(mask);
-  const double begin = numberOf(options, "b0", 0), end = numberOf(options, "e0", 2400);
-  if (begin < 0 || begin > 2400 || end < 0 || end > 2400) return false;
-  const auto four = [](double hhmm) {
-    const std::string digits = std::to_string(10000 + static_cast<int>(hhmm));
-    return digits.substr(1);
-  };
-  return lists::readTimesOf(four(begin) + '-' + four(end), entry);
-}
-
-std::string kiwiOptions(const Entry& entry, Losses& losses) {
-  std::string options;
-  const auto type = std::ranges::find(kKiwiTypes, entry.group);
-  if (type != kKiwiTypes.end())
-    options += ", \"T" + std::to_string(type - kKiwiTypes.begin()) + "\": 1";
-  else if (!entry.group.empty())
-    losses.count("its group, which is no type of KiwiSDR's");
-  appendPassband(options, entry);
-  if (!entry.days.empty()) {
-    const auto days = lists::weekdaysOf(entry.days);
-    int bits = 0;
-    for (int day = 0; days && day < 7; ++day) bits |= (*days >> day & 1) << (6 - day);
-    if (days)
-      options += ", \"d0\": " + std::to_string(bits);
-    else
-      losses.count("its days, which are more than weekdays");
-  }
-  if (entry.from >= 0) {
-    const auto plain = [](std::int16_t minute) {
-      return std::to_string(minute / 60 * 100 + minute % 60);
-    };
-    options += ", \"b0\": " + plain(entry.from) + ", \"e0\": " + plain(entry.to);
-  }
-  for (const auto& [name, value] : entry.further) {
-    if (!name.starts_with("KiwiSDR ")) {
-      losses.count("further columns");
-      continue;
-    }
-    appendJsonText(options += ", ", name.substr(8));
-    const bool number = !value.empty() && value.find_first_not_of("-0123456789.") == value.npos &&
-                        Json::accept(value);
-    options += ": ";
-    if (number)
-      options += value;
-    else
-      appendJsonText(options, value);
-  }
-  return options.empty() ? options : "{" + options.substr(2) + "}";
 }
 
 }  // namespace
@@ -258,8 +166,10 @@ Writing writeSdrPlusPlus(std::span<const lists::EntryPtr> entries, bool settings
   std::map<std::string, List> byGroup;
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Tags | Losses::Times | Losses::Days | Losses::Favourite |
-                                  Losses::Skip | Losses::Note | Losses::Further |
-                                  (settings ? 0u : Losses::Group));
+                                  Losses::Skip | Losses::Note | (settings ? 0u : Losses::Group));
+    losses.countFurther(*entry, kSdrPlusPlus);
+    if (settings && entry->group.empty())
+      losses.count("its place outside of all groups, and gets the list \"General\"");
     List& list = byGroup[!settings ? "" : entry->group.empty() ? "General" : entry->group];
     const std::string name = list.names.unique(entry->name);
     if (name != entry->name) losses.count("its name, which is not the only one, and gets a number");
@@ -281,65 +191,6 @@ Writing writeSdrPlusPlus(std::span<const lists::EntryPtr> entries, bool settings
     appendJsonText(out, byGroup.begin()->first);
     out += "\n}\n";
   }
-  writing.losses = losses.words();
-  return writing;
-}
-
-Reading readKiwiJson(const std::string& text) {
-  Reading reading;
-  reading.format = Format::KiwiJson;
-  const Json json = readJson(text, reading);
-  if (!reading.refusal.empty()) return reading;
-  const Json* labels = json.is_object() && json.contains("dx") ? &json["dx"] : &json;
-  if (!labels->is_array()) {
-    reading.refusal = "There are no labels of KiwiSDR in it.";
-    return reading;
-  }
-  std::size_t number = 0;
-  for (const Json& label : *labels) {
-    ++number;
-    const bool shaped =
-        label.is_array() && label.size() >= 3 && label[1].is_string() && label[2].is_string();
-    const auto frequency = shaped ? frequencyOf(label[0], 1000)
-                                  : Result<Hz>(Failure{"it has not the parts of a label"});
-    if (!frequency) {
-      reading.leftOut.push_back({number, frequency.reason()});
-      continue;
-    }
-    Taken taken;
-    taken.place = number;
-    taken.entry.frequency = *frequency;
-    takeMode(label[1].get<std::string>(), kKiwiModes, taken);
-    taken.entry.name = lists::oneLine(label[2].get<std::string>());
-    if (label.size() > 3 && label[3].is_string())
-      taken.entry.note = std::string(trimmed(label[3].get<std::string>()));
-    if (label.size() > 4 && label.back().is_object() && !takeKiwiOptions(label.back(), taken))
-      remark(taken, "its times cannot be read");
-    reading.taken.push_back(std::move(taken));
-  }
-  return reading;
-}
-
-Writing writeKiwiJson(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  lists::Entries sorted(entries.begin(), entries.end());
-  // Out of order it is an error there.
-  std::ranges::stable_sort(sorted, {},
-                           [](const lists::EntryPtr& entry) { return entry->frequency; });
-  std::string& out = writing.text = "{\"dx\":[";
-  for (const lists::EntryPtr& entry : sorted) {
-    losses.countParts(*entry, Losses::Tags | Losses::Favourite | Losses::Skip);
-    out += out.back() == '[' ? "\n[" : ",\n[";
-    out += lists::khzText(entry->frequency) + ", \"";
-    (out += wordFor(*entry, kKiwiModes, "IQ", losses)) += "\", ";
-    appendJsonText(out, entry->name);
-    appendJsonText(out += ", ", entry->note);
-    if (const std::string options = kiwiOptions(*entry, losses); !options.empty())
-      (out += ", ") += options;
-    out += ']';
-  }
-  out += "\n]}\n";
   writing.losses = losses.words();
   return writing;
 }
@@ -367,9 +218,11 @@ Reading readOpenWebRx(const std::string& text) {
     taken.place = number;
     taken.entry.frequency = *frequency;
     taken.entry.name = lists::oneLine(textOf(bookmark, "name"));
-    takeMode(textOf(bookmark, "modulation"), kOpenWebRxModes, taken);
-    taken.entry.note = textOf(bookmark, "description");
+    takeMode(textOf(bookmark, "modulation"), kOpenWebRxModes, taken, kOpenWebRx);
+    taken.entry.note = trimmed(textOf(bookmark, "description"));
     taken.entry.skip = bookmark.contains("scannable") && bookmark["scannable"] == false;
+    if (const std::string under = textOf(bookmark, kUnderlying); !under.empty())
+      keepField(taken.entry, kOpenWebRx, kUnderlying, lists::oneLine(under));
     reading.taken.push_back(std::move(taken));
   }
   return reading;
@@ -379,12 +232,17 @@ Writing writeOpenWebRx(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
   std::string& out = writing.text = "[";
+  out.reserve(entries.size() * 100);
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Width | Losses::Group | Losses::Tags | Losses::Times |
-                                  Losses::Days | Losses::Favourite | Losses::Further);
+                                  Losses::Days | Losses::Favourite);
+    losses.countFurther(*entry, kOpenWebRx);
     appendJsonText(out += out.size() == 1 ? "\n  {\"name\": " : ",\n  {\"name\": ", entry->name);
-    out += ", \"frequency\": " + std::to_string(entry->frequency) + ", \"modulation\": \"";
-    (out += wordFor(*entry, kOpenWebRxModes, "", losses)) += '"';
+    out += ", \"frequency\": " + std::to_string(entry->frequency);
+    appendJsonText(out += ", \"modulation\": ",
+                   wordFor(*entry, kOpenWebRxModes, "", losses, kOpenWebRx));
+    if (const auto under = keptField(*entry, kOpenWebRx, kUnderlying); !under.empty())
+      appendJsonText(out += ", \"underlying\": ", under);
     if (!entry->note.empty()) appendJsonText(out += ", \"description\": ", entry->note);
     if (entry->skip) out += ", \"scannable\": false";
     out += '}';

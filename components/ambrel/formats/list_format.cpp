@@ -24,16 +24,38 @@ constexpr std::array<FormatName, static_cast<std::size_t>(Format::Count)> kNames
     {"CSV with headings", "stations.csv"},
 }};
 
-Format recognisedJson(std::string_view text) {
-  const std::string_view start = text.substr(0, 4000);
-  if (start.find("\"dx\"") != start.npos) return Format::KiwiJson;
-  if (start.find("\"bookmarks\"") != start.npos || start.find("\"lists\"") != start.npos ||
-      start.find("\"selectedList\"") != start.npos)
-    return Format::SdrPlusPlus;
-  if (start.find("\"modulation\"") != start.npos || trimmed(text) == "[]") return Format::OpenWebRx;
-  const auto second = start.find_first_not_of(" \t\n", 1);
-  const bool rows = start.starts_with('[') && second != start.npos && start[second] == '[';
-  return rows ? Format::KiwiJson : start.starts_with('[') ? Format::OpenWebRx : Format::SdrPlusPlus;
+/// The text that begins with a quote, up to its other one.
+std::string_view quotedText(std::string_view text) {
+  for (std::size_t at = 1; at < text.size(); ++at) {
+    if (text[at] == '"') return text.substr(1, at - 1);
+    if (text[at] == '\\') ++at;
+  }
+  return text.substr(1);
+}
+
+/// What the first known member of the outermost object says of the whole. Names further inside are
+/// the operator's own.
+Format recognisedObject(std::string_view text) {
+  int depth = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '{' || text[at] == '[') ++depth;
+    if (text[at] == '}' || text[at] == ']') --depth;
+    if (text[at] != '"') continue;
+    const std::string_view name = quotedText(text.substr(at));
+    at += name.size() + 1;
+    const auto next = text.find_first_not_of(" \t\n", at + 1);
+    if (depth != 1 || next == text.npos || text[next] != ':') continue;
+    if (name == "dx") return Format::KiwiJson;
+    if (name == "bookmarks" || name == "lists" || name == "selectedList")
+      return Format::SdrPlusPlus;
+  }
+  return Format::SdrPlusPlus;
+}
+
+/// Rows in rows are labels of KiwiSDR, objects bookmarks of OpenWebRX.
+Format recognisedArray(std::string_view text) {
+  const auto second = text.find_first_not_of(" \t\n", 1);
+  return second != text.npos && text[second] == '[' ? Format::KiwiJson : Format::OpenWebRx;
 }
 
 /// The first line that is neither empty nor a comment.
@@ -52,12 +74,11 @@ Reading readOwn(const std::string& text) {
   reading.format = Format::Own;
   lists::OwnText own = lists::readOwnText(text);
   reading.refusal = own.refusal;
-  std::size_t number = 0;
-  for (const lists::EntryPtr& entry : own.entries) reading.taken.push_back({*entry, ++number, {}});
-  reading.lines = false;
+  reading.taken.reserve(own.entries.size());
+  for (std::size_t i = 0; i < own.entries.size(); ++i)
+    reading.taken.push_back({*own.entries[i], own.entriesAt[i], {}});
   for (std::size_t i = 0; i < own.unread.size(); ++i)
-    reading.leftOut.push_back(
-        {own.unreadAt[i], "line " + std::to_string(own.unreadAt[i]) + ": " + own.reasons[i]});
+    reading.leftOut.push_back({own.unreadAt[i], own.reasons[i]});
   return reading;
 }
 
@@ -112,7 +133,8 @@ const FormatName& nameOf(Format format) { return kNames[static_cast<std::size_t>
 
 Format recognised(const std::string& text) {
   const std::string_view all = trimmed(text);
-  if (all.starts_with('{') || all.starts_with('[')) return recognisedJson(all);
+  if (all.starts_with('{')) return recognisedObject(all);
+  if (all.starts_with('[')) return recognisedArray(all);
   if (all.starts_with('<')) return Format::SdrSharp;
   const std::string_view first = firstLine(text);
   lists::Headings headings;
@@ -124,7 +146,9 @@ Format recognised(const std::string& text) {
   if (first.starts_with("kHz") && lists::readHeadings(first, headings) &&
       headings.columns.size() >= usual.columns.size())
     return Format::Own;
-  if (text.find("# Frequency ;") != text.npos || all.starts_with("# Tag name")) return Format::Gqrx;
+  if (all.starts_with("# Tag name") || all.starts_with("# Frequency ;") ||
+      text.find("\n# Frequency ;") != text.npos)
+    return Format::Gqrx;
   return Format::Csv;
 }
 
@@ -136,7 +160,9 @@ Reading readList(std::string_view bytes) {
     return reading;
   }
   if (text.find('\0') != text.npos) {
-    reading.refusal = "It is no text.";
+    reading.refusal = bytes.starts_with("PK\3\4")
+                          ? "It is a zip. A season of HFCC is loaded in the database's source (E)."
+                          : "It is no text.";
     return reading;
   }
   const Format format = recognised(text);

@@ -74,8 +74,9 @@ inline constexpr std::array<std::string_view, 14> kFieldNames = {
 struct TableShape {
   char delimiter = ',';
   lists::Unit unit = lists::Unit::Guess;
-  bool heading = false;               ///< the first row names the columns
-  std::vector<std::string> headings;  ///< as it does, or "Column 1"
+  bool heading = false;               ///< a row names the columns
+  std::size_t rowsBefore = 0;         ///< before that one
+  std::vector<std::string> headings;  ///< as they stand there, or "Column 1"
   std::vector<Field> fields;          ///< of each column
 
   bool operator==(const TableShape&) const = default;
@@ -103,7 +104,7 @@ inline constexpr std::size_t kLargestList = std::size_t{512} << 20;
 inline constexpr int kDeepest = 64;
 
 /// The bytes of a file as UTF-8 with lines that end in "\n": UTF-8 with or without its mark, UTF-16
-/// in either order, else Latin-1.
+/// in either order, else Latin-1 as Windows writes it.
 std::string asUtf8(std::string_view bytes);
 
 /// Which format a text (of `asUtf8`) is in, by what stands in it; Csv where it is no other.

@@ -1,4 +1,4 @@
-// Lists that are tables: KiwiSDR's labels as CSV, SDRangel's frequency scanner, and any other.
+// Any table with delimiters, read by its headings.
 
 #include <algorithm>
 #include <array>
@@ -13,62 +13,6 @@
 namespace kelvane::formats {
 
 namespace {
-
-constexpr Setting tableModeOf(kelvane::Mode mode) { return static_cast<Setting>(mode); }
-
-constexpr std::array<ModeWord, 13> kKiwiCsvModes = {{{tableModeOf(Mode::Am), "AM"},
-                                                     {tableModeOf(Mode::Am), "AMN"},
-                                                     {tableModeOf(Mode::Usb), "USB"},
-                                                     {tableModeOf(Mode::Usb), "USN"},
-                                                     {tableModeOf(Mode::Lsb), "LSB"},
-                                                     {tableModeOf(Mode::Lsb), "LSN"},
-                                                     {tableModeOf(Mode::Cw), "CW"},
-                                                     {tableModeOf(Mode::Fm), "NBFM"},
-                                                     {tableModeOf(Mode::Sam), "SAM"},
-                                                     {tableModeOf(Mode::Sal), "SAL"},
-                                                     {tableModeOf(Mode::Sah), "SAU"},
-                                                     {tableModeOf(Mode::Drm), "DRM"},
-                                                     {-1, "IQ"}}};
-
-constexpr std::string_view kKiwiDays = "MTWTFSS";
-
-/// Where headings stand in the first row of a table.
-class ColumnsByName {
- public:
-  explicit ColumnsByName(const TableRows& rows) : names_(rows.fields()) {}
-  std::size_t of(std::string_view heading) const {
-    const auto there = std::ranges::find_if(
-        names_, [&](std::string_view name) { return equalIgnoringCase(trimmed(name), heading); });
-    return static_cast<std::size_t>(there - names_.begin());  // beyond the last: an empty field
-  }
-
- private:
-  std::vector<std::string> names_;
-};
-
-/// "MTWTFSS" with "_" for days off; false where it is something else.
-bool takeKiwiDays(std::string_view text, Entry& entry) {
-  if (text.empty()) return true;
-  if (text.size() != 7) return false;
-  std::uint8_t days = 0;
-  for (std::size_t day = 0; day < 7; ++day) {
-    if (text[day] == '_') continue;
-    if (text[day] != kKiwiDays[day]) return false;
-    days |= static_cast<std::uint8_t>(1 << day);
-  }
-  entry.days = lists::weekdaysText(days);
-  return true;
-}
-
-std::string kiwiDays(const Entry& entry, Losses& losses) {
-  const auto days = lists::weekdaysOf(entry.days);
-  if (!days) losses.count("its days, which are more than weekdays");
-  std::string text(kKiwiDays);
-  for (std::size_t day = 0; day < 7; ++day) {
-    if (days && !(*days >> day & 1)) text[day] = '_';
-  }
-  return text;
-}
 
 /// A word of a heading and what such a column means.
 struct HeadingWord {
@@ -184,9 +128,33 @@ char guessedDelimiter(std::string_view text) {
   return best;
 }
 
-bool isMark(std::string_view text) {
-  return !text.empty() && text != "0" && !equalIgnoringCase(text, "no") &&
-         !equalIgnoringCase(text, "false");
+/// A table may have a few lines of title before the one that names its columns.
+constexpr std::size_t kMostTitleRows = 20;
+
+/// The columns that are written here; behind them stand those that the operator's list has beside.
+constexpr std::array<std::string_view, 11> kOwnColumns = {
+    "Frequency (kHz)", "Name", "Mode", "Bandwidth (Hz)", "Group", "Tags", "UTC", "Days",
+    "Favourite",       "Skip", "Notes"};
+
+bool isOwnHeading(const std::vector<std::string>& headings) {
+  return headings.size() >= kOwnColumns.size() &&
+         std::equal(kOwnColumns.begin(), kOwnColumns.end(), headings.begin());
+}
+
+bool isNumber(std::string_view field) {
+  return bool(lists::readFrequency(field, lists::Unit::Guess));
+}
+
+bool holdsNumber(const TableRows& row) { return std::ranges::any_of(row.fields(), isNumber); }
+
+/// Whether a row names columns, a frequency's among them. "Calling frequency" beside a number is a
+/// station's name.
+bool isHeadingRow(const TableRows& row) {
+  const auto names = [](std::string_view field) {
+    return fieldOfHeading(field) == Field::Frequency;
+  };
+  if (row.raw().starts_with('#')) return names(row.field(0));
+  return std::ranges::any_of(row.fields(), names) && !holdsNumber(row);
 }
 
 /// Takes one field; answers what is wrong with it where the row is of no use then.
@@ -253,167 +221,28 @@ void settleTimes(Entry& entry) {
 
 }  // namespace
 
-Reading readKiwiCsv(std::string_view text) {
-  Reading reading;
-  reading.format = Format::KiwiCsv;
-  const std::string_view first = text.substr(0, text.find('\n'));
-  TableRows rows(text, first.find(';') == first.npos ? ',' : ';');
-  rows.next();
-  while (rows.next()) {
-    Taken taken;
-    taken.place = rows.line();
-    const auto frequency = lists::readFrequency(rows.field(0), lists::Unit::Khz);
-    std::string reason = frequency.reason();
-    if (rows.fields().size() < 3) reason = "there are too few fields for a label";
-    if (!reason.empty()) {
-      reading.leftOut.push_back({rows.line(), reason});
-      continue;
-    }
-    Entry& entry = taken.entry;
-    entry.frequency = *frequency;
-    takeMode(rows.field(1), kKiwiCsvModes, taken);
-    entry.name = lists::oneLine(rows.field(2));
-    entry.note = rows.field(3);
-    entry.group = lists::oneLine(rows.field(5));
-    const double low = num(rows.field(6)), high = num(rows.field(7));
-    if (high > low && high - low <= 10'000'000) entry.width = nearestLong(high - low);
-    if (!takeKiwiDays(rows.field(9), entry)) remark(taken, "the days cannot be read");
-    const std::string times = std::string(rows.field(10)) + '-' + std::string(rows.field(11));
-    if (times.size() > 1 && !lists::readTimesOf(times, entry))
-      remark(taken, "the times cannot be read");
-    for (const auto& [column, name] :
-         {std::pair{4, "KiwiSDR p"}, {8, "KiwiSDR o"}, {12, "KiwiSDR s"}}) {
-      const auto value = rows.field(static_cast<std::size_t>(column));
-      if (!value.empty() && value != "0") entry.further.emplace_back(name, value);
-    }
-    reading.taken.push_back(std::move(taken));
-  }
-  return reading;
-}
-
-Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::string& out = writing.text =
-      "Freq kHz;\"Mode\";\"Ident\";\"Notes\";\"Extension\";\"Type\";PB low;PB "
-      "high;Offset;\"DOW\";Begin;End;Sig bw\n";
-  const auto quoted = [&out](std::string_view text) {
-    out += ";\"";
-    for (const char c : text) {
-      if (c == '"') out += '"';
-      out += c;
-    }
-    out += '"';
-  };
-  const auto further = [](const Entry& entry, std::string_view name) -> std::string_view {
-    for (const auto& [heading, value] : entry.further) {
-      if (heading == name) return value;
-    }
-    return {};
-  };
-  lists::Entries sorted(entries.begin(), entries.end());
-  std::ranges::stable_sort(sorted, {},
-                           [](const lists::EntryPtr& entry) { return entry->frequency; });
-  for (const lists::EntryPtr& each : sorted) {
-    const Entry& entry = *each;
-    losses.countParts(entry, Losses::Tags | Losses::Favourite | Losses::Skip);
-    for (const auto& [name, value] : entry.further)
-      if (!name.starts_with("KiwiSDR ")) losses.count("further columns");
-    out += lists::khzText(entry.frequency);
-    quoted(wordFor(entry, kKiwiCsvModes, "IQ", losses));
-    quoted(entry.name);
-    quoted(entry.note);
-    quoted(further(entry, "KiwiSDR p"));
-    quoted(entry.group);
-    const Setting low = entry.mode == tableModeOf(Mode::Usb)   ? 300
-                        : entry.mode == tableModeOf(Mode::Lsb) ? -300 - entry.width
-                                                               : -entry.width / 2;
-    if (entry.width > 0)
-      out += ';' + std::to_string(low) + ';' + std::to_string(low + entry.width);
-    else
-      out += ";;";
-    (out += ';') += further(entry, "KiwiSDR o");
-    quoted(kiwiDays(entry, losses));
-    out += ";'" + (entry.from < 0 ? "0000" : lists::minuteText(entry.from));
-    out += ";'" + (entry.from < 0 ? "2400" : lists::minuteText(entry.to));
-    (out += ';') += further(entry, "KiwiSDR s");
-    out += '\n';
-  }
-  writing.losses = losses.words();
-  return writing;
-}
-
-Reading readSdrAngel(std::string_view text) {
-  Reading reading;
-  reading.format = Format::SdrAngel;
-  TableRows rows(text, ',');
-  if (!rows.next()) return reading;
-  const ColumnsByName columns(rows);
-  const std::size_t frequencyAt = columns.of("Freq (Hz)"), enableAt = columns.of("Enable"),
-                    notesAt = columns.of("Notes"), widthAt = columns.of("Ch BW (Hz)");
-  const std::array<std::pair<std::size_t, std::string_view>, 3> kept = {
-      {{columns.of("Channel"), "SDRangel Channel"},
-       {columns.of("TH (dB)"), "SDRangel TH"},
-       {columns.of("Sq (dB)"), "SDRangel Sq"}}};
-  while (rows.next()) {
-    const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Hz);
-    if (!frequency) {
-      reading.leftOut.push_back({rows.line(), frequency.reason()});
-      continue;
-    }
-    Taken taken;
-    taken.place = rows.line();
-    taken.entry.frequency = *frequency;
-    taken.entry.name = lists::oneLine(rows.field(notesAt));
-    taken.entry.skip = !rows.field(enableAt).empty() && !isMark(rows.field(enableAt));
-    takeWidth(rows.field(widthAt), taken);
-    for (const auto& [column, name] : kept) {
-      if (!rows.field(column).empty()) taken.entry.further.emplace_back(name, rows.field(column));
-    }
-    reading.taken.push_back(std::move(taken));
-  }
-  return reading;
-}
-
-Writing writeSdrAngel(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::string& out = writing.text = "Freq (Hz),Enable,Notes,Channel,Ch BW (Hz),TH (dB),Sq (dB)\n";
-  for (const lists::EntryPtr& entry : entries) {
-    losses.countParts(*entry, Losses::Mode | Losses::Group | Losses::Tags | Losses::Times |
-                                  Losses::Days | Losses::Favourite | Losses::Note);
-    std::map<std::string_view, std::string_view> kept;
-    for (const auto& [name, value] : entry->further) {
-      kept[name] = value;
-      if (!name.starts_with("SDRangel ")) losses.count("further columns");
-    }
-    out += std::to_string(entry->frequency) + (entry->skip ? ",0," : ",1,");
-    appendTableField(out, entry->name, ',');
-    appendTableField(out += ',', kept["SDRangel Channel"], ',');
-    out += ',';
-    if (entry->width > 0) out += std::to_string(entry->width);
-    appendTableField(out += ',', kept["SDRangel TH"], ',');
-    appendTableField(out += ',', kept["SDRangel Sq"], ',');
-    out += '\n';
-  }
-  writing.losses = losses.words();
-  return writing;
-}
-
 TableShape guessShape(std::string_view text, char delimiter) {
   TableShape shape;
   shape.delimiter = delimiter != 0 ? delimiter : guessedDelimiter(text);
   TableRows rows(text.substr(0, 200'000), shape.delimiter);
-  bool any = rows.next();
-  while (any && rows.raw().starts_with('#') && fieldOfHeading(rows.field(0)) != Field::Frequency)
-    any = rows.next();
-  if (!any) return shape;
-  const std::vector<std::string> first = rows.fields();
-  shape.heading = std::ranges::any_of(
-      first, [](const std::string& each) { return fieldOfHeading(each) == Field::Frequency; });
+  std::vector<std::string> first;
+  bool numbers = false;
+  for (std::size_t row = 0; row < kMostTitleRows && !shape.heading && rows.next(); ++row) {
+    if (isHeadingRow(rows)) {
+      shape.heading = true;
+      shape.rowsBefore = row;
+      first = rows.fields();
+    } else if (!numbers && !rows.raw().starts_with('#')) {
+      numbers = holdsNumber(rows);
+      if (numbers || first.empty()) first = rows.fields();
+    }
+  }
+  if (first.empty()) return shape;
   if (shape.heading) {
+    const bool own = isOwnHeading(first);
     for (const std::string& heading : first) {
-      Field field = fieldOfHeading(heading);
+      const bool beside = own && shape.fields.size() >= kOwnColumns.size();
+      Field field = beside ? Field::Ignored : fieldOfHeading(heading);
       // Of two columns of one kind the first is used; names and notes are joined.
       const bool twice = std::ranges::find(shape.fields, field) != shape.fields.end();
       if (twice && field != Field::Note) field = Field::Ignored;
@@ -477,13 +306,12 @@ Reading readAnyTable(std::string_view text, const TableShape& shape) {
   }
   const std::vector<std::string> names = columnNames(shape);
   TableRows rows(text, shape.delimiter);
-  bool heading = shape.heading;
+  for (std::size_t row = 0; shape.heading && row <= shape.rowsBefore && rows.next(); ++row) {
+    if (row < shape.rowsBefore && !rows.raw().starts_with('#'))
+      reading.leftOut.push_back({rows.line(), "it stands before the headings"});
+  }
   while (rows.next()) {
-    const bool comment = rows.raw().starts_with('#');
-    if (std::exchange(heading,
-                      heading && comment && fieldOfHeading(rows.field(0)) != Field::Frequency))
-      continue;
-    if (comment) continue;
+    if (rows.raw().starts_with('#')) continue;
     Taken taken;
     taken.place = rows.line();
     std::string reason;
@@ -509,6 +337,7 @@ Reading readAnyTable(std::string_view text, const TableShape& shape) {
 
 Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
   Writing writing;
+  Losses losses;
   std::vector<std::string> further;
   for (const lists::EntryPtr& entry : entries) {
     for (const auto& [name, value] : entry->further) {
@@ -516,12 +345,14 @@ Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
       if (std::ranges::find(further, name) == further.end()) further.push_back(name);
     }
   }
-  std::string& out = writing.text =
-      "Frequency (kHz),Name,Mode,Bandwidth (Hz),Group,Tags,UTC,Days,Favourite,Skip,Notes";
+  std::string& out = writing.text;
+  out.reserve(entries.size() * 100);
+  for (const std::string_view column : kOwnColumns) (out += out.empty() ? "" : ",") += column;
   for (const std::string& name : further) appendTableField(out += ',', name, ',');
   out += "\r\n";
   for (const lists::EntryPtr& each : entries) {
     const Entry& entry = *each;
+    losses.countLines(entry);
     out += lists::khzText(entry.frequency);
     const auto field = [&out](std::string_view text) { appendTableField(out += ',', text, ','); };
     field(entry.name);
@@ -541,6 +372,7 @@ Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
     }
     out += "\r\n";
   }
+  writing.losses = losses.words();
   return writing;
 }
 

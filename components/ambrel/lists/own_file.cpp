@@ -283,6 +283,7 @@ OwnText readOwnText(std::string_view bytes) {
       list.reasons.push_back(problem);
     } else {
       list.entries.push_back(std::move(entry));
+      list.entriesAt.push_back(static_cast<std::uint32_t>(number));
     }
   }
   return list;

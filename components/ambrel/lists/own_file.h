@@ -36,11 +36,12 @@ const char* readOwnLine(std::string_view line, const Headings& headings, Entry& 
 /// What a text of the operator's list holds. Lines that cannot be read are kept as they are.
 struct OwnText {
   Entries entries;
-  std::vector<std::string> comments;  ///< lines of the operator's own that begin with "#"
-  std::vector<std::string> unread;    ///< lines that are no stations
-  std::vector<std::size_t> unreadAt;  ///< their numbers, from 1
-  std::vector<const char*> reasons;   ///< and what is wrong with each
-  std::string refusal;                ///< why this is no such text at all; mostly empty
+  std::vector<std::uint32_t> entriesAt;  ///< their lines in the text that was read, from 1
+  std::vector<std::string> comments;     ///< lines of the operator's own that begin with "#"
+  std::vector<std::string> unread;       ///< lines that are no stations
+  std::vector<std::size_t> unreadAt;     ///< their numbers, from 1
+  std::vector<const char*> reasons;      ///< and what is wrong with each
+  std::string refusal;                   ///< why this is no such text at all; mostly empty
 };
 
 /// Reads UTF-8 with or without its mark; what is no UTF-8 is taken for Latin-1.

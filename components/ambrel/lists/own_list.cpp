@@ -31,10 +31,18 @@ void OwnList::edit(const Edits& edits) {
     lastStep_.push_back(id);
   }
   if (step.empty()) return;
-  if (undo_.size() == kMostSteps) undo_.erase(undo_.begin());
   undo_.push_back(std::move(step));
   redo_.clear();
+  forgetOldSteps();
   ++version_;
+}
+
+void OwnList::forgetOldSteps() {
+  std::size_t changes = 0;
+  for (const Step& step : undo_) changes += step.size();
+  for (; undo_.size() > 1 && (undo_.size() > kMostSteps || changes > kMostChanges);
+       undo_.pop_front())
+    changes -= undo_.front().size();
 }
 
 void OwnList::play(const Step& step, bool forward) {
@@ -92,6 +100,7 @@ void OwnList::adopt(const OwnText& text) {
   for (EntryPtr& entry : added) set(end(), std::move(entry));
   comments_ = text.comments;
   unread_ = text.unread;
+  lastStep_.clear();
   ++version_;
 }
 

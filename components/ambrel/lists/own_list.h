@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,9 +29,10 @@ class OwnList {
   void edit(const Edits& edits);
   bool canUndo() const { return !undo_.empty(); }
   bool canRedo() const { return !redo_.empty(); }
-  /// Answer whether there was a step; `lastStep` then has the entries that it was about.
+  /// Answer whether there was a step.
   bool undo();
   bool redo();
+  /// The entries that the last change was about; none where the list became another one's.
   const std::vector<Id>& lastStep() const { return lastStep_; }
 
   /// Grows with every change.
@@ -48,14 +50,18 @@ class OwnList {
   };
   using Step = std::vector<Change>;
   static constexpr std::size_t kMostSteps = 1000;
+  /// Changes of entries that all steps hold together, but for the last one, however long.
+  static constexpr std::size_t kMostChanges = 3'000'000;
 
   void set(Id id, EntryPtr entry);
   void play(const Step& step, bool forward);
+  void forgetOldSteps();
 
   std::vector<EntryPtr> slots_;
   std::size_t count_ = 0;
   std::vector<std::string> comments_, unread_;
-  std::vector<Step> undo_, redo_;
+  std::deque<Step> undo_;
+  std::vector<Step> redo_;
   std::vector<Id> lastStep_;
   std::uint64_t version_ = 0;
 };

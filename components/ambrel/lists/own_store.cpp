@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/barrier.h"
 #include "base/file_lock.h"
 
 namespace kelvane::lists {

@@ -6,6 +6,7 @@
 #include "base/encoding.h"
 #include "base/safe_file.h"
 #include "base/text.h"
+#include "base/unchanging_file.h"
 #include "components/ambrel/schedule/codes_file.h"
 #include "components/ambrel/schedule/eibi_schedule.h"
 #include "components/ambrel/schedule/hfcc.h"
@@ -73,7 +74,7 @@ bool readHead(std::string_view text, std::optional<Season>& season, std::string&
 }  // namespace
 
 StationList readScheduleFile(const fs::path& file, FileSteps& disk) {
-  FileReading reading = readWhenFree(file, kLargestSchedule, disk);
+  FileReading reading = readUnchanging(file, kLargestSchedule, disk);
   if (reading.how != FileReading::Whole) {
     const bool missing = reading.how == FileReading::Missing;
     StationList none = refused(file, missing ? "There is no such file." : reading.reason);
@@ -126,7 +127,7 @@ std::optional<StationList> keptHfcc(const DataFiles& files) {
 }
 
 std::optional<OtherImport> importOther(const fs::path& file, const DataFiles& files) {
-  const FileReading reading = readWhenFree(file, kLargestHfcc, files.disk());
+  const FileReading reading = readUnchanging(file, kLargestHfcc, files.disk());
   if (reading.how != FileReading::Whole) return std::nullopt;
   const std::string name = pathText(file.filename());
   if (isZip(reading.content)) {

@@ -1,6 +1,7 @@
 #include "components/ambrel/schedule/site_places.h"
 
 #include <algorithm>
+#include <array>
 
 #include "base/text.h"
 
@@ -8,12 +9,28 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr std::string_view kTable = "Transmitter-site codes";
+/// The table's name, as its heading and the list of contents have it.
+constexpr std::array<std::string_view, 2> kTables = {"Transmitter site codes",
+                                                     "Transmitter-site codes"};
 
-bool isCode(std::string_view text) {
-  const bool capital = text.size() == 1 && isCapital(text[0]);
-  return capital || (!text.empty() && text.size() <= 3 &&
-                     std::ranges::all_of(text, [](char c) { return isDigit(c) || isSmall(c); }));
+/// Where the last of them stands; npos where none does.
+std::size_t tableIn(std::string_view text) {
+  std::size_t last = text.npos;
+  for (const std::string_view table : kTables) {
+    const auto at = text.rfind(table);
+    if (at != text.npos && (last == text.npos || at > last)) last = at;
+  }
+  return last;
+}
+
+/// Codes are told from each other by their case too ("b", "B", "Cg"). The line that names the
+/// country may have its usual site, without a code, whose name may have a dash ("El-Obeid").
+bool isCode(std::string_view text, bool besideCountry) {
+  const auto small = [](char c) { return isDigit(c) || (c >= 'a' && c <= 'z'); };
+  const auto capital = [](char c) { return c >= 'A' && c <= 'Z'; };
+  if (text.empty() || text.size() > 3) return false;
+  if (besideCountry && text.size() > 1) return std::ranges::all_of(text, small);
+  return std::ranges::all_of(text, [&](char c) { return small(c) || capital(c); });
 }
 
 /// The first place in a line, and where it begins.
@@ -36,10 +53,10 @@ std::optional<GeoPoint> placeIn(std::string_view line, std::size_t& begin) {
 
 }  // namespace
 
-bool isSiteText(std::string_view text) { return text.find(kTable) != text.npos; }
+bool isSiteText(std::string_view text) { return tableIn(text) != text.npos; }
 
 SitePlaces::SitePlaces(std::string_view text) {
-  const auto table = text.rfind(kTable);
+  const auto table = tableIn(text);
   if (table == text.npos) return;
   text.remove_prefix(table);
   std::string country;
@@ -53,17 +70,22 @@ SitePlaces::SitePlaces(std::string_view text) {
 void SitePlaces::take(std::string_view line, std::string& country) {
   line = trimmed(line);
   const auto colon = line.find(':');
+  bool besideCountry = false;
   if (colon != line.npos && colon >= 1 && colon <= 3 &&
       std::ranges::all_of(line.substr(0, colon), isCapital)) {
     country = line.substr(0, colon);
     line = trimmed(line.substr(colon + 1));
+    besideCountry = true;
   }
   std::size_t begin = 0;
   const auto point = placeIn(line, begin);
   if (!point || country.empty()) return;
   const auto dash = line.find('-');
   const std::string_view code = dash < begin ? line.substr(0, dash) : std::string_view();
-  places_.emplace(country + '-' + (isCode(code) ? std::string(code) : std::string()), *point);
+  const bool coded = isCode(code, besideCountry);
+  // Without a code only the country's own line has a site, the usual one.
+  if (!coded && !besideCountry) return;
+  places_.emplace(country + '-' + (coded ? std::string(code) : std::string()), *point);
 }
 
 std::optional<GeoPoint> SitePlaces::at(std::string_view site, std::string_view homeCountry) const {

@@ -69,7 +69,9 @@ bool KnownStations::find(Hz frequency, Hz tolerance) {
 FrqRecord KnownStations::walkAll(Long direction) {
   const PlaceIndex& row = table_->places();
   const auto atOrAbove = [&row](Hz frequency) { return row.atOrAbove(frequency); };
-  const std::size_t place = stepFrom(position_, direction, row.size(), atOrAbove);
+  std::size_t place = stepFrom(position_, direction, row.size(), atOrAbove);
+  while (place < row.size() && isSkipped(place))
+    place = direction > 0 ? place + 1 : place > 0 ? place - 1 : row.size();
   if (place < row.size()) return arriveAt(row.frequency(place), place + 1, row.size());
   return stay(table_->places().nearest(position_, 0), row.size());
 }
@@ -117,6 +119,17 @@ FrqRecord KnownStations::arriveAt(Hz frequency, std::size_t position, std::size_
 
 FrqRecord KnownStations::stay(std::optional<std::size_t> place, std::size_t count) const {
   return {place ? static_cast<Long>(*place) + 1 : 0, static_cast<Count>(count), position_};
+}
+
+bool KnownStations::isSkipped(std::size_t place) const {
+  bool skipped = false;
+  for (const Record& record : table_->at(place)) {
+    // The operator's own come first.
+    if (!(record.marks & Record::kOwn)) break;
+    if (!(record.marks & Record::kSkip)) return false;
+    skipped = true;
+  }
+  return skipped;
 }
 
 bool KnownStations::isIn(Long set, std::size_t place) const {

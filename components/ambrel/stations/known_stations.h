@@ -48,6 +48,7 @@ class KnownStations {
   /// Decides anew, for the present minute, which record speaks for what was found.
   void lookAgain() { select(found_->place); }
 
+  /// Passes over what the operator's own list says to.
   FrqRecord walkAll(Long direction);
   FrqRecord walkInSet(Long set, Long direction);
   /// Walks to the first frequency of the next or previous set, or to its second where the first
@@ -68,6 +69,8 @@ class KnownStations {
  private:
   FrqRecord arriveAt(Hz frequency, std::size_t position, std::size_t count);
   FrqRecord stay(std::optional<std::size_t> place, std::size_t count) const;
+  /// Whether the operator's own list has it and says to pass it over, whatever other lists say.
+  bool isSkipped(std::size_t place) const;
   bool isIn(Long set, std::size_t place) const;
   void select(std::size_t place);
 

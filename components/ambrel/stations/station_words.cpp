@@ -221,6 +221,20 @@ StationWords wordsFor(const StationTable& table, const FoundStation& found, cons
   return words;
 }
 
+std::optional<HeardPlace> heardPlace(const StationTable& table, const FoundStation& found,
+                                     const AirTime& time, const Codes& codes) {
+  const auto placeOf = [&](const Record& record) {
+    return detailsOf(table, found.frequency, record, time, codes).place;
+  };
+  if (const auto place = placeOf(*found.record)) return HeardPlace{*place, {}};
+  for (const Record& record : table.at(found.place)) {
+    if (!isSchedule(table, record) || !time.onAir(record)) continue;
+    if (const auto place = placeOf(record))
+      return HeardPlace{*place, isHfcc(table, record) ? "HFCC" : "EiBi"};
+  }
+  return std::nullopt;
+}
+
 std::string nextHere(const StationTable& table, std::size_t place, UtcMinute now,
                      const Codes& codes) {
   constexpr std::int32_t kSoon = 60;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "components/ambrel/bands/band_plan.h"
@@ -51,6 +52,15 @@ struct StationWords {
 /// air; the extra has site and target and tells who else is at the frequency.
 StationWords wordsFor(const StationTable& table, const FoundStation& found, const AirTime& time,
                       const Codes& codes);
+
+/// Where a found station's transmitter is, and who says so: nobody named where its own record does,
+/// else the schedule that has another one with a place on the air there ("HFCC").
+struct HeardPlace {
+  GeoPoint place;
+  std::string source;
+};
+std::optional<HeardPlace> heardPlace(const StationTable& table, const FoundStation& found,
+                                     const AirTime& time, const Codes& codes);
 
 /// What comes on the air at a frequency within the hour: "next 1800: Radio Prague"; empty for
 /// nothing.

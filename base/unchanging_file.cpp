@@ -1,0 +1,35 @@
+#include "base/unchanging_file.h"
+
+#include <cstdint>
+#include <system_error>
+#include <utility>
+
+namespace kelvane {
+
+namespace {
+
+/// Size and time of a file, by which one state of it is told from another.
+std::pair<std::uintmax_t, std::filesystem::file_time_type> stateOf(
+    const std::filesystem::path& file) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(file, error);
+  return {size, std::filesystem::last_write_time(file, error)};
+}
+
+}  // namespace
+
+FileReading readUnchanging(const std::filesystem::path& file, std::size_t limit, FileSteps& disk) {
+  constexpr int kTries = 20;
+  for (int tried = 0; tried < kTries; ++tried) {
+    const auto before = stateOf(file);
+    FileReading reading = readWhenFree(file, limit, disk);
+    if (reading.how != FileReading::Whole || stateOf(file) == before) return reading;
+    disk.pause(kFilePause);
+  }
+  return {FileReading::Unreadable,
+          {},
+          "Another program is writing it; try again when it is done.",
+          true};
+}
+
+}  // namespace kelvane

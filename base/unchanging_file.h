@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+
+#include "base/safe_file.h"
+
+namespace kelvane {
+
+/// Reads a file that another program may be writing: until it was the same before and after.
+/// Unreadable, held, where it changes for longer than a second. Waits.
+FileReading readUnchanging(const std::filesystem::path& file, std::size_t limit, FileSteps& disk);
+
+}  // namespace kelvane

@@ -1,0 +1,145 @@
+// KiwiSDR's labels as its administration page exports and imports them.
+
+#include <algorithm>
+#include <array>
+
+#include "base/number.h"
+#include "base/text.h"
+#include "components/ambrel/formats/kiwi_labels.h"
+
+namespace kelvane::formats {
+
+namespace {
+
+constexpr std::string_view kKiwiDays = "MTWTFSS";
+
+/// "MTWTFSS" with "_" for days off; false where it is something else.
+bool takeKiwiDays(std::string_view text, Entry& entry) {
+  if (text.empty()) return true;
+  if (text.size() != 7) return false;
+  std::uint8_t days = 0;
+  for (std::size_t day = 0; day < 7; ++day) {
+    if (text[day] == '_') continue;
+    if (text[day] != kKiwiDays[day]) return false;
+    days |= static_cast<std::uint8_t>(1 << day);
+  }
+  entry.days = lists::weekdaysText(days);
+  return true;
+}
+
+/// Empty for every day.
+std::string kiwiDays(const Entry& entry, Losses& losses) {
+  if (entry.days.empty()) return {};
+  const auto days = lists::weekdaysOf(entry.days);
+  if (!days) losses.count("its days, which are more than weekdays");
+  std::string text(kKiwiDays);
+  for (std::size_t day = 0; day < 7; ++day) {
+    if (days && !(*days >> day & 1)) text[day] = '_';
+  }
+  return text;
+}
+
+/// Whether a further column is an option of a label that KiwiSDR's CSV has no column for.
+bool isOptionOfJsonAlone(const std::pair<std::string, std::string>& column) {
+  constexpr std::array<std::string_view, 5> kBoth = {kKiwiExtension, kKiwiOffset, kKiwiSignal,
+                                                     kKiwiLow, "mode"};
+  const std::string_view name = column.first;
+  return name.starts_with("KiwiSDR ") &&
+         std::ranges::find(kBoth, name.substr(kKiwi.size() + 1)) == kBoth.end();
+}
+
+}  // namespace
+
+Reading readKiwiCsv(std::string_view text) {
+  Reading reading;
+  reading.format = Format::KiwiCsv;
+  const bool semicolons = text.substr(0, 2000).find("Freq kHz;") != text.npos;
+  TableRows rows(text, semicolons ? ';' : ',');
+  do {
+    if (!rows.next()) return reading;
+  } while (rows.raw().starts_with('#'));
+  const ColumnsByName columns(rows);
+  const auto place = [&columns](std::string_view heading) { return columns.of(heading); };
+  const std::size_t frequencyAt = place("Freq kHz"), mode = place("Mode"), ident = place("Ident"),
+                    notes = place("Notes"), type = place("Type"), low = place("PB low"),
+                    high = place("PB high"), days = place("DOW"), begin = place("Begin"),
+                    end = place("End");
+  const std::array<std::pair<std::size_t, std::string_view>, 3> kept = {
+      {{place("Extension"), kKiwiExtension},
+       {place("Offset"), kKiwiOffset},
+       {place("Sig bw"), kKiwiSignal}}};
+  while (rows.next()) {
+    Taken taken;
+    taken.place = rows.line();
+    const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Khz);
+    std::string reason = frequency.reason();
+    if (rows.fields().size() < 3) reason = "there are too few fields for a label";
+    if (!reason.empty()) {
+      reading.leftOut.push_back({rows.line(), reason});
+      continue;
+    }
+    Entry& entry = taken.entry;
+    entry.frequency = *frequency;
+    takeMode(rows.field(mode), kKiwiModes, taken, kKiwi);
+    entry.name = lists::oneLine(kiwiText(rows.field(ident)));
+    entry.note = trimmed(kiwiText(rows.field(notes)));
+    entry.group = groupOfKiwiType(rows.field(type));
+    takeKiwiPassband(num(rows.field(low)), num(rows.field(high)), entry);
+    if (!takeKiwiDays(rows.field(days), entry)) remark(taken, "the days cannot be read");
+    const std::string times = std::string(rows.field(begin)) + '-' + std::string(rows.field(end));
+    if (times.size() > 1 && !lists::readTimesOf(times, entry))
+      remark(taken, "the times cannot be read");
+    for (const auto& [column, name] : kept) {
+      const auto value = rows.field(column);
+      if (!value.empty() && value != "0") keepField(entry, kKiwi, name, value);
+    }
+    reading.taken.push_back(std::move(taken));
+  }
+  return reading;
+}
+
+Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
+  Writing writing;
+  Losses losses;
+  std::string& out = writing.text =
+      "Freq kHz;\"Mode\";\"Ident\";\"Notes\";\"Extension\";\"Type\";PB low;PB "
+      "high;Offset;\"DOW\";Begin;End;Sig bw\n";
+  const auto quoted = [&out](std::string_view text) { appendQuoted(out += ';', text); };
+  out.reserve(entries.size() * 100);
+  lists::Entries sorted(entries.begin(), entries.end());
+  std::ranges::stable_sort(sorted, {},
+                           [](const lists::EntryPtr& entry) { return entry->frequency; });
+  for (const lists::EntryPtr& each : sorted) {
+    const Entry& entry = *each;
+    losses.countParts(entry, Losses::Tags | Losses::Favourite | Losses::Skip);
+    losses.countLines(entry);
+    losses.countFurther(entry, kKiwi);
+    if (std::ranges::any_of(entry.further, isOptionOfJsonAlone))
+      losses.count("options that only KiwiSDR's JSON has");
+    out += lists::khzText(entry.frequency);
+    quoted(wordFor(entry, kKiwiModes, "IQ", losses, kKiwi));
+    quoted(asKiwiText(entry.name));
+    quoted(asKiwiText(entry.note));
+    quoted(keptField(entry, kKiwi, kKiwiExtension));
+    const std::string type = kiwiTypeOfGroup(entry.group);
+    if (type.empty() && !entry.group.empty())
+      losses.count("its group, which is no type of KiwiSDR's");
+    quoted(type);
+    const Setting low = kiwiPassbandLow(entry);
+    if (entry.width > 0)
+      out += ';' + std::to_string(low) + ';' + std::to_string(low + entry.width);
+    else
+      out += ";;";
+    appendTableField(out += ';', keptField(entry, kKiwi, kKiwiOffset), ';');
+    quoted(kiwiDays(entry, losses));
+    out += entry.from < 0
+               ? ";;"
+               : ";'" + lists::minuteText(entry.from) + ";'" + lists::minuteText(entry.to);
+    appendTableField(out += ';', keptField(entry, kKiwi, kKiwiSignal), ';');
+    out += '\n';
+  }
+  writing.losses = losses.words();
+  return writing;
+}
+
+}  // namespace kelvane::formats

@@ -1,0 +1,74 @@
+// The CSV of SDRangel's frequency scanner.
+
+#include <algorithm>
+#include <array>
+
+#include "base/text.h"
+#include "components/ambrel/formats/format_parts.h"
+
+namespace kelvane::formats {
+
+namespace {
+
+constexpr std::string_view kSdrAngel = "SDRangel";
+/// Of SDRangel's columns those that no station of ours has.
+constexpr std::array<std::string_view, 3> kScannerFields = {"Channel", "TH", "Sq"};
+
+}  // namespace
+
+Reading readSdrAngel(std::string_view text) {
+  Reading reading;
+  reading.format = Format::SdrAngel;
+  TableRows rows(text, ',');
+  if (!rows.next()) return reading;
+  const ColumnsByName columns(rows);
+  const std::size_t frequencyAt = columns.of("Freq (Hz)"), enableAt = columns.of("Enable"),
+                    notesAt = columns.of("Notes"), widthAt = columns.of("Ch BW (Hz)");
+  const std::array<std::size_t, 3> kept = {columns.of("Channel"), columns.of("TH (dB)"),
+                                           columns.of("Sq (dB)")};
+  while (rows.next()) {
+    const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Hz);
+    if (!frequency) {
+      reading.leftOut.push_back({rows.line(), frequency.reason()});
+      continue;
+    }
+    Taken taken;
+    taken.place = rows.line();
+    taken.entry.frequency = *frequency;
+    taken.entry.name = lists::oneLine(rows.field(notesAt));
+    taken.entry.skip = !rows.field(enableAt).empty() && !isMark(rows.field(enableAt));
+    takeWidth(rows.field(widthAt), taken);
+    for (std::size_t i = 0; i < kept.size(); ++i)
+      if (!rows.field(kept[i]).empty())
+        keepField(taken.entry, kSdrAngel, kScannerFields[i], rows.field(kept[i]));
+    reading.taken.push_back(std::move(taken));
+  }
+  return reading;
+}
+
+Writing writeSdrAngel(std::span<const lists::EntryPtr> entries) {
+  Writing writing;
+  Losses losses;
+  std::string& out = writing.text = "Freq (Hz),Enable,Notes,Channel,Ch BW (Hz),TH (dB),Sq (dB)\n";
+  out.reserve(entries.size() * 60);
+  for (const lists::EntryPtr& entry : entries) {
+    losses.countParts(*entry, Losses::Mode | Losses::Group | Losses::Tags | Losses::Times |
+                                  Losses::Days | Losses::Favourite | Losses::Note);
+    losses.countFurther(*entry, kSdrAngel);
+    const auto kept = [&](std::size_t field) {
+      appendTableField(out += ',', keptField(*entry, kSdrAngel, kScannerFields[field]), ',');
+    };
+    out += std::to_string(entry->frequency) + (entry->skip ? ",false," : ",true,");
+    appendTableField(out, entry->name, ',');
+    kept(0);
+    out += ',';
+    if (entry->width > 0) out += std::to_string(entry->width);
+    kept(1);
+    kept(2);
+    out += '\n';
+  }
+  writing.losses = losses.words();
+  return writing;
+}
+
+}  // namespace kelvane::formats
