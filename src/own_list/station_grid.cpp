@@ -292,7 +292,16 @@ bool StationGrid::keyDown(int keyCode, int shift) {
     marks_.clear();
     marked_ = 0;
     for (const Id id : rows_) mark(id, !all);
-    return asks_.changed(), true;
+    asks_.changed();
+    return true;
+  }
+  if (shift == key::CtrlHeld && keyCode == kKeyZ) {
+    asks_.undo();
+    return true;
+  }
+  if (shift == key::CtrlHeld && keyCode == kKeyY) {
+    asks_.redo();
+    return true;
   }
   return false;
 }

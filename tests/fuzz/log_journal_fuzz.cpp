@@ -15,11 +15,11 @@ struct MemoryDisk : FileSteps {
   FileReading read(const std::filesystem::path&, std::size_t) override {
     return {FileReading::Whole, content};
   }
-  FileResult append(const std::filesystem::path&, std::string_view text) override {
+  Result<> append(const std::filesystem::path&, std::string_view text) override {
     content += text;
     return {};
   }
-  FileResult flush(const std::filesystem::path&) override { return {}; }
+  Result<> flush(const std::filesystem::path&) override { return {}; }
 
   std::string content;
 };
@@ -30,7 +30,7 @@ Told told(const LogChanges& changes) { return {changes.added(), changes.removed(
 struct Journal {
   Told read() {
     LogChanges changes;
-    fuzz::promise(journal.read({}, changes).ok, "a journal cannot be read");
+    fuzz::promise(journal.read({}, changes).ok(), "a journal cannot be read");
     return told(changes);
   }
 
@@ -52,7 +52,7 @@ void tear(Journal& one, std::string_view input) {
   for (const std::string_view line : split(input, '\n')) {
     if (line.empty()) continue;
     kept.push_back(changeOf(line));
-    fuzz::promise(one.journal.keep(std::span(&kept.back(), 1)).ok, "a change cannot be kept");
+    fuzz::promise(one.journal.keep(std::span(&kept.back(), 1)).ok(), "a change cannot be kept");
     ends.push_back(one.disk->content.size());
   }
   if (kept.empty()) return;

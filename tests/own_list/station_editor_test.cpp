@@ -89,6 +89,7 @@ TEST_F(MyStations, AnEditReachesAllMarkedRowsAndIsOneStep) {
   press('Z', key::CtrlHeld);
   EXPECT_EQ(cell(0, StationGrid::Group) + cell(1, StationGrid::Group), "AB");
   press('Y', key::CtrlHeld);
+  EXPECT_EQ(cell(0, StationGrid::Group) + cell(1, StationGrid::Group), "BothBoth");
   press(key::Delete);
   EXPECT_EQ(editor().table().rows(), 0u);
   editor().undo();
@@ -224,6 +225,7 @@ TEST_F(MyStations, AFileThatIsBeingWrittenIsReadWholeOrNotAtAll) {
 TEST_F(MyStations, WhatAFormCannotHoldIsSaidBeforeItIsWritten) {
   edit(0, StationGrid::Note, "kept nowhere");
   editor().exportAs(formats::Format::Gqrx);
+  while (rig.fileDialogs.boxes.empty()) editor().deliver();
   ASSERT_EQ(rig.fileDialogs.boxes.size(), 1u);
   EXPECT_THAT(rig.fileDialogs.boxes[0], HasSubstr("1 station loses the note."));
   EXPECT_TRUE(rig.fileDialogs.saved.empty()) << "cancelled";
