@@ -18,7 +18,7 @@ struct TimingBoard {
   std::atomic<LONG64> raisedAt;  ///< just before RxFrqUpdated was raised
   std::atomic<LONG> raised;      ///< how many were raised at a request
 
-  std::atomic<LONG> level;      ///< dBm to report once at receiver 0; taken at a request; 0 for none
+  std::atomic<LONG> level;  ///< dBm to report once at receiver 0; taken at a request; 0 for none
   std::atomic<LONG64> levelAt;  ///< just before it was raised
   std::atomic<LONG> levels;     ///< how many were raised at a request
 

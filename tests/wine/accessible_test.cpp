@@ -203,11 +203,10 @@ class Accessible : public testing::Test {
       const wchar_t* windowClass;
       int least;
     };
-    constexpr Window kWindows[] = {{L"KelvaneChannel", 10},   {L"KelvaneLog", 9},
-                                   {L"KelvaneKnownList", 10}, {L"KelvaneDataView", 7},
-                                   {L"KelvaneSource", 13},    {L"KelvaneMiniHelp", 2},
-                                   {L"KelvaneStations", 18},  {L"KelvaneOverview", 3},
-                                   {L"KelvaneTraces", 10}};
+    constexpr Window kWindows[] = {
+        {L"KelvaneChannel", 10},  {L"KelvaneLog", 9},      {L"KelvaneKnownList", 10},
+        {L"KelvaneDataView", 7},  {L"KelvaneSource", 13},  {L"KelvaneMiniHelp", 2},
+        {L"KelvaneStations", 18}, {L"KelvaneOverview", 3}, {L"KelvaneTraces", 10}};
     for (int i = 0; i < 9; ++i) {
       const HWND button = GetDlgItem(panel, id::Opener + i);
       EXPECT_TRUE(wine::eventually([&] { return IsWindowEnabled(button) != 0; })) << i;

@@ -37,7 +37,7 @@ class TimingObject final : public com::SondrelFace, private com::HostedComponent
   std::atomic<Hz> tuned_{0};
   std::atomic<LONG> metersDue_{0};
   std::atomic<LONG> level_{0};  ///< dBm to report once; 0 for none
-  LONG64 beatStart_ = 0;  ///< when the meters began; 0 while they are silent
+  LONG64 beatStart_ = 0;        ///< when the meters began; 0 while they are silent
   LONG64 beats_ = 0;
   std::atomic<bool> ending_{false};
   std::thread thread_;  ///< last: it uses everything above
