@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 #include <rapidxml/rapidxml.hpp>
+#include <utility>
 
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
@@ -28,19 +29,35 @@ constexpr std::array<ModeWord, 8> kSdrSharpModes = {{{sharpOf(Mode::Fm), "NFM"},
 
 constexpr auto npos = std::string_view::npos;
 
+bool isXmlBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+/// The first place from `at` on with one of the signs that end a name, or the text's end.
+std::size_t pastName(std::string_view text, std::size_t at, std::string_view ends) {
+  while (at < text.size() && !isXmlBlank(text[at]) && ends.find(text[at]) == npos) ++at;
+  return at;
+}
+
+std::size_t pastBlanks(std::string_view text, std::size_t at) {
+  while (at < text.size() && isXmlBlank(text[at])) ++at;
+  return at;
+}
+
 /// Where the tag that begins the text ends, as the library reads it; npos where it is damaged. A
 /// quote begins a value behind a "=" alone; elsewhere it is a letter of a name.
 std::size_t endOfTag(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  std::size_t at = text.find_first_of(" \t\r\n/>?");
+  std::size_t at = 1;
+  // Hardly any has more than a name.
+  while (at < text.size() && text[at] >= 'A') ++at;
+  at = pastName(text, at, "/>?");
   for (;;) {
-    at = text.find_first_not_of(kBlanks, at);
-    if (at == npos || text[at] == '>') return at == npos ? npos : at + 1;
+    at = pastBlanks(text, at);
+    if (at == text.size()) return npos;
+    if (text[at] == '>') return at + 1;
     if (text[at] == '/') return text.substr(at).starts_with("/>") ? at + 2 : npos;
-    at = text.find_first_not_of(kBlanks, text.find_first_of(" \t\r\n/<>=?!", at));
-    if (at == npos || text[at] != '=') return npos;
-    at = text.find_first_not_of(kBlanks, at + 1);
-    if (at == npos || (text[at] != '"' && text[at] != '\'')) return npos;
+    at = pastBlanks(text, pastName(text, at, "/<>=?!"));
+    if (at == text.size() || text[at] != '=') return npos;
+    at = pastBlanks(text, at + 1);
+    if (at == text.size() || (text[at] != '"' && text[at] != '\'')) return npos;
     at = text.find(text[at], at + 1);
     if (at == npos) return npos;
     ++at;
@@ -86,25 +103,42 @@ std::string whyNotParsed(std::string_view text) {
 
 using Node = rapidxml::xml_node<char>;
 
-std::string_view child(const Node& node, const char* name) {
-  const Node* const there = node.first_node(name);
-  return there ? std::string_view(there->value(), there->value_size()) : std::string_view();
-}
+/// The elements of an entry that are known; of several of one name the first.
+struct SharpFields {
+  std::string_view frequency, name, group, favourite, detector, width, shift;
+
+  explicit SharpFields(const Node& entry) {
+    const std::array<std::pair<std::string_view, std::string_view*>, 7> known = {
+        {{"IsFavourite", &favourite},
+         {"Name", &name},
+         {"GroupName", &group},
+         {"Frequency", &frequency},
+         {"DetectorType", &detector},
+         {"Shift", &shift},
+         {"FilterBandwidth", &width}}};
+    for (const Node* node = entry.first_node(); node; node = node->next_sibling()) {
+      const std::string_view heading(node->name(), node->name_size());
+      for (const auto& [element, value] : known)
+        if (heading == element && !value->data())
+          *value = std::string_view(node->value(), node->value_size());
+    }
+  }
+};
 
 void takeEntry(const Node& node, std::size_t number, Reading& reading) {
-  const auto frequency = lists::readFrequency(child(node, "Frequency"), lists::Unit::Hz);
+  const SharpFields fields(node);
+  const auto frequency = lists::readFrequency(fields.frequency, lists::Unit::Hz);
   if (frequency.frequency <= 0) return reading.leftOut.push_back({number, frequency.reason});
-  Taken taken;
+  Taken& taken = reading.taken.emplace_back();
   taken.place = number;
   taken.entry.frequency = frequency.frequency;
-  taken.entry.name = lists::oneLine(child(node, "Name"));
-  taken.entry.group = lists::oneLine(child(node, "GroupName"));
-  taken.entry.favourite = trimmed(child(node, "IsFavourite")) == "true";
-  takeMode(child(node, "DetectorType"), kSdrSharpModes, taken, kSdrSharp);
-  takeWidth(child(node, "FilterBandwidth"), taken);
-  const auto shift = trimmed(child(node, "Shift"));
+  taken.entry.name = lists::oneLine(fields.name);
+  taken.entry.group = lists::oneLine(fields.group);
+  taken.entry.favourite = trimmed(fields.favourite) == "true";
+  takeMode(fields.detector, kSdrSharpModes, taken, kSdrSharp);
+  takeWidth(fields.width, taken);
+  const auto shift = trimmed(fields.shift);
   if (!shift.empty() && shift != "0") keepField(taken.entry, kSdrSharp, "Shift", shift);
-  reading.taken.push_back(std::move(taken));
 }
 
 }  // namespace
@@ -115,11 +149,6 @@ Reading readSdrSharp(std::string text) {
   reading.lines = false;
   reading.refusal = whyNotParsed(text);
   if (!reading.refusal.empty()) return reading;
-  // The library reads up to a zero.
-  if (text.find('\0') != text.npos) {
-    reading.refusal = "It is no text.";
-    return reading;
-  }
   const auto document = std::make_unique<rapidxml::xml_document<char>>();
   try {
     // Without zeros behind names and values the lines can still be counted.
@@ -135,6 +164,8 @@ Reading readSdrSharp(std::string text) {
     return reading;
   }
   std::size_t number = 0;
+  for (const Node* node = root->first_node(); node; node = node->next_sibling()) ++number;
+  reading.taken.reserve(std::exchange(number, 0));
   for (const Node* node = root->first_node("MemoryEntry"); node;
        node = node->next_sibling("MemoryEntry"))
     takeEntry(*node, ++number, reading);
