@@ -148,7 +148,8 @@ void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& tak
 }
 
 void takeWidth(std::string_view text, Taken& taken, Hz narrowest) {
-  if (trimmed(text).empty() || num(text) == 0) return;
+  text = trimmed(text);
+  if (text.find_first_not_of("0.,") == text.npos) return;
   Hz width = lists::readFrequency(text, lists::Unit::Hz).frequency;
   if (width >= 0 && width < narrowest)
     width = lists::readFrequency(text, lists::Unit::Khz).frequency;

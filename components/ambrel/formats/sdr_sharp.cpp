@@ -69,34 +69,42 @@ std::string damagedIn(std::string_view text, std::size_t at) {
   return "The file is damaged or cut off in line " + std::to_string(line) + ".";
 }
 
-/// Why a text is not given to the library, which goes as deep as the elements lie in each other;
-/// empty where it may. What is passed over here is just what the library passes over.
-std::string whyNotParsed(std::string_view text) {
-  struct Passed {
+/// Where a comment, a text as it stands or an instruction ends that begins at a place; that place
+/// where none of them does, npos where it has no end. The library passes over just the same.
+std::size_t pastUnread(std::string_view text, std::size_t at) {
+  struct Unread {
     std::string_view begin, end;
   };
-  constexpr std::array<Passed, 3> kPassed = {{{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}}};
+  constexpr std::array<Unread, 3> kUnread = {{{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}}};
+  for (const Unread& each : kUnread) {
+    if (!text.substr(at).starts_with(each.begin)) continue;
+    const auto end = text.find(each.end, at + each.begin.size());
+    return end == npos ? npos : end + each.end.size();
+  }
+  return at;
+}
+
+/// Why a text is not given to the library, which goes as deep as the elements lie in each other;
+/// empty where it may.
+std::string whyNotParsed(std::string_view text) {
   int depth = 0;
-  for (auto at = text.find('<'); at != npos; at = text.find('<', at)) {
-    const std::string_view rest = text.substr(at);
-    const auto passed = std::ranges::find_if(
-        kPassed, [rest](const Passed& each) { return rest.starts_with(each.begin); });
-    if (passed != kPassed.end()) {
-      const auto end = text.find(passed->end, at + passed->begin.size());
-      if (end == npos) return damagedIn(text, text.size());
-      at = end + passed->end.size();
-      continue;
-    }
-    if (rest.starts_with("<!")) return "It has declarations, which no such list has.";
-    const bool closes = rest.starts_with("</");
-    const std::size_t size =
-        closes ? std::min(rest.find('>'), rest.size() - 1) + 1 : endOfTag(rest);
-    if (size == npos) return damagedIn(text, at);
-    if (closes)
+  for (auto at = text.find('<'); at != npos && at + 1 < text.size(); at = text.find('<', at)) {
+    const char next = text[at + 1];
+    if (next == '/') {
       --depth;
-    else if (!rest.substr(0, size).ends_with("/>") && ++depth > kDeepest)
-      return "It is nested deeper than " + std::to_string(kDeepest) + " times.";
-    at += size;
+      while (at < text.size() && text[at] != '>') ++at;
+    } else if (next == '!' || next == '?') {
+      const std::size_t past = pastUnread(text, at);
+      if (past == at) return "It has declarations, which no such list has.";
+      if (past == npos) return damagedIn(text, text.size());
+      at = past;
+    } else {
+      const std::size_t size = endOfTag(text.substr(at));
+      if (size == npos) return damagedIn(text, at);
+      at += size;
+      if (text[at - 2] != '/' && ++depth > kDeepest)
+        return "It is nested deeper than " + std::to_string(kDeepest) + " times.";
+    }
   }
   return {};
 }
