@@ -20,9 +20,8 @@
 #include "contract/modes.h"
 
 // The lists of other programs: 100,000 stations taken in, against a bare read whose lines are split
-// or the library's bare parse of the same text, and written to the disk, against a bare write
-// to it. And the name of
-// a frequency with a million stations of the operator's own.
+// or the library's bare parse of the same text, and written to the disk, against a bare write to
+// it. And the name of a frequency with a million stations of the operator's own.
 
 namespace {
 
