@@ -20,8 +20,8 @@
 #include "contract/modes.h"
 
 // The lists of other programs: 100,000 stations taken in, against a bare read whose lines are split
-// or the library's bare parse of the same text, and written, against a bare write. And the name of
-// a frequency with a million stations of the operator's own.
+// or the library's bare parse of the same text, and written to the disk, against a bare write to
+// it. And the name of a frequency with a million stations of the operator's own.
 
 namespace {
 
@@ -40,6 +40,14 @@ double milliseconds(const std::function<void()>& work) {
     best = std::min(best, 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
   }
   return best;
+}
+
+/// The time that passes: a disk is waited for.
+double waited(const std::function<void()>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+      .count();
 }
 
 lists::Entries madeUpStations(std::size_t count) {
@@ -117,12 +125,18 @@ void measureFormat(const lists::Entries& entries, Format format, const fs::path&
   const fs::path file = folder / "list", bareFile = folder / "bare";
   FileSteps disk;
   std::string text;
-  const double made = milliseconds([&] {
-    text = writeList(entries, format).text;
-    disk.write(file, text);
-  });
-  const double bareWrite = milliseconds([&] { disk.write(bareFile, text); });
-  bench::print({name + ", export of 100,000", made, "ms", "bare write", bareWrite, 3});
+  const double made = milliseconds([&] { text = writeList(entries, format).text; });
+  double written = 1e9, bareWrite = 1e9;
+  for (int run = 0; run < 5; ++run) {
+    written = std::min(
+        written, waited([&] { bench::must(bool(writeFileSafely(file, text)), "the export"); }));
+    bareWrite = std::min(bareWrite, waited([&] {
+                           disk.write(bareFile, text);
+                           disk.flush(bareFile);
+                         }));
+  }
+  bench::print(
+      {name + ", export of 100,000", made + written, "ms", "bare write to the disk", bareWrite, 3});
   const Bare bare = bareOf(format);
   const double read = milliseconds([&] {
     bench::must(readList(fileText(file)).taken.size() == kStations, "every station of " + name);

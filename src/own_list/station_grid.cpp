@@ -44,7 +44,7 @@ std::vector<GridColumn> StationGrid::columns() {
           text("Days", 60),
           pick("Fav.", 40, "Favourite"),
           pick("Skip", 40, "Passed over when walking"),
-          text("Note", 186)};
+          text("Note", 164)};
 }
 
 bool StationGrid::takes(const Entry& entry, const std::string& upperText) const {

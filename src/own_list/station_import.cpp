@@ -33,7 +33,7 @@ std::vector<GridColumn> StationImport::columns() {
   };
   return {shown("Line", 50, true), shown("What", 66), shown("kHz", 76, true),
           shown("Name", 180),      shown("Mode", 56), shown("Width", 52, true),
-          shown("Group", 96),      shown("UTC", 76),  shown("Why", 300)};
+          shown("Group", 96),      shown("UTC", 76),  shown("Why", 288)};
 }
 
 void StationImport::start(From from) {

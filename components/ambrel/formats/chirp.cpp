@@ -36,21 +36,37 @@ constexpr std::string_view kNoMode = "Auto";
 
 constexpr std::string_view kChirp = "CHIRP";
 
-/// A column of a memory, and what stands in it where nobody said otherwise; nothing in those that a
-/// station of ours fills.
-struct ChirpColumn {
-  std::string_view heading, usual;
-};
-constexpr std::array<ChirpColumn, 21> kChirpColumns = {
-    {{"Location", {}},       {"Name", {}},           {"Frequency", {}},
-     {"Duplex", ""},         {"Offset", "0.000000"}, {"Tone", ""},
-     {"rToneFreq", "88.5"},  {"cToneFreq", "88.5"},  {"DtcsCode", "023"},
-     {"DtcsPolarity", "NN"}, {"RxDtcsCode", "023"},  {"CrossMode", "Tone->Tone"},
-     {"Mode", {}},           {"TStep", "5.00"},      {"Skip", {}},
-     {"Power", "50W"},       {"Comment", {}},        {"URCALL", ""},
-     {"RPT1CALL", ""},       {"RPT2CALL", ""},       {"DVCODE", ""}}};
+/// What a column of a memory gets from a station; the others are CHIRP's alone.
+enum class ChirpField { Usual, Location, Name, Frequency, Mode, Skip, Comment };
 
-bool isOurs(const ChirpColumn& column) { return column.usual.data() == nullptr; }
+/// A column of a memory; `usual` stands in one of CHIRP's own where nobody said otherwise.
+struct ChirpColumn {
+  std::string_view heading;
+  ChirpField field;
+  std::string_view usual;
+};
+constexpr auto kChirpColumns =
+    std::to_array<ChirpColumn>({{"Location", ChirpField::Location, ""},
+                                {"Name", ChirpField::Name, ""},
+                                {"Frequency", ChirpField::Frequency, ""},
+                                {"Duplex", ChirpField::Usual, ""},
+                                {"Offset", ChirpField::Usual, "0.000000"},
+                                {"Tone", ChirpField::Usual, ""},
+                                {"rToneFreq", ChirpField::Usual, "88.5"},
+                                {"cToneFreq", ChirpField::Usual, "88.5"},
+                                {"DtcsCode", ChirpField::Usual, "023"},
+                                {"DtcsPolarity", ChirpField::Usual, "NN"},
+                                {"RxDtcsCode", ChirpField::Usual, "023"},
+                                {"CrossMode", ChirpField::Usual, "Tone->Tone"},
+                                {"Mode", ChirpField::Mode, ""},
+                                {"TStep", ChirpField::Usual, "5.00"},
+                                {"Skip", ChirpField::Skip, ""},
+                                {"Power", ChirpField::Usual, "50W"},
+                                {"Comment", ChirpField::Comment, ""},
+                                {"URCALL", ChirpField::Usual, ""},
+                                {"RPT1CALL", ChirpField::Usual, ""},
+                                {"RPT2CALL", ChirpField::Usual, ""},
+                                {"DVCODE", ChirpField::Usual, ""}});
 
 /// A value inside the brackets of a comment.
 void appendValue(std::string& text, std::string_view key, std::string_view value) {
@@ -183,7 +199,7 @@ std::vector<KeptColumn> keptColumns(const ColumnsByName& columns) {
     });
     if (known == kChirpColumns.end())
       kept.push_back({at, std::string(heading), {}, false});
-    else if (!isOurs(*known))
+    else if (known->field == ChirpField::Usual)
       kept.push_back({at, std::string(known->heading), known->usual, true});
   }
   return kept;
@@ -264,22 +280,34 @@ Writing writeChirp(std::span<const lists::EntryPtr> entries) {
     losses.countLines(*entry);
     Losses inBracket;  // the mode itself stands there
     const std::string_view mode = wordFor(*entry, kChirpModes, kNoMode, inBracket, kChirp);
-    out += std::to_string(location++);
-    for (const ChirpColumn& column : std::span(kChirpColumns).subspan(1)) {
-      out += ',';
-      const auto kept = keptField(*entry, kChirp, column.heading);
-      if (column.heading == "Name")
-        appendTableField(out, entry->name, ',');
-      else if (column.heading == "Frequency")
-        out += lists::mhzText(entry->frequency);
-      else if (column.heading == "Mode")
-        appendTableField(out, mode, ',');
-      else if (column.heading == "Skip")
-        appendTableField(out, entry->skip ? "S" : kept, ',');
-      else if (column.heading == "Comment")
-        appendTableField(out, commentOf(*entry, inBracket.words().empty()), ',');
-      else
-        appendTableField(out, kept.empty() ? column.usual : kept, ',');
+    for (const ChirpColumn& column : kChirpColumns) {
+      if (column.field != ChirpField::Location) out += ',';
+      switch (column.field) {
+        case ChirpField::Location:
+          out += std::to_string(location++);
+          break;
+        case ChirpField::Name:
+          appendTableField(out, entry->name, ',');
+          break;
+        case ChirpField::Frequency:
+          out += lists::mhzText(entry->frequency);
+          break;
+        case ChirpField::Mode:
+          appendTableField(out, mode, ',');
+          break;
+        case ChirpField::Skip:
+          appendTableField(out, entry->skip ? "S" : keptField(*entry, kChirp, "Skip"), ',');
+          break;
+        case ChirpField::Comment:
+          appendTableField(out, commentOf(*entry, inBracket.words().empty()), ',');
+          break;
+        case ChirpField::Usual:
+          const auto kept = keptField(*entry, kChirp, column.heading);
+          if (kept.empty())
+            out += column.usual;
+          else
+            appendTableField(out, kept, ',');
+      }
     }
     out += '\n';
   }

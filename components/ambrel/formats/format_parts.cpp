@@ -148,7 +148,8 @@ void takeMode(std::string_view word, std::span<const ModeWord> words, Taken& tak
 }
 
 void takeWidth(std::string_view text, Taken& taken, Hz narrowest) {
-  if (trimmed(text).empty() || num(text) == 0) return;
+  text = trimmed(text);
+  if (text.find_first_not_of("0.,") == text.npos) return;
   Result<Hz> width = lists::readFrequency(text, lists::Unit::Hz);
   if (width && *width < narrowest) width = lists::readFrequency(text, lists::Unit::Khz);
   if (width && *width <= 10'000'000)
@@ -232,11 +233,15 @@ std::string_view wordFor(const Entry& entry, std::span<const ModeWord> words, st
   return word.empty() ? none : word;
 }
 
-std::string UniqueNames::unique(const std::string& name) {
-  if (met_.try_emplace(name, 1).second) return name;
+std::string_view UniqueNames::unique(std::string_view name) {
+  const auto [met, isNew] = met_.try_emplace(name, 1);
+  if (isNew) return name;
+  int& number = met->second;
   for (;;) {
-    std::string numbered = name + " (" + std::to_string(++met_[name]) + ")";
-    if (met_.try_emplace(numbered, 1).second) return numbered;
+    const std::string numbered = std::string(name) + " (" + std::to_string(++number) + ")";
+    if (met_.contains(numbered)) continue;
+    met_.emplace(numbered_.emplace_back(numbered), 1);
+    return numbered_.back();
   }
 }
 
@@ -313,11 +318,13 @@ void appendTableField(std::string& text, std::string_view value, char delimiter)
 void appendQuoted(std::string& text, std::string_view value) {
   const bool manyLines = std::ranges::count(value, '\n') >= kMostLinesOfField;
   text += '"';
-  for (const char c : value) {
-    if (c == '"') text += '"';
-    text += manyLines && c == '\n' ? ' ' : c;
+  std::size_t from = 0;
+  for (std::size_t at = 0; at < value.size(); ++at) {
+    if (value[at] != '"' && !(manyLines && value[at] == '\n')) continue;
+    text.append(value, from, at - from) += value[at] == '"' ? "\"\"" : " ";
+    from = at + 1;
   }
-  text += '"';
+  text.append(value, from) += '"';
 }
 
 }  // namespace kelvane::formats

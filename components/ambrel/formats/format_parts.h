@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <map>
 #include <span>
@@ -113,13 +114,15 @@ class Losses {
 std::string_view wordFor(const Entry& entry, std::span<const ModeWord> words, std::string_view none,
                          Losses& losses, std::string_view program = {});
 
-/// Gives each name once: a name that was met before gets a number behind it.
+/// Gives each name once: a name that was met before gets a number behind it. The names outlive it.
 class UniqueNames {
  public:
-  std::string unique(const std::string& name);
+  void reserve(std::size_t names) { met_.reserve(names); }
+  std::string_view unique(std::string_view name);
 
  private:
-  std::unordered_map<std::string, int> met_;
+  std::unordered_map<std::string_view, int> met_;
+  std::deque<std::string> numbered_;
 };
 
 /// The group first, "Untagged" where there is none but tags are, then the tags, parted by ",".

@@ -60,13 +60,20 @@ constexpr std::string_view kOpenWebRx = "OpenWebRX";
 /// The mode in which a digital one is received.
 constexpr const char* kUnderlying = "underlying";
 
+/// The frequency of a bookmark, which SDR++ and OpenWebRX write alike.
+Result<Hz> frequencyIn(const Json& bookmark) {
+  if (!bookmark.is_object()) return Failure{"it is no bookmark"};
+  const auto there = bookmark.find("frequency");
+  if (there == bookmark.end()) return Failure{"there is no frequency"};
+  return frequencyOf(*there, 1);
+}
+
 void takeBookmarks(const Json& bookmarks, const std::string& group, Reading& reading,
                    std::size_t& number) {
-  for (const auto& [name, bookmark] : bookmarks.items()) {
+  reading.taken.reserve(reading.taken.size() + bookmarks.size());
+  for (const auto& [name, bookmark] : bookmarks.get_ref<const Json::object_t&>()) {
     ++number;
-    const auto frequency = bookmark.is_object()
-                               ? frequencyOf(bookmark.value("frequency", Json()), 1)
-                               : Result<Hz>(Failure{"it is no bookmark"});
+    const auto frequency = frequencyIn(bookmark);
     if (!frequency) {
       reading.leftOut.push_back({number, "\"" + name.substr(0, 60) + "\": " + frequency.reason()});
       continue;
@@ -86,8 +93,7 @@ void takeBookmarks(const Json& bookmarks, const std::string& group, Reading& rea
   }
 }
 
-void appendBookmark(std::string& text, const Entry& entry, const std::string& name,
-                    Losses& losses) {
+void appendBookmark(std::string& text, const Entry& entry, std::string_view name, Losses& losses) {
   appendJsonText(text, name);
   text += ": {\"bandwidth\": " + std::to_string(entry.width) +
           ".0, \"frequency\": " + std::to_string(entry.frequency) + ".0, \"mode\": ";
@@ -163,15 +169,23 @@ Writing writeSdrPlusPlus(std::span<const lists::EntryPtr> entries, bool settings
     std::string bookmarks;
     UniqueNames names;
   };
-  std::map<std::string, List> byGroup;
+  std::map<std::string, List, std::less<>> byGroup;
+  if (!settings) {
+    byGroup[""].names.reserve(entries.size());
+    byGroup[""].bookmarks.reserve(entries.size() * 90);
+  }
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Tags | Losses::Times | Losses::Days | Losses::Favourite |
                                   Losses::Skip | Losses::Note | (settings ? 0u : Losses::Group));
     losses.countFurther(*entry, kSdrPlusPlus);
     if (settings && entry->group.empty())
       losses.count("its place outside of all groups, and gets the list \"General\"");
-    List& list = byGroup[!settings ? "" : entry->group.empty() ? "General" : entry->group];
-    const std::string name = list.names.unique(entry->name);
+    const std::string_view group = !settings              ? ""
+                                   : entry->group.empty() ? "General"
+                                                          : std::string_view(entry->group);
+    const auto there = byGroup.find(group);
+    List& list = there != byGroup.end() ? there->second : byGroup[std::string(group)];
+    const std::string_view name = list.names.unique(entry->name);
     if (name != entry->name) losses.count("its name, which is not the only one, and gets a number");
     list.bookmarks += list.bookmarks.empty() ? "\n    " : ",\n    ";
     appendBookmark(list.bookmarks, *entry, name, losses);
@@ -205,11 +219,10 @@ Reading readOpenWebRx(const std::string& text) {
     return reading;
   }
   std::size_t number = 0;
+  reading.taken.reserve(json.size());
   for (const Json& bookmark : json) {
     ++number;
-    const auto frequency = bookmark.is_object()
-                               ? frequencyOf(bookmark.value("frequency", Json()), 1)
-                               : Result<Hz>(Failure{"it is no bookmark"});
+    const auto frequency = frequencyIn(bookmark);
     if (!frequency) {
       reading.leftOut.push_back({number, frequency.reason()});
       continue;

@@ -106,10 +106,8 @@ Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
       "high;Offset;\"DOW\";Begin;End;Sig bw\n";
   const auto quoted = [&out](std::string_view text) { appendQuoted(out += ';', text); };
   out.reserve(entries.size() * 100);
-  lists::Entries sorted(entries.begin(), entries.end());
-  std::ranges::stable_sort(sorted, {},
-                           [](const lists::EntryPtr& entry) { return entry->frequency; });
-  for (const lists::EntryPtr& each : sorted) {
+  std::string room;
+  for (const lists::EntryPtr& each : inKiwiOrder(entries)) {
     const Entry& entry = *each;
     losses.countParts(entry, Losses::Tags | Losses::Favourite | Losses::Skip);
     losses.countLines(entry);
@@ -118,8 +116,8 @@ Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
       losses.count("options that only KiwiSDR's JSON has");
     out += lists::khzText(entry.frequency);
     quoted(wordFor(entry, kKiwiModes, "IQ", losses, kKiwi));
-    quoted(asKiwiText(entry.name));
-    quoted(asKiwiText(entry.note));
+    quoted(asKiwiText(entry.name, room));
+    quoted(asKiwiText(entry.note, room));
     quoted(keptField(entry, kKiwi, kKiwiExtension));
     const std::string type = kiwiTypeOfGroup(entry.group);
     if (type.empty() && !entry.group.empty())

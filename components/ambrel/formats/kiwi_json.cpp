@@ -100,6 +100,7 @@ Reading readKiwiJson(const std::string& text) {
     return reading;
   }
   std::size_t number = 0;
+  reading.taken.reserve(labels->size());
   for (const Json& label : *labels) {
     ++number;
     const bool shaped =
@@ -127,19 +128,16 @@ Reading readKiwiJson(const std::string& text) {
 Writing writeKiwiJson(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
-  lists::Entries sorted(entries.begin(), entries.end());
-  // Out of order it is an error there.
-  std::ranges::stable_sort(sorted, {},
-                           [](const lists::EntryPtr& entry) { return entry->frequency; });
+  std::string room;
   std::string& out = writing.text = "{\"dx\":[";
   out.reserve(entries.size() * 100);
-  for (const lists::EntryPtr& entry : sorted) {
+  for (const lists::EntryPtr& entry : inKiwiOrder(entries)) {
     losses.countParts(*entry, Losses::Tags | Losses::Favourite | Losses::Skip);
     out += out.back() == '[' ? "\n[" : ",\n[";
     out += lists::khzText(entry->frequency);
     appendJsonText(out += ", ", wordFor(*entry, kKiwiModes, "IQ", losses, kKiwi));
-    appendJsonText(out += ", ", asKiwiText(entry->name));
-    appendJsonText(out += ", ", asKiwiText(entry->note));
+    appendJsonText(out += ", ", asKiwiText(entry->name, room));
+    appendJsonText(out += ", ", asKiwiText(entry->note, room));
     if (const std::string options = kiwiOptions(*entry, losses); !options.empty())
       (out += ", ") += options;
     out += ']';

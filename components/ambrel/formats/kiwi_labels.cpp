@@ -72,13 +72,22 @@ std::string kiwiText(std::string_view text) {
   return isUtf8(plain) && plain.find('\0') == plain.npos ? plain : std::string(text);
 }
 
-std::string asKiwiText(std::string_view text) {
-  std::string label;
+std::string_view asKiwiText(std::string_view text, std::string& room) {
+  if (text.find('%') == text.npos) return text;
+  room.clear();
   for (std::size_t at = 0; at < text.size(); ++at) {
-    label += text[at];
-    if (encodedByte(text, at) >= 0) label += "25";
+    room += text[at];
+    if (encodedByte(text, at) >= 0) room += "25";
   }
-  return label;
+  return room;
+}
+
+lists::Entries inKiwiOrder(std::span<const lists::EntryPtr> entries) {
+  const auto frequency = [](const lists::EntryPtr& entry) { return entry->frequency; };
+  lists::Entries sorted(entries.begin(), entries.end());
+  if (!std::ranges::is_sorted(sorted, {}, frequency))
+    std::ranges::stable_sort(sorted, {}, frequency);
+  return sorted;
 }
 
 void takeKiwiPassband(double low, double high, Entry& entry) {

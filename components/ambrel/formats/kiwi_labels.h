@@ -41,8 +41,11 @@ std::string kiwiTypeOfGroup(std::string_view group);
 
 /// A label's text: older files have all but letters and digits as "%20".
 std::string kiwiText(std::string_view text);
-/// The text as a label that is read back the same.
-std::string asKiwiText(std::string_view text);
+/// The text as a label that is read back the same; mostly itself, else made in `room`.
+std::string_view asKiwiText(std::string_view text, std::string& room);
+
+/// By frequency: out of order they are an error there.
+lists::Entries inKiwiOrder(std::span<const lists::EntryPtr> entries);
 
 /// Takes a passband, Hz relative to the carrier, where it is one.
 void takeKiwiPassband(double low, double high, Entry& entry);

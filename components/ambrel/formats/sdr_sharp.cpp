@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 #include <rapidxml/rapidxml.hpp>
+#include <utility>
 
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
@@ -28,19 +29,35 @@ constexpr std::array<ModeWord, 8> kSdrSharpModes = {{{sharpOf(Mode::Fm), "NFM"},
 
 constexpr auto npos = std::string_view::npos;
 
+bool isXmlBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+/// The first place from `at` on with one of the signs that end a name, or the text's end.
+std::size_t pastName(std::string_view text, std::size_t at, std::string_view ends) {
+  while (at < text.size() && !isXmlBlank(text[at]) && ends.find(text[at]) == npos) ++at;
+  return at;
+}
+
+std::size_t pastBlanks(std::string_view text, std::size_t at) {
+  while (at < text.size() && isXmlBlank(text[at])) ++at;
+  return at;
+}
+
 /// Where the tag that begins the text ends, as the library reads it; npos where it is damaged. A
 /// quote begins a value behind a "=" alone; elsewhere it is a letter of a name.
 std::size_t endOfTag(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  std::size_t at = text.find_first_of(" \t\r\n/>?");
+  std::size_t at = 1;
+  // Hardly any has more than a name.
+  while (at < text.size() && text[at] >= 'A') ++at;
+  at = pastName(text, at, "/>?");
   for (;;) {
-    at = text.find_first_not_of(kBlanks, at);
-    if (at == npos || text[at] == '>') return at == npos ? npos : at + 1;
+    at = pastBlanks(text, at);
+    if (at == text.size()) return npos;
+    if (text[at] == '>') return at + 1;
     if (text[at] == '/') return text.substr(at).starts_with("/>") ? at + 2 : npos;
-    at = text.find_first_not_of(kBlanks, text.find_first_of(" \t\r\n/<>=?!", at));
-    if (at == npos || text[at] != '=') return npos;
-    at = text.find_first_not_of(kBlanks, at + 1);
-    if (at == npos || (text[at] != '"' && text[at] != '\'')) return npos;
+    at = pastBlanks(text, pastName(text, at, "/<>=?!"));
+    if (at == text.size() || text[at] != '=') return npos;
+    at = pastBlanks(text, at + 1);
+    if (at == text.size() || (text[at] != '"' && text[at] != '\'')) return npos;
     at = text.find(text[at], at + 1);
     if (at == npos) return npos;
     ++at;
@@ -52,59 +69,84 @@ std::string damagedIn(std::string_view text, std::size_t at) {
   return "The file is damaged or cut off in line " + std::to_string(line) + ".";
 }
 
-/// Why a text is not given to the library, which goes as deep as the elements lie in each other;
-/// empty where it may. What is passed over here is just what the library passes over.
-std::string whyNotParsed(std::string_view text) {
-  struct Passed {
+/// Where a comment, a text as it stands or an instruction ends that begins at a place; that place
+/// where none of them does, npos where it has no end. The library passes over just the same.
+std::size_t pastUnread(std::string_view text, std::size_t at) {
+  struct Unread {
     std::string_view begin, end;
   };
-  constexpr std::array<Passed, 3> kPassed = {{{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}}};
+  constexpr std::array<Unread, 3> kUnread = {{{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}}};
+  for (const Unread& each : kUnread) {
+    if (!text.substr(at).starts_with(each.begin)) continue;
+    const auto end = text.find(each.end, at + each.begin.size());
+    return end == npos ? npos : end + each.end.size();
+  }
+  return at;
+}
+
+/// Why a text is not given to the library, which goes as deep as the elements lie in each other;
+/// empty where it may.
+std::string whyNotParsed(std::string_view text) {
   int depth = 0;
-  for (auto at = text.find('<'); at != npos; at = text.find('<', at)) {
-    const std::string_view rest = text.substr(at);
-    const auto passed = std::ranges::find_if(
-        kPassed, [rest](const Passed& each) { return rest.starts_with(each.begin); });
-    if (passed != kPassed.end()) {
-      const auto end = text.find(passed->end, at + passed->begin.size());
-      if (end == npos) return damagedIn(text, text.size());
-      at = end + passed->end.size();
-      continue;
-    }
-    if (rest.starts_with("<!")) return "It has declarations, which no such list has.";
-    const bool closes = rest.starts_with("</");
-    const std::size_t size =
-        closes ? std::min(rest.find('>'), rest.size() - 1) + 1 : endOfTag(rest);
-    if (size == npos) return damagedIn(text, at);
-    if (closes)
+  for (auto at = text.find('<'); at != npos && at + 1 < text.size(); at = text.find('<', at)) {
+    const char next = text[at + 1];
+    if (next == '/') {
       --depth;
-    else if (!rest.substr(0, size).ends_with("/>") && ++depth > kDeepest)
-      return "It is nested deeper than " + std::to_string(kDeepest) + " times.";
-    at += size;
+      while (at < text.size() && text[at] != '>') ++at;
+    } else if (next == '!' || next == '?') {
+      const std::size_t past = pastUnread(text, at);
+      if (past == at) return "It has declarations, which no such list has.";
+      if (past == npos) return damagedIn(text, text.size());
+      at = past;
+    } else {
+      const std::size_t size = endOfTag(text.substr(at));
+      if (size == npos) return damagedIn(text, at);
+      at += size;
+      if (text[at - 2] != '/' && ++depth > kDeepest)
+        return "It is nested deeper than " + std::to_string(kDeepest) + " times.";
+    }
   }
   return {};
 }
 
 using Node = rapidxml::xml_node<char>;
 
-std::string_view child(const Node& node, const char* name) {
-  const Node* const there = node.first_node(name);
-  return there ? std::string_view(there->value(), there->value_size()) : std::string_view();
-}
+/// The elements of an entry that are known; of several of one name the first.
+struct SharpFields {
+  std::string_view frequency, name, group, favourite, detector, width, shift;
+
+  explicit SharpFields(const Node& entry) {
+    const std::array<std::pair<std::string_view, std::string_view*>, 7> known = {
+        {{"IsFavourite", &favourite},
+         {"Name", &name},
+         {"GroupName", &group},
+         {"Frequency", &frequency},
+         {"DetectorType", &detector},
+         {"Shift", &shift},
+         {"FilterBandwidth", &width}}};
+    for (const Node* node = entry.first_node(); node; node = node->next_sibling()) {
+      const std::string_view heading(node->name(), node->name_size());
+      for (const auto& [element, value] : known)
+        if (heading == element && !value->data())
+          *value = std::string_view(node->value(), node->value_size());
+    }
+  }
+};
 
 void takeEntry(const Node& node, std::size_t number, Reading& reading) {
-  const auto frequency = lists::readFrequency(child(node, "Frequency"), lists::Unit::Hz);
+  const SharpFields fields(node);
+  const auto frequency = lists::readFrequency(fields.frequency, lists::Unit::Hz);
   if (!frequency) return reading.leftOut.push_back({number, frequency.reason()});
-  Taken taken;
+  Taken& taken = reading.taken.emplace_back();
   taken.place = number;
   taken.entry.frequency = *frequency;
-  taken.entry.name = lists::oneLine(child(node, "Name"));
-  taken.entry.group = lists::oneLine(child(node, "GroupName"));
-  taken.entry.favourite = trimmed(child(node, "IsFavourite")) == "true";
-  takeMode(child(node, "DetectorType"), kSdrSharpModes, taken, kSdrSharp);
-  takeWidth(child(node, "FilterBandwidth"), taken);
-  const auto shift = trimmed(child(node, "Shift"));
+  taken.entry.name = lists::oneLine(fields.name);
+  taken.entry.group = lists::oneLine(fields.group);
+  taken.entry.favourite = trimmed(fields.favourite) == "true";
+  takeMode(fields.detector, kSdrSharpModes, taken, kSdrSharp);
+  takeWidth(fields.width, taken);
+  const auto shift = trimmed(fields.shift);
   if (!shift.empty() && shift != "0") keepField(taken.entry, kSdrSharp, "Shift", shift);
-  reading.taken.push_back(std::move(taken));
 }
 
 }  // namespace
@@ -115,11 +157,6 @@ Reading readSdrSharp(std::string text) {
   reading.lines = false;
   reading.refusal = whyNotParsed(text);
   if (!reading.refusal.empty()) return reading;
-  // The library reads up to a zero.
-  if (text.find('\0') != text.npos) {
-    reading.refusal = "It is no text.";
-    return reading;
-  }
   const auto document = std::make_unique<rapidxml::xml_document<char>>();
   try {
     // Without zeros behind names and values the lines can still be counted.
@@ -135,6 +172,8 @@ Reading readSdrSharp(std::string text) {
     return reading;
   }
   std::size_t number = 0;
+  for (const Node* node = root->first_node(); node; node = node->next_sibling()) ++number;
+  reading.taken.reserve(std::exchange(number, 0));
   for (const Node* node = root->first_node("MemoryEntry"); node;
        node = node->next_sibling("MemoryEntry"))
     takeEntry(*node, ++number, reading);

@@ -83,6 +83,18 @@ std::int64_t tens(std::size_t power) {
   return value;
 }
 
+/// A number of Hz that is nothing but digits; none where there is more to be read.
+std::optional<Hz> wholeHertz(std::string_view number, Unit unit) {
+  constexpr std::size_t kMostDigits = 9;
+  if (unit != Unit::Hz || number.empty() || number.size() > kMostDigits) return std::nullopt;
+  Hz hertz = 0;
+  for (const char c : number) {
+    if (!isDigit(c)) return std::nullopt;
+    hertz = hertz * 10 + (c - '0');
+  }
+  return hertz > 0 ? std::optional(hertz) : std::nullopt;
+}
+
 int weekdayNamed(std::string_view two) {
   if (two.size() < 2) return -1;
   const std::string name{static_cast<char>(two[0] & ~0x20), static_cast<char>(two[1] | 0x20)};
@@ -100,6 +112,8 @@ std::string dayName(int day) {
 
 Result<Hz> readFrequency(std::string_view text, Unit unit) {
   std::string_view number = trimmed(text);
+  // Most programs write whole Hz.
+  if (const auto hertz = wholeHertz(number, unit)) return *hertz;
   const Unit written = takeUnit(number);
   if (written != Unit::Guess) unit = written;
   const auto read = readDecimal(number, unit);

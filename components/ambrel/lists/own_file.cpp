@@ -38,16 +38,15 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Column::Count)> 
 constexpr std::string_view kUnreadHead = "# Lines that were not understood:\r\n";
 
 void appendField(std::string& text, std::string_view field) {
-  for (const char c : field) {
-    if (c == ';')
-      text += "\\:";
-    else if (c == '\\')
-      text += "\\\\";
-    else if (c == '\n')
-      text += "\\n";
-    else if (c != '\r')
-      text += c;
+  std::size_t from = 0;
+  for (std::size_t at = 0; at < field.size(); ++at) {
+    const char c = field[at];
+    if (c != ';' && c != '\\' && c != '\n' && c != '\r') continue;
+    text.append(field, from, at - from);
+    from = at + 1;
+    if (c != '\r') text += c == ';' ? "\\:" : c == '\\' ? "\\\\" : "\\n";
   }
+  text.append(field, from);
 }
 
 std::string unescaped(std::string_view field) {

@@ -227,10 +227,13 @@ std::optional<HeardPlace> heardPlace(const StationTable& table, const FoundStati
     return detailsOf(table, found.frequency, record, time, codes).place;
   };
   if (const auto place = placeOf(*found.record)) return HeardPlace{*place, {}};
+  // Of a scheduled station whose site nobody knows, another one's says nothing.
+  if (isSchedule(table, *found.record)) return std::nullopt;
   for (const Record& record : table.at(found.place)) {
     if (!isSchedule(table, record) || !time.onAir(record)) continue;
-    if (const auto place = placeOf(record))
-      return HeardPlace{*place, isHfcc(table, record) ? "HFCC" : "EiBi"};
+    const auto place = placeOf(record);
+    if (!place) return std::nullopt;
+    return HeardPlace{*place, isHfcc(table, record) ? "HFCC" : "EiBi"};
   }
   return std::nullopt;
 }

@@ -53,8 +53,9 @@ struct StationWords {
 StationWords wordsFor(const StationTable& table, const FoundStation& found, const AirTime& time,
                       const Codes& codes);
 
-/// Where a found station's transmitter is, and who says so: nobody named where its own record does,
-/// else the schedule that has another one with a place on the air there ("HFCC").
+/// Where a found station's transmitter is, and who says so: nobody is named where its own record
+/// does. For a record of the operator's own or of a set it is the schedule ("HFCC") of the first
+/// one that is on the air there.
 struct HeardPlace {
   GeoPoint place;
   std::string source;
