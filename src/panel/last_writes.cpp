@@ -38,7 +38,9 @@ void LastWrites::ask(const LastWrite& write, std::string words) {
     const std::string offer = words + "\n\nOK saves it in another place of your choice.";
     if (boxes_.show(offer, "", Buttons::OkCancel) != Choice::Ok) return;
     std::string file = write.name;
-    if (files_.saveFile(file, write.extension)) words = write.elsewhere(file);
+    if (!files_.saveFile(file, write.extension)) continue;
+    words = write.elsewhere(file);
+    if (!words.empty()) files_.putBack();
   }
 }
 
