@@ -57,6 +57,10 @@ Result<> moveToBackup(const std::filesystem::path& file, int generations) {
   return move(file, backupOf(file, 1));
 }
 
+void takeBackupBack(const std::filesystem::path& file) {
+  if (!isThere(file)) move(backupOf(file, 1), file);
+}
+
 Result<> writeKeepingBackups(const std::filesystem::path& file, std::string_view content,
                              FileSteps& steps, int generations) {
   const std::filesystem::path newest = backupOf(file, 1);

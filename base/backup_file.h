@@ -11,6 +11,9 @@ namespace kelvane {
 /// is where it was. There being no such file is a success.
 Result<> moveToBackup(const std::filesystem::path& file, int generations = 5);
 
+/// Gives a file that was moved so its name back, unless another has it by now.
+void takeBackupBack(const std::filesystem::path& file);
+
 /// Writes a file as writeFileSafely does and keeps the one that it replaces under the backup names
 /// above. At no moment is there no file of the name, and an attempt that fails, as often as it is
 /// repeated, costs no backup but those that are too many.

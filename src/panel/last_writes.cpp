@@ -38,7 +38,9 @@ void LastWrites::ask(const LastWrite& write, Result<> result) {
     const std::string offer = result.reason() + "\n\nOK saves it in another place of your choice.";
     if (boxes_.show(offer, "", Buttons::OkCancel) != Choice::Ok) return;
     std::string file = write.name;
-    if (files_.saveFile(file, write.extension)) result = write.elsewhere(file);
+    if (!files_.saveFile(file, write.extension)) continue;
+    result = write.elsewhere(file);
+    if (!result) files_.putBack();
   }
 }
 

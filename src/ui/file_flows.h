@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -47,6 +48,9 @@ class FileFlows {
   /// file by their extensions, of which the first is added to a name that has none.
   bool saveFile(std::string& name, const std::string& extension,
                 const std::vector<std::string>& others = {});
+  /// The name that was last chosen to write to was not written: a file that was moved to a backup
+  /// for it gets its name back.
+  void putBack();
 
  private:
   bool mayBeWritten(const std::string& chosen);
@@ -55,6 +59,7 @@ class FileFlows {
 
   FileDialogs& dialogs_;
   MessageBoxes& boxes_;
+  std::filesystem::path moved_;  ///< the file that was last moved to a backup
 };
 
 }  // namespace kelvane

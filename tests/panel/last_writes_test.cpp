@@ -3,6 +3,7 @@
 #include "base/folder.h"
 #include "base/second_place.h"
 #include "tests/fakes/channel_rig.h"
+#include "tests/fakes/temp_folder.h"
 
 namespace kelvane {
 namespace {
@@ -50,6 +51,25 @@ TEST_F(LastWritesTest, OfferAnotherPlaceForWhatTheDiskRefuses) {
   EXPECT_NE(rig_.fileDialogs.boxes[0].find("next start"), std::string::npos);
   EXPECT_NE(readFile(chosen, 1000).value_or("").find("1; 5000000;"), std::string::npos);
   EXPECT_EQ(LastWrites::takeNote(rig_.settings), "");
+}
+
+TEST(LastWritesElsewhere, LeaveTheFileWhereItWasThatTheyCouldNotReplace) {
+  const fakes::TempFolder folder;
+  const fs::path file = folder.path() / "scratchpad.txt";
+  writeFileSafely(file, "the log of last year");
+  fakes::ScriptedDialogs dialogs;
+  dialogs.choice = Choice::Ok;
+  dialogs.script = {pathText(file), pathText(folder.path() / "other.txt")};
+  FileFlows flows(dialogs, dialogs);
+  fakes::MapSettings settings;
+  int tries = 0;
+  const auto full = [&tries](const std::string&) {
+    return tries++ == 0 ? std::string("The disk is full.") : std::string();
+  };
+  LastWrites(dialogs, flows, settings, Ending::ByOperator)
+      .finish({[] { return std::string("It was not saved."); }, "scratchpad", "txt", full});
+  EXPECT_EQ(tries, 2) << "another place was offered again";
+  EXPECT_EQ(readFile(file, 1000).value_or("gone"), "the log of last year");
 }
 
 TEST_F(LastWritesTest, AreToldAtTheNextStartWhereTheSystemEnds) {
