@@ -63,11 +63,12 @@ TEST(LastWritesElsewhere, LeaveTheFileWhereItWasThatTheyCouldNotReplace) {
   FileFlows flows(dialogs, dialogs);
   fakes::MapSettings settings;
   int tries = 0;
-  const auto full = [&tries](const std::string&) {
-    return tries++ == 0 ? std::string("The disk is full.") : std::string();
+  const auto full = [&tries](const std::string&) -> Result<> {
+    if (tries++ == 0) return Failure{"The disk is full."};
+    return {};
   };
   LastWrites(dialogs, flows, settings, Ending::ByOperator)
-      .finish({[] { return std::string("It was not saved."); }, "scratchpad", "txt", full});
+      .finish({[] { return Failure{"It was not saved."}; }, "scratchpad", "txt", full});
   EXPECT_EQ(tries, 2) << "another place was offered again";
   EXPECT_EQ(readFile(file, 1000).value_or("gone"), "the log of last year");
 }
