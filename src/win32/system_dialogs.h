@@ -24,15 +24,11 @@ class SystemDialogs : public PanelDialogs {
     help_->show();
   }
   void showChannel(ChannelEditor& editor) override {
-    if (!channels_ || !channels_->window()) {
-      // The old one goes first: it tells the editor that nobody shows it any more.
-      channels_.reset();
-      channels_ = std::make_unique<ChannelDialog>(owner_, editor, colours_);
-    }
+    makeAnew(channels_, editor);
     channels_->showModeless();
   }
   void showLog(DataLog& log) override {
-    if (!log_ || !log_->window()) log_ = std::make_unique<LogWindow>(owner_, log, colours_);
+    makeAnew(log_, log);
     log_->present();
   }
   void showOverview(Overview& overview) override {
@@ -44,14 +40,20 @@ class SystemDialogs : public PanelDialogs {
     traces_->present(keys == Keys::Take ? ViewWindow::Keys::Take : ViewWindow::Keys::Leave);
   }
   void showStations(StationEditor& editor) override {
-    if (!stations_ || !stations_->window()) {
-      stations_.reset();
-      stations_ = std::make_unique<StationDialog>(owner_, editor, colours_);
-    }
+    makeAnew(stations_, editor);
     stations_->present();
   }
 
  private:
+  /// Where there is none, or it was closed. The old one goes first: it tells what it showed that
+  /// nobody shows it any more.
+  template <class Window, class Shown>
+  void makeAnew(std::unique_ptr<Window>& window, Shown& shown) {
+    if (window && window->window()) return;
+    window.reset();
+    window = std::make_unique<Window>(owner_, shown, colours_);
+  }
+
   HWND owner_;
   const ScreenColours& colours_;
   std::unique_ptr<ChannelDialog> channels_;
