@@ -32,7 +32,10 @@ class SystemDialogs : public PanelDialogs {
     channels_->showModeless();
   }
   void showLog(DataLog& log) override {
-    if (!log_ || !log_->window()) log_ = std::make_unique<LogWindow>(owner_, log, colours_);
+    if (!log_ || !log_->window()) {
+      log_.reset();
+      log_ = std::make_unique<LogWindow>(owner_, log, colours_);
+    }
     log_->present();
   }
   void showOverview(Overview& overview) override {
@@ -49,6 +52,16 @@ class SystemDialogs : public PanelDialogs {
       stations_ = std::make_unique<StationDialog>(owner_, editor, colours_);
     }
     stations_->present();
+  }
+
+  /// Before the panel goes: the windows tell its models that nobody shows them any more.
+  void end() {
+    channels_.reset();
+    help_.reset();
+    log_.reset();
+    overview_.reset();
+    traces_.reset();
+    stations_.reset();
   }
 
  private:
