@@ -198,6 +198,7 @@ TEST_F(Log, InsertsDeletesAndTakesBackInTurn) {
   writeTwo();
   look();
   log->Insert_Click();
+  settle();
   EXPECT_EQ(records(), 3u);
   EXPECT_EQ(view().caption, "Frequency logs [3 records]");
   sort(LogFilter);
