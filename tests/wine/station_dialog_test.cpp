@@ -59,11 +59,11 @@ TEST(StationWindow, TakesAFileThatIsDroppedOnItAndShowsItFirst) {
                         }});
   shown = &editor;
   editor.open();
-  while (!editor.store().ready()) editor.tick();
+  while (!editor.store().ready()) editor.deliver();
   SendMessageW(dialog->window(), WM_DROPFILES,
                reinterpret_cast<WPARAM>(dropOf((folder / "theirs.csv").wstring())), 0);
   ASSERT_TRUE(editor.import());
-  while (editor.import()->busy()) editor.tick();
+  while (editor.import()->busy()) editor.deliver();
   EXPECT_EQ(editor.import()->plan().adds, 1u) << editor.import()->words();
   EXPECT_EQ(editor.table().rows(), 0u) << "nothing is taken in unasked";
   editor.takeIn();
