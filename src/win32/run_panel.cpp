@@ -61,7 +61,9 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
   SetCursor(LoadCursorW(nullptr, IDC_ARROW));
   const std::string untold = LastWrites::takeNote(settings);
   if (!untold.empty()) fileBoxes.show(untold, {}, Buttons::Ok);
-  return window.run();
+  const int code = window.run();
+  dialogs.end();
+  return code;
 }
 
 }  // namespace kelvane::win32
