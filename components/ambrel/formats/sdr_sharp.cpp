@@ -48,6 +48,7 @@ std::size_t endOfTag(std::string_view text) {
   std::size_t at = 1;
   // Hardly any has more than a name.
   while (at < text.size() && text[at] >= 'A') ++at;
+  if (at < text.size() && text[at] == '>') return at + 1;
   at = pastName(text, at, "/>?");
   for (;;) {
     at = pastBlanks(text, at);
