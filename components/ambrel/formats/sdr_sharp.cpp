@@ -48,6 +48,7 @@ std::size_t endOfTag(std::string_view text) {
   std::size_t at = 1;
   // Hardly any has more than a name.
   while (at < text.size() && text[at] >= 'A') ++at;
+  if (at < text.size() && text[at] == '>') return at + 1;
   at = pastName(text, at, "/>?");
   for (;;) {
     at = pastBlanks(text, at);
@@ -116,19 +117,30 @@ struct SharpFields {
   std::string_view frequency, name, group, favourite, detector, width, shift;
 
   explicit SharpFields(const Node& entry) {
-    const std::array<std::pair<std::string_view, std::string_view*>, 7> known = {
-        {{"IsFavourite", &favourite},
-         {"Name", &name},
-         {"GroupName", &group},
-         {"Frequency", &frequency},
-         {"DetectorType", &detector},
-         {"Shift", &shift},
-         {"FilterBandwidth", &width}}};
     for (const Node* node = entry.first_node(); node; node = node->next_sibling()) {
-      const std::string_view heading(node->name(), node->name_size());
-      for (const auto& [element, value] : known)
-        if (heading == element && !value->data())
-          *value = std::string_view(node->value(), node->value_size());
+      std::string_view* const value = fieldOf({node->name(), node->name_size()});
+      if (value && !value->data()) *value = std::string_view(node->value(), node->value_size());
+    }
+  }
+
+ private:
+  /// Their lengths part all but two from each other.
+  std::string_view* fieldOf(std::string_view element) {
+    switch (element.size()) {
+      case 4:
+        return element == "Name" ? &name : nullptr;
+      case 5:
+        return element == "Shift" ? &shift : nullptr;
+      case 9:
+        return element == "Frequency" ? &frequency : element == "GroupName" ? &group : nullptr;
+      case 11:
+        return element == "IsFavourite" ? &favourite : nullptr;
+      case 12:
+        return element == "DetectorType" ? &detector : nullptr;
+      case 15:
+        return element == "FilterBandwidth" ? &width : nullptr;
+      default:
+        return nullptr;
     }
   }
 };
