@@ -18,6 +18,8 @@ namespace kelvane::fakes {
 class PanelPlay {
  public:
   PanelPlay() {
+    // Nobody is to remember what millions of keys bring about.
+    rig_.sondrel.core.removeListener(rig_.sondrel.listener);
     auto noting = std::make_unique<NotingReceivers>(rig_.sondrel.core);
     noting_ = noting.get();
     rig_.wrapped = std::move(noting);
