@@ -44,6 +44,16 @@ class SystemDialogs : public PanelDialogs {
     stations_->present();
   }
 
+  /// Before the panel goes: the windows tell its models that nobody shows them any more.
+  void end() {
+    channels_.reset();
+    help_.reset();
+    log_.reset();
+    overview_.reset();
+    traces_.reset();
+    stations_.reset();
+  }
+
  private:
   /// Where there is none, or it was closed. The old one goes first: it tells what it showed that
   /// nobody shows it any more.
