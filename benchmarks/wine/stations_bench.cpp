@@ -36,7 +36,7 @@ struct Nobody : FileDialogs, MessageBoxes {
 void writeList(const fs::path& file) {
   std::string text = "kHz ; Name ; Mode ; Width ; Group\n";
   for (std::size_t i = 0; i < kStations; ++i) {
-    text += std::to_string(150 + i * 29) + " ; Station " + std::to_string(i * 7919 % kStations);
+    text += std::to_string(150 + i * 20) + " ; Station " + std::to_string(i * 7919 % kStations);
     text += " ; AM ; 6000 ; Group " + std::to_string(i % 20) + "\n";
   }
   must(writeFileSafely(file, text).ok(), "the list's file");
