@@ -20,6 +20,7 @@
 namespace kelvane::sondrel {
 
 class Receiver;
+class SimulatedReceiver;
 
 /// A value that a receiver has now, and how it came about.
 struct Change {
@@ -99,6 +100,9 @@ class Receiver {
   Outcome setRemote(bool remote, Instant now);
   Outcome setOut(Long line, Long state, Instant now);
   virtual Outcome setTime(const Text& time, Instant now);
+  /// The receiver that it is where it is made up, and so has knobs on the screen; null for all that
+  /// stand elsewhere.
+  virtual SimulatedReceiver* simulated() { return nullptr; }
   /// What was found behind the link, in words, a line each; empty for a kind that finds nothing
   /// out.
   virtual std::string found() const { return {}; }

@@ -298,7 +298,7 @@ std::string SondrelCore::found(const ReceiverEntry& entry) const {
 
 SimulatedReceiver* SondrelCore::simulatedAt(Index rx) const {
   const HostedReceiver* hosted = at(rx);
-  return hosted ? dynamic_cast<SimulatedReceiver*>(hosted->receiver.get()) : nullptr;
+  return hosted ? hosted->receiver->simulated() : nullptr;
 }
 
 const SimulatedReceiver* SondrelCore::simulated(Index rx) const { return simulatedAt(rx); }

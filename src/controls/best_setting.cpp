@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "base/number.h"
+#include "contract/modes.h"
 #include "ui/control_ids.h"
 #include "ui/main_controls.h"
 
@@ -24,8 +25,19 @@ constexpr std::size_t kLongText = 44;
 /// The mode that is set where the database recommends one: the first five as they are, the two
 /// data modes as upper sideband, others not at all (-1).
 Setting settableMode(Setting best) {
-  if (best >= 0 && best <= 4) return best;
-  return best == 5 || best == 6 ? 2 : -1;
+  switch (static_cast<Mode>(best)) {
+    case Mode::Am:
+    case Mode::Fm:
+    case Mode::Usb:
+    case Mode::Lsb:
+    case Mode::Cw:
+      return best;
+    case Mode::Rtty:
+    case Mode::Fax:
+      return static_cast<Setting>(Mode::Usb);
+    default:
+      return -1;
+  }
 }
 
 }  // namespace

@@ -15,6 +15,7 @@ class SimulatedReceiver : public Receiver {
  public:
   SimulatedReceiver(ReceiverHost& host, std::string name, Simulation simulation);
 
+  SimulatedReceiver* simulated() override { return this; }
   Outcome setTime(const Text& time, Instant now) override;
   ChannelReading channelReading() const override;
   void tick(Instant now) override;
