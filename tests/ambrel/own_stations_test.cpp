@@ -116,18 +116,22 @@ TEST_F(OwnStations, TheWayToTheTransmitterIsToldInWords) {
              "        w-Woofferton 52N19-02W43\n        W-Wrong 10N00-10E00\n"
              "        unknown, perhaps 10N00-10E00\n        Wx-Wrong too 10N00-10E00\n"
              "   USA: o-Okeechobee FL 27N28-80W56 / Miami 25N49-80W18\n"
-             "   SDN: El-Obeid 13N11-30E13\n");
+             "   SDN: El-Obeid 13N11-30E13\n   B:   c-One 20S31-54W35\n"
+             "        Cg-Two 10N00-10E00\n        perhaps 10N00-10E00\n");
   play.start();
   play.setTime(2022, 7, 13, 8, 0);
   play.importText(
       "9410;0000-2400;;G;BBC;E;Eu;w;1;;\r\n9500;0000-2400;;G;BBC;E;Eu;/USA-o;1;;\r\n"
-      "9600;0000-2400;;F;RFI;F;Eu;;1;;\r\n9700;0000-2400;;SDN;Sudan;A;Af;;1;;\r\n");
+      "9600;0000-2400;;F;RFI;F;Eu;;1;;\r\n9700;0000-2400;;SDN;Sudan;A;Af;;1;;\r\n"
+      "9800;0000-2400;;B;Brasil;P;SAm;;1;;\r\n");
   EXPECT_NE(play.core->SetFrqPlace("nowhere"), Outcome::Done);
   EXPECT_EQ(play.core->SetFrqPlace("JO21SX"), Outcome::Done);
   play.name(9410000);
   EXPECT_EQ(play.core->GetFrqKnownPath().value(), "564 km, 277\u00B0 W; day there, day here");
   play.name(9500000);
   EXPECT_THAT(play.core->GetFrqKnownPath().value(), HasSubstr("night there, day here"));
+  play.name(9800000);
+  EXPECT_EQ(play.core->GetFrqKnownPath().value(), "") << "other sites are not its usual one";
   play.name(9700000);
   EXPECT_THAT(play.core->GetFrqKnownPath().value(), HasSubstr("day there"));
   play.write(play.ownFolder() / "my-stations.txt", "kHz ; Name\n9410 ; Mine\n");
