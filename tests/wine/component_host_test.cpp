@@ -50,8 +50,6 @@ void call(com::ComponentHost& host, const std::function<void()>& inside = {}) {
   if (inside) inside();
 }
 
-}  // namespace
-
 class Host : public ComTest {
  protected:
   Hosted hosted;
@@ -173,4 +171,5 @@ TEST_F(Host, TwoComponentsOfOneLibraryDoNotDisturbEachOther) {
   EXPECT_EQ(third.deliveries, 1);
 }
 
+}  // namespace
 }  // namespace kelvane::test
