@@ -88,7 +88,7 @@ TEST_F(Commands, AskNobodyWhereThereIsNoReceiver) {
   receivers->named.clear();
   rig.panel->receiverEvents().DrvUpdated(0);
   tryEverything();
-  EXPECT_EQ(receivers->named, std::set<std::string>());
+  EXPECT_EQ(receivers->named, decltype(receivers->named)());
 }
 
 TEST_F(Commands, TuneAReceiverThatDoesNotSayItsFrequencyToAWholeOneOnly) {

@@ -4,6 +4,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -47,7 +48,8 @@ class RecordingReceiver : public ReceiverComponent {
   /// Everything that it was told since it was last asked.
   std::vector<std::string> told() { return std::exchange(told_, {}); }
   std::set<std::string> refused;
-  std::set<std::string> named;  ///< what it was told or asked of a receiver: "GetRxName 0"
+  /// What it was told or asked of a receiver: "GetRxName" of 0.
+  std::set<std::pair<std::string_view, Index>> named;
   /// Called with each line instead of keeping it.
   std::function<void(const std::string&)> heard;
 
@@ -55,8 +57,7 @@ class RecordingReceiver : public ReceiverComponent {
   void note() {}
   template <class First, class... Rest>
   void note(const First& first, const Rest&...) {
-    if constexpr (std::is_same_v<First, Index>)
-      named.insert(std::string(called_) + " " + std::to_string(first));
+    if constexpr (std::is_same_v<First, Index>) named.emplace(called_, first);
   }
   void hear(std::string line) {
     if (heard) return heard(line);

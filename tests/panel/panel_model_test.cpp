@@ -5,10 +5,10 @@
 namespace kelvane {
 namespace {
 
-/// Four operators of 4,000 steps each; two of them have monitoring on.
+/// Four operators of 25,000 steps each; two of them have monitoring on.
 TEST(PanelModel, HoldsWhateverHandsRadiosAndLinksDo) {
   for (const std::uint32_t seed : {1u, 2u, 3u, 4u}) {
-    EXPECT_EQ(fakes::PanelModel(seed).play(4'000), "") << "with seed " << seed;
+    EXPECT_EQ(fakes::PanelModel(seed).play(25'000), "") << "with seed " << seed;
   }
 }
 

@@ -14,7 +14,7 @@
 namespace kelvane::wine {
 namespace {
 
-constexpr int kInputs = 2000;
+constexpr int kInputs = 3000;
 constexpr int kModelRadios = 8;
 
 /// A copy of the program whose radios are made up.
