@@ -7,18 +7,16 @@ build() {
   finish_build
 }
 
-# begin_build PRESET [TARGET...]: the same, but goes on while ninja works; finish_build waits for it. With
-# build_nicely it takes only the time that others leave.
+# begin_build PRESET [TARGET...]: the same, but goes on while ninja works; finish_build waits for it.
 begin_build() {
-  local folder=$root/build/$1 nicely=()
-  [[ -z ${build_nicely:-} ]] || nicely=(nice -n 19)
+  local folder=$root/build/$1
   built_preset=$1
   shift
   check_owner "$root/build"
   is_configured "$folder" || configure "$built_preset" "$folder"
   say "Building $built_preset."
   # Without a terminal ninja would write a line for every file.
-  if [[ -t 1 ]]; then start "${nicely[@]}" ninja -C "$folder" "$@"; else start "${nicely[@]}" ninja --quiet -C "$folder" "$@"; fi
+  if [[ -t 1 ]]; then start ninja -C "$folder" "$@"; else start ninja --quiet -C "$folder" "$@"; fi
   build_pid=$started_pid
 }
 
