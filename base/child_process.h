@@ -21,8 +21,8 @@ class ChildProcess {
 
   /// Starts what the line says, after ending what ran before: a program (see programOf), and the
   /// words for it. On Windows a name without a folder is looked for in the system's folder and in
-  /// those of the search path. Fails where it cannot be
-  /// started. To be called on a thread that lasts as long as the program is to run.
+  /// those of the search path. Fails where it cannot be started. To be called on a thread that
+  /// lasts as long as the program is to run.
   Result<> start(const std::string& line, Written written = Written::Dropped);
   /// Ends it at once, whatever it does; nothing where none runs.
   void end();
