@@ -1,6 +1,7 @@
 // Radios whose server this program keeps: with a real rigctld and its dummy radio.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <csignal>
 #include <fstream>
 
@@ -129,7 +130,10 @@ TEST(RadioLive, ATrialTellsEachStep) {
 }
 
 TEST(ServerSearch, FindsWhatAnswersAtAHostAndLeavesOutWhatIsKnown) {
-  fakes::StandInServer server([](fakes::StandInServer::Connection& connection) {
+  std::atomic<int> came = 0;
+  fakes::StandInServer server([&came](fakes::StandInServer::Connection& connection) {
+    // It is closing its radio, as its last program has gone just now.
+    if (++came == 1) return void(connection.line());
     fakes::FakeRig rig(fakes::FakeRig::Manner::Rigctld);
     while (const auto line = connection.line()) {
       connection.write(*line == "\\dump_caps" ? "Caps dump for model: 1\nModel name:\tR-1\n"

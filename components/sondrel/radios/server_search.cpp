@@ -14,6 +14,8 @@ constexpr std::int32_t kFirstPort = 4532, kLastPort = 4550, kReceiverPort = 7356
 constexpr milliseconds kConnectLimit{4000};
 constexpr milliseconds kSearchReply{3000};
 constexpr milliseconds kQuietAfter{200};
+constexpr milliseconds kAskAgainAfter{500};
+constexpr milliseconds kSearchSlice{20};
 
 bool isThisComputer(const std::string& host) {
   return host.empty() || equalIgnoringCase(host, "localhost") || host.starts_with("127.");
@@ -89,13 +91,28 @@ std::vector<FoundServer> ServerSearch::found() const {
   return servers;
 }
 
+/// What a server says of its frequency. One that closes its radio when its last program goes ends
+/// the connection of whoever comes in that moment: it is asked once more.
+std::optional<std::string> ServerSearch::firstAnswer(ServerTalk& talk, const ServerPlace& place) {
+  for (const bool again : {false, true}) {
+    const Instant from =
+        std::chrono::steady_clock::now() + (again ? kAskAgainAfter : milliseconds(0));
+    while (!stop_ && std::chrono::steady_clock::now() < from)
+      std::this_thread::sleep_for(kSearchSlice);
+    if (!talk.open(place.host, place.port, kConnectLimit, false)) return std::nullopt;
+    auto answer = talk.ask("f", kSearchReply);
+    if (answer || talk.isOpen()) return answer;
+  }
+  return std::nullopt;
+}
+
 void ServerSearch::look(const ServerPlace& place, std::size_t rank) {
   ServerTalk talk([this] { return stop_.load(); });
-  if (!talk.open(place.host, place.port, kConnectLimit, false)) return;
-  const auto answer = talk.ask("f", kSearchReply);
+  const auto answer = firstAnswer(talk, place);
+  if (!answer) return;
   const double hertz = hertzIn(answer);
   // What says nothing that looks like the protocol is another kind of server.
-  if (hertz <= 0 && !(answer && answer->starts_with("RPRT"))) return;
+  if (hertz <= 0 && !answer->starts_with("RPRT")) return;
   FoundServer server{place, {}, hertz > 0 ? decimalText(hertz / 1000) + " kHz" : std::string()};
   const auto first = talk.ask("\\dump_caps", kSearchReply);
   const std::string text = first.value_or("") + "\n" + talk.rest(kQuietAfter);

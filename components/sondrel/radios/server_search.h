@@ -46,6 +46,7 @@ class ServerSearch {
 
  private:
   void look(const ServerPlace& place, std::size_t rank);
+  std::optional<std::string> firstAnswer(ServerTalk& talk, const ServerPlace& place);
 
   const std::function<void()> wake_;
   std::atomic<bool> stop_ = false;

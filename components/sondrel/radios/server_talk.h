@@ -16,6 +16,8 @@ class ServerTalk {
 
   /// Connects; where nobody listens yet, again and again until the limit. Answers whether it did.
   bool open(const std::string& host, std::int32_t port, milliseconds limit, bool keepTrying);
+  /// Whether the connection stands, as far as is known.
+  bool isOpen() const { return open_; }
   /// The first line of the answer; none where there is none in time, or the server left.
   std::optional<std::string> ask(const std::string& question, milliseconds limit);
   /// The rest of what came with the last answer, and comes until it is quiet for a while.
