@@ -147,7 +147,7 @@ void pruneCrashReports(const std::filesystem::path& folder, std::size_t keep) {
     if (pathText(name).starts_with("crash-")) stems.insert(name.stem());
   }
   for (; stems.size() > keep; stems.erase(stems.begin())) {
-    for (const char* kind : {".dmp", ".txt"}) {
+    for (const char* kind : {".dmp", ".txt", ".part"}) {
       std::filesystem::path file = folder / *stems.begin();
       std::filesystem::remove(file += kind, error);
     }

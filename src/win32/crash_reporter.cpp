@@ -20,6 +20,8 @@ constexpr std::size_t kReportsKept = 9;
 constexpr ULONG kStackForFilter = 16384;
 /// Longest time for the files, ms. The other threads, which may be saving lists, go on meanwhile.
 constexpr DWORD kLongestReport = 20000;
+/// Longest time for the dump alone, ms: then the operator is told without one.
+constexpr DWORD kLongestDump = 15000;
 /// The code of a fault that the language itself found, such as an exception that nobody caught.
 constexpr DWORD kTerminated = 0xE0000001;
 
@@ -65,6 +67,13 @@ std::string_view placeOf(const void* address, std::span<char> buffer) {
                     static_cast<unsigned long long>(offset));
   return {buffer.data(),
           std::min(buffer.size() - 1, static_cast<std::size_t>(std::max(length, 0)))};
+}
+
+/// A function of a library that may be missing, null where it has none of that name.
+template <typename Function>
+Function function(HMODULE library, const char* name) {
+  return reinterpret_cast<Function>(
+      reinterpret_cast<void*>(library ? GetProcAddress(library, name) : nullptr));
 }
 
 [[noreturn]] void terminated() {
@@ -127,9 +136,17 @@ void CrashReporter::report() {
   GetSystemTime(&time);
   nameFiles(time);
   const bool text = writeText(time);
-  const bool dump = writeDump();
+  // The words must not wait for a dump that takes long: it has a thread of its own.
+  const HANDLE dumper = CreateThread(nullptr, 0, dump, this, 0, nullptr);
+  DWORD dumped = FALSE;
+  if (dumper && WaitForSingleObject(dumper, kLongestDump) == WAIT_OBJECT_0)
+    GetExitCodeThread(dumper, &dumped);
   SetEvent(written_);
-  tell(dump, text);
+  tell(dumped != FALSE, text);
+}
+
+DWORD WINAPI CrashReporter::dump(void* self) {
+  return static_cast<const CrashReporter*>(self)->writeDump();
 }
 
 void CrashReporter::nameFiles(const SYSTEMTIME& time) {
@@ -146,6 +163,7 @@ void CrashReporter::nameFiles(const SYSTEMTIME& time) {
              time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond);
   stem[kLongestPath - 8] = L'\0';
   _snwprintf(dumpFile_, kLongestPath, L"%ls.dmp", stem);
+  _snwprintf(dumpPart_, kLongestPath, L"%ls.part", stem);
   _snwprintf(textFile_, kLongestPath, L"%ls.txt", stem);
 }
 
@@ -171,13 +189,20 @@ bool CrashReporter::writeText(const SYSTEMTIME& time) const {
 bool CrashReporter::writeDump() const {
   // Loaded here and not with the program: it is large, and hardly ever needed.
   const HMODULE library = LoadLibraryExW(L"dbghelp.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-  const auto write = reinterpret_cast<decltype(&MiniDumpWriteDump)>(
-      reinterpret_cast<void*>(library ? GetProcAddress(library, "MiniDumpWriteDump") : nullptr));
-  const FileLines file(dumpFile_);
-  if (!write || !file.open()) return false;
-  MINIDUMP_EXCEPTION_INFORMATION about{faultThread_, fault_, FALSE};
-  return write(GetCurrentProcess(), GetCurrentProcessId(), file.handle(), MiniDumpNormal, &about,
-               nullptr, nullptr) != FALSE;
+  const auto write = function<decltype(&MiniDumpWriteDump)>(library, "MiniDumpWriteDump");
+  const auto initialize = function<decltype(&SymInitialize)>(library, "SymInitialize");
+  if (!write) return false;
+  // Where nobody began to read symbols the dump reads those of every library first: under Wine that
+  // takes half a minute, and a dump holds none of them.
+  if (initialize) initialize(GetCurrentProcess(), nullptr, FALSE);
+  {
+    const FileLines file(dumpPart_);
+    MINIDUMP_EXCEPTION_INFORMATION about{faultThread_, fault_, FALSE};
+    if (!file.open() || !write(GetCurrentProcess(), GetCurrentProcessId(), file.handle(),
+                               MiniDumpNormal, &about, nullptr, nullptr))
+      return false;
+  }
+  return MoveFileW(dumpPart_, dumpFile_) != FALSE;
 }
 
 void CrashReporter::tell(bool dump, bool text) const {

@@ -23,6 +23,7 @@ class CrashReporter {
  private:
   static LONG WINAPI filter(EXCEPTION_POINTERS* fault);
   static DWORD WINAPI wait(void* self);
+  static DWORD WINAPI dump(void* self);
   void report();
   void nameFiles(const SYSTEMTIME& time);
   bool writeDump() const;
@@ -41,6 +42,8 @@ class CrashReporter {
   DWORD faultThread_ = 0;
   LONG faults_ = 0;
   wchar_t dumpFile_[kLongestPath] = L"", textFile_[kLongestPath] = L"";
+  /// The dump until it is whole.
+  wchar_t dumpPart_[kLongestPath] = L"";
 };
 
 }  // namespace kelvane::win32
