@@ -324,6 +324,32 @@ TEST_F(RigctldLink, TriesAgainWhenItsServerWasStartedAnew) {
   EXPECT_EQ(play.session.connectionWanted(), 0U);
 }
 
+TEST_F(RigctldLink, ComesInOnceMoreWhereTheServerStillClosesAfterItsLastClient) {
+  const auto hangsUp = [this] {
+    play.session.connected(play.now);
+    play.close(CloseReason::Ended);
+  };
+  play.open();
+  for (const bool closed : {false, true}) {
+    play.links.clear();
+    if (closed) play.session.close();
+    play.session.open(true, play.now);
+    hangsUp();
+    run(600);
+    EXPECT_EQ(play.links, Links{}) << "its own leaving is no fault of the server";
+    play.connect();
+    run(900);
+    EXPECT_EQ(play.links, Links{LinkState::Up});
+  }
+  play.links.clear();
+  play.session.open(true, play.now);
+  for (int i = 0; i < 2; ++i) {
+    hangsUp();
+    run(600);
+  }
+  EXPECT_EQ(play.links, Links{LinkState::Error}) << "a second time it is";
+}
+
 TEST_F(RigctldLink, SaysTimeoutInTheHandshakeToo) {
   play.deaf = true;
   play.open();

@@ -19,6 +19,8 @@ constexpr milliseconds kQuiet{150};
 constexpr milliseconds kLongestDiscard{2000};
 constexpr milliseconds kBetweenAttempts{1000};
 constexpr milliseconds kFirstBackOff{2000};
+// A server closes its radio when its last client goes, and ends whoever comes in that moment.
+constexpr milliseconds kAfterLeaving{500};
 constexpr milliseconds kLongestBackOff{16000};
 // The link is up when frequency and mode are known; a radio that refuses slowly tells the rest of
 // what it can do later.
@@ -83,6 +85,7 @@ void RigctldSession::tryAgain() {
 }
 
 void RigctldSession::close() {
+  left_ = left_ || phase_ > Phase::Connecting;
   drop();
   said_.reset();
   stateAskedFor_ = false;
@@ -133,6 +136,11 @@ void RigctldSession::closed(CloseReason reason, Instant now) {
   // Whoever takes connections only to end them is most likely another service.
   const bool stranger = connected && !handshake_.reachedRadio();
   if (mute) return failLater(LinkState::NotResponding, now);
+  if (stranger && std::exchange(left_, false)) {
+    drop();
+    reopenAt_ = now + kAfterLeaving;
+    return;
+  }
   noReply(now);
   fail(stateOf(reason), now);
   if (stranger) lastingFailures_.failed(now);
@@ -184,6 +192,7 @@ std::vector<RigReport> RigctldSession::takeReports() { return std::exchange(repo
 // --- the link's life
 
 void RigctldSession::startConnection() {
+  left_ = left_ || phase_ > Phase::Connecting;
   drop();
   phase_ = Phase::Connecting;
   wanted_ = ++connections_;
@@ -227,6 +236,7 @@ void RigctldSession::say(LinkState state) {
   said_ = state;
   stateAskedFor_ = false;
   if (state == LinkState::Up) {
+    left_ = false;
     backOff_ = kFirstBackOff;
     lastingFailures_.forget();
   }

@@ -118,6 +118,7 @@ class RigctldSession {
   bool stateAskedFor_ = false;
   bool stateAssumed_ = false;  ///< said_ stands only because nothing was answered
   bool radioSilent_ = false;   ///< the server said so
+  bool left_ = false;          ///< the connection before this one was ended from this side
 
   ReplyReader reader_;
   std::optional<Flight> flight_;
