@@ -85,7 +85,7 @@ class ChannelWindow {
   }
   /// Buttons and pointer are as before, though no hand moves the pointer.
   bool restored() const {
-    return eventually([this] { return pointer() == arrow; }, 1000) && enabled(id::ChnSave) &&
+    return eventually([this] { return pointer() == arrow; }) && enabled(id::ChnSave) &&
            enabled(id::ChnExport) && enabled(id::ChnCancel);
   }
   /// The panel still takes keys and tunes.
@@ -112,7 +112,7 @@ class ChannelWindow {
     return narrow(words);
   }
   bool says(const std::string& words) const {
-    return eventually([&] { return text(id::ChnStatus).find(words) != std::string::npos; }, 15000);
+    return eventually([&] { return text(id::ChnStatus).find(words) != std::string::npos; }, 60000);
   }
   /// The current cell, as a screen reader hears it.
   std::string cell() const { return text(id::MemGrd); }
@@ -284,7 +284,7 @@ TEST_F(ChannelTest, ClosedInTheMiddleOfAReadItReadsAllWhenItIsOpenedAgain) {
     else
       channels.close();
     ASSERT_TRUE(channels.gone());
-    EXPECT_TRUE(eventually([&] { return channels.panel.text(id::LChn).empty(); }, 1500))
+    EXPECT_TRUE(eventually([&] { return channels.panel.text(id::LChn).empty(); }, 3500))
         << "the rest would take seconds";
     EXPECT_TRUE(channels.panelLives());
   }

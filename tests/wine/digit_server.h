@@ -26,6 +26,8 @@ class DigitServer {
     running_ = CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW,
                               nullptr, nullptr, &startup, &process_);
     CloseHandle(input);
+    // The protocol loses a key that is not fetched before the next one.
+    say("gap 300");
   }
   ~DigitServer() {
     kill();

@@ -12,7 +12,6 @@
 namespace kelvane::wine {
 namespace {
 
-
 /// A running program, and the card of keys over it.
 class HelpCardWindow : public testing::Test {
  protected:

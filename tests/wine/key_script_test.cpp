@@ -49,22 +49,21 @@ class KeyScript : public testing::Test {
     return [this, code, modifiers] { panel_.key(code, modifiers); };
   }
   bool shows(const std::string& digits) {
-    return eventually([&] { return panel_.digits() == digits; }, 3000);
+    return eventually([&] { return panel_.digits() == digits; });
   }
   std::function<bool()> on(const std::string& digits) {
     return [this, digits] { return shows(digits); };
   }
   std::function<bool()> reads(int control, const std::string& text) {
-    return [this, control, text] {
-      return eventually([&] { return panel_.text(control) == text; }, 3000);
-    };
+    return
+        [this, control, text] { return eventually([&] { return panel_.text(control) == text; }); };
   }
   std::function<bool()> appears(int control) {
-    return [this, control] { return eventually([&] { return panel_.visible(control); }, 3000); };
+    return [this, control] { return eventually([&] { return panel_.visible(control); }); };
   }
   /// The digits are others than before the key.
   std::function<bool()> tunes() {
-    return [this] { return eventually([this] { return panel_.digits() != before_; }, 3000); };
+    return [this] { return eventually([this] { return panel_.digits() != before_; }); };
   }
   std::function<bool()> walks() {
     return [this] { return tunes()() && reads(id::IBank, "Kf")(); };
@@ -84,7 +83,7 @@ class KeyScript : public testing::Test {
   }
   std::function<bool()> focuses(int control) {
     return [this, control] {
-      return eventually([&] { return focused() == panel_.control(control); }, 3000);
+      return eventually([&] { return focused() == panel_.control(control); });
     };
   }
 
@@ -115,7 +114,7 @@ class KeyScript : public testing::Test {
   }
   std::function<bool()> focusesThere(int control) {
     return [this, control] {
-      return eventually([&] { return focused() == GetDlgItem(other_, control); }, 3000);
+      return eventually([&] { return focused() == GetDlgItem(other_, control); });
     };
   }
   /// The current cell of the other window's grid, as it is spoken.
@@ -126,7 +125,7 @@ class KeyScript : public testing::Test {
   }
   std::function<bool()> speaks(int grid, const std::string& part) {
     return [this, grid, part] {
-      return eventually([&] { return spoken(grid).find(part) != std::string::npos; }, 3000);
+      return eventually([&] { return spoken(grid).find(part) != std::string::npos; });
     };
   }
   std::function<bool()> speaksAndTunes(int grid, const std::string& part,
@@ -258,7 +257,7 @@ std::vector<Line> KeyScript::settings() {
       {"HHHHB", typed("700b"), reads(id::FrqBfo, "700")},
       {"MB", typed("5000\rmcmb"), reads(id::ModEvent, "AM")},
       {"FB", typed("fnfb"),
-       [this] { return eventually([this] { return !panel_.visible(id::BFlt); }, 3000); }},
+       [this] { return eventually([this] { return !panel_.visible(id::BFlt); }); }},
       {"CTL-C",
        [this] {
          type("7123.456\r");
@@ -307,7 +306,7 @@ void KeyScript::playPairs() {
   for (const char* keys : {"fn", "fw", "fm", "fr", "fi"}) {
     const std::string last = panel_.text(filter);
     type(keys);
-    EXPECT_TRUE(eventually([&] { return panel_.text(filter) != last; }, 3000)) << keys << last;
+    EXPECT_TRUE(eventually([&] { return panel_.text(filter) != last; })) << keys << last;
     played_.insert({kMain, upper(keys)});
   }
 }
@@ -425,7 +424,7 @@ std::vector<Line> KeyScript::overviewKeys() {
     panel_.keyHere(VK_UP);
   };
   const auto shown = [this](int tab) {
-    return [=, this] { return eventually([&] { return panel_.selectedTab() == tab; }, 3000); };
+    return [=, this] { return eventually([&] { return panel_.selectedTab() == tab; }); };
   };
   return {{"Down", keyThere(VK_DOWN), focusesThere(quill)},
           {"Up", keyThere(VK_UP), focusesThere(harrow)},
@@ -444,7 +443,7 @@ std::vector<Line> KeyScript::traceKeys() {
   const int results = id::TraceResults, plot = id::TracePlot, first = id::TraceReceiver;
   const auto silent = [this](int control, const std::string& part) {
     return [=, this] {
-      return eventually([&] { return spoken(control).find(part) == std::string::npos; }, 3000);
+      return eventually([&] { return spoken(control).find(part) == std::string::npos; });
     };
   };
   return {{"1..8", keyThere('2'), silent(results, "Quill")},

@@ -14,7 +14,6 @@
 namespace kelvane::wine {
 namespace {
 
-
 /// A running program on 7 050 000 Hz.
 class Keys : public testing::Test {
  protected:

@@ -17,7 +17,7 @@ std::string radio(const std::string& host, int port) {
 
 /// The status box says so; it blinks, and keeps its text while it is not seen.
 bool says(const RunningPanel& panel, const std::string& words) {
-  return eventually([&] { return panel.text(id::RxMask) == words; }, 12000);
+  return eventually([&] { return panel.text(id::RxMask) == words; }, 30000);
 }
 
 TEST(Radio, IsTunedFollowsOtherClientsAndHealsAfterItsServerWasKilled) {

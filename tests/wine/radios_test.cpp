@@ -53,7 +53,7 @@ class EightRadios : public testing::Test {
     panel_->clickTab(radio);
     ASSERT_TRUE(panel_->settledOn(radio));
     panel_->type("\x1b" + std::to_string(kilohertz) + "\r");
-    EXPECT_TRUE(eventually(tuned, 5000)) << "radio " << radio << ": " << panel_->digits();
+    EXPECT_TRUE(eventually(tuned)) << "radio " << radio << ": " << panel_->digits();
   }
   /// Changes its mode by the panel's button.
   void changeMode(int radio) {

@@ -23,8 +23,9 @@ std::string textOf(HWND window);
 /// The folder that the built program lies in.
 std::filesystem::path programFolder();
 
-/// Waits until something is so, at most a few seconds; answers whether it came to be.
-bool eventually(const std::function<bool()>& so, int milliseconds = 8000);
+/// Waits until something is so, at most so long as a busy computer may need; answers whether it
+/// came to be.
+bool eventually(const std::function<bool()>& so, int milliseconds = 20000);
 
 /// Moves the pointer to a place of the screen and waits until it stays there: the display's late
 /// word of where it was before would take it back, and a click with it.

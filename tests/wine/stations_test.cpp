@@ -20,7 +20,7 @@ namespace frq = ambrel::id;
 constexpr int kFileName = 0x47c;
 
 bool isForeground(HWND window) {
-  return eventually([window] { return GetForegroundWindow() == window; }, 3000);
+  return eventually([window] { return GetForegroundWindow() == window; });
 }
 
 /// A running program on 6 070 000 Hz, and windows of the frequency component.
