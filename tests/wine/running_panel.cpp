@@ -54,6 +54,14 @@ bool hasKeyboard(HWND window) {
          GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info) && info.hwndFocus;
 }
 
+/// A window into which the pointer came hears from the display which keys are down there. Its late
+/// word would let go of a key that is held for the programs only.
+void letTheDisplaySpeak() {
+  Sleep(30);
+  DWORD_PTR ignored = 0;
+  SendMessageTimeoutW(GetForegroundWindow(), WM_NULL, 0, 0, SMTO_NORMAL, 5000, &ignored);
+}
+
 bool keepsKeyboard(HWND window) {
   return !eventually([window] { return !hasKeyboard(window); }, 150);
 }
@@ -197,6 +205,7 @@ void RunningPanel::key(WORD code, int modifiers) {
 
 void RunningPanel::keyHere(WORD code, int modifiers) {
   const std::vector<std::pair<int, WORD>> held = {{1, VK_SHIFT}, {2, VK_CONTROL}, {4, VK_MENU}};
+  if (modifiers) letTheDisplaySpeak();
   for (const auto& [bit, modifier] : held) {
     if (modifiers & bit) sendKey(modifier, false);
   }
