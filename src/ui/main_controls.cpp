@@ -27,8 +27,9 @@ constexpr int kButtonRow = 256;
 // Eight tabs leave this much of their strip, for what shows all receivers.
 constexpr int kBesideTabs = 642;
 // The windows' buttons stand in the middle between the forwarding and the options.
-constexpr int kOpenerWidth = 59;
-constexpr int kOpenerGap = (kWidth - 4 * 72 - 7 * kOpenerWidth) / 2;
+constexpr int kOuterWidth = 65;
+constexpr int kOpenerWidth = 63;
+constexpr int kOpenerGap = (kWidth - 4 * kOuterWidth - 7 * kOpenerWidth) / 2;
 
 /// The value that a control's row shows; `first` is the array's element that the row begins with.
 template <auto member, int first = 0>
@@ -55,11 +56,13 @@ std::span<const ControlRow> rows() {
       CONTROL(FrqDigit, Digit, Digits, Centre, {58, kDigitRow, 47, 70}, "Frequency digit", 9, 47),
       CONTROL(ModEvent, Button, Bold, Centre, {kLeft, kSettingRow, kModWidth, 34},
               "Mode|Filter|AGC|Attenuator|Noise blanker", 5, kModWidth),
-      CONTROL(GenEvent, Toggle, Normal, Centre, {kLeft, kButtonRow, 72, 26}, "Forwarding", 2, 72),
-      PART(GenEvent, 2, Button, Normal, Centre, {kLeft + 2 * 72, kButtonRow, 72, 26},
-           "Forwarding 3"),
+      CONTROL(GenEvent, Toggle, Normal, Centre, {kLeft, kButtonRow, kOuterWidth, 26}, "Forwarding",
+              2, kOuterWidth),
+      PART(GenEvent, 2, Button, Normal, Centre,
+           {kLeft + 2 * kOuterWidth, kButtonRow, kOuterWidth, 26}, "Forwarding 3"),
       CONTROL(Opener, Button, Normal, Centre,
-              {kLeft + 3 * 72 + kOpenerGap, kButtonRow, kOpenerWidth, 26}, "", 7, kOpenerWidth),
+              {kLeft + 3 * kOuterWidth + kOpenerGap, kButtonRow, kOpenerWidth, 26}, "", 7,
+              kOpenerWidth),
       PART(Opener, 7, Button, Small, Centre, {kBesideTabs, 4, 28, 22}, ""),
       PART(Opener, 8, Button, Small, Centre, {kBesideTabs + 28, 4, 46, 22}, ""),
       {id::ConfigButton,
@@ -68,7 +71,7 @@ std::span<const ControlRow> rows() {
        Button,
        Normal,
        Centre,
-       {kLeft + kWidth - 72, kButtonRow, 72, 26},
+       {kLeft + kWidth - kOuterWidth, kButtonRow, kOuterWidth, 26},
        "Configure parameters"},
       CONTROL(RxMask, Text, Status, Centre, {56, 49, 456, 62}, "Link state"),
       CONTROL(RxWhy, Text, Normal, Centre, {56, 112, 456, 22}, "Why"),
