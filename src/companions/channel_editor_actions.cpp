@@ -72,17 +72,17 @@ void ChannelEditor::leaveChannel() {
 }
 
 void ChannelEditor::Export_Click() {
-  std::string name = name_ + "_Mem";
-  if (!files_.flows.saveFile(name, "txt") || !view_.open) return;
+  const auto name = files_.flows.saveFile(name_ + "_Mem", "txt");
+  if (!name || !view_.open) return;
   const auto rows = stored(workingRows());
-  const std::string done = std::to_string(rows.size()) + " channels exported to " + name + ".";
-  start(std::make_unique<WriteTask>(beside_, disk_, pathFromText(name), text(rows), done));
+  const std::string done = std::to_string(rows.size()) + " channels exported to " + *name + ".";
+  start(std::make_unique<WriteTask>(beside_, disk_, pathFromText(*name), text(rows), done));
 }
 
 void ChannelEditor::Import_Click() {
-  std::string name = name_ + "_Mem";
-  if (!files_.flows.openFile(name, "txt") || !view_.open) return;
-  start(std::make_unique<ImportTask>(pathFromText(name), table_));
+  const auto name = files_.flows.openFile(name_ + "_Mem", "txt");
+  if (!name || !view_.open) return;
+  start(std::make_unique<ImportTask>(pathFromText(*name), table_));
 }
 
 void ChannelEditor::start(std::unique_ptr<ChannelTask> task, Then then) {
