@@ -55,16 +55,19 @@ constexpr bool concernsLinks(std::string_view event) {
          event == "DrvUpdated";
 }
 
-/// Hands every event of the receiver component on, after noting those that concern the links.
+/// Hands every event of the receiver component on, after noting those that concern the links, and
+/// says afterwards that one was handed on.
 class NotedEvents : public ReceiverListener {
  public:
-  NotedEvents(LinkHistory& history, ReceiverListener& next, std::function<WallTime()> now)
-      : history_(history), next_(next), now_(std::move(now)) {}
+  NotedEvents(LinkHistory& history, ReceiverListener& next, std::function<WallTime()> now,
+              std::function<void()> handedOn = {})
+      : history_(history), next_(next), now_(std::move(now)), handedOn_(std::move(handedOn)) {}
 
 #define EVENT(name, params, args)                                   \
   void name params override {                                       \
     if constexpr (concernsLinks(#name)) note(#name, firstTwo args); \
     next_.name args;                                                \
+    if (handedOn_) handedOn_();                                     \
   }
 #include "contract/sondrel_events.inc"
 #undef EVENT
@@ -82,6 +85,7 @@ class NotedEvents : public ReceiverListener {
   LinkHistory& history_;
   ReceiverListener& next_;
   std::function<WallTime()> now_;
+  std::function<void()> handedOn_;
 };
 
 }  // namespace kelvane
