@@ -3,6 +3,7 @@
 #include "base/instance_name.h"
 #include "base/win32/known_folders.h"
 #include "diagnostics/report.h"
+#include "panel/noted_events.h"
 #include "panel/start_up.h"
 #include "settings/title.h"
 #include "win32/clipboard.h"
