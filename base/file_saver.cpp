@@ -1,21 +1,13 @@
 #include "base/file_saver.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/barrier.h"
 
 namespace kelvane {
 
 FileSaver::FileSaver(std::shared_ptr<FileSteps> steps) : steps_(std::move(steps)) {}
-
-FileSaver::~FileSaver() {
-  {
-    const std::lock_guard lock(mutex_);
-    closing_ = true;
-  }
-  changed_.notify_all();
-  if (thread_.joinable()) thread_.join();
-}
 
 void FileSaver::save(const std::filesystem::path& path, std::string content, Ended ended) {
   change(
@@ -27,47 +19,45 @@ void FileSaver::save(const std::filesystem::path& path, std::string content, End
 }
 
 void FileSaver::change(const std::filesystem::path& path, Work work, Ended ended) {
+  // Made first: what waits has its turn, and nothing may be thrown between the two.
+  Failed noTurn = [this, path](const std::string& why) {
+    end(take([&](const Job& job) { return job.path == path; }),
+        Failure{"Cannot write a file: " + why});
+  };
   {
     const std::lock_guard lock(mutex_);
-    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
     const auto same = std::ranges::find(waiting_, path, &Job::path);
     if (same != waiting_.end()) {
       same->work = std::move(work);
       same->ended = std::move(ended);
-    } else {
-      waiting_.push_back({path, std::move(work), std::move(ended)});
+      return;
     }
+    waiting_.push_back({path, std::move(work), std::move(ended)});
   }
-  changed_.notify_all();
+  background_.run(
+      "writing a file", [this] { writeNext(); }, std::move(noTurn));
 }
 
-void FileSaver::finish() {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return waiting_.empty() && !writing_; });
+FileSaver::Job FileSaver::take(const std::function<bool(const Job&)>& which) {
+  const std::lock_guard lock(mutex_);
+  const auto found = std::ranges::find_if(waiting_, which);
+  Job job = std::move(*found);
+  waiting_.erase(found);
+  return job;
 }
 
-void FileSaver::run() {
-  std::unique_lock lock(mutex_);
-  for (;;) {
-    changed_.wait(lock, [this] { return !waiting_.empty() || closing_; });
-    if (waiting_.empty()) return;
-    const Job job = std::move(waiting_.front());
-    waiting_.pop_front();
-    writing_ = true;
-    lock.unlock();
-    Result<> result;
-    barrier(
-        "writing a file", [&] { result = job.work(*steps_); },
-        [&](const std::string& why) { result = Failure{"Cannot write a file: " + why}; });
-    if (job.ended) tell(job, result);
-    lock.lock();
-    writing_ = false;
-    changed_.notify_all();
-  }
+void FileSaver::writeNext() {
+  const Job job = take([](const Job&) { return true; });
+  Result<> result;
+  barrier(
+      "writing a file", [&] { result = job.work(*steps_); },
+      [&](const std::string& why) { result = Failure{"Cannot write a file: " + why}; });
+  end(job, result);
 }
 
 /// Who waits for a word of it would wait for ever.
-void FileSaver::tell(const Job& job, const Result<>& result) {
+void FileSaver::end(const Job& job, const Result<>& result) {
+  if (!job.ended) return;
   constexpr int kTries = 20;
   const auto told = [&] {
     return barrier("telling how a file was written", [&] { job.ended(result); });

@@ -1,31 +1,26 @@
 #pragma once
 
-#include <condition_variable>
 #include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 
+#include "base/background.h"
 #include "base/safe_file.h"
 
 namespace kelvane {
 
-/// Writes files safely on a thread of its own, so that a slow disk holds nobody up.
+/// Writes files safely on a thread of its own, so that a slow disk holds nobody up. Its
+/// destructor returns when everything is written.
 class FileSaver {
  public:
-  /// Hears how a write ended, on the saver's thread. Where there is no memory for that, it is
-  /// called again a little later.
+  /// Hears how a write ended, on the saver's thread; where none can be started, on the caller's.
+  /// Where there is no memory for that, it is called again a little later.
   using Ended = std::function<void(const Result<>&)>;
 
   explicit FileSaver(std::shared_ptr<FileSteps> steps = std::make_shared<FileSteps>());
-  /// Returns when everything is written.
-  ~FileSaver();
-  FileSaver(const FileSaver&) = delete;
-  FileSaver& operator=(const FileSaver&) = delete;
-
   /// What is to be done with a file, on the saver's thread.
   using Work = std::function<Result<>(FileSteps&)>;
   /// Work that waits for the same file is not done any more: this one takes its place.
@@ -34,7 +29,7 @@ class FileSaver {
   void save(const std::filesystem::path& path, std::string content, Ended ended = {});
   FileSteps& steps() { return *steps_; }
   /// Returns when everything that was given has been written, or could not be.
-  void finish();
+  void finish() { background_.finish(); }
 
  private:
   struct Job {
@@ -43,16 +38,14 @@ class FileSaver {
     Ended ended;
   };
 
-  void run();
-  void tell(const Job& job, const Result<>& result);
+  Job take(const std::function<bool(const Job&)>& which);
+  void writeNext();
+  void end(const Job& job, const Result<>& result);
 
   std::shared_ptr<FileSteps> steps_;
   std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<Job> waiting_;
-  bool writing_ = false;
-  bool closing_ = false;
-  std::thread thread_;  ///< started by the first save
+  std::deque<Job> waiting_;  ///< each has its turn on the thread
+  Background background_;    ///< last: its jobs use everything above
 };
 
 }  // namespace kelvane

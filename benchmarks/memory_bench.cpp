@@ -3,7 +3,7 @@
 #include <malloc.h>
 
 #include "benchmarks/table.h"
-#include "diagnostics/link_history.h"
+#include "panel/noted_events.h"
 #include "tests/fakes/panel_rig.h"
 
 namespace kelvane::bench {

@@ -13,7 +13,7 @@ begin_build() {
   built_preset=$1
   shift
   check_owner "$root/build"
-  is_configured "$folder" || configure "$built_preset" "$folder"
+  is_configured "$folder" || configure "$built_preset"
   say "Building $built_preset."
   # Without a terminal ninja would write a line for every file.
   if [[ -t 1 ]]; then start ninja -C "$folder" "$@"; else start ninja --quiet -C "$folder" "$@"; fi
@@ -35,10 +35,9 @@ is_configured() {
 }
 
 configure() {
-  local preset=$1 folder=$2 log=$run_folder/cmake.log
+  local preset=$1 log=$run_folder/cmake.log
   say "Configuring $preset."
   # What a killed configuration left is not taken up by the next one.
-  rm -rf "$folder"
-  run cmake -S "$root" --preset "$preset" >"$log" 2>&1 ||
+  run cmake --fresh -S "$root" --preset "$preset" >"$log" 2>&1 ||
     fail_showing "$log" "The configuration of $preset failed; see above."
 }

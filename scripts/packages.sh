@@ -14,6 +14,7 @@ declare -A packages_for=(
   ['asking whether a display answers']='x11-utils'
   ['a display of its own']='xvfb openbox x11-utils'
   ['taking pictures']='xdotool imagemagick'
+  ['a table of figures']='bsdextrautils'
   ['tests against a radio server']='libhamlib-utils'
   ['programs that share a receiver']='wsjtx jtdx js8call fldigi wget'
 )

@@ -1,5 +1,6 @@
 # The processes that a run starts. Each carries in its environment a mark that names the run, and so
 # does all that it starts in turn: what to end is read from the process table, which is never stale.
+# Process groups and sessions would not do: Wine's server and services leave those of who starts them.
 # shellcheck shell=bash
 
 # read_stat PID: puts what the kernel tells of it into the array stat, from its state on; false when

@@ -88,7 +88,9 @@ Answer<Long> AmbrelCore::NextFrqRegion() {
 
 Answer<Flag> AmbrelCore::SetFrqFrequency(Hz frequency) {
   if (!bands_ || frequency < 0) return Answer<Flag>::failed(false);
+  const bool moved = frequency != stations_.position();
   stations_.moveTo(frequency);
+  if (moved) windows_.moved();
   return bands_->moveTo(frequency);
 }
 

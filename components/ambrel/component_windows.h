@@ -20,6 +20,8 @@ class ComponentWindows {
   virtual void showKnownList(AmbrelCore& core) = 0;
   virtual void showSource(AmbrelCore& core) = 0;
   virtual void showData(AmbrelCore& core) = 0;
+  /// The receiver is elsewhere; called by each SetFrqFrequency that moves it.
+  virtual void moved() {}
   /// Shows a message with Retry and Cancel; `again` is called for Retry, on any thread. Asked only
   /// where there is an owner: before a script nobody may sit. Does nothing where nobody is asked.
   virtual void askAgain(const std::string&, std::function<void()>) {}

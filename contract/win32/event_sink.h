@@ -21,8 +21,8 @@ class EventSink : public ComObject<IDispatch> {
                       EXCEPINFO*, UINT*) override;
 
  private:
-  bool goesBy(REFIID iid) const override {
-    return iid == events_ || ComObject<IDispatch>::goesBy(iid);
+  void* interfaceOf(REFIID iid) override {
+    return ComObject<IDispatch>::interfaceOf(iid == events_ ? IID_IDispatch : iid);
   }
   /// Hands the event to the listener; may throw what the listener throws.
   virtual HRESULT deliver(DISPID event, const DISPPARAMS& arguments) = 0;

@@ -112,11 +112,8 @@ DialogWindow::DialogWindow(const Frame& frame)
 
 DialogWindow::~DialogWindow() {
   // What a class of dialogs adds is gone by now: nothing may be told to it any more.
-  if (window_) {
-    RemovePropW(window_, kSelf);
-    keep(window_, nullptr);
-    DestroyWindow(window_);
-  }
+  if (window_) RemovePropW(window_, kSelf);
+  endWindow(window_);
   if (hook_) UnhookWindowsHookEx(hook_);
   DeleteObject(font_);
   // The class would outlive the module that holds its procedure; fails while another one uses it.

@@ -31,6 +31,14 @@ class WindowBase {
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
   }
 
+  /// The object goes before its window, which hears nothing of it any more and goes, too. Where the
+  /// window has gone already nothing happens.
+  static void endWindow(HWND window) {
+    if (!window || !IsWindow(window)) return;
+    keep(window, nullptr);
+    DestroyWindow(window);
+  }
+
   /// A control of the system's becomes a window of `self`: what `handle` leaves goes to the
   /// control's own procedure. Quicker than `watch`, which the system looks up anew with each
   /// message.

@@ -34,14 +34,15 @@ constexpr std::array kButtons{
 std::span<const ChannelButton> channelButtons() { return kButtons; }
 
 ChannelEditor::ChannelEditor(ReceiverComponent& component, const FileServices& files,
-                             FileSaver& saver, Owner owner)
+                             std::shared_ptr<FileSteps> disk, Owner owner)
     : component_(component),
       files_(files),
-      saver_(saver),
+      disk_(std::move(disk)),
       owner_(std::move(owner)),
       table_(component, *this),
       grid_(table_, ChannelTable::columns()),
-      reading_(component, owner_.LChn) {
+      reading_(component, owner_.LChn),
+      beside_(owner_.wake) {
   for (const ChannelButton& row : kButtons) {
     (view_.*row.button).text = row.caption;
     (view_.*row.button).tip = row.tip;
@@ -106,7 +107,7 @@ void ChannelEditor::readingEnded() {
   const auto path = datedFile();
   const std::string kept =
       "They are kept in " + pathText(path) + ": Reload, Import that file and Save bring them back.";
-  start(std::make_unique<WriteTask>(saver_, path, text(backup_), kept),
+  start(std::make_unique<WriteTask>(beside_, disk_, path, text(backup_), kept),
         [this, kept](const ChannelTask& written) {
           if (written.failed())
             say(written.words() + " Nothing was cleared.");
@@ -126,7 +127,7 @@ void ChannelEditor::closeAfterReload(const std::string& why) {
     return changed();
   }
   const auto path = datedFile();
-  start(std::make_unique<WriteTask>(saver_, path, text(stored(rescue_)),
+  start(std::make_unique<WriteTask>(beside_, disk_, path, text(stored(rescue_)),
                                     " The unsaved edits are kept in " + pathText(path) + "."),
         [this, why](const ChannelTask& written) { rescued(why, written); });
 }
@@ -207,6 +208,10 @@ void ChannelEditor::close() {
   changed();
 }
 
+void ChannelEditor::deliver() {
+  if (beside_.deliver() && task_ && task_->waits()) runTask();
+}
+
 void ChannelEditor::tick(Instant now) {
   // What was thrown may have come before the buttons were told.
   if (view_.hourglass != busy()) changed();
@@ -216,7 +221,7 @@ void ChannelEditor::tick(Instant now) {
                   (read == 1 ? " channel." : " channels."));
     changed();
   }
-  if (task_ && now >= taskDue_) runTask(now);
+  if (task_ && now >= taskDue_) runTask();
 }
 
 Instant ChannelEditor::nextDue() const {

@@ -42,13 +42,15 @@ class ChannelEditor : private ChannelKeys {
  public:
   /// What it is given: the main window's label that counts while it reads, the clock, and how the
   /// window comes to the screen or to the front.
+  /// `wake` asks, from any thread, for deliver() soon.
   struct Owner {
     Control& LChn;
     std::function<Instant()> now;
     std::function<void()> bringUp;
+    std::function<void()> wake = {};
   };
-  ChannelEditor(ReceiverComponent& component, const FileServices& files, FileSaver& saver,
-                Owner owner);
+  ChannelEditor(ReceiverComponent& component, const FileServices& files,
+                std::shared_ptr<FileSteps> disk, Owner owner);
 
   const ChannelView& view() const { return view_; }
   Grid& grid() { return grid_; }
@@ -81,6 +83,10 @@ class ChannelEditor : private ChannelKeys {
   /// Writes what could not be written into another file. Answers in words why it could not.
   Result<> saveTo(const std::string& file) const;
 
+  /// A file was written beside the window.
+  void deliver();
+  /// Returns when no file is being written any more.
+  void finishWriting() { beside_.wait(); }
   void tick(Instant now);
   Instant nextDue() const;
 
@@ -113,7 +119,7 @@ class ChannelEditor : private ChannelKeys {
   /// What is done when a task has ended; what it says is shown.
   using Then = std::function<void(const ChannelTask&)>;
   void start(std::unique_ptr<ChannelTask> task, Then then = {});
-  void runTask(Instant now);
+  void runTask();
   void taskEnded();
   void taskStopped(const std::string& why);
 
@@ -130,7 +136,7 @@ class ChannelEditor : private ChannelKeys {
 
   ReceiverComponent& component_;
   FileServices files_;
-  FileSaver& saver_;
+  std::shared_ptr<FileSteps> disk_;
   Owner owner_;
   ChannelView view_;
   ChannelTable table_;
@@ -149,6 +155,7 @@ class ChannelEditor : private ChannelKeys {
   std::unique_ptr<ChannelTask> task_;
   Then then_;
   Instant taskDue_ = kNever;
+  WorkBeside beside_;  ///< last: its jobs end first
 };
 
 }  // namespace kelvane

@@ -143,23 +143,31 @@ bool ClearTask::step() {
   return false;
 }
 
-WriteTask::WriteTask(FileSaver& saver, const std::filesystem::path& path, std::string content,
-                     std::string done)
-    : path_(path), content_(std::move(content)), done_(std::move(done)) {
+WriteTask::WriteTask(WorkBeside& beside, const std::shared_ptr<FileSteps>& disk,
+                     const std::filesystem::path& path, std::string content, std::string done)
+    : path_(path),
+      content_(std::make_shared<const std::string>(std::move(content))),
+      done_(std::move(done)),
+      result_(std::make_shared<std::optional<Result<>>>()) {
   words_ = "Writing " + pathText(path) + " ...";
-  saver.save(path, content_, [state = state_](const Result<>& result) {
-    state->result = result;
-    state->ended = true;
-  });
+  beside.start(
+      "writing a channel file",
+      [disk, path, content = content_, result = result_]() -> WorkBeside::Done {
+        return [result, written = writeFileSafely(path, *content, *disk)] { *result = written; };
+      },
+      [result = result_](const std::string& why) {
+        *result = Failure{"Cannot write a file: " + why};
+      });
 }
 
 bool WriteTask::step() {
-  if (!state_->ended) return true;
-  if (state_->result) {
+  if (!*result_) return true;
+  const Result<>& result = **result_;
+  if (result) {
     words_ = done_;
     return false;
   }
-  words_ = state_->result.reason() + ".";
+  words_ = result.reason() + ".";
   std::filesystem::path backup = path_;
   backup += ".bak";
   std::error_code unknown;
@@ -210,7 +218,7 @@ bool ImportTask::take(std::string_view text) {
   const NamesNeeded needed{!table_.modes().available().empty(), !table_.agc().available().empty()};
   const auto line = readChannelLine(text, line_, needed);
   if (line) return store(*line);
-  problem_ = line.reason();
+  message_ = line.reason();
   return false;
 }
 
@@ -243,7 +251,7 @@ void ImportTask::finish() {
   words_ = channels(rows_.size()) + " imported from " + file_ + ".";
   if (skipped_ > 0) words_ += " " + lines(skipped_) + " for channels that the receiver lacks.";
   if (unknown_ > 0) words_ += " " + lines(unknown_) + " with a mode or AGC that it does not know.";
-  if (!problem_.empty()) words_ += " " + problem_ + ".";
+  if (!message_.empty()) words_ += " " + message_ + ".";
   if (!stopped_.empty()) words_ += " " + stopped_;
   table_.edit(rows_);
   rows_.clear();

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <atomic>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "base/file_saver.h"
-#include "base/time.h"
+#include "base/safe_file.h"
+#include "base/work_beside.h"
 #include "companions/channel_file.h"
 #include "companions/channel_table.h"
 
@@ -27,11 +27,19 @@ class ChannelTask {
   /// What it is doing, and in the end what came of it.
   virtual const std::string& words() const { return words_; }
   virtual bool failed() const { return false; }
-  /// How long to wait before the next step.
-  virtual milliseconds pause() const { return milliseconds(0); }
+  /// What is to be shown in a message at its end; empty for nothing.
+  virtual const std::string& message() const { return message_; }
+  /// Its next step is due when work beside the window has ended, and not before.
+  virtual bool waits() const { return false; }
+  /// What becomes of it when the program ends.
+  enum class AtEnd { Dropped, Done, Waited };
+  virtual AtEnd atEnd() const { return AtEnd::Dropped; }
+  /// What the file holds that it writes.
+  virtual std::string content() const { return {}; }
 
  protected:
   std::string words_;
+  std::string message_;
 };
 
 /// Sends the modified channels to the receiver.
@@ -39,6 +47,7 @@ class SaveTask : public ChannelTask {
  public:
   SaveTask(ReceiverComponent& component, ChannelTable& table);
   bool step() override;
+  AtEnd atEnd() const override { return AtEnd::Done; }
 
  private:
   bool send(Channel channel);
@@ -70,23 +79,21 @@ class ClearTask : public ChannelTask {
 /// Writes a file, and says that it is there.
 class WriteTask : public ChannelTask {
  public:
-  WriteTask(FileSaver& saver, const std::filesystem::path& path, std::string content,
-            std::string done);
+  /// The file is written beside the window, by the steps of `disk`.
+  WriteTask(WorkBeside& beside, const std::shared_ptr<FileSteps>& disk,
+            const std::filesystem::path& path, std::string content, std::string done);
   bool step() override;
-  bool failed() const override { return !state_->result.ok(); }
-  milliseconds pause() const override { return milliseconds(20); }
-  const std::string& content() const { return content_; }
+  bool failed() const override { return *result_ && !(*result_)->ok(); }
+  bool waits() const override { return true; }
+  AtEnd atEnd() const override { return AtEnd::Waited; }
+  std::string content() const override { return *content_; }
 
  private:
-  struct State {
-    std::atomic<bool> ended{false};
-    Result<> result;  ///< the saver's until it has ended
-  };
-
   std::filesystem::path path_;
-  std::string content_;
+  std::shared_ptr<const std::string> content_;
   std::string done_;
-  std::shared_ptr<State> state_ = std::make_shared<State>();
+  /// Empty until the file is written; kept by the work as well, which may outlast the task.
+  std::shared_ptr<std::optional<Result<>>> result_;
 };
 
 /// Reads a channel file into the working table.
@@ -96,9 +103,7 @@ class ImportTask : public ChannelTask {
   /// What was read so far is in the table, also when the work is dropped.
   ~ImportTask() override;
   bool step() override;
-  bool failed() const override { return !problem_.empty(); }
-  /// What is wrong with the line that stopped it, for a message; empty where none did.
-  const std::string& problem() const { return problem_; }
+  bool failed() const override { return !message_.empty(); }
 
  private:
   bool take(std::string_view line);
@@ -113,8 +118,7 @@ class ImportTask : public ChannelTask {
   std::vector<char> buffer_;
   ChannelRows rows_;
   std::int64_t line_ = 0, skipped_ = 0, unknown_ = 0;
-  bool utf8_ = false;  ///< the file says that it is
-  std::string problem_;
+  bool utf8_ = false;    ///< the file says that it is
   std::string stopped_;  ///< why it ended before the file did, where that is no message
 };
 

@@ -274,10 +274,10 @@ void DataLog::Copy_Click() {
 void DataLog::Export_Click() {
   if (busy()) return;
   PadGrd_.commit();
-  std::string path = "scratchpad";
-  if (!services_.files.saveFile(path, "adi", {"csv"})) return;
-  if (isCsv(path) || !services_.stationsAt) return exportTo(path, {});
-  start("Exporting ...", [this, path]() -> std::function<void()> {
+  const auto chosen = services_.files.saveFile("scratchpad", "adi", {"csv"});
+  if (!chosen) return;
+  if (isCsv(*chosen) || !services_.stationsAt) return exportTo(*chosen, {});
+  start("Exporting ...", [this, path = *chosen]() -> std::function<void()> {
     return [this, path, frequencies = uncalledFrequencies(log_)] {
       exportTo(path, services_.stationsAt(frequencies));
     };

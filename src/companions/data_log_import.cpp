@@ -12,8 +12,7 @@ namespace kelvane {
 
 void DataLog::Import_Click() {
   if (adding_ || busy()) return;
-  std::string path = "*";
-  if (services_.files.openFile(path, "*")) importFile(pathFromText(path));
+  if (const auto path = services_.files.openFile("*", "*")) importFile(pathFromText(*path));
 }
 
 void DataLog::importFile(const std::filesystem::path& file) {

@@ -3,13 +3,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string_view>
-#include <utility>
 
 #include "base/wall_time.h"
-#include "contract/components.h"
+#include "contract/types.h"
 
 namespace kelvane {
 
@@ -54,34 +52,5 @@ constexpr bool concernsLinks(std::string_view event) {
   return event == "RxConnState" || event == "RxDataError" || event == "RxRmtState" ||
          event == "DrvUpdated";
 }
-
-/// Hands every event of the receiver component on, after noting those that concern the links.
-class NotedEvents : public ReceiverListener {
- public:
-  NotedEvents(LinkHistory& history, ReceiverListener& next, std::function<WallTime()> now)
-      : history_(history), next_(next), now_(std::move(now)) {}
-
-#define EVENT(name, params, args)                                   \
-  void name params override {                                       \
-    if constexpr (concernsLinks(#name)) note(#name, firstTwo args); \
-    next_.name args;                                                \
-  }
-#include "contract/sondrel_events.inc"
-#undef EVENT
-
- private:
-  static std::pair<Long, Long> firstTwo(Long only) { return {only, 0}; }
-  template <class... Rest>
-  static std::pair<Long, Long> firstTwo(Long first, Long second, const Rest&...) {
-    return {first, second};
-  }
-  void note(const char* name, std::pair<Long, Long> values) {
-    history_.note({now_(), name, values.first, values.second});
-  }
-
-  LinkHistory& history_;
-  ReceiverListener& next_;
-  std::function<WallTime()> now_;
-};
 
 }  // namespace kelvane

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "contract/components.h"
 #include "diagnostics/link_history.h"
 #include "settings/settings.h"
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "base/utf8.h"
 #include "grid/grid.h"

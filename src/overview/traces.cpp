@@ -372,16 +372,16 @@ void Traces::saveCsv() {
   const LevelTime end = end_.value_or(services_.watch.now());
   std::vector<LevelLine> lines;
   std::vector<std::string> names;
-  std::string file = "levels";
-  if (!services_.files.saveFile(file, "csv")) return;
+  const auto file = services_.files.saveFile("levels", "csv");
+  if (!file) return;
   for (Index rx = 0; rx < receivers(); ++rx) {
     names.push_back(name(rx));
     if (visible_[rx])
       collectLines(*services_.watch.of(rx).history, services_.watch.clock(),
                    end - kSpans[span_].length, end, rx, lines);
   }
-  const std::string done = "Saved " + std::to_string(lines.size()) + " levels in " + file;
-  save(file, done,
+  const std::string done = "Saved " + std::to_string(lines.size()) + " levels in " + *file;
+  save(*file, done,
        [lines = std::move(lines), names = std::move(names)] { return levelCsv(lines, names); });
 }
 
@@ -395,8 +395,7 @@ void Traces::tick() {
 }
 
 std::string Traces::askPictureName() {
-  std::string file = "traces";
-  return services_.files.saveFile(file, "png") ? file : std::string();
+  return services_.files.saveFile("traces", "png").value_or("");
 }
 
 void Traces::savePicture(const std::string& name, std::string bytes, const std::string& why) {

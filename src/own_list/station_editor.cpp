@@ -196,8 +196,7 @@ void StationEditor::redo() {
 }
 
 void StationEditor::importChosen() {
-  std::string name = "*";
-  if (services_.files.openFile(name, "*")) importFile(pathFromText(name));
+  if (const auto name = services_.files.openFile("*", "*")) importFile(pathFromText(*name));
 }
 
 void StationEditor::importFile(const std::filesystem::path& file) {
@@ -276,11 +275,11 @@ void StationEditor::offerExport(const std::shared_ptr<const Prepared>& prepared)
                              Buttons::OkCancel) != Choice::Ok)
       return exported("Nothing was written.");
   }
-  std::string name = stemOf(form.fileName);
-  if (!services_.files.saveFile(name, extensionOf(form.fileName))) return exported({});
+  const auto chosen = services_.files.saveFile(stemOf(form.fileName), extensionOf(form.fileName));
+  if (!chosen) return exported({});
   beside_.start(
       "writing a list",
-      [this, prepared, name, disk = services_.disk]() -> WorkBeside::Done {
+      [this, prepared, name = *chosen, disk = services_.disk]() -> WorkBeside::Done {
         const Result<> how = writeFileSafely(pathFromText(name), prepared->writing.text, *disk);
         const bool one = prepared->count == 1;
         std::string words = how ? std::to_string(prepared->count) +

@@ -37,9 +37,9 @@ void LastWrites::ask(const LastWrite& write, Result<> result) {
   while (!result) {
     const std::string offer = result.reason() + "\n\nOK saves it in another place of your choice.";
     if (boxes_.show(offer, "", Buttons::OkCancel) != Choice::Ok) return;
-    std::string file = write.name;
-    if (!files_.saveFile(file, write.extension)) continue;
-    result = write.elsewhere(file);
+    const auto file = files_.saveFile(write.name, write.extension);
+    if (!file) continue;
+    result = write.elsewhere(*file);
     if (!result) files_.putBack();
   }
 }

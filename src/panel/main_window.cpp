@@ -78,9 +78,10 @@ MAin::MAin(const PanelServices& services)
       channelEditor_(std::make_unique<ChannelEditor>(
           services.receiver,
           FileServices{services.files, services.boxes, services.calendar, services.ownFolder},
-          saver_,
+          services.disk,
           ChannelEditor::Owner{view_.LChn, services.now,
-                               [this] { services_.dialogs.showChannel(*channelEditor_); }})),
+                               [this] { services_.dialogs.showChannel(*channelEditor_); },
+                               services.wakeWork})),
       log_(std::make_unique<DataLog>(DataLogServices{
           services.receiver, services.clipboard, services.files, services.calendar, services.folder,
           [&frequency = services.frequency](const std::vector<Hz>& frequencies) {
@@ -119,6 +120,11 @@ MAin::MAin(const PanelServices& services)
 }
 
 MAin::~MAin() = default;
+
+void MAin::finishWriting() {
+  saver_.finish();
+  channelEditor_->finishWriting();
+}
 
 void MAin::showOptions() {
   view_.onTop = options_.OptOnTop;
@@ -364,6 +370,7 @@ std::string MAin::spokenFault() const {
 }
 
 void MAin::workEnded() {
+  channelEditor_->deliver();
   log_->deliver();
   stations_->deliver();
 }

@@ -139,7 +139,7 @@ class MAin : public ControlEvents {
   Instant nextDue() const;
 
   /// Returns when every file is written that is on its way to the disk.
-  void finishWriting() { saver_.finish(); }
+  void finishWriting();
 
   /// Writes what is not on the disk yet, closes the companion windows and every receiver's link in
   /// order, and saves where the window was. Asks what to do with what cannot be written, unless the

@@ -37,30 +37,29 @@ std::string fullPath(const FileRequest& request, const std::string& chosen) {
 
 }  // namespace
 
-bool FileFlows::openFile(std::string& name, const std::string& extension) {
+std::optional<std::string> FileFlows::openFile(const std::string& name,
+                                               const std::string& extension) {
   const FileRequest asked = request("Select File name to be load ...", "Load", name, extension);
   for (;;) {
     const std::optional<std::string> chosen = dialogs_.open(asked);
-    if (!chosen || chosen->empty()) return false;
+    if (!chosen || chosen->empty()) return std::nullopt;
     const std::string path = fullPath(asked, *chosen);
-    if (!Global::fileExists(path)) continue;
-    name = path;
-    return true;
+    if (Global::fileExists(path)) return path;
   }
 }
 
-bool FileFlows::saveFile(std::string& name, const std::string& extension,
-                         const std::vector<std::string>& others) {
+std::optional<std::string> FileFlows::saveFile(const std::string& name,
+                                               const std::string& extension,
+                                               const std::vector<std::string>& others) {
   moved_.clear();
   FileRequest asked =
       request("Select File name to be used ...", "Save", name.empty() ? "*" : name, extension);
   asked.others = others;
   const std::optional<std::string> chosen = dialogs_.save(asked);
-  if (!chosen || chosen->empty()) return false;
+  if (!chosen || chosen->empty()) return std::nullopt;
   const std::string path = fullPath(asked, *chosen);
-  if (!mayBeWritten(path)) return false;
-  name = path;
-  return true;
+  if (!mayBeWritten(path)) return std::nullopt;
+  return path;
 }
 
 bool FileFlows::mayBeWritten(const std::string& chosen) {

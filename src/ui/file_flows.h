@@ -32,22 +32,22 @@ class FileDialogs {
   virtual std::optional<std::string> save(const FileRequest& request) = 0;
 };
 
-/// Has the operator choose files to load and to save. A name that is changed is a full path then;
-/// a false answer leaves it as it was.
+/// Has the operator choose files to load and to save: answers the full path of the one that was
+/// chosen. `name` is proposed, with the extension.
 class FileFlows {
  public:
   FileFlows(FileDialogs& dialogs, MessageBoxes& boxes) : dialogs_(dialogs), boxes_(boxes) {}
 
-  /// Asks until a file is chosen that exists. False when nothing was chosen.
-  bool openFile(std::string& name, const std::string& extension);
+  /// Asks until a file is chosen that exists. None when nothing was chosen.
+  std::optional<std::string> openFile(const std::string& name, const std::string& extension);
 
   /// Asks for a name to write to. A file of that name, once its replacement is agreed to, is moved
   /// to a backup beside it before this returns, so that whatever becomes of the new one the old
-  /// content is not lost. False when nothing was chosen, when it must not be replaced, and, after
+  /// content is not lost. None when nothing was chosen, when it must not be replaced, and, after
   /// saying why, when no file of that name can be made. The operator may choose among kinds of
   /// file by their extensions, of which the first is added to a name that has none.
-  bool saveFile(std::string& name, const std::string& extension,
-                const std::vector<std::string>& others = {});
+  std::optional<std::string> saveFile(const std::string& name, const std::string& extension,
+                                      const std::vector<std::string>& others = {});
   /// The name that was last chosen to write to was not written: a file that was moved to a backup
   /// for it gets its name back.
   void putBack();

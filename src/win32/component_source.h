@@ -20,31 +20,22 @@ class ComComponents : public ComponentSource {
   com::ComPtr<IDispatch> frequency_;
 };
 
-/// Hands the components' events to the panel and has the window show what they changed: events do
-/// not come through the window's own messages.
-class ShownEvents : public ReceiverListener, public FrequencyListener {
+/// Hands the frequency component's events to the panel and has the window show what they changed:
+/// events do not come through the window's own messages.
+class ShownEvents : public FrequencyListener {
  public:
-  ShownEvents(MAin& panel, PanelWindow& window)
-      : receiver_(panel.receiverEvents()), frequency_(panel.frequencyEvents()), window_(window) {}
+  ShownEvents(FrequencyListener& panel, PanelWindow& window) : panel_(panel), window_(window) {}
 
 #define EVENT(name, params, args) \
   void name params override {     \
-    receiver_.name args;          \
-    window_.changed();            \
-  }
-#include "contract/sondrel_events.inc"
-#undef EVENT
-#define EVENT(name, params, args) \
-  void name params override {     \
-    frequency_.name args;         \
+    panel_.name args;             \
     window_.changed();            \
   }
 #include "contract/ambrel_events.inc"
 #undef EVENT
 
  private:
-  ReceiverListener& receiver_;
-  FrequencyListener& frequency_;
+  FrequencyListener& panel_;
   PanelWindow& window_;
 };
 

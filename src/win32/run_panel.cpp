@@ -3,6 +3,7 @@
 #include "base/instance_name.h"
 #include "base/win32/known_folders.h"
 #include "diagnostics/report.h"
+#include "panel/noted_events.h"
 #include "panel/start_up.h"
 #include "settings/title.h"
 #include "win32/clipboard.h"
@@ -52,10 +53,10 @@ int runPanel(HINSTANCE instance, const std::string& name, SettingsStore& setting
               [&report] { return report.save(systemFacts(), wallTime()); },
               std::make_shared<FileSteps>(), wallTime, keepAwake,
               [&window] { window.wakeWork(); }});
-  ShownEvents events(panel, window);
-  NotedEvents noted(history, events, wallTime);
+  NotedEvents noted(history, panel.receiverEvents(), wallTime, [&window] { window.changed(); });
+  ShownEvents shown(panel.frequencyEvents(), window);
   const auto receiverEvents = components.listen(noted);
-  const auto frequencyEvents = components.listen(static_cast<FrequencyListener&>(events));
+  const auto frequencyEvents = components.listen(shown);
   window.present(panel);
   sole.shownBy(window.window());
   SetCursor(LoadCursorW(nullptr, IDC_ARROW));

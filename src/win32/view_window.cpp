@@ -61,12 +61,7 @@ ViewWindow::ViewWindow(HWND owner, Design design, std::function<ColourChoice()> 
   tips_ = std::make_unique<ToolTips>(window_);
 }
 
-ViewWindow::~ViewWindow() {
-  if (window_) {
-    keep(window_, nullptr);
-    DestroyWindow(window_);
-  }
-}
+ViewWindow::~ViewWindow() { endWindow(window_); }
 
 void ViewWindow::present(Keys keys) {
   if (!placed_) restorePlace();

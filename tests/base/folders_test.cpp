@@ -85,5 +85,38 @@ TEST(Folders, IncludeOnlyWhatTheTableAllowsAndTheTableHasNoCircle) {
   EXPECT_GT(includes, 1000);
 }
 
+/// The folder in which the header of a file lies: what is one system's alone stands below it.
+fs::path headersOf(const fs::path& file) {
+  const fs::path folder = file.parent_path();
+  const bool ofOneSystem = folder.parent_path() == kHouse / "base";
+  return ofOneSystem ? folder.parent_path() : folder;
+}
+
+/// Whether a file has the header of its name, or continues that of a longer subject: grid_keys.cpp
+/// goes on with grid.h. What other programs' lists are, is declared once for all of them; what the
+/// system starts needs no header.
+bool hasItsHeader(const fs::path& file) {
+  std::string name = file.stem().string();
+  if (file.parent_path().filename() == "formats" || name.ends_with("_dll") || name == "win_main")
+    return true;
+  for (const fs::path& folder : {file.parent_path(), headersOf(file)}) {
+    for (std::string header = name;; header.resize(header.rfind('_'))) {
+      if (fs::exists(folder / (header + ".h"))) return true;
+      if (header.find('_') == std::string::npos) break;
+    }
+  }
+  return false;
+}
+
+TEST(Folders, HaveForEachFileTheHeaderOfItsName) {
+  std::string upward;
+  for (const auto& [folder, uses] : allowed(upward)) {
+    for (const auto& entry : fs::recursive_directory_iterator(kHouse / folder)) {
+      if (entry.path().extension() != ".cpp") continue;
+      EXPECT_TRUE(hasItsHeader(entry.path())) << entry.path();
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kelvane

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "base/safe_file.h"
+#include "panel/noted_events.h"
 #include "tests/fakes/panel_rig.h"
 #include "tests/fakes/recording_listener.h"
 

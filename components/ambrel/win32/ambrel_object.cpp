@@ -26,10 +26,16 @@ AmbrelObject::~AmbrelObject() {
   core_.removeListener(listener());
 }
 
+void AmbrelObject::deliverEvents() {
+  core_.deliverEvents();
+  windows_.follow();
+}
+
 void AmbrelObject::tick(Instant now) {
   if (now < lookDue_) return;
   lookDue_ = now + kLookEvery;
   core_.lookAtClock();
+  windows_.follow();
 }
 
 }  // namespace kelvane::ambrel

@@ -20,7 +20,7 @@ class AmbrelObject final : public com::AmbrelFace, private com::HostedComponent 
   FrequencyComponent& component() override { return core_; }
   com::CallWatch& watch() override { return host_; }
   IUnknown& identity() override { return *static_cast<IAmbrel*>(this); }
-  void deliverEvents() override { core_.deliverEvents(); }
+  void deliverEvents() override;
   void tick(Instant now) override;
   Instant nextDue() override { return lookDue_; }
 

@@ -27,6 +27,16 @@ void AmbrelWindows::showData(AmbrelCore& core) {
   show(data_, owner(), core, win32::Keyboard::Leave);
 }
 
+void AmbrelWindows::moved() {
+  if (data_) data_->follow();
+}
+
+void AmbrelWindows::follow() {
+  if (list_) list_->follow();
+  if (source_) source_->follow();
+  if (data_) data_->follow();
+}
+
 void AmbrelWindows::closeAll() {
   list_.reset();
   source_.reset();

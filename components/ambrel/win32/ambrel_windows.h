@@ -20,6 +20,9 @@ class AmbrelWindows final : public ComponentWindows {
   void showSource(AmbrelCore& core) override;
   /// Leaves the keyboard where it is: the key that opens this window may begin a frequency.
   void showData(AmbrelCore& core) override;
+  void moved() override;
+  /// Data, a load or the time may be others now: the windows that are open look at them.
+  void follow();
   void askAgain(const std::string& words, std::function<void()> again) override {
     messages_->ask("Ambrel", words, std::move(again));
   }

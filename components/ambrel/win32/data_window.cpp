@@ -9,21 +9,16 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr UINT kFollowRows = 300;  // ms
 constexpr int kTextWidth = 120, kNumberWidth = 84;
 
 }  // namespace
 
 DataWindow::DataWindow(HWND owner, AmbrelCore& core)
-    : DialogWindow({L"KelvaneDataView", "Frequency database", owner, 560, 300, true, 860, 460}),
-      core_(core),
-      data_(core),
-      rows_((makeControls(), item(id::Rows)), [this](std::size_t row, int column) {
-        return data_.cell(row, static_cast<std::size_t>(column));
-      }) {
+    : ListWindow({L"KelvaneDataView", "Frequency database", owner, 560, 300, true, 860, 460}, core),
+      data_(core) {
+  makeControls();
   check(id::FollowReceiver, true);
   showTables();
-  startTimer(kFollowRows);
 }
 
 void DataWindow::makeControls() {
@@ -43,13 +38,16 @@ void DataWindow::makeControls() {
        {398, 14, 150, 18},
        "The row where the receiver is is selected as it is tuned",
        MoveRight});
-  add({id::Rows,
-       WC_LISTVIEWW,
-       VirtualRows::kStyle,
-       "Frequency database",
-       {12, 44, 536, 202},
-       "",
-       Widen | Heighten});
+  addRows({id::Rows,
+           WC_LISTVIEWW,
+           VirtualRows::kStyle,
+           "Frequency database",
+           {12, 44, 536, 202},
+           "",
+           Widen | Heighten},
+          [this](std::size_t row, int column) {
+            return data_.cell(row, static_cast<std::size_t>(column));
+          });
   add({id::Status,
        WC_STATICW,
        SS_NOPREFIX,
@@ -64,32 +62,21 @@ void DataWindow::makeControls() {
 }
 
 void DataWindow::command(int control, int notice) {
-  if (control == IDOK) return tune();
-  if (control == IDCANCEL) return close();
   if (control == id::Table && notice == CBN_SELCHANGE) {
     data_.look(static_cast<std::size_t>(SendMessageW(item(id::Table), CB_GETCURSEL, 0, 0)));
     showTable();
   }
-  if (control == id::FollowReceiver && notice == BN_CLICKED) gone_ = -1;
-}
-
-bool DataWindow::notified(const NMHDR& notice, LRESULT& result) {
-  if (notice.idFrom != id::Rows) return false;
-  if (notice.code == NM_DBLCLK) {
-    tune();
-    return true;
+  if (control == id::FollowReceiver && notice == BN_CLICKED) {
+    gone_ = -1;
+    follow();
   }
-  return rows_.answer(notice, result);
+  ListWindow::command(control, notice);
 }
 
-void DataWindow::tick() {
+void DataWindow::look() {
   if (data_.follow()) return showTables();
   if (checked(id::FollowReceiver)) goToReceiver();
 }
-
-void DataWindow::laidOut() { rows_.place(static_cast<UINT>(scaled(96))); }
-
-void DataWindow::resized() { laidOut(); }
 
 void DataWindow::showTables() {
   SendMessageW(item(id::Table), CB_RESETCONTENT, 0, 0);
@@ -104,9 +91,9 @@ void DataWindow::showTable() {
   for (const DataTable::Column& column : data_.columns())
     columns.push_back({column.heading, column.number ? kNumberWidth : kTextWidth, column.number});
   std::ranges::find(columns, false, &win32::RowColumn::number)->rest = true;
-  rows_.setCount(0);
-  rows_.setColumns(std::move(columns), static_cast<UINT>(scaled(96)));
-  rows_.setCount(data_.rows());
+  rows().setCount(0);
+  rows().setColumns(std::move(columns), static_cast<UINT>(scaled(96)));
+  rows().setCount(data_.rows());
   setText(id::Status, std::to_string(data_.rows()) + " rows");
   gone_ = -1;
   goToReceiver();
@@ -116,9 +103,9 @@ void DataWindow::goToReceiver() {
   // Where the operator went since stays, until the receiver is tuned again.
   if (gone_ == core_.position()) return;
   gone_ = core_.position();
-  rows_.select(data_.rowAt(gone_));
+  rows().select(data_.rowAt(gone_));
 }
 
-void DataWindow::tune() { data_.choose(rows_.selected()); }
+void DataWindow::tune() { data_.choose(rows().selected()); }
 
 }  // namespace kelvane::ambrel

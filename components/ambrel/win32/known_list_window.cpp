@@ -9,7 +9,6 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr UINT kFollowTuning = 1000;  // ms
 constexpr DWORD kCheck = BS_AUTOCHECKBOX | WS_TABSTOP;
 
 constexpr int kWidths[] = {70, 150, 120, 74, 64, 120, 90, 52, 90};
@@ -18,21 +17,17 @@ static_assert(std::size(kWidths) == kListHeadings.size());
 }  // namespace
 
 KnownListWindow::KnownListWindow(HWND owner, AmbrelCore& core)
-    : DialogWindow({L"KelvaneKnownList", "Known frequencies", owner, 760, 320, true, 900, 480}),
-      core_(core),
-      list_(core, [this] { showRows(); }),
-      rows_((makeControls(), item(id::Stations)), [this](std::size_t row, int column) {
-        return list_.cell(row, static_cast<ListColumn>(column));
-      }) {
+    : ListWindow({L"KelvaneKnownList", "Known frequencies", owner, 760, 320, true, 900, 480}, core),
+      list_(core, [this] { showRows(); }) {
+  makeControls();
   std::vector<win32::RowColumn> columns;
   for (std::size_t i = 0; i < kListHeadings.size(); ++i) {
     columns.push_back({std::string(kListHeadings[i]), kWidths[i], i == 0, i == 1});
     SendMessageW(item(id::Sort), CB_ADDSTRING, 0,
                  reinterpret_cast<LPARAM>(wide(kListHeadings[i]).c_str()));
   }
-  rows_.setColumns(std::move(columns), 96);
+  rows().setColumns(std::move(columns), 96);
   sortBy(ListColumn::Frequency);
-  startTimer(kFollowTuning);
 }
 
 void KnownListWindow::makeControls() {
@@ -68,13 +63,16 @@ void KnownListWindow::makeControls() {
        "",
        MoveRight});
   add({id::Descending, WC_BUTTONW, kCheck, "&Descending", {656, 14, 92, 18}, "", MoveRight});
-  add({id::Stations,
-       WC_LISTVIEWW,
-       VirtualRows::kStyle,
-       "Known frequencies",
-       {12, 44, 736, 222},
-       "",
-       Widen | Heighten});
+  addRows({id::Stations,
+           WC_LISTVIEWW,
+           VirtualRows::kStyle,
+           "Known frequencies",
+           {12, 44, 736, 222},
+           "",
+           Widen | Heighten},
+          [this](std::size_t row, int column) {
+            return list_.cell(row, static_cast<ListColumn>(column));
+          });
   add({id::Status,
        WC_STATICW,
        SS_NOPREFIX | SS_ENDELLIPSIS,
@@ -89,14 +87,13 @@ void KnownListWindow::makeControls() {
 }
 
 void KnownListWindow::command(int control, int notice) {
-  if (control == IDOK) return tune();
-  if (control == IDCANCEL) return close();
   if (control == id::Search && notice == EN_CHANGE) return ask();
   if (control == id::Sort && notice == CBN_SELCHANGE)
     return sortBy(static_cast<ListColumn>(SendMessageW(item(id::Sort), CB_GETCURSEL, 0, 0)));
   const bool checkBox =
       control == id::OnAir || control == id::Favourites || control == id::Descending;
-  if (checkBox && notice == BN_CLICKED) ask();
+  if (checkBox && notice == BN_CLICKED) return ask();
+  ListWindow::command(control, notice);
 }
 
 bool KnownListWindow::notified(const NMHDR& notice, LRESULT& result) {
@@ -113,11 +110,8 @@ bool KnownListWindow::notified(const NMHDR& notice, LRESULT& result) {
       if (!filling_ && change.iItem >= 0 && (change.uNewState & LVIS_SELECTED))
         chosen_ = list_.station(static_cast<std::size_t>(change.iItem));
       return true;
-    case NM_DBLCLK:
-      tune();
-      return true;
     default:
-      return rows_.answer(notice, result);
+      return ListWindow::notified(notice, result);
   }
 }
 
@@ -128,14 +122,10 @@ bool KnownListWindow::keyDown(int keyCode, int shift) {
   return true;
 }
 
-void KnownListWindow::tick() {
+void KnownListWindow::look() {
   list_.follow();
   showStatus();
 }
-
-void KnownListWindow::laidOut() { rows_.place(static_cast<UINT>(scaled(96))); }
-
-void KnownListWindow::resized() { laidOut(); }
 
 void KnownListWindow::ask() {
   tuneWhenFound_ = false;
@@ -159,9 +149,9 @@ void KnownListWindow::sortBy(ListColumn column) {
 
 void KnownListWindow::showRows() {
   filling_ = true;
-  rows_.showOrder(static_cast<int>(list_.query().sort), list_.query().descending);
-  rows_.setCount(list_.rows());
-  rows_.select(chosen_.table ? list_.rowOf(chosen_) : list_.rowNear(core_.position()));
+  rows().showOrder(static_cast<int>(list_.query().sort), list_.query().descending);
+  rows().setCount(list_.rows());
+  rows().select(chosen_.table ? list_.rowOf(chosen_) : list_.rowNear(core_.position()));
   filling_ = false;
   showStatus();
   if (std::exchange(tuneWhenFound_, false)) tune();
@@ -174,7 +164,7 @@ void KnownListWindow::showStatus() {
 void KnownListWindow::tune() {
   // Enter after fast typing means what is being sought, not what was found before.
   tuneWhenFound_ = list_.isSearching();
-  if (!tuneWhenFound_) list_.choose(rows_.selected());
+  if (!tuneWhenFound_) list_.choose(rows().selected());
 }
 
 }  // namespace kelvane::ambrel

@@ -11,7 +11,6 @@ namespace kelvane::ambrel {
 
 namespace {
 
-constexpr UINT kFollowLoading = 300;  // ms
 constexpr wchar_t kFilter[] =
     L"Schedules and sites (*.csv, *.zip, *.txt)\0*.csv;*.zip;*.txt\0All files\0*.*\0";
 
@@ -55,36 +54,36 @@ std::string openInEditor(const std::filesystem::path& file) {
 }  // namespace
 
 SourceWindow::SourceWindow(HWND owner, AmbrelCore& core)
-    : DialogWindow(
-          {L"KelvaneSource", "Source of the frequency database", owner, 680, 350, true, 820, 440}),
-      core_(core),
-      rows_((makeLists(), item(id::Lists)), [this](std::size_t row, int column) {
-        return row < sources_.size() ? cellOf(sources_[row], column) : std::string();
-      }) {
+    : ListWindow(
+          {L"KelvaneSource", "Source of the frequency database", owner, 680, 350, true, 820, 440},
+          core) {
+  makeLists();
   makeButtons();
-  rows_.setColumns({{"Kind", 110},
-                    {"File", 130},
-                    {"Whose", 56},
-                    {"Contents", 150},
-                    {"Age", 100, false, true},
-                    {"Problems", 80}},
-                   96);
+  rows().setColumns({{"Kind", 110},
+                     {"File", 130},
+                     {"Whose", 56},
+                     {"Contents", 150},
+                     {"Age", 100, false, true},
+                     {"Problems", 80}},
+                    96);
   setText(id::Folder, ownFolderText(core_));
   show();
-  rows_.select(0);
-  startTimer(kFollowLoading);
+  rows().select(0);
 }
 
 void SourceWindow::makeLists() {
   using namespace win32;
   add({id::Label, WC_STATICW, 0, "&Lists and band plans:", {12, 10, 300, 16}});
-  add({id::Lists,
-       WC_LISTVIEWW,
-       VirtualRows::kStyle,
-       "Lists and band plans",
-       {12, 28, 656, 118},
-       "",
-       Widen | Heighten});
+  addRows({id::Lists,
+           WC_LISTVIEWW,
+           VirtualRows::kStyle,
+           "Lists and band plans",
+           {12, 28, 656, 118},
+           "",
+           Widen | Heighten},
+          [this](std::size_t row, int column) {
+            return row < sources_.size() ? cellOf(sources_[row], column) : std::string();
+          });
   add({id::Label, WC_STATICW, 0, "&Details:", {12, 154, 300, 16}, "", MoveDown});
   add({id::Details,
        WC_EDITW,
@@ -145,8 +144,7 @@ void SourceWindow::makeButtons() {
 int SourceWindow::defaultButton() const { return id::Load; }
 
 void SourceWindow::command(int control, int notice) {
-  if (control == IDCANCEL) return close();
-  if (notice != BN_CLICKED) return;
+  if (notice != BN_CLICKED) return ListWindow::command(control, notice);
   switch (control) {
     case id::Load:
       return chooseSchedule();
@@ -160,36 +158,32 @@ void SourceWindow::command(int control, int notice) {
       const Long region = core_.bands() ? core_.bands()->region() : 0;
       return edit([region](const DataFiles& files) { return ownPlanFile(files, region); });
     }
+    default:
+      return ListWindow::command(control, notice);
   }
 }
 
 bool SourceWindow::notified(const NMHDR& notice, LRESULT& result) {
-  if (notice.idFrom != id::Lists) return false;
-  if (notice.code == LVN_ITEMCHANGED) {
-    showDetails();
-    return true;
-  }
-  return rows_.answer(notice, result);
+  if (notice.idFrom != id::Lists || notice.code != LVN_ITEMCHANGED)
+    return ListWindow::notified(notice, result);
+  showDetails();
+  return true;
 }
-
-void SourceWindow::laidOut() { rows_.place(static_cast<UINT>(scaled(96))); }
-
-void SourceWindow::resized() { laidOut(); }
 
 void SourceWindow::show() {
   std::vector<SourceRow> sources = sourceRows(core_);
   if (sources != sources_) {
     sources_ = std::move(sources);
-    const std::size_t selected = rows_.selected();
-    rows_.setCount(sources_.size());
-    rows_.select(std::min(selected, rows_.count() - 1));
+    const std::size_t selected = rows().selected();
+    rows().setCount(sources_.size());
+    rows().select(std::min(selected, rows().count() - 1));
     showDetails();
   }
   setText(id::Status, refusal_->empty() ? sourceStatus(core_) : *refusal_);
 }
 
 void SourceWindow::showDetails() {
-  const std::size_t row = rows_.selected();
+  const std::size_t row = rows().selected();
   setText(id::Details, row < sources_.size() ? sourceDetails(sources_[row]) : std::string());
 }
 

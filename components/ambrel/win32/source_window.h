@@ -7,14 +7,13 @@
 #include "components/ambrel/own_files.h"
 #include "components/ambrel/source_view.h"
 #include "components/ambrel/win32/file_picker.h"
-#include "gui/win32/dialog_window.h"
-#include "gui/win32/virtual_rows.h"
+#include "components/ambrel/win32/list_window.h"
 
 namespace kelvane::ambrel {
 
 /// What the database is made of, on the screen: where the operator points the program at a
 /// schedule, and opens lists of their own. Stays open beside the panel.
-class SourceWindow final : public win32::DialogWindow {
+class SourceWindow final : public ListWindow {
  public:
   SourceWindow(HWND owner, AmbrelCore& core);
 
@@ -25,9 +24,7 @@ class SourceWindow final : public win32::DialogWindow {
   void makeButtons();
   void command(int control, int notice) override;
   bool notified(const NMHDR& notice, LRESULT& result) override;
-  void tick() override { show(); }
-  void laidOut() override;
-  void resized() override;
+  void look() override { show(); }
   int defaultButton() const override;
 
   void show();
@@ -38,9 +35,7 @@ class SourceWindow final : public win32::DialogWindow {
   /// Says in the window that something failed; to be called from any thread.
   Failed refused(const std::string& what);
 
-  AmbrelCore& core_;
   std::vector<SourceRow> sources_;
-  win32::VirtualRows rows_;
   /// What could not be begun, in words; shared with what still runs when the window has gone.
   std::shared_ptr<std::string> refusal_ = std::make_shared<std::string>();
   FilePicker picker_;

@@ -8,7 +8,8 @@ namespace kelvane::sondrel {
 
 namespace {
 
-constexpr UINT kRefreshEvery = 200;  // ms
+/// In ms. It shows a meter, which moves all the time.
+constexpr UINT kRefreshEvery = 200;
 
 std::string nameOf(const SondrelCore& core, Index rx) {
   const Receiver* receiver = core.receiver(rx);

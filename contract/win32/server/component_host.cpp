@@ -35,8 +35,7 @@ ComponentHost::ComponentHost(HostedComponent& component) : component_(component)
 
 ComponentHost::~ComponentHost() {
   wake_.reset();
-  keep(window_, nullptr);
-  DestroyWindow(window_);
+  endWindow(window_);
   // The class would outlive the library that holds its procedure. While a sibling's window still
   // uses it this fails, and the sibling does it.
   UnregisterClassW(kClassName, ownModule());

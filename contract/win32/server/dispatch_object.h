@@ -1,9 +1,8 @@
 #pragma once
 
-#include <atomic>
 #include <utility>
 
-#include "contract/win32/com.h"
+#include "contract/win32/com_object.h"
 #include "contract/win32/server/com_enumerator.h"
 #include "contract/win32/server/connection_point.h"
 #include "contract/win32/server/type_library.h"
@@ -17,33 +16,11 @@ inline IConnectionPoint* givePoint(const ComPtr<IConnectionPoint>& point) {
 /// What a component's object is besides its operations: late binding from the type library, error
 /// information, and one source of events. It begins with no reference and ends with its last one.
 template <class Interface>
-class DispatchObject : public Interface,
-                       public IProvideClassInfo2,
-                       public ISupportErrorInfo,
-                       public IConnectionPointContainer {
+class DispatchObject : public ComObject<Interface, IProvideClassInfo2, ISupportErrorInfo,
+                                        IConnectionPointContainer> {
  public:
   DispatchObject(TypeLibrary types, REFIID events)
       : types_(std::move(types)), eventsIid_(events), events_(*this, events) {}
-  DispatchObject(const DispatchObject&) = delete;
-  DispatchObject& operator=(const DispatchObject&) = delete;
-  virtual ~DispatchObject() = default;
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    if (!object) return E_POINTER;
-    *object = interfaceOf(iid);
-    if (*object) AddRef();
-    return *object ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      // Ending may hold and release again (a sink that looks back); that must not end it twice.
-      ++references_;
-      delete this;
-    }
-    return left;
-  }
 
   STDMETHODIMP GetTypeInfoCount(UINT* count) override {
     if (!count) return E_POINTER;
@@ -94,16 +71,14 @@ class DispatchObject : public Interface,
   ConnectionPoint& events() { return events_; }
 
  private:
-  void* interfaceOf(REFIID iid) {
-    if (iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(Interface)) {
-      return static_cast<Interface*>(this);
-    }
-    if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2) {
-      return static_cast<IProvideClassInfo2*>(this);
-    }
-    if (iid == IID_ISupportErrorInfo) return static_cast<ISupportErrorInfo*>(this);
-    if (iid == IID_IConnectionPointContainer) return static_cast<IConnectionPointContainer*>(this);
-    return nullptr;
+  using Object =
+      ComObject<Interface, IProvideClassInfo2, ISupportErrorInfo, IConnectionPointContainer>;
+
+  /// It goes by what its interfaces extend, too.
+  void* interfaceOf(REFIID iid) override {
+    if (iid == IID_IDispatch) return static_cast<Interface*>(this);
+    if (iid == IID_IProvideClassInfo) return static_cast<IProvideClassInfo2*>(this);
+    return Object::interfaceOf(iid);
   }
 
   static HRESULT giveInfo(const ComPtr<ITypeInfo>& from, ITypeInfo** info) {
@@ -112,7 +87,6 @@ class DispatchObject : public Interface,
     return S_OK;
   }
 
-  std::atomic<ULONG> references_{0};
   const TypeLibrary types_;
   const IID eventsIid_;
   ConnectionPoint events_;

@@ -72,34 +72,33 @@ void ChannelEditor::leaveChannel() {
 }
 
 void ChannelEditor::Export_Click() {
-  std::string name = name_ + "_Mem";
-  if (!files_.flows.saveFile(name, "txt") || !view_.open) return;
+  const auto name = files_.flows.saveFile(name_ + "_Mem", "txt");
+  if (!name || !view_.open) return;
   const auto rows = stored(workingRows());
-  const std::string done = std::to_string(rows.size()) + " channels exported to " + name + ".";
-  start(std::make_unique<WriteTask>(saver_, pathFromText(name), text(rows), done));
+  const std::string done = std::to_string(rows.size()) + " channels exported to " + *name + ".";
+  start(std::make_unique<WriteTask>(beside_, disk_, pathFromText(*name), text(rows), done));
 }
 
 void ChannelEditor::Import_Click() {
-  std::string name = name_ + "_Mem";
-  if (!files_.flows.openFile(name, "txt") || !view_.open) return;
-  start(std::make_unique<ImportTask>(pathFromText(name), table_));
+  const auto name = files_.flows.openFile(name_ + "_Mem", "txt");
+  if (!name || !view_.open) return;
+  start(std::make_unique<ImportTask>(pathFromText(*name), table_));
 }
 
 void ChannelEditor::start(std::unique_ptr<ChannelTask> task, Then then) {
   task_ = std::move(task);
   then_ = std::move(then);
-  taskDue_ = owner_.now();
+  taskDue_ = task_->waits() ? kNever : owner_.now();
   say(task_->words());
 }
 
-void ChannelEditor::runTask(Instant now) {
+void ChannelEditor::runTask() {
   bool more = false;
   const auto stopped = [&](const std::string& why) { taskStopped(why); };
   if (!barrier(
           "working on channels", [&] { more = task_->step(); }, stopped))
     return;
   if (!more) return taskEnded();
-  taskDue_ = now + task_->pause();
   say(task_->words());
 }
 
@@ -115,11 +114,10 @@ void ChannelEditor::taskEnded() {
   const auto task = std::move(task_);
   const auto then = std::move(then_);
   then_ = {};
-  const auto* import = dynamic_cast<const ImportTask*>(task.get());
   say(task->words());
   grid_.refresh();
-  if (import && !import->problem().empty())
-    files_.boxes.show(import->problem(), "Error: Invalid format", Buttons::OkCancel);
+  if (!task->message().empty())
+    files_.boxes.show(task->message(), "Error: Invalid format", Buttons::OkCancel);
   if (then) then(*task);
 }
 

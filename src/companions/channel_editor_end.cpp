@@ -8,11 +8,12 @@ namespace kelvane {
 
 /// What takes its time is done at once; what was imported so far counts as edited.
 void ChannelEditor::endWork() {
-  if (auto* save = dynamic_cast<SaveTask*>(task_.get())) {
-    while (save->step()) {
+  if (!task_ || task_->atEnd() == ChannelTask::AtEnd::Waited) return;
+  if (task_->atEnd() == ChannelTask::AtEnd::Done) {
+    while (task_->step()) {
     }
   }
-  if (!dynamic_cast<WriteTask*>(task_.get())) task_.reset();
+  task_.reset();
 }
 
 /// The table where the receiver has not got all of it.
@@ -40,13 +41,13 @@ void ChannelEditor::offerToSave() {
 }
 
 std::string ChannelEditor::endFile() {
-  auto* file = dynamic_cast<WriteTask*>(task_.get());
-  if (!file) return {};
-  saver_.finish();
-  if (file->step()) return {};
-  last_ = file->content();
+  if (!task_ || task_->atEnd() != ChannelTask::AtEnd::Waited) return {};
+  beside_.wait();
+  beside_.deliver();
+  if (task_->step()) return {};
+  last_ = task_->content();
   const bool rescued = !std::exchange(rescue_, {}).empty();
-  return rescued || file->failed() ? file->words() : std::string();
+  return rescued || task_->failed() ? task_->words() : std::string();
 }
 
 Result<> ChannelEditor::end() {
@@ -57,7 +58,7 @@ Result<> ChannelEditor::end() {
   const bool asked = !keepIn_.empty();
   const auto path = asked ? keepIn_ : datedFile();
   last_ = text(rows);
-  const Result<> kept = writeFileSafely(path, last_, saver_.steps());
+  const Result<> kept = writeFileSafely(path, last_, *disk_);
   if (kept && asked) return resultOf(words);
   words += (words.empty() ? "" : "\n") + ("The unsaved channel edits for " + name_);
   if (!kept) return Failure{words + " could not be kept in a file. " + kept.reason() + "."};
@@ -66,7 +67,7 @@ Result<> ChannelEditor::end() {
 }
 
 Result<> ChannelEditor::saveTo(const std::string& file) const {
-  const Result<> result = writeFileSafely(pathFromText(file), last_, saver_.steps());
+  const Result<> result = writeFileSafely(pathFromText(file), last_, *disk_);
   if (!result) return Failure{result.reason() + "."};
   return {};
 }
