@@ -16,7 +16,6 @@ namespace {
 /// A known frequency counts for the name up to so far away, as on the panel.
 constexpr Hz kNameNear = 250;
 
-/// Work that takes no longer is over when the call that began it returns.
 std::string extensionOf(std::string_view fileName) {
   return std::string(fileName.substr(fileName.rfind('.') + 1));
 }

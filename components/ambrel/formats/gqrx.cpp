@@ -5,7 +5,7 @@
 #include <functional>
 #include <set>
 
-#include "base/number.h"
+#include "base/append_number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
 #include "contract/modes.h"
@@ -33,10 +33,12 @@ constexpr std::array<ModeWord, 11> kGqrxModes = {{{of(Mode::Am), "AM"},
 /// Appends a text without the sign that parts fields, and blanks up to a width.
 void appendPadded(std::string& line, std::string_view text, std::size_t width, Losses& losses) {
   const std::size_t begin = line.size();
+  line += text;
   bool semicolon = false;
-  for (const char c : text) {
+  for (std::size_t at = begin; at < line.size(); ++at) {
+    char& c = line[at];
     semicolon = semicolon || c == ';';
-    line += c == ';' ? ',' : static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+    c = c == ';' ? ',' : static_cast<unsigned char>(c) < ' ' ? ' ' : c;
   }
   if (semicolon) losses.count("a semicolon, and gets a comma");
   const std::size_t characters = characterCount(std::string_view(line).substr(begin));
@@ -44,9 +46,10 @@ void appendPadded(std::string& line, std::string_view text, std::size_t width, L
 }
 
 void appendRight(std::string& line, Hz number, std::size_t width) {
-  const std::string digits = std::to_string(number);
-  if (digits.size() < width) line.append(width - digits.size(), ' ');
-  line += digits;
+  const std::size_t begin = line.size();
+  appendNumber(line, number);
+  const std::size_t digits = line.size() - begin;
+  if (digits < width) line.insert(begin, width - digits, ' ');
 }
 
 }  // namespace
@@ -93,7 +96,7 @@ Writing writeGqrx(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
   std::set<std::string, std::less<>> tags{"Untagged"};
-  std::string lines;
+  std::string lines, marks;
   lines.reserve(entries.size() * 100);
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(
@@ -104,10 +107,15 @@ Writing writeGqrx(std::span<const lists::EntryPtr> entries) {
     appendPadded(lines += "; ", wordFor(*entry, kGqrxModes, "Demod Off", losses, kGqrx), 20,
                  losses);
     appendRight(lines += "; ", entry->width, 10);
-    const std::size_t marks = (lines += "; ").size();
-    appendPadded(lines, groupAndTags(*entry, losses), 0, losses);
-    for (const std::string_view tag : split(std::string_view(lines).substr(marks), ','))
+    marks.clear();
+    appendGroupAndTags(marks, *entry, losses);
+    const std::size_t begin = (lines += "; ").size();
+    appendPadded(lines, marks, 0, losses);
+    for (std::string_view left = std::string_view(lines).substr(begin); !left.empty();) {
+      const std::string_view tag = left.substr(0, left.find(','));
       if (!tag.empty() && !tags.contains(tag)) tags.emplace(tag);
+      left.remove_prefix(std::min(tag.size() + 1, left.size()));
+    }
     lines += '\n';
   }
   std::string& out = writing.text = "# Tag name          ;  color\n";

@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 
+#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
@@ -353,11 +354,12 @@ Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
   for (const lists::EntryPtr& each : entries) {
     const Entry& entry = *each;
     losses.countLines(entry);
-    out += lists::khzText(entry.frequency);
+    lists::appendKhz(out, entry.frequency);
     const auto field = [&out](std::string_view text) { appendTableField(out += ',', text, ','); };
     field(entry.name);
     field(modeName(entry.mode));
-    field(entry.width > 0 ? std::to_string(entry.width) : std::string());
+    out += ',';
+    if (entry.width > 0) appendNumber(out, entry.width);
     field(entry.group);
     field(entry.tags);
     field(lists::timesText(entry));
