@@ -237,7 +237,8 @@ Reading readChirp(std::string_view text) {
     Taken taken;
     taken.place = rows.line();
     const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Mhz);
-    std::string reason = frequency.reason();
+    std::string reason = rows.whyCut();
+    if (!frequency) reason = frequency.reason();
     if (rows.fields().size() < columns.names().size())
       reason = "there are fewer fields than headings";
     if (!reason.empty()) {

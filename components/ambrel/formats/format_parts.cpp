@@ -100,7 +100,9 @@ bool TableRows::next() {
       continue;
     }
     raw_ = line;
-    if (line.find('"') == line.npos || !cutQuoted()) {
+    const bool quotes = line.find('"') != line.npos, closed = quotes && cutQuoted();
+    cut_ = quotes && !closed && end == line.npos;
+    if (!closed) {
       rest_.remove_prefix(std::min(line.size() + 1, rest_.size()));
       ++nextLine_;
       cutPlain();

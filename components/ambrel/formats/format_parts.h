@@ -28,6 +28,9 @@ class TableRows {
   std::size_t line() const { return line_; }
   std::string_view raw() const { return raw_; }
   const std::vector<std::string>& fields() const { return fields_; }
+  /// Why the row says less than its program wrote: the text ends within a quoted field of it.
+  /// Empty where it does not.
+  std::string whyCut() const { return cut_ ? "the file is cut off within this line" : ""; }
   /// Without blanks at either end; empty beyond the last.
   std::string_view field(std::size_t place) const;
 
@@ -42,7 +45,7 @@ class TableRows {
   std::string_view raw_;
   std::vector<std::string> fields_;  ///< reused; the first `count_` count
   std::size_t count_ = 0;
-  bool any_ = false;
+  bool cut_ = false;
 };
 
 /// Where headings stand in the first row of a table, whatever their case. Of columns with the same

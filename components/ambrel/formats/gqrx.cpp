@@ -4,8 +4,10 @@
 #include <array>
 #include <functional>
 #include <set>
+#include <vector>
 
 #include "base/append_number.h"
+#include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
 #include "contract/modes.h"
@@ -52,6 +54,32 @@ void appendRight(std::string& line, Hz number, std::size_t width) {
   if (digits < width) line.insert(begin, width - digits, ' ');
 }
 
+bool isModulation(std::string_view word) {
+  const auto isWord = [word](const ModeWord& each) {
+    return equalIgnoringCase(each.word, trimmed(word));
+  };
+  return std::ranges::any_of(kGqrxModes, isWord) || lists::modeOfWord(word);
+}
+
+using Fields = std::vector<std::string_view>;
+
+/// Where the modulation stands among a bookmark's fields; 0 where they are none. Behind it are the
+/// width, the tags and perhaps a note; in front of it more than a name where that has semicolons.
+std::size_t placeOfModulation(const Fields& fields) {
+  if (fields.size() < 5) return 0;
+  for (const std::size_t behind : {4, 3}) {
+    const std::size_t at = fields.size() - behind;
+    if (at >= 2 && isModulation(fields[at]) && wholeNumber(fields[at + 1])) return at;
+  }
+  return fields.size() <= 6 ? 2 : 0;
+}
+
+/// What stands in the line from one field to another one, with the signs between them.
+std::string_view joined(const Fields& fields, std::size_t from, std::size_t to) {
+  const std::string_view last = fields[to - 1];
+  return {fields[from].data(), last.data() + last.size()};
+}
+
 }  // namespace
 
 Reading readGqrx(std::string_view text) {
@@ -69,7 +97,8 @@ Reading readGqrx(std::string_view text) {
     if (line.starts_with("# Frequency")) bookmarks = true;
     if (!bookmarks || line.empty() || line.front() == '#') continue;
     const auto fields = split(line, ';');
-    if (fields.size() != 5 && fields.size() != 6) {
+    const std::size_t mode = placeOfModulation(fields);
+    if (mode == 0) {
       reading.leftOut.push_back(
           {number, "a bookmark has five fields, and this line " + std::to_string(fields.size())});
       continue;
@@ -82,11 +111,11 @@ Reading readGqrx(std::string_view text) {
     Taken taken;
     taken.place = number;
     taken.entry.frequency = *frequency;
-    taken.entry.name = lists::oneLine(fields[1]);
-    takeMode(fields[2], kGqrxModes, taken, kGqrx);
-    takeWidth(fields[3], taken);
-    takeGroupAndTags(trimmed(fields[4]), taken.entry);
-    if (fields.size() == 6) taken.entry.note = lists::oneLine(fields[5]);
+    taken.entry.name = lists::oneLine(joined(fields, 1, mode));
+    takeMode(fields[mode], kGqrxModes, taken, kGqrx);
+    takeWidth(fields[mode + 1], taken);
+    takeGroupAndTags(trimmed(fields[mode + 2]), taken.entry);
+    if (fields.size() > mode + 3) taken.entry.note = lists::oneLine(fields[mode + 3]);
     reading.taken.push_back(std::move(taken));
   }
   return reading;

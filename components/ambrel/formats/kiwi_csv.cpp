@@ -73,7 +73,8 @@ Reading readKiwiCsv(std::string_view text) {
     Taken taken;
     taken.place = rows.line();
     const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Khz);
-    std::string reason = frequency.reason();
+    std::string reason = rows.whyCut();
+    if (!frequency) reason = frequency.reason();
     if (rows.fields().size() < 3) reason = "there are too few fields for a label";
     if (!reason.empty()) {
       reading.leftOut.push_back({rows.line(), reason});

@@ -29,8 +29,10 @@ Reading readSdrAngel(std::string_view text) {
                                            columns.of("Sq (dB)")};
   while (rows.next()) {
     const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Hz);
-    if (!frequency) {
-      reading.leftOut.push_back({rows.line(), frequency.reason()});
+    std::string reason = rows.whyCut();
+    if (!frequency) reason = frequency.reason();
+    if (!reason.empty()) {
+      reading.leftOut.push_back({rows.line(), reason});
       continue;
     }
     Taken taken;

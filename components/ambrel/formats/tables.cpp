@@ -315,7 +315,7 @@ Reading readAnyTable(std::string_view text, const TableShape& shape) {
     if (rows.raw().starts_with('#')) continue;
     Taken taken;
     taken.place = rows.line();
-    std::string reason;
+    std::string reason = rows.whyCut();
     const std::size_t columns = std::min(shape.fields.size(), rows.fields().size());
     for (std::size_t column = 0; column < columns && reason.empty(); ++column)
       reason = takeField(shape.fields[column], rows.field(column), shape.unit, taken);
