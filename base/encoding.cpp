@@ -9,13 +9,22 @@ namespace kelvane {
 
 namespace {
 
+/// Whether words of eight bytes hold something else than ASCII.
+bool holdsOther(const char* bytes, std::size_t words) {
+  std::uint64_t all = 0;
+  for (std::size_t word = 0; word < words; ++word) {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, bytes + word * sizeof eight, sizeof eight);
+    all |= eight;
+  }
+  return (all & 0x8080808080808080u) != 0;
+}
+
 /// How many bytes of ASCII a text begins with; most texts have little else.
 std::size_t asciiLength(std::string_view bytes) {
   std::size_t length = 0;
-  for (std::uint64_t eight = 0; length + 8 <= bytes.size(); length += 8) {
-    std::memcpy(&eight, bytes.data() + length, sizeof eight);
-    if ((eight & 0x8080808080808080u) != 0) break;
-  }
+  while (length + 64 <= bytes.size() && !holdsOther(bytes.data() + length, 8)) length += 64;
+  while (length + 8 <= bytes.size() && !holdsOther(bytes.data() + length, 1)) length += 8;
   while (length < bytes.size() && (bytes[length] & 0x80) == 0) ++length;
   return length;
 }

@@ -19,12 +19,15 @@ std::pair<std::uintmax_t, std::filesystem::file_time_type> stateOf(
 }  // namespace
 
 FileReading readUnchanging(const std::filesystem::path& file, std::size_t limit, FileSteps& disk) {
-  constexpr int kTries = 20;
+  constexpr int kTries = 10;
+  constexpr milliseconds kRest{100};
   for (int tried = 0; tried < kTries; ++tried) {
     const auto before = stateOf(file);
     FileReading reading = readWhenFree(file, limit, disk);
-    if (reading.how != FileReading::Whole || stateOf(file) == before) return reading;
-    disk.pause(kFilePause);
+    if (reading.how != FileReading::Whole) return reading;
+    // Whoever writes piece by piece rests between two of them.
+    disk.pause(kRest);
+    if (stateOf(file) == before) return reading;
   }
   return {FileReading::Unreadable,
           {},

@@ -237,7 +237,7 @@ Answer<Text> AmbrelCore::GetFrqKnownPath() {
 Answer<Text> AmbrelCore::GetFrqNextHere() {
   const auto found = stations_.found();
   if (!found) return Text();
-  return nextHere(*data_.table, found->place, found->minute, *codes_);
+  return nextHere(*data_.table, *found, *codes_);
 }
 
 Answer<Text> AmbrelCore::GetFrqFaults() { return notedFaults(); }

@@ -16,7 +16,6 @@ namespace {
 /// A known frequency counts for the name up to so far away, as on the panel.
 constexpr Hz kNameNear = 250;
 
-/// Work that takes no longer is over when the call that began it returns.
 std::string extensionOf(std::string_view fileName) {
   return std::string(fileName.substr(fileName.rfind('.') + 1));
 }
@@ -232,10 +231,30 @@ void StationEditor::takeIn() {
 void StationEditor::dropImport() {
   // Until its window is closed they are shown there.
   std::unique_ptr<StationImport> import = std::move(import_);
-  const std::unique_ptr<Grid> grid = std::move(importGrid_);
+  std::unique_ptr<Grid> grid = std::move(importGrid_);
   refresh();
-  // A long file is not waited for.
-  if (import && import->busy()) leaving_.push_back(std::move(import));
+  grid.reset();
+  if (!import) return;
+  import->drop();
+  leaving_.push_back(std::move(import));
+  letImportsGo();
+}
+
+/// A long file is not waited for, and a million stations are let go beside the window.
+void StationEditor::letImportsGo() {
+  for (std::unique_ptr<StationImport>& import : leaving_) {
+    if (!import) continue;
+    import->deliver();
+    if (import->busy()) continue;
+    std::shared_ptr<StationImport> gone = std::move(import);
+    beside_.start("letting an import go",
+                  [gone = std::move(gone)]() mutable {
+                    gone.reset();
+                    return WorkBeside::Done();
+                  },
+                  {});
+  }
+  std::erase(leaving_, nullptr);
 }
 
 lists::Entries StationEditor::chosenEntries() const {
@@ -304,10 +323,7 @@ void StationEditor::deliver() {
     news = true;
   }
   news = beside_.deliver() || news;
-  std::erase_if(leaving_, [](const auto& import) {
-    import->deliver();
-    return !import->busy();
-  });
+  letImportsGo();
   if (import_ && import_->deliver()) {
     importGrid_->refresh();
     news = true;

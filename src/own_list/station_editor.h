@@ -97,6 +97,7 @@ class StationEditor {
   void select(StationGrid::Id id);
   void add(const lists::Entry& entry);
   lists::Entries chosenEntries() const;
+  void letImportsGo();
 
   StationServices services_;
   StationView view_;
@@ -110,7 +111,7 @@ class StationEditor {
   std::unique_ptr<Grid> importGrid_;
   std::uint64_t importFor_ = 0;  ///< version of the list that the import was planned for
   std::uint64_t grouped_ = ~std::uint64_t{0};  ///< version of the list whose groups are shown
-  /// Imports that were dropped while they were at work.
+  /// Imports that were dropped, until they are let go beside the window.
   std::vector<std::unique_ptr<StationImport>> leaving_;
   struct Prepared {
     formats::Format format;

@@ -44,7 +44,8 @@ void StationImport::start(From from) {
   beside_.start(
       "understanding a list",
       [this, file = file_, disk = disk_, own = own_, known = Found{{}, bytes_, reading_, {}},
-       rule = rule_, shape = shape_, delimiter = delimiter_, from]() -> WorkBeside::Done {
+       rule = rule_, shape = shape_, delimiter = delimiter_, dropped = dropped_,
+       from]() -> WorkBeside::Done {
         const auto found = std::make_shared<Found>(known);
         if (from == From::File) {
           FileReading now = readUnchanging(file, formats::kLargestList, *disk);
@@ -54,6 +55,7 @@ void StationImport::start(From from) {
           }
           found->bytes = std::make_shared<const std::string>(std::move(now.content));
         }
+        if (*dropped) return {};
         if (from != From::Reading) {
           const bool guess = shape.fields.empty();
           found->reading = std::make_shared<const formats::Reading>(
@@ -63,6 +65,7 @@ void StationImport::start(From from) {
                         *found->bytes,
                         guess ? formats::guessedShape(*found->bytes, delimiter) : shape));
         }
+        if (*dropped) return {};
         found->refusal = found->reading->refusal;
         found->plan = formats::planImport(*found->reading, *own, rule);
         return [this, found] { take(std::move(*found)); };

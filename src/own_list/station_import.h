@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -22,9 +23,12 @@ class StationImport : public GridTable {
   /// `own` is the operator's list, by its numbers.
   StationImport(std::filesystem::path file, std::shared_ptr<FileSteps> disk, lists::Entries own,
                 std::function<void()> wake = {});
+  ~StationImport() override { drop(); }
 
   static std::vector<GridColumn> columns();
 
+  /// Nobody wants it any more: what is under way ends early.
+  void drop() { *dropped_ = true; }
   /// Answers whether anything that is shown changed.
   bool deliver() { return beside_.deliver(); }
   bool busy() const { return beside_.busy(); }
@@ -71,6 +75,7 @@ class StationImport : public GridTable {
   formats::TableShape shape_;  ///< without fields: as guessed
   char delimiter_ = 0;         ///< that the guess is made with; 0: guessed too
   std::string refusal_;
+  std::shared_ptr<std::atomic<bool>> dropped_ = std::make_shared<std::atomic<bool>>(false);
   std::optional<From> again_;  ///< what was asked for while the work before was under way
   WorkBeside beside_;
 };

@@ -99,9 +99,15 @@ TEST_F(OwnStations, FavouritesOnTheAirNowAreAFilter) {
 
 TEST_F(OwnStations, NextHereTellsWhatComesWithinTheHour) {
   play.setTime(2022, 7, 13, 5, 30);
-  play.name(7000000);
+  EXPECT_EQ(play.name(7000000), "Mornings");
+  EXPECT_EQ(play.core->GetFrqNextHere().value(), "") << "its own words say when it begins";
+  play.importText("7000;0000-0500;;G;Nights;E;Eu;;1;;\r\n7000;0500-0545;;G;Dawn;E;Eu;;1;;\r\n");
+  EXPECT_EQ(play.name(7000000), "Dawn");
   EXPECT_EQ(play.core->GetFrqNextHere().value(), "next 0600: Mornings");
   play.setTime(2022, 7, 13, 4, 30);
+  EXPECT_EQ(play.name(7000000), "Nights");
+  EXPECT_EQ(play.core->GetFrqNextHere().value(), "next 0500: Dawn, English");
+  play.setTime(2022, 7, 13, 3, 30);
   play.name(7000000);
   EXPECT_EQ(play.core->GetFrqNextHere().value(), "");
   play.setTime(2022, 7, 16, 5, 30);

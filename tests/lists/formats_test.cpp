@@ -201,6 +201,15 @@ TEST(ListFormats, OtherProgramsFilesAreUnderstood) {
   EXPECT_EQ(gqrx.taken[0].entry.group + "/" + gqrx.taken[0].entry.tags, "Utility/Volmet");
   EXPECT_EQ(gqrx.leftOut[0].place, 6u);
 
+  const Reading semicolons = readList(
+      "\n# Frequency ; Name ; Modulation ; Bandwidth; Tags\n7105000; Net; evening; LSB; 2400; Ham\n"
+      "7106000; Net; a; b; Demod Off; 0; Ham; with a note\n7107000; a; b; c; d; e; f; g\n");
+  ASSERT_EQ(semicolons.taken.size(), 2u);
+  EXPECT_EQ(semicolons.taken[0].entry.name, "Net; evening");
+  EXPECT_EQ(semicolons.taken[0].entry.width, 2400);
+  EXPECT_EQ(semicolons.taken[1].entry.name, "Net; a; b");
+  EXPECT_EQ(semicolons.taken[1].entry.note, "with a note");
+  EXPECT_EQ(semicolons.leftOut.front().place, 5u);
   const Reading chirp = readList(
       "Location,Name,Frequency,Mode,Skip,Comment\n"
       "1,ISS,145.800000,NFM,S,\"Space [W=12500 G=\"\"Sat "
@@ -296,6 +305,9 @@ TEST(ListFormats, WhatIsNestedOrDamagedIsRefusedWithItsLine) {
   EXPECT_THAT(readList("<!DOCTYPE a [<!ENTITY b \"c\">]><a/>").refusal, HasSubstr("declarations"));
   EXPECT_THAT(readList("{\"bookmarks\":{\n\"a\":{\"frequency\":1,\n").refusal, HasSubstr("line 3"));
   EXPECT_THAT(readList("<ArrayOfMemoryEntry>\n<MemoryEntry></Wrong>").refusal, HasSubstr("line 2"));
+  const Reading cut = readList("kHz,Name,Note\n7000,\"A\",x\n7001,\"B\",\"begun");
+  EXPECT_EQ(cut.taken.size(), 1u);
+  EXPECT_THAT(cut.leftOut.front().reason, HasSubstr("cut off"));
   EXPECT_EQ(readList(" \n").refusal, "The file is empty.");
   EXPECT_THAT(readList("no list at all\nof any kind\n").refusal, HasSubstr("frequency"));
 }

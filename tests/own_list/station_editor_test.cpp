@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 
@@ -16,12 +17,28 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
+/// A disk that rests no longer than it must, and may be slow to read.
+struct SlowDisk : FileSteps {
+  FileReading read(const std::filesystem::path& file, std::size_t limit) override {
+    // Never for ever: a panel that waits for it fails the test.
+    for (int time = 0; slow && time < 2000; ++time) FileSteps::pause(milliseconds(1));
+    FileReading reading = FileSteps::read(file, limit);
+    ++reads;
+    return reading;
+  }
+  void pause(milliseconds) override { FileSteps::pause(milliseconds(1)); }
+
+  std::atomic<bool> slow = false;
+  std::atomic<int> reads = 0;
+};
+
 /// The operator's list on the whole panel; another program has written two stations into it.
 class MyStations : public testing::Test {
  protected:
   MyStations() {
     write("my-stations.txt",
           "# mine\nkHz ; Name ; Mode ; Group\n7000 ; One ; USB ; A\n9420 ; Two ; AM ; B\n");
+    rig.disk = std::make_shared<SlowDisk>();
     rig.start();
     rig.type("y");
     settle();
@@ -38,6 +55,7 @@ class MyStations : public testing::Test {
     return text;
   }
   StationEditor& editor() { return *rig.dialogs.stations; }
+  SlowDisk& disk() { return static_cast<SlowDisk&>(*rig.disk); }
   void settle() {
     do {
       editor().deliver();
@@ -135,15 +153,35 @@ TEST_F(MyStations, ARowThatChangesGoesToItsPlaceInAnyOrder) {
 }
 
 TEST_F(MyStations, ALongImportIsDroppedWithoutWaiting) {
-  std::string lines = "kHz,Name\n";
-  for (int i = 0; i < 50'000; ++i) lines += std::to_string(1000 + i) + ",x\n";
-  write("long.csv", lines);
+  write("long.csv", "kHz,Name\n1000,x\n");
+  const auto before = disk().reads.load();
+  disk().slow = true;
   for (int time = 0; time < 3; ++time) editor().importFile(rig.folder() / "long.csv");
   editor().dropImport();
   EXPECT_FALSE(editor().import());
+  EXPECT_EQ(disk().reads, before) << "who drops it has waited until it was read";
+  disk().slow = false;
   editor().importFile(rig.folder() / "long.csv");
   settle();
-  EXPECT_THAT(editor().import()->words(), HasSubstr("Adds 50000"));
+  EXPECT_THAT(editor().import()->words(), HasSubstr("Adds 1,"));
+}
+
+TEST_F(MyStations, AStationOfSeveralTimesIsKnownByEachOfThem) {
+  const std::string head = "kHz,Name,UTC\n", late = "6000,One,1800-1900\n",
+                    early = "6000,One,0500-0600\n";
+  const auto import = [this](const std::string& text) {
+    write("times.csv", text);
+    editor().importFile(rig.folder() / "times.csv");
+    settle();
+    return editor().import()->words();
+  };
+  EXPECT_THAT(import(head + late + early), HasSubstr("Adds 2"));
+  editor().takeIn();
+  settle();
+  edit(1, StationGrid::Name, "One");
+  EXPECT_EQ(cell(1, StationGrid::Name) + cell(1, StationGrid::Utc), "One0500-0600");
+  EXPECT_THAT(import(head + late + early), HasSubstr("Adds 0, changes 0"));
+  EXPECT_THAT(import(head + early + late), HasSubstr("Adds 0, changes 0"));
 }
 
 TEST_F(MyStations, TuningToOneAppliesModeAndNearestFilter) {
@@ -197,19 +235,30 @@ TEST_F(MyStations, AnImportShowsLineByLineWhatItDoesAndOneUndoTakesItBack) {
   EXPECT_EQ(cell(0, StationGrid::Mode), "USB");
 }
 
-/// A disk on which another program is writing: it adds a line behind each of the first reads.
+/// A disk on which another program is writing: it adds a line behind each of the first reads, or
+/// while whoever reads rests a moment.
 class BusyDisk : public FileSteps {
  public:
-  explicit BusyDisk(int writes) : writes_(writes) {}
+  explicit BusyDisk(int writes, bool whileResting = false)
+      : writes_(writes), whileResting_(whileResting) {}
   FileReading read(const std::filesystem::path& file, std::size_t limit) override {
+    file_ = file;
     FileReading reading = FileSteps::read(file, limit);
-    if (writes_-- > 0) FileSteps::append(file, "5000,More\n");
+    if (!whileResting_) write();
     return reading;
   }
-  void pause(milliseconds) override {}
+  void pause(milliseconds) override {
+    if (whileResting_) write();
+  }
 
  private:
+  void write() {
+    if (writes_-- > 0) FileSteps::append(file_, "5000,More\n");
+  }
+
   int writes_;
+  bool whileResting_;
+  std::filesystem::path file_;
 };
 
 TEST_F(MyStations, AFileThatIsBeingWrittenIsReadWholeOrNotAtAll) {
@@ -219,6 +268,8 @@ TEST_F(MyStations, AFileThatIsBeingWrittenIsReadWholeOrNotAtAll) {
   const FileReading whole = readUnchanging(file, 1'000'000, writesTwice);
   EXPECT_EQ(whole.how, FileReading::Whole);
   EXPECT_EQ(whole.content, "kHz,Name\n5000,More\n5000,More\n");
+  BusyDisk writesInPieces(1, true);
+  EXPECT_EQ(readUnchanging(file, 1'000'000, writesInPieces).content, whole.content + "5000,More\n");
   const FileReading never = readUnchanging(file, 1'000'000, writesOn);
   EXPECT_EQ(never.how, FileReading::Unreadable);
   EXPECT_THAT(never.reason, HasSubstr("Another program is writing it"));

@@ -6,7 +6,10 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <utility>
+#include <vector>
 
+#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
@@ -69,7 +72,7 @@ constexpr auto kChirpColumns =
                                 {"DVCODE", ChirpField::Usual, ""}});
 
 /// A value inside the brackets of a comment.
-void appendValue(std::string& text, std::string_view key, std::string_view value) {
+void appendValue(std::string& text, char key, std::string_view value) {
   if (value.empty()) return;
   if (!text.empty()) text += ' ';
   (text += key) += '=';
@@ -91,19 +94,18 @@ void appendValue(std::string& text, std::string_view key, std::string_view value
   text += '"';
 }
 
-std::string bracketOf(const Entry& entry, bool modeFits) {
-  std::string text;
-  if (!modeFits) appendValue(text, "M", modeName(entry.mode));
-  appendValue(text, "W", entry.width > 0 ? std::to_string(entry.width) : "");
-  appendValue(text, "G", entry.group);
-  appendValue(text, "T", entry.tags);
-  appendValue(text, "U", lists::timesText(entry));
-  appendValue(text, "D", entry.days);
-  appendValue(text, "F", entry.favourite ? "1" : "");
+/// All that CHIRP has no columns for, without the brackets.
+void appendValues(std::string& text, const Entry& entry, bool modeFits) {
+  if (!modeFits) appendValue(text, 'M', modeName(entry.mode));
+  if (entry.width > 0) appendValue(text, 'W', std::to_string(entry.width));
+  appendValue(text, 'G', entry.group);
+  appendValue(text, 'T', entry.tags);
+  if (entry.from >= 0) appendValue(text, 'U', lists::timesText(entry));
+  appendValue(text, 'D', entry.days);
+  appendValue(text, 'F', entry.favourite ? "1" : "");
   for (const auto& [heading, value] : entry.further) {
-    if (!heading.starts_with("CHIRP ")) appendValue(text, "X", heading + '=' + value);
+    if (!heading.starts_with("CHIRP ")) appendValue(text, 'X', heading + '=' + value);
   }
-  return text.empty() ? text : '[' + text + ']';
 }
 
 using BracketValues = std::multimap<char, std::string>;
@@ -235,7 +237,8 @@ Reading readChirp(std::string_view text) {
     Taken taken;
     taken.place = rows.line();
     const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Mhz);
-    std::string reason = frequency.reason();
+    std::string reason = rows.whyCut();
+    if (!frequency) reason = frequency.reason();
     if (rows.fields().size() < columns.names().size())
       reason = "there are fewer fields than headings";
     if (!reason.empty()) {
@@ -258,12 +261,36 @@ Reading readChirp(std::string_view text) {
 
 namespace {
 
-std::string commentOf(const Entry& entry, bool modeFits) {
-  std::string bracket = bracketOf(entry, modeFits);
+/// Makes the comment anew, and the values in it.
+void makeComment(std::string& comment, std::string& values, const Entry& entry, bool modeFits) {
+  values.clear();
+  appendValues(values, entry, modeFits);
+  comment = entry.note;
   // A note that ends as if it were a bracket of ours gets an empty one behind it.
   std::size_t begin = 0;
-  if (bracket.empty() && bracketIn(trimmed(entry.note), begin)) bracket = "[]";
-  return bracket.empty() || entry.note.empty() ? entry.note + bracket : entry.note + ' ' + bracket;
+  if (values.empty() && !bracketIn(trimmed(entry.note), begin)) return;
+  if (!comment.empty()) comment += ' ';
+  ((comment += '[') += values) += ']';
+}
+
+/// A column of a memory, and what stands before its field.
+struct Piece {
+  std::string before;
+  const ChirpColumn* column;
+};
+
+/// A memory's columns; with the usual ones among what stands before the others.
+std::vector<Piece> piecesOf(bool withUsual, std::string& behind) {
+  std::vector<Piece> pieces;
+  for (const ChirpColumn& column : kChirpColumns) {
+    if (&column != kChirpColumns.data()) behind += ',';
+    if (withUsual && column.field == ChirpField::Usual)
+      behind += column.usual;
+    else
+      pieces.push_back({std::exchange(behind, {}), &column});
+  }
+  behind += '\n';
+  return pieces;
 }
 
 }  // namespace
@@ -275,22 +302,25 @@ Writing writeChirp(std::span<const lists::EntryPtr> entries) {
   out.reserve(entries.size() * 130);
   for (const ChirpColumn& column : kChirpColumns) (out += out.empty() ? "" : ",") += column.heading;
   out += '\n';
-  std::size_t location = 0;
+  std::string behindUsual, behindKept, comment, values;
+  const std::vector<Piece> usual = piecesOf(true, behindUsual), kept = piecesOf(false, behindKept);
+  std::int64_t location = 0;
   for (const lists::EntryPtr& entry : entries) {
     losses.countLines(*entry);
     Losses inBracket;  // the mode itself stands there
     const std::string_view mode = wordFor(*entry, kChirpModes, kNoMode, inBracket, kChirp);
-    for (const ChirpColumn& column : kChirpColumns) {
-      if (column.field != ChirpField::Location) out += ',';
-      switch (column.field) {
+    const bool plain = entry->further.empty();
+    for (const auto& [before, column] : plain ? usual : kept) {
+      out += before;
+      switch (column->field) {
         case ChirpField::Location:
-          out += std::to_string(location++);
+          appendNumber(out, location++);
           break;
         case ChirpField::Name:
           appendTableField(out, entry->name, ',');
           break;
         case ChirpField::Frequency:
-          out += lists::mhzText(entry->frequency);
+          lists::appendMhz(out, entry->frequency);
           break;
         case ChirpField::Mode:
           appendTableField(out, mode, ',');
@@ -299,17 +329,15 @@ Writing writeChirp(std::span<const lists::EntryPtr> entries) {
           appendTableField(out, entry->skip ? "S" : keptField(*entry, kChirp, "Skip"), ',');
           break;
         case ChirpField::Comment:
-          appendTableField(out, commentOf(*entry, inBracket.words().empty()), ',');
+          makeComment(comment, values, *entry, inBracket.none());
+          appendTableField(out, comment, ',');
           break;
         case ChirpField::Usual:
-          const auto kept = keptField(*entry, kChirp, column.heading);
-          if (kept.empty())
-            out += column.usual;
-          else
-            appendTableField(out, kept, ',');
+          const auto value = keptField(*entry, kChirp, column->heading);
+          appendTableField(out, value.empty() ? column->usual : value, ',');
       }
     }
-    out += '\n';
+    out += plain ? behindUsual : behindKept;
   }
   writing.losses = losses.words();
   return writing;

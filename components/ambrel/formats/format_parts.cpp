@@ -15,6 +15,11 @@ constexpr int kMostLinesOfField = 20;
 
 constexpr std::string_view kUntagged = "Untagged", kModeField = "mode";
 
+/// In the order of Losses::Part.
+constexpr std::array<std::string_view, 9> kParts = {
+    "the mode", "the width",          "the group",     "the tags", "the times",
+    "the days", "the favourite mark", "the skip mark", "the note"};
+
 std::string columnOfField(std::string_view program, std::string_view field) {
   return std::string(program).append(" ").append(field);
 }
@@ -95,7 +100,9 @@ bool TableRows::next() {
       continue;
     }
     raw_ = line;
-    if (line.find('"') == line.npos || !cutQuoted()) {
+    const bool quotes = line.find('"') != line.npos, closed = quotes && cutQuoted();
+    cut_ = quotes && !closed && end == line.npos;
+    if (!closed) {
       rest_.remove_prefix(std::min(line.size() + 1, rest_.size()));
       ++nextLine_;
       cutPlain();
@@ -172,18 +179,17 @@ void Losses::count(std::string_view what) {
 }
 
 void Losses::countParts(const Entry& entry, unsigned lacking) {
-  const auto part = [&](Part which, bool there, std::string_view what) {
-    if ((lacking & which) && there) count(what);
+  const std::array<bool, kParts.size()> there = {
+      entry.mode >= 0,     entry.width > 0, !entry.group.empty(),
+      !entry.tags.empty(), entry.from >= 0, !entry.days.empty(),
+      entry.favourite,     entry.skip,      !entry.note.empty(),
   };
-  part(Mode, entry.mode >= 0, "the mode");
-  part(Width, entry.width > 0, "the width");
-  part(Group, !entry.group.empty(), "the group");
-  part(Tags, !entry.tags.empty(), "the tags");
-  part(Times, entry.from >= 0, "the times");
-  part(Days, !entry.days.empty(), "the days");
-  part(Favourite, entry.favourite, "the favourite mark");
-  part(Skip, entry.skip, "the skip mark");
-  part(Note, !entry.note.empty(), "the note");
+  for (std::size_t part = 0; part < there.size(); ++part)
+    parts_[part] += (lacking >> part & 1) && there[part];
+}
+
+bool Losses::none() const {
+  return counts_.empty() && std::ranges::count(parts_, 0u) == std::ssize(parts_);
 }
 
 void Losses::countLines(const Entry& entry) {
@@ -200,8 +206,12 @@ void Losses::countFurther(const Entry& entry, std::string_view program) {
 }
 
 std::vector<std::string> Losses::words() const {
+  auto counts = counts_;
+  for (std::size_t part = 0; part < parts_.size(); ++part) {
+    if (parts_[part] > 0) counts.emplace(kParts[part], parts_[part]);
+  }
   std::vector<std::string> all;
-  for (const auto& [what, times] : counts_)
+  for (const auto& [what, times] : counts)
     all.push_back(std::to_string(times) + (times == 1 ? " station loses " : " stations lose ") +
                   what + ".");
   return all;
@@ -245,16 +255,18 @@ std::string_view UniqueNames::unique(std::string_view name) {
   }
 }
 
-std::string groupAndTags(const Entry& entry, Losses& losses) {
-  std::string all =
-      entry.group.empty() && !entry.tags.empty() ? std::string(kUntagged) : entry.group;
+void appendGroupAndTags(std::string& text, const Entry& entry, Losses& losses) {
   if (entry.group == kUntagged) losses.count("its group, whose name means none there");
-  if (all.find(',') != all.npos) losses.count("a comma in its group, and gets a blank");
-  std::ranges::replace(all, ',', ' ');
-  for (const std::string_view tag : split(entry.tags, ',')) {
-    if (!trimmed(tag).empty()) (all += ',') += trimmed(tag);
+  const std::size_t begin = text.size();
+  text += entry.group.empty() && !entry.tags.empty() ? kUntagged : std::string_view(entry.group);
+  if (text.find(',', begin) != text.npos) {
+    losses.count("a comma in its group, and gets a blank");
+    std::replace(text.begin() + static_cast<std::ptrdiff_t>(begin), text.end(), ',', ' ');
   }
-  return all;
+  if (entry.tags.empty()) return;
+  for (const std::string_view tag : split(entry.tags, ',')) {
+    if (!trimmed(tag).empty()) (text += ',') += trimmed(tag);
+  }
 }
 
 void takeGroupAndTags(std::string_view text, Entry& entry) {
@@ -306,17 +318,19 @@ void appendXmlText(std::string& text, std::string_view value) {
 
 void appendTableField(std::string& text, std::string_view value, char delimiter) {
   const auto blank = [](char c) { return c == ' ' || c == '\t'; };
-  bool quotes = !value.empty() && (blank(value.front()) || blank(value.back()));
-  for (const char c : value)
-    quotes = quotes || c == '"' || c == '\n' || c == '\r' || c == delimiter;
-  if (quotes)
+  const auto asksForQuotes = [delimiter](char c) {
+    return c == delimiter || (c <= '"' && (c == '"' || c == '\n' || c == '\r'));
+  };
+  if (value.empty()) return;
+  if (blank(value.front()) || blank(value.back()) || std::ranges::any_of(value, asksForQuotes))
     appendQuoted(text, value);
   else
     text += value;
 }
 
 void appendQuoted(std::string& text, std::string_view value) {
-  const bool manyLines = std::ranges::count(value, '\n') >= kMostLinesOfField;
+  const bool manyLines =
+      value.find('\n') != value.npos && std::ranges::count(value, '\n') >= kMostLinesOfField;
   text += '"';
   std::size_t from = 0;
   for (std::size_t at = 0; at < value.size(); ++at) {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <array>
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory_resource>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,6 +28,9 @@ class TableRows {
   std::size_t line() const { return line_; }
   std::string_view raw() const { return raw_; }
   const std::vector<std::string>& fields() const { return fields_; }
+  /// Why the row says less than its program wrote: the text ends within a quoted field of it.
+  /// Empty where it does not.
+  std::string whyCut() const { return cut_ ? "the file is cut off within this line" : ""; }
   /// Without blanks at either end; empty beyond the last.
   std::string_view field(std::size_t place) const;
 
@@ -40,7 +45,7 @@ class TableRows {
   std::string_view raw_;
   std::vector<std::string> fields_;  ///< reused; the first `count_` count
   std::size_t count_ = 0;
-  bool any_ = false;
+  bool cut_ = false;
 };
 
 /// Where headings stand in the first row of a table, whatever their case. Of columns with the same
@@ -102,9 +107,11 @@ class Losses {
   void countLines(const Entry& entry);
   /// Counts further columns other than those that were kept for this program.
   void countFurther(const Entry& entry, std::string_view program);
+  bool none() const;
   std::vector<std::string> words() const;
 
  private:
+  std::array<std::size_t, 9> parts_{};  ///< of each part
   std::map<std::string, std::size_t, std::less<>> counts_;
 };
 
@@ -121,12 +128,13 @@ class UniqueNames {
   std::string_view unique(std::string_view name);
 
  private:
-  std::unordered_map<std::string_view, int> met_;
+  std::pmr::monotonic_buffer_resource room_;  // a hundred thousand small pieces otherwise
+  std::pmr::unordered_map<std::string_view, int> met_{&room_};
   std::deque<std::string> numbered_;
 };
 
 /// The group first, "Untagged" where there is none but tags are, then the tags, parted by ",".
-std::string groupAndTags(const Entry& entry, Losses& losses);
+void appendGroupAndTags(std::string& text, const Entry& entry, Losses& losses);
 void takeGroupAndTags(std::string_view text, Entry& entry);
 
 void appendJsonText(std::string& text, std::string_view value);

@@ -4,7 +4,9 @@
 #include <array>
 #include <functional>
 #include <set>
+#include <vector>
 
+#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
@@ -33,10 +35,12 @@ constexpr std::array<ModeWord, 11> kGqrxModes = {{{of(Mode::Am), "AM"},
 /// Appends a text without the sign that parts fields, and blanks up to a width.
 void appendPadded(std::string& line, std::string_view text, std::size_t width, Losses& losses) {
   const std::size_t begin = line.size();
+  line += text;
   bool semicolon = false;
-  for (const char c : text) {
+  for (std::size_t at = begin; at < line.size(); ++at) {
+    char& c = line[at];
     semicolon = semicolon || c == ';';
-    line += c == ';' ? ',' : static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+    c = c == ';' ? ',' : static_cast<unsigned char>(c) < ' ' ? ' ' : c;
   }
   if (semicolon) losses.count("a semicolon, and gets a comma");
   const std::size_t characters = characterCount(std::string_view(line).substr(begin));
@@ -44,9 +48,36 @@ void appendPadded(std::string& line, std::string_view text, std::size_t width, L
 }
 
 void appendRight(std::string& line, Hz number, std::size_t width) {
-  const std::string digits = std::to_string(number);
-  if (digits.size() < width) line.append(width - digits.size(), ' ');
-  line += digits;
+  const std::size_t begin = line.size();
+  appendNumber(line, number);
+  const std::size_t digits = line.size() - begin;
+  if (digits < width) line.insert(begin, width - digits, ' ');
+}
+
+bool isModulation(std::string_view word) {
+  const auto isWord = [word](const ModeWord& each) {
+    return equalIgnoringCase(each.word, trimmed(word));
+  };
+  return std::ranges::any_of(kGqrxModes, isWord) || lists::modeOfWord(word);
+}
+
+using Fields = std::vector<std::string_view>;
+
+/// Where the modulation stands among a bookmark's fields; 0 where they are none. Behind it are the
+/// width, the tags and perhaps a note; in front of it more than a name where that has semicolons.
+std::size_t placeOfModulation(const Fields& fields) {
+  if (fields.size() < 5) return 0;
+  for (const std::size_t behind : {4, 3}) {
+    const std::size_t at = fields.size() - behind;
+    if (at >= 2 && isModulation(fields[at]) && wholeNumber(fields[at + 1])) return at;
+  }
+  return fields.size() <= 6 ? 2 : 0;
+}
+
+/// What stands in the line from one field to another one, with the signs between them.
+std::string_view joined(const Fields& fields, std::size_t from, std::size_t to) {
+  const std::string_view last = fields[to - 1];
+  return {fields[from].data(), last.data() + last.size()};
 }
 
 }  // namespace
@@ -66,7 +97,8 @@ Reading readGqrx(std::string_view text) {
     if (line.starts_with("# Frequency")) bookmarks = true;
     if (!bookmarks || line.empty() || line.front() == '#') continue;
     const auto fields = split(line, ';');
-    if (fields.size() != 5 && fields.size() != 6) {
+    const std::size_t mode = placeOfModulation(fields);
+    if (mode == 0) {
       reading.leftOut.push_back(
           {number, "a bookmark has five fields, and this line " + std::to_string(fields.size())});
       continue;
@@ -79,11 +111,11 @@ Reading readGqrx(std::string_view text) {
     Taken taken;
     taken.place = number;
     taken.entry.frequency = *frequency;
-    taken.entry.name = lists::oneLine(fields[1]);
-    takeMode(fields[2], kGqrxModes, taken, kGqrx);
-    takeWidth(fields[3], taken);
-    takeGroupAndTags(trimmed(fields[4]), taken.entry);
-    if (fields.size() == 6) taken.entry.note = lists::oneLine(fields[5]);
+    taken.entry.name = lists::oneLine(joined(fields, 1, mode));
+    takeMode(fields[mode], kGqrxModes, taken, kGqrx);
+    takeWidth(fields[mode + 1], taken);
+    takeGroupAndTags(trimmed(fields[mode + 2]), taken.entry);
+    if (fields.size() > mode + 3) taken.entry.note = lists::oneLine(fields[mode + 3]);
     reading.taken.push_back(std::move(taken));
   }
   return reading;
@@ -93,7 +125,7 @@ Writing writeGqrx(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
   std::set<std::string, std::less<>> tags{"Untagged"};
-  std::string lines;
+  std::string lines, marks;
   lines.reserve(entries.size() * 100);
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(
@@ -104,10 +136,15 @@ Writing writeGqrx(std::span<const lists::EntryPtr> entries) {
     appendPadded(lines += "; ", wordFor(*entry, kGqrxModes, "Demod Off", losses, kGqrx), 20,
                  losses);
     appendRight(lines += "; ", entry->width, 10);
-    const std::size_t marks = (lines += "; ").size();
-    appendPadded(lines, groupAndTags(*entry, losses), 0, losses);
-    for (const std::string_view tag : split(std::string_view(lines).substr(marks), ','))
+    marks.clear();
+    appendGroupAndTags(marks, *entry, losses);
+    const std::size_t begin = (lines += "; ").size();
+    appendPadded(lines, marks, 0, losses);
+    for (std::string_view left = std::string_view(lines).substr(begin); !left.empty();) {
+      const std::string_view tag = left.substr(0, left.find(','));
       if (!tag.empty() && !tags.contains(tag)) tags.emplace(tag);
+      left.remove_prefix(std::min(tag.size() + 1, left.size()));
+    }
     lines += '\n';
   }
   std::string& out = writing.text = "# Tag name          ;  color\n";

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "base/text.h"
 
@@ -64,12 +65,26 @@ std::string changedParts(const Entry& old, const Entry& now) {
   return parts;
 }
 
+/// Tells entries from each other by all that they say.
+struct WholeEntry {
+  bool operator()(const Entry* a, const Entry* b) const { return *a == *b; }
+  std::size_t operator()(const Entry* entry) const {
+    std::string all = keyOf(*entry);
+    for (const int number : {entry->mode, entry->width, Setting{entry->from}, Setting{entry->to}})
+      all += '\n' + std::to_string(number);
+    for (const auto& text : {entry->group, entry->tags, entry->days, entry->note})
+      (all += '\n') += text;
+    for (const auto& [name, value] : entry->further) (all += '\n') += value;
+    return std::hash<std::string>()(all);
+  }
+};
+
 /// Plans one station after the other.
 class Planner {
  public:
   Planner(const lists::Entries& own, Rule rule) : own_(own), rule_(rule) {
     for (OwnList::Id id = 0; id < own.size(); ++id) {
-      if (own[id]) here_.emplace(keyOf(*own[id]), id);
+      if (own[id] && !here_.emplace(keyOf(*own[id]), id).second) doubles_.insert(own[id].get());
     }
   }
 
@@ -79,6 +94,7 @@ class Planner {
     const auto [before, isNew] = inFile_.emplace(keyOf(*entry), &taken.entry);
     // A station that stands twice in the file comes twice into the list, unless it is the same.
     if (!isNew && *before->second == *entry) return leave(row, "it stands in the file twice");
+    if (isHere(*entry)) return leave(row, "it is in the list just so");
     if (!isNew) {
       // A number may be part of another one's name in the file.
       int& number = numbers_[before->first];
@@ -100,6 +116,12 @@ class Planner {
   }
 
  private:
+  /// A station of several times is in the list several times; the first is not the only one.
+  bool isHere(const Entry& entry) const {
+    if (doubles_.contains(&entry)) return true;
+    const auto first = here_.find(keyOf(entry));
+    return first != here_.end() && *own_[first->second] == entry;
+  }
   static void note(PlanRow& row, const std::string& why) {
     row.why += (row.why.empty() ? "" : "; ") + why;
   }
@@ -111,7 +133,8 @@ class Planner {
 
   const lists::Entries& own_;
   Rule rule_;
-  std::unordered_map<std::string, OwnList::Id> here_;
+  std::unordered_map<std::string, OwnList::Id> here_;  ///< the first with frequency and name
+  std::unordered_set<const Entry*, WholeEntry, WholeEntry> doubles_;  ///< the others with them
   std::unordered_map<std::string, const Entry*> inFile_;
   std::unordered_map<std::string, int> numbers_;
 };

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/json_parts.h"
@@ -95,8 +96,9 @@ void takeBookmarks(const Json& bookmarks, const std::string& group, Reading& rea
 
 void appendBookmark(std::string& text, const Entry& entry, std::string_view name, Losses& losses) {
   appendJsonText(text, name);
-  text += ": {\"bandwidth\": " + std::to_string(entry.width) +
-          ".0, \"frequency\": " + std::to_string(entry.frequency) + ".0, \"mode\": ";
+  appendNumber(text += ": {\"bandwidth\": ", entry.width);
+  appendNumber(text += ".0, \"frequency\": ", entry.frequency);
+  text += ".0, \"mode\": ";
   (text += wordFor(entry, kSdrPlusPlusModes, "7", losses)) += '}';
 }
 
@@ -162,47 +164,53 @@ Reading readSdrPlusPlus(const std::string& text) {
   return reading;
 }
 
+namespace {
+
+using Bookmarks = std::vector<const Entry*>;
+
+/// Each name once.
+void appendBookmarks(std::string& text, const Bookmarks& bookmarks, Losses& losses) {
+  UniqueNames names;
+  names.reserve(bookmarks.size());
+  for (std::size_t i = 0; i < bookmarks.size(); ++i) {
+    const Entry& entry = *bookmarks[i];
+    const std::string_view name = names.unique(entry.name);
+    if (name != entry.name) losses.count("its name, which is not the only one, and gets a number");
+    text += i == 0 ? "\n    " : ",\n    ";
+    appendBookmark(text, entry, name, losses);
+  }
+}
+
+}  // namespace
+
 Writing writeSdrPlusPlus(std::span<const lists::EntryPtr> entries, bool settings) {
+  constexpr std::string_view kGeneral = "General";
   Writing writing;
   Losses losses;
-  struct List {
-    std::string bookmarks;
-    UniqueNames names;
-  };
-  std::map<std::string, List, std::less<>> byGroup;
-  if (!settings) {
-    byGroup[""].names.reserve(entries.size());
-    byGroup[""].bookmarks.reserve(entries.size() * 90);
-  }
+  std::map<std::string_view, Bookmarks> byGroup;
+  if (entries.empty() || !settings) byGroup[settings ? kGeneral : ""].reserve(entries.size());
   for (const lists::EntryPtr& entry : entries) {
     losses.countParts(*entry, Losses::Tags | Losses::Times | Losses::Days | Losses::Favourite |
                                   Losses::Skip | Losses::Note | (settings ? 0u : Losses::Group));
     losses.countFurther(*entry, kSdrPlusPlus);
     if (settings && entry->group.empty())
       losses.count("its place outside of all groups, and gets the list \"General\"");
-    const std::string_view group = !settings              ? ""
-                                   : entry->group.empty() ? "General"
-                                                          : std::string_view(entry->group);
-    const auto there = byGroup.find(group);
-    List& list = there != byGroup.end() ? there->second : byGroup[std::string(group)];
-    const std::string_view name = list.names.unique(entry->name);
-    if (name != entry->name) losses.count("its name, which is not the only one, and gets a number");
-    list.bookmarks += list.bookmarks.empty() ? "\n    " : ",\n    ";
-    appendBookmark(list.bookmarks, *entry, name, losses);
+    const std::string_view group = entry->group.empty() ? kGeneral : entry->group;
+    byGroup[settings ? group : ""].push_back(entry.get());
   }
   std::string& out = writing.text;
+  out.reserve(entries.size() * 90);
   if (!settings) {
-    out = "{\n  \"bookmarks\": {" + byGroup[""].bookmarks + "\n  }\n}\n";
+    appendBookmarks(out += "{\n  \"bookmarks\": {", byGroup.begin()->second, losses);
+    out += "\n  }\n}\n";
   } else {
-    if (byGroup.empty()) byGroup["General"];
-    out = "{\n  \"bookmarkDisplayMode\": 1,\n  \"lists\": {";
-    for (const auto& [group, list] : byGroup) {
-      out += &group == &byGroup.begin()->first ? "\n  " : ",\n  ";
-      appendJsonText(out, group);
-      out += ": {\"bookmarks\": {" + list.bookmarks + "\n  }, \"showOnWaterfall\": true}";
+    out += "{\n  \"bookmarkDisplayMode\": 1,\n  \"lists\": {";
+    for (const auto& [group, bookmarks] : byGroup) {
+      appendJsonText(out += out.back() == '{' ? "\n  " : ",\n  ", group);
+      appendBookmarks(out += ": {\"bookmarks\": {", bookmarks, losses);
+      out += "\n  }, \"showOnWaterfall\": true}";
     }
-    out += "\n  },\n  \"selectedList\": ";
-    appendJsonText(out, byGroup.begin()->first);
+    appendJsonText(out += "\n  },\n  \"selectedList\": ", byGroup.begin()->first);
     out += "\n}\n";
   }
   writing.losses = losses.words();
@@ -251,7 +259,7 @@ Writing writeOpenWebRx(std::span<const lists::EntryPtr> entries) {
                                   Losses::Days | Losses::Favourite);
     losses.countFurther(*entry, kOpenWebRx);
     appendJsonText(out += out.size() == 1 ? "\n  {\"name\": " : ",\n  {\"name\": ", entry->name);
-    out += ", \"frequency\": " + std::to_string(entry->frequency);
+    appendNumber(out += ", \"frequency\": ", entry->frequency);
     appendJsonText(out += ", \"modulation\": ",
                    wordFor(*entry, kOpenWebRxModes, "", losses, kOpenWebRx));
     if (const auto under = keptField(*entry, kOpenWebRx, kUnderlying); !under.empty())

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/kiwi_labels.h"
@@ -72,7 +73,8 @@ Reading readKiwiCsv(std::string_view text) {
     Taken taken;
     taken.place = rows.line();
     const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Khz);
-    std::string reason = frequency.reason();
+    std::string reason = rows.whyCut();
+    if (!frequency) reason = frequency.reason();
     if (rows.fields().size() < 3) reason = "there are too few fields for a label";
     if (!reason.empty()) {
       reading.leftOut.push_back({rows.line(), reason});
@@ -107,14 +109,14 @@ Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
   const auto quoted = [&out](std::string_view text) { appendQuoted(out += ';', text); };
   out.reserve(entries.size() * 100);
   std::string room;
-  for (const lists::EntryPtr& each : inKiwiOrder(entries)) {
+  for (const Entry* each : inKiwiOrder(entries)) {
     const Entry& entry = *each;
     losses.countParts(entry, Losses::Tags | Losses::Favourite | Losses::Skip);
     losses.countLines(entry);
     losses.countFurther(entry, kKiwi);
     if (std::ranges::any_of(entry.further, isOptionOfJsonAlone))
       losses.count("options that only KiwiSDR's JSON has");
-    out += lists::khzText(entry.frequency);
+    lists::appendKhz(out, entry.frequency);
     quoted(wordFor(entry, kKiwiModes, "IQ", losses, kKiwi));
     quoted(asKiwiText(entry.name, room));
     quoted(asKiwiText(entry.note, room));
@@ -124,15 +126,20 @@ Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
       losses.count("its group, which is no type of KiwiSDR's");
     quoted(type);
     const Setting low = kiwiPassbandLow(entry);
-    if (entry.width > 0)
-      out += ';' + std::to_string(low) + ';' + std::to_string(low + entry.width);
-    else
+    if (entry.width > 0) {
+      appendNumber(out += ';', low);
+      appendNumber(out += ';', low + entry.width);
+    } else {
       out += ";;";
+    }
     appendTableField(out += ';', keptField(entry, kKiwi, kKiwiOffset), ';');
     quoted(kiwiDays(entry, losses));
-    out += entry.from < 0
-               ? ";;"
-               : ";'" + lists::minuteText(entry.from) + ";'" + lists::minuteText(entry.to);
+    if (entry.from >= 0) {
+      lists::appendMinute(out += ";'", entry.from);
+      lists::appendMinute(out += ";'", entry.to);
+    } else {
+      out += ";;";
+    }
     appendTableField(out += ';', keptField(entry, kKiwi, kKiwiSignal), ';');
     out += '\n';
   }

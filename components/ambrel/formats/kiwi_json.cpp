@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "base/append_number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/json_parts.h"
 #include "components/ambrel/formats/kiwi_labels.h"
@@ -52,31 +53,30 @@ bool takeKiwiOptions(const Json& options, Taken& taken) {
   return lists::readTimesOf(four(begin) + '-' + four(end), entry);
 }
 
-std::string kiwiOptions(const Entry& entry, Losses& losses) {
-  std::string options;
+/// Each behind a comma.
+void appendKiwiOptions(std::string& options, const Entry& entry, Losses& losses) {
   if (const std::string type = kiwiTypeOfGroup(entry.group); !type.empty())
-    options += ", \"" + type + "\": 1";
+    ((options += ", \"") += type) += "\": 1";
   else if (!entry.group.empty())
     losses.count("its group, which is no type of KiwiSDR's");
   if (entry.width > 0) {
     const Setting low = kiwiPassbandLow(entry);
-    options += ", \"lo\": " + std::to_string(low);
-    options += ", \"hi\": " + std::to_string(low + entry.width);
+    appendNumber(options += ", \"lo\": ", low);
+    appendNumber(options += ", \"hi\": ", low + entry.width);
   }
   if (!entry.days.empty()) {
     const auto days = lists::weekdaysOf(entry.days);
     int bits = 0;
     for (int day = 0; days && day < 7; ++day) bits |= (*days >> day & 1) << (6 - day);
     if (days)
-      options += ", \"d0\": " + std::to_string(bits);
+      appendNumber(options += ", \"d0\": ", bits);
     else
       losses.count("its days, which are more than weekdays");
   }
   if (entry.from >= 0) {
-    const auto plain = [](std::int16_t minute) {
-      return std::to_string(minute / 60 * 100 + minute % 60);
-    };
-    options += ", \"b0\": " + plain(entry.from) + ", \"e0\": " + plain(entry.to);
+    const auto plain = [](std::int16_t minute) { return minute / 60 * 100 + minute % 60; };
+    appendNumber(options += ", \"b0\": ", plain(entry.from));
+    appendNumber(options += ", \"e0\": ", plain(entry.to));
   }
   losses.countFurther(entry, kKiwi);
   for (const auto& [name, value] : entry.further) {
@@ -84,7 +84,6 @@ std::string kiwiOptions(const Entry& entry, Losses& losses) {
     const std::string_view key = std::string_view(name).substr(kKiwi.size() + 1);
     if (key != kKiwiLow && key != "mode") appendKeptOption(options, key, value);
   }
-  return options.empty() ? options : "{" + options.substr(2) + "}";
 }
 
 }  // namespace
@@ -128,18 +127,19 @@ Reading readKiwiJson(const std::string& text) {
 Writing writeKiwiJson(std::span<const lists::EntryPtr> entries) {
   Writing writing;
   Losses losses;
-  std::string room;
+  std::string room, options;
   std::string& out = writing.text = "{\"dx\":[";
   out.reserve(entries.size() * 100);
-  for (const lists::EntryPtr& entry : inKiwiOrder(entries)) {
+  for (const Entry* entry : inKiwiOrder(entries)) {
     losses.countParts(*entry, Losses::Tags | Losses::Favourite | Losses::Skip);
     out += out.back() == '[' ? "\n[" : ",\n[";
-    out += lists::khzText(entry->frequency);
+    lists::appendKhz(out, entry->frequency);
     appendJsonText(out += ", ", wordFor(*entry, kKiwiModes, "IQ", losses, kKiwi));
     appendJsonText(out += ", ", asKiwiText(entry->name, room));
     appendJsonText(out += ", ", asKiwiText(entry->note, room));
-    if (const std::string options = kiwiOptions(*entry, losses); !options.empty())
-      (out += ", ") += options;
+    options.clear();
+    appendKiwiOptions(options, *entry, losses);
+    if (!options.empty()) (out += ", {").append(options, 2) += '}';
     out += ']';
   }
   out += "\n]}\n";

@@ -82,9 +82,11 @@ std::string_view asKiwiText(std::string_view text, std::string& room) {
   return room;
 }
 
-lists::Entries inKiwiOrder(std::span<const lists::EntryPtr> entries) {
-  const auto frequency = [](const lists::EntryPtr& entry) { return entry->frequency; };
-  lists::Entries sorted(entries.begin(), entries.end());
+std::vector<const Entry*> inKiwiOrder(std::span<const lists::EntryPtr> entries) {
+  const auto frequency = [](const Entry* entry) { return entry->frequency; };
+  std::vector<const Entry*> sorted;
+  sorted.reserve(entries.size());
+  for (const lists::EntryPtr& entry : entries) sorted.push_back(entry.get());
   if (!std::ranges::is_sorted(sorted, {}, frequency))
     std::ranges::stable_sort(sorted, {}, frequency);
   return sorted;

@@ -45,7 +45,7 @@ std::string kiwiText(std::string_view text);
 std::string_view asKiwiText(std::string_view text, std::string& room);
 
 /// By frequency: out of order they are an error there.
-lists::Entries inKiwiOrder(std::span<const lists::EntryPtr> entries);
+std::vector<const Entry*> inKiwiOrder(std::span<const lists::EntryPtr> entries);
 
 /// Takes a passband, Hz relative to the carrier, where it is one.
 void takeKiwiPassband(double low, double high, Entry& entry);

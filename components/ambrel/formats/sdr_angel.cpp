@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/append_number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
 
@@ -28,8 +29,10 @@ Reading readSdrAngel(std::string_view text) {
                                            columns.of("Sq (dB)")};
   while (rows.next()) {
     const auto frequency = lists::readFrequency(rows.field(frequencyAt), lists::Unit::Hz);
-    if (!frequency) {
-      reading.leftOut.push_back({rows.line(), frequency.reason()});
+    std::string reason = rows.whyCut();
+    if (!frequency) reason = frequency.reason();
+    if (!reason.empty()) {
+      reading.leftOut.push_back({rows.line(), reason});
       continue;
     }
     Taken taken;
@@ -58,11 +61,12 @@ Writing writeSdrAngel(std::span<const lists::EntryPtr> entries) {
     const auto kept = [&](std::size_t field) {
       appendTableField(out += ',', keptField(*entry, kSdrAngel, kScannerFields[field]), ',');
     };
-    out += std::to_string(entry->frequency) + (entry->skip ? ",false," : ",true,");
+    appendNumber(out, entry->frequency);
+    out += entry->skip ? ",false," : ",true,";
     appendTableField(out, entry->name, ',');
     kept(0);
     out += ',';
-    if (entry->width > 0) out += std::to_string(entry->width);
+    if (entry->width > 0) appendNumber(out, entry->width);
     kept(1);
     kept(2);
     out += '\n';

@@ -6,6 +6,7 @@
 #include <rapidxml/rapidxml.hpp>
 #include <utility>
 
+#include "base/append_number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
 #include "contract/modes.h"
@@ -42,15 +43,19 @@ std::size_t pastBlanks(std::string_view text, std::size_t at) {
   return at;
 }
 
-/// Where the tag that begins the text ends, as the library reads it; npos where it is damaged. A
-/// quote begins a value behind a "=" alone; elsewhere it is a letter of a name.
-std::size_t endOfTag(std::string_view text) {
+/// How long the name is with which a tag begins.
+std::size_t nameSize(std::string_view tag) {
   std::size_t at = 1;
-  // Hardly any has more than a name.
-  while (at < text.size() && text[at] >= 'A') ++at;
-  if (at < text.size() && text[at] == '>') return at + 1;
-  at = pastName(text, at, "/>?");
-  for (;;) {
+  // Hardly any has other signs than letters.
+  while (at < tag.size() && tag[at] >= 'A') ++at;
+  return (tag.substr(at).starts_with('>') ? at : pastName(tag, at, "/>?")) - 1;
+}
+
+/// Where the tag that begins the text with a name of that size ends, as the library reads it; npos
+/// where it is damaged. A quote begins a value behind a "=" alone; elsewhere it is a letter of a
+/// name.
+std::size_t endOfTag(std::string_view text, std::size_t nameSize) {
+  for (std::size_t at = 1 + nameSize;;) {
     at = pastBlanks(text, at);
     if (at == text.size()) return npos;
     if (text[at] == '>') return at + 1;
@@ -85,25 +90,48 @@ std::size_t pastUnread(std::string_view text, std::size_t at) {
   return at;
 }
 
+/// The elements that are open at a place of a text, which the library parses one in the other.
+class OpenElements {
+ public:
+  /// False where they lie too deep in each other.
+  bool open(std::size_t nameSize) {
+    if (depth_ == sizes_.size()) return false;
+    sizes_[depth_++] = nameSize;
+    return true;
+  }
+  /// How far the tag reaches that begins a text and ends an element. One that does not end with the
+  /// name of the element ends the library's work too.
+  std::size_t close(std::string_view text) {
+    if (depth_ > 0) --depth_;
+    const std::size_t usual = 2 + sizes_[depth_];
+    if (usual < text.size() && text[usual] == '>') return usual + 1;
+    return std::min(text.find('>'), text.size() - 1) + 1;
+  }
+
+ private:
+  std::array<std::size_t, kDeepest> sizes_{};
+  std::size_t depth_ = 0;
+};
+
 /// Why a text is not given to the library, which goes as deep as the elements lie in each other;
 /// empty where it may.
 std::string whyNotParsed(std::string_view text) {
-  int depth = 0;
+  OpenElements elements;
   for (auto at = text.find('<'); at != npos && at + 1 < text.size(); at = text.find('<', at)) {
     const char next = text[at + 1];
     if (next == '/') {
-      --depth;
-      while (at < text.size() && text[at] != '>') ++at;
+      at += elements.close(text.substr(at));
     } else if (next == '!' || next == '?') {
       const std::size_t past = pastUnread(text, at);
       if (past == at) return "It has declarations, which no such list has.";
       if (past == npos) return damagedIn(text, text.size());
       at = past;
     } else {
-      const std::size_t size = endOfTag(text.substr(at));
+      const std::string_view tag = text.substr(at);
+      const std::size_t name = nameSize(tag), size = endOfTag(tag, name);
       if (size == npos) return damagedIn(text, at);
       at += size;
-      if (text[at - 2] != '/' && ++depth > kDeepest)
+      if (text[at - 2] != '/' && !elements.open(name))
         return "It is nested deeper than " + std::to_string(kDeepest) + " times.";
     }
   }
@@ -171,9 +199,10 @@ Reading readSdrSharp(std::string text) {
   if (!reading.refusal.empty()) return reading;
   const auto document = std::make_unique<rapidxml::xml_document<char>>();
   try {
-    // Without zeros behind names and values the lines can still be counted.
-    document->parse<rapidxml::parse_validate_closing_tags | rapidxml::parse_no_string_terminators>(
-        text.data());
+    // An element has its text as its value: nodes of their own for texts double the work. Without
+    // zeros behind names and values the lines can still be counted.
+    document->parse<rapidxml::parse_validate_closing_tags | rapidxml::parse_no_data_nodes |
+                    rapidxml::parse_no_string_terminators>(text.data());
   } catch (const rapidxml::parse_error& error) {
     reading.refusal = damagedIn(text, static_cast<std::size_t>(error.where<char>() - text.data()));
     return reading;
@@ -207,14 +236,14 @@ Writing writeSdrSharp(std::span<const lists::EntryPtr> entries) {
     out += entry->favourite ? "true" : "false";
     appendXmlText(out += "</IsFavourite>\n    <Name>", entry->name);
     appendXmlText(out += "</Name>\n    <GroupName>", entry->group);
-    out += "</GroupName>\n    <Frequency>" + std::to_string(entry->frequency);
+    appendNumber(out += "</GroupName>\n    <Frequency>", entry->frequency);
     losses.countFurther(*entry, kSdrSharp);
     appendXmlText(out += "</Frequency>\n    <DetectorType>",
                   wordFor(*entry, kSdrSharpModes, "RAW", losses, kSdrSharp));
     const auto shift = keptField(*entry, kSdrSharp, "Shift");
     appendXmlText(out += "</DetectorType>\n    <Shift>", shift.empty() ? "0" : shift);
-    out += "</Shift>\n    <FilterBandwidth>" + std::to_string(entry->width) +
-           "</FilterBandwidth>\n  </MemoryEntry>\n";
+    appendNumber(out += "</Shift>\n    <FilterBandwidth>", entry->width);
+    out += "</FilterBandwidth>\n  </MemoryEntry>\n";
   }
   out += "</ArrayOfMemoryEntry>\n";
   writing.losses = losses.words();

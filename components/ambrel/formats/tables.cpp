@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 
+#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"
@@ -314,7 +315,7 @@ Reading readAnyTable(std::string_view text, const TableShape& shape) {
     if (rows.raw().starts_with('#')) continue;
     Taken taken;
     taken.place = rows.line();
-    std::string reason;
+    std::string reason = rows.whyCut();
     const std::size_t columns = std::min(shape.fields.size(), rows.fields().size());
     for (std::size_t column = 0; column < columns && reason.empty(); ++column)
       reason = takeField(shape.fields[column], rows.field(column), shape.unit, taken);
@@ -353,11 +354,12 @@ Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
   for (const lists::EntryPtr& each : entries) {
     const Entry& entry = *each;
     losses.countLines(entry);
-    out += lists::khzText(entry.frequency);
+    lists::appendKhz(out, entry.frequency);
     const auto field = [&out](std::string_view text) { appendTableField(out += ',', text, ','); };
     field(entry.name);
     field(modeName(entry.mode));
-    field(entry.width > 0 ? std::to_string(entry.width) : std::string());
+    out += ',';
+    if (entry.width > 0) appendNumber(out, entry.width);
     field(entry.group);
     field(entry.tags);
     field(lists::timesText(entry));

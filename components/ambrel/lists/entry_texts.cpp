@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "contract/modes.h"
@@ -143,18 +144,27 @@ Result<Hz> readFrequency(std::string_view text, Unit unit) {
   return static_cast<Hz>(hertz);
 }
 
-std::string khzText(Hz frequency) {
-  std::string text = std::to_string(frequency / 1000);
-  if (frequency % 1000 == 0) return text;
-  const std::string rest = std::to_string(1000 + frequency % 1000);
-  text += '.' + rest.substr(1);
+void appendKhz(std::string& text, Hz frequency) {
+  appendNumber(text, frequency / 1000);
+  const Hz rest = frequency % 1000;
+  if (rest == 0) return;
+  const std::size_t point = text.size();
+  appendNumber(text, 1000 + rest);
+  text[point] = '.';
   while (text.back() == '0') text.pop_back();
+}
+
+std::string khzText(Hz frequency) {
+  std::string text;
+  appendKhz(text, frequency);
   return text;
 }
 
-std::string mhzText(Hz frequency) {
-  const std::string rest = std::to_string(1'000'000 + frequency % 1'000'000);
-  return std::to_string(frequency / 1'000'000) + '.' + rest.substr(1);
+void appendMhz(std::string& text, Hz frequency) {
+  appendNumber(text, frequency / 1'000'000);
+  const std::size_t point = text.size();
+  appendNumber(text, 1'000'000 + frequency % 1'000'000);
+  text[point] = '.';
 }
 
 std::optional<std::int16_t> readMinute(std::string_view text) {
@@ -173,10 +183,6 @@ std::optional<std::int16_t> readMinute(std::string_view text) {
   return static_cast<std::int16_t>(minute);
 }
 
-std::string minuteText(std::int16_t minute) {
-  return twoDigits(minute / 60) + twoDigits(minute % 60);
-}
-
 bool readTimesOf(std::string_view text, Entry& entry) {
   text = trimmed(text);
   if (text.empty()) {
@@ -193,8 +199,17 @@ bool readTimesOf(std::string_view text, Entry& entry) {
   return true;
 }
 
+void appendMinute(std::string& text, std::int16_t minute) {
+  const int digits = minute / 60 * 100 + minute % 60;
+  for (const int power : {1000, 100, 10, 1}) text += static_cast<char>('0' + digits / power % 10);
+}
+
 std::string timesText(const Entry& entry) {
-  return entry.from < 0 ? std::string() : minuteText(entry.from) + '-' + minuteText(entry.to);
+  std::string text;
+  if (entry.from < 0) return text;
+  appendMinute(text, entry.from);
+  appendMinute(text += '-', entry.to);
+  return text;
 }
 
 std::optional<std::uint8_t> weekdaysOf(std::string_view days) {

@@ -23,13 +23,14 @@ Result<Hz> readFrequency(std::string_view text, Unit unit);
 
 /// "9420", "518.5": kHz without needless decimals.
 std::string khzText(Hz frequency);
+void appendKhz(std::string& text, Hz frequency);
 /// "7.100000": MHz with six decimals, worked out in whole numbers.
-std::string mhzText(Hz frequency);
+void appendMhz(std::string& text, Hz frequency);
 
 /// Reads "HHMM", "HH:MM" or "'HHMM" as a minute of the day, 2400 being 1440; none where it is none.
 std::optional<std::int16_t> readMinute(std::string_view text);
 /// "0600"; 1440 is "2400".
-std::string minuteText(std::int16_t minute);
+void appendMinute(std::string& text, std::int16_t minute);
 /// Reads "0600-0800" into the entry; an empty text and "0000-2400" are the whole day. False where
 /// it is anything else; the entry stays then.
 bool readTimesOf(std::string_view text, Entry& entry);

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/append_number.h"
 #include "base/encoding.h"
 #include "base/number.h"
 #include "base/text.h"
@@ -143,14 +144,29 @@ std::vector<std::string> furtherHeadings(const Entries& entries) {
 }
 
 void appendEntry(std::string& text, const Entry& entry, const std::vector<std::string>& further) {
-  const auto field = [&text](std::string_view value) {
-    text += " ; ";
-    appendField(text, value);
+  // Empty fields at the end of a line are left out.
+  int empty = 0;
+  const auto part = [&text, &empty] {
+    for (; empty >= 0; --empty) text += " ; ";
+    empty = 0;
   };
-  text += khzText(entry.frequency);
+  const auto field = [&text, &empty, &part](std::string_view value) {
+    if (value.empty()) {
+      ++empty;
+    } else {
+      part();
+      appendField(text, value);
+    }
+  };
+  appendKhz(text, entry.frequency);
   field(entry.name);
   field(modeName(entry.mode));
-  field(entry.width > 0 ? std::to_string(entry.width) : std::string());
+  if (entry.width > 0) {
+    part();
+    appendNumber(text, entry.width);
+  } else {
+    ++empty;
+  }
   field(entry.group);
   field(entry.tags);
   field(timesText(entry));
@@ -163,7 +179,6 @@ void appendEntry(std::string& text, const Entry& entry, const std::vector<std::s
         std::ranges::find(entry.further, name, [](const auto& each) { return each.first; });
     field(there == entry.further.end() ? std::string_view() : there->second);
   }
-  while (text.back() == ' ' || text.back() == ';') text.pop_back();
   text += "\r\n";
 }
 

@@ -238,13 +238,13 @@ std::optional<HeardPlace> heardPlace(const StationTable& table, const FoundStati
   return std::nullopt;
 }
 
-std::string nextHere(const StationTable& table, std::size_t place, UtcMinute now,
-                     const Codes& codes) {
+std::string nextHere(const StationTable& table, const FoundStation& found, const Codes& codes) {
   constexpr std::int32_t kSoon = 60;
+  const UtcMinute now = found.minute;
   const AirTime time(table, now);
   const Record* next = nullptr;
   std::int32_t soonest = kSoon + 1;
-  for (const Record& record : table.at(place)) {
+  for (const Record& record : table.at(found.place)) {
     if (!time.isScheduled(record) || time.onAir(record)) continue;
     const std::int32_t wait = time.momentOf(record).untilStart(record);
     // Its days, and the season it is in then, decide at the moment when it begins.
@@ -253,8 +253,8 @@ std::string nextHere(const StationTable& table, std::size_t place, UtcMinute now
       soonest = wait;
     }
   }
-  if (!next) return {};
-  const StationDetails details = detailsOf(table, table.frequency(place), *next, time, codes);
+  if (!next || next == found.record) return {};
+  const StationDetails details = detailsOf(table, found.frequency, *next, time, codes);
   std::string words = "next " + timeText(minuteOfDay(now + soonest)) + ": " + details.name;
   append(words, details.language, ", ");
   return words;

@@ -63,9 +63,8 @@ struct HeardPlace {
 std::optional<HeardPlace> heardPlace(const StationTable& table, const FoundStation& found,
                                      const AirTime& time, const Codes& codes);
 
-/// What comes on the air at a frequency within the hour: "next 1800: Radio Prague"; empty for
-/// nothing.
-std::string nextHere(const StationTable& table, std::size_t place, UtcMinute now,
-                     const Codes& codes);
+/// What comes on the air at a found station's frequency within the hour: "next 1800: Radio Prague";
+/// empty for nothing, and where it is the found one, whose words say when it begins.
+std::string nextHere(const StationTable& table, const FoundStation& found, const Codes& codes);
 
 }  // namespace kelvane::ambrel
