@@ -144,10 +144,13 @@ bool ClearTask::step() {
 }
 
 WriteTask::WriteTask(FileSaver& saver, const std::filesystem::path& path, std::string content,
-                     std::string done)
-    : path_(path), content_(std::move(content)), done_(std::move(done)) {
+                     std::string done, std::shared_ptr<ReplacedFile> replaced)
+    : content_(std::move(content)), done_(std::move(done)) {
   words_ = "Writing " + pathText(path) + " ...";
-  saver.save(path, content_, [state = state_](const Result<>& result) {
+  auto write = [path, replaced = std::move(replaced), text = content_](FileSteps& steps) {
+    return writeInPlaceOf(replaced, path, text, steps);
+  };
+  saver.change(path, std::move(write), [state = state_](const Result<>& result) {
     state->result = result;
     state->ended = true;
   });
@@ -155,16 +158,7 @@ WriteTask::WriteTask(FileSaver& saver, const std::filesystem::path& path, std::s
 
 bool WriteTask::step() {
   if (!state_->ended) return true;
-  if (state_->result) {
-    words_ = done_;
-    return false;
-  }
-  words_ = state_->result.reason() + ".";
-  std::filesystem::path backup = path_;
-  backup += ".bak";
-  std::error_code unknown;
-  if (!std::filesystem::exists(path_, unknown) && std::filesystem::exists(backup, unknown))
-    words_ += " The old file is kept as " + pathText(backup.filename()) + ".";
+  words_ = state_->result ? done_ : state_->result.reason() + ".";
   return false;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/file_saver.h"
+#include "base/replaced_file.h"
 #include "base/time.h"
 #include "companions/channel_file.h"
 #include "companions/channel_table.h"
@@ -70,8 +71,9 @@ class ClearTask : public ChannelTask {
 /// Writes a file, and says that it is there.
 class WriteTask : public ChannelTask {
  public:
+  /// @param replaced the file that made way for this one, if there was one
   WriteTask(FileSaver& saver, const std::filesystem::path& path, std::string content,
-            std::string done);
+            std::string done, std::shared_ptr<ReplacedFile> replaced = {});
   bool step() override;
   bool failed() const override { return !state_->result.ok(); }
   milliseconds pause() const override { return milliseconds(20); }
@@ -83,7 +85,6 @@ class WriteTask : public ChannelTask {
     Result<> result;  ///< the saver's until it has ended
   };
 
-  std::filesystem::path path_;
   std::string content_;
   std::string done_;
   std::shared_ptr<State> state_ = std::make_shared<State>();
