@@ -34,12 +34,12 @@ Result<> move(const std::filesystem::path& from, const std::filesystem::path& to
 
 /// Frees the first backup name by moving each backup to the next one, as far as there is no name
 /// free before. A backup that would be too many is replaced.
-Result<> makeRoom(const std::filesystem::path& file, FileSteps& steps, int generations) {
+template <class Move>
+Result<> makeRoom(const std::filesystem::path& file, int generations, Move moveTo) {
   int free = 1;
   while (free < generations && isThere(backupOf(file, free))) ++free;
   for (int to = free; to > 1; --to) {
-    const Result<> moved = retryWhileHeld(
-        steps, [&] { return steps.swapIn(backupOf(file, to - 1), backupOf(file, to)); });
+    const Result<> moved = moveTo(backupOf(file, to - 1), backupOf(file, to));
     if (!moved) return moved;
   }
   return {};
@@ -50,11 +50,8 @@ Result<> makeRoom(const std::filesystem::path& file, FileSteps& steps, int gener
 Result<> moveToBackup(const std::filesystem::path& file, int generations) {
   // Nothing to back up is no reason to give the oldest backup up.
   if (!isThere(file)) return {};
-  for (int older = generations; older > 1; --older) {
-    const Result<> moved = move(backupOf(file, older - 1), backupOf(file, older));
-    if (!moved) return moved;
-  }
-  return move(file, backupOf(file, 1));
+  const Result<> room = makeRoom(file, generations, move);
+  return room ? move(file, backupOf(file, 1)) : room;
 }
 
 void takeBackupBack(const std::filesystem::path& file) {
@@ -67,7 +64,9 @@ Result<> writeKeepingBackups(const std::filesystem::path& file, std::string_view
   return writeFileSafely(file, content, steps, [&] {
     // After an attempt that came this far and then failed, the file is its own backup already.
     if (!isThere(file) || isSame(file, newest)) return Result<>();
-    const Result<> room = makeRoom(file, steps, generations);
+    const Result<> room = makeRoom(file, generations, [&](const auto& from, const auto& to) {
+      return retryWhileHeld(steps, [&] { return steps.swapIn(from, to); });
+    });
     if (!room) return room;
     return retryWhileHeld(steps, [&] { return steps.secondName(file, newest); });
   });

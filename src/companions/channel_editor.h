@@ -74,8 +74,9 @@ class ChannelEditor : private ChannelKeys {
   /// Ends what goes on and closes the window. Nothing is sent.
   void close();
 
-  /// The operator ends the program: asks whether unsaved edits go to the receiver or into a file.
-  void offerToSave();
+  /// The operator ends the program: asks whether unsaved edits go to the receiver or are dropped.
+  /// False where he would rather go on.
+  bool offerToSave();
   /// The program ends: returns when the file is written that is under way, and edits are kept in
   /// one that the receiver has not got. Answers in words what the operator would have read of a
   /// file that could not be written, or where edits are of which he was not asked.
@@ -149,9 +150,9 @@ class ChannelEditor : private ChannelKeys {
   bool unsaved_ = false;  ///< when it was last at rest, the table had what the receiver has not got
   Purpose purpose_ = Purpose::Open;
   ChannelRows backup_;
-  ChannelRows rescue_;            ///< the table with unsaved edits, while it is read over
-  std::filesystem::path keepIn_;  ///< where the operator wants unsaved edits when the program ends
-  std::string last_;              ///< what the last file was to hold
+  ChannelRows rescue_;    ///< the table with unsaved edits, while it is read over
+  bool dropped_ = false;  ///< the operator gave the unsaved edits up when he ended the program
+  std::string last_;      ///< what the last file was to hold
   std::unique_ptr<ChannelTask> task_;
   Then then_;
   Instant taskDue_ = kNever;

@@ -73,10 +73,13 @@ void ChannelEditor::leaveChannel() {
 
 void ChannelEditor::Export_Click() {
   const auto name = files_.flows.saveFile(name_ + "_Mem", "txt");
-  if (!name || !view_.open) return;
+  if (!name) return;
+  auto replaced = files_.flows.takeReplaced();
+  if (!view_.open) return;
   const auto rows = stored(workingRows());
   const std::string done = std::to_string(rows.size()) + " channels exported to " + *name + ".";
-  start(std::make_unique<WriteTask>(beside_, disk_, pathFromText(*name), text(rows), done));
+  start(std::make_unique<WriteTask>(beside_, disk_, pathFromText(*name), text(rows), done,
+                                    std::move(replaced)));
 }
 
 void ChannelEditor::Import_Click() {

@@ -8,36 +8,34 @@ namespace kelvane {
 
 /// What takes its time is done at once; what was imported so far counts as edited.
 void ChannelEditor::endWork() {
-  if (!task_ || task_->atEnd() == ChannelTask::AtEnd::Waited) return;
-  if (task_->atEnd() == ChannelTask::AtEnd::Done) {
-    while (task_->step()) {
-    }
-  }
-  task_.reset();
+  while (task_ && task_->atEnd() == ChannelTask::AtEnd::Done) runTask();
+  // Where the operator goes on instead, it is not taken up again.
+  if (task_ && task_->atEnd() != ChannelTask::AtEnd::Waited) taskStopped("the program was to end");
 }
 
 /// The table where the receiver has not got all of it.
 ChannelRows ChannelEditor::edits() {
-  if (!view_.open) return {};
+  if (!view_.open || dropped_) return {};
   grid_.commit();
   if (!rescue_.empty()) return rescue_;
   return table_.unsaved() ? workingRows() : ChannelRows();
 }
 
-void ChannelEditor::offerToSave() {
+bool ChannelEditor::offerToSave() {
   endWork();
   // A table that is being read over, or whose receiver is gone, can only be kept.
-  if (gone_ || !rescue_.empty() || edits().empty()) return;
-  keepIn_ = datedFile();
-  const std::string asked = "There are unsaved channel edits for " + name_ +
-                            ".\n\nOK saves them to the receiver, Cancel keeps them in " +
-                            pathText(keepIn_) + ".";
-  if (files_.boxes.show(asked, "", Buttons::OkCancel) != Choice::Ok) return;
+  if (gone_ || !rescue_.empty() || edits().empty()) return true;
+  const std::string asked = "Save the unsaved channel edits to " + name_ + "?";
+  const Choice choice = files_.boxes.show(asked, "", Buttons::SaveOrNot);
+  // Time goes on while a box is open.
+  if (choice == Choice::Cancel) return false;
+  dropped_ = choice == Choice::No;
+  if (dropped_ || gone_) return true;
   SaveTask save(component_, table_);
   while (save.step()) {
   }
-  // What it refused is told of.
-  keepIn_.clear();
+  // What it refused is kept in a file, and told of.
+  return true;
 }
 
 std::string ChannelEditor::endFile() {
@@ -55,11 +53,9 @@ Result<> ChannelEditor::end() {
   endWork();
   const ChannelRows rows = stored(edits());
   if (rows.empty()) return resultOf(words);
-  const bool asked = !keepIn_.empty();
-  const auto path = asked ? keepIn_ : datedFile();
+  const auto path = datedFile();
   last_ = text(rows);
   const Result<> kept = writeFileSafely(path, last_, *disk_);
-  if (kept && asked) return resultOf(words);
   words += (words.empty() ? "" : "\n") + ("The unsaved channel edits for " + name_);
   if (!kept) return Failure{words + " could not be kept in a file. " + kept.reason() + "."};
   return Failure{words + " are kept in " + pathText(path) +

@@ -144,16 +144,19 @@ bool ClearTask::step() {
 }
 
 WriteTask::WriteTask(WorkBeside& beside, const std::shared_ptr<FileSteps>& disk,
-                     const std::filesystem::path& path, std::string content, std::string done)
-    : path_(path),
-      content_(std::make_shared<const std::string>(std::move(content))),
+                     const std::filesystem::path& path, std::string content, std::string done,
+                     std::shared_ptr<ReplacedFile> replaced)
+    : content_(std::make_shared<const std::string>(std::move(content))),
       done_(std::move(done)),
       result_(std::make_shared<std::optional<Result<>>>()) {
   words_ = "Writing " + pathText(path) + " ...";
   beside.start(
       "writing a channel file",
-      [disk, path, content = content_, result = result_]() -> WorkBeside::Done {
-        return [result, written = writeFileSafely(path, *content, *disk)] { *result = written; };
+      [disk, path, replaced = std::move(replaced), content = content_,
+       result = result_]() -> WorkBeside::Done {
+        return [result, written = writeInPlaceOf(replaced, path, *content, *disk)] {
+          *result = written;
+        };
       },
       [result = result_](const std::string& why) {
         *result = Failure{"Cannot write a file: " + why};
@@ -162,17 +165,7 @@ WriteTask::WriteTask(WorkBeside& beside, const std::shared_ptr<FileSteps>& disk,
 
 bool WriteTask::step() {
   if (!*result_) return true;
-  const Result<>& result = **result_;
-  if (result) {
-    words_ = done_;
-    return false;
-  }
-  words_ = result.reason() + ".";
-  std::filesystem::path backup = path_;
-  backup += ".bak";
-  std::error_code unknown;
-  if (!std::filesystem::exists(path_, unknown) && std::filesystem::exists(backup, unknown))
-    words_ += " The old file is kept as " + pathText(backup.filename()) + ".";
+  words_ = **result_ ? done_ : (*result_)->reason() + ".";
   return false;
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/replaced_file.h"
 #include "base/safe_file.h"
 #include "base/work_beside.h"
 #include "companions/channel_file.h"
@@ -80,8 +81,10 @@ class ClearTask : public ChannelTask {
 class WriteTask : public ChannelTask {
  public:
   /// The file is written beside the window, by the steps of `disk`.
+  /// @param replaced the file that made way for this one, if there was one
   WriteTask(WorkBeside& beside, const std::shared_ptr<FileSteps>& disk,
-            const std::filesystem::path& path, std::string content, std::string done);
+            const std::filesystem::path& path, std::string content, std::string done,
+            std::shared_ptr<ReplacedFile> replaced = {});
   bool step() override;
   bool failed() const override { return *result_ && !(*result_)->ok(); }
   bool waits() const override { return true; }
@@ -89,7 +92,6 @@ class WriteTask : public ChannelTask {
   std::string content() const override { return *content_; }
 
  private:
-  std::filesystem::path path_;
   std::shared_ptr<const std::string> content_;
   std::string done_;
   /// Empty until the file is written; kept by the work as well, which may outlast the task.

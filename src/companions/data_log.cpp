@@ -82,7 +82,7 @@ std::span<const LogButton> logButtons() { return kLogButtons; }
 
 DataLog::DataLog(const DataLogServices& services)
     : services_(services),
-      file_(services.folder / "scratchpad.txt"),
+      file_(services.folder / "scratchpad.txt", services.disk),
       view_(firstLogView()),
       PadGrd_(*this, columns()),
       beside_(services.wake) {
@@ -276,19 +276,22 @@ void DataLog::Export_Click() {
   PadGrd_.commit();
   const auto chosen = services_.files.saveFile("scratchpad", "adi", {"csv"});
   if (!chosen) return;
-  if (isCsv(*chosen) || !services_.stationsAt) return exportTo(*chosen, {});
-  start("Exporting ...", [this, path = *chosen]() -> std::function<void()> {
-    return [this, path, frequencies = uncalledFrequencies(log_)] {
-      exportTo(path, services_.stationsAt(frequencies));
+  const auto replaced = services_.files.takeReplaced();
+  if (isCsv(*chosen) || !services_.stationsAt) return exportTo(*chosen, replaced, {});
+  start("Exporting ...", [this, path = *chosen, replaced]() -> std::function<void()> {
+    return [this, path, replaced, frequencies = uncalledFrequencies(log_)] {
+      exportTo(path, replaced, services_.stationsAt(frequencies));
     };
   });
 }
 
-void DataLog::exportTo(const std::string& path, const StationNames& stations) {
-  start("Exporting ...", [this, path, stations]() -> std::function<void()> {
+void DataLog::exportTo(const std::string& path, const std::shared_ptr<ReplacedFile>& replaced,
+                       const StationNames& stations) {
+  start("Exporting ...", [this, path, replaced, stations]() -> std::function<void()> {
     const LogExport file =
         isCsv(path) ? csvOf(log_, services_.calendar) : adifOf(log_, services_.calendar, stations);
-    const Result<> written = writeFileSafely(pathFromText(path), file.content);
+    const Result<> written =
+        writeInPlaceOf(replaced, pathFromText(path), file.content, *services_.disk);
     std::string words = written ? "Exported to " + path + "." : "Not exported: " + written.reason();
     const auto without = [&](const char* what, std::size_t records) {
       if (written && records > 0) words += what + std::to_string(records) + " records.";

@@ -3,6 +3,7 @@
 #include <array>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -57,6 +58,7 @@ struct DataLogServices {
   std::function<StationNames(const std::vector<Hz>&)> stationsAt = {};
   /// Asks, from any thread, for deliver() soon.
   std::function<void()> wake = {};
+  std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>();
 };
 
 /// The station log's window: the log in a grid, its editing, and its file. Reading and writing the
@@ -153,7 +155,8 @@ class DataLog : private GridTable {
   void change(GridRow record, int field, std::string_view bytes);
   void selectPresent();
   GridRow rowOf(GridRow record) const;
-  void exportTo(const std::string& path, const StationNames& stations);
+  void exportTo(const std::string& path, const std::shared_ptr<ReplacedFile>& replaced,
+                const StationNames& stations);
   void tellNews();
   void refresh();
   std::string rejectWords() const;

@@ -374,6 +374,7 @@ void Traces::saveCsv() {
   std::vector<std::string> names;
   const auto file = services_.files.saveFile("levels", "csv");
   if (!file) return;
+  const auto replaced = services_.files.takeReplaced();
   for (Index rx = 0; rx < receivers(); ++rx) {
     names.push_back(name(rx));
     if (visible_[rx])
@@ -381,7 +382,7 @@ void Traces::saveCsv() {
                    end - kSpans[span_].length, end, rx, lines);
   }
   const std::string done = "Saved " + std::to_string(lines.size()) + " levels in " + *file;
-  save(*file, done,
+  save(*file, replaced, done,
        [lines = std::move(lines), names = std::move(names)] { return levelCsv(lines, names); });
 }
 
@@ -399,19 +400,20 @@ std::string Traces::askPictureName() {
 }
 
 void Traces::savePicture(const std::string& name, std::string bytes, const std::string& why) {
+  const auto replaced = services_.files.takeReplaced();
   if (bytes.empty()) return say("Cannot save " + name + ": " + why);
-  save(name, "Saved " + name, [bytes = std::move(bytes)] { return bytes; });
+  save(name, replaced, "Saved " + name, [bytes = std::move(bytes)] { return bytes; });
 }
 
 /// Made and written beside the window; a day of eight receivers is a long text.
-void Traces::save(const std::string& file, const std::string& done,
-                  std::function<std::string()> content) {
+void Traces::save(const std::string& file, const std::shared_ptr<ReplacedFile>& replaced,
+                  const std::string& done, std::function<std::string()> content) {
   const std::filesystem::path path = pathFromText(file);
   say("Saving " + file);
   services_.saver.change(
       path,
-      [path, content = std::move(content)](FileSteps& steps) {
-        return writeFileSafely(path, content(), steps);
+      [path, replaced, content = std::move(content)](FileSteps& steps) {
+        return writeInPlaceOf(replaced, path, content(), steps);
       },
       [saved = saved_, file, done](const Result<>& result) {
         const std::lock_guard lock(saved->mutex);

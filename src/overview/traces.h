@@ -138,7 +138,8 @@ class Traces {
   Result<> checkComparable(Index rx) const;
   void readOffsets();
   std::string offsetName(Index rx) const;
-  void save(const std::string& file, const std::string& done, std::function<std::string()> content);
+  void save(const std::string& file, const std::shared_ptr<ReplacedFile>& replaced,
+            const std::string& done, std::function<std::string()> content);
   void addTimes(TraceFrame& frame) const;
   void addLevels(TraceFrame& frame) const;
   void addMarks(TraceFrame& frame) const;

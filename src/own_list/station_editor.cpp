@@ -298,8 +298,10 @@ void StationEditor::offerExport(const std::shared_ptr<const Prepared>& prepared)
   if (!chosen) return exported({});
   beside_.start(
       "writing a list",
-      [this, prepared, name = *chosen, disk = services_.disk]() -> WorkBeside::Done {
-        const Result<> how = writeFileSafely(pathFromText(name), prepared->writing.text, *disk);
+      [this, prepared, name = *chosen, replaced = services_.files.takeReplaced(),
+       disk = services_.disk]() -> WorkBeside::Done {
+        const Result<> how =
+            writeInPlaceOf(replaced, pathFromText(name), prepared->writing.text, *disk);
         const bool one = prepared->count == 1;
         std::string words = how ? std::to_string(prepared->count) +
                                       (one ? " station was" : " stations were") + " written to " +

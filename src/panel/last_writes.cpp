@@ -39,8 +39,9 @@ void LastWrites::ask(const LastWrite& write, Result<> result) {
     if (boxes_.show(offer, "", Buttons::OkCancel) != Choice::Ok) return;
     const auto file = files_.saveFile(write.name, write.extension);
     if (!file) continue;
+    // What made way for it gets its name back where it fails.
+    const auto replaced = files_.takeReplaced();
     result = write.elsewhere(*file);
-    if (!result) files_.putBack();
   }
 }
 

@@ -87,7 +87,7 @@ MAin::MAin(const PanelServices& services)
           [&frequency = services.frequency](const std::vector<Hz>& frequencies) {
             return knownStations(frequency, frequencies);
           },
-          services.wakeWork})),
+          services.wakeWork, services.disk})),
       views_(makeViews()),
       stations_(std::make_unique<StationEditor>(StationServices{
           services.receiver, services.frequency, services.files, services.boxes, services.ownFolder,
@@ -427,9 +427,14 @@ Result<> MAin::saveSettings(const Placement& place) {
   return {};
 }
 
+bool MAin::mayEnd() {
+  // Where it cannot be asked, they are kept in a file as where nobody sits.
+  bool ends = true;
+  barrier("asking for unsaved edits", [&] { ends = channelEditor_->offerToSave(); });
+  return ends;
+}
+
 void MAin::unload(const Placement& place, Ending how) {
-  if (how == Ending::ByOperator)
-    barrier("asking for unsaved edits", [this] { channelEditor_->offerToSave(); });
   // First, since a system that ends may end the program at any moment.
   LastWrites last(services_.boxes, services_.files, services_.settings, how);
   for (const LastWrite& write : lastWrites()) last.finish(write);

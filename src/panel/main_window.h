@@ -141,6 +141,9 @@ class MAin : public ControlEvents {
   /// Returns when every file is written that is on its way to the disk.
   void finishWriting();
 
+  /// The operator ends the program: asks what becomes of unsaved edits. False where he would rather
+  /// go on.
+  bool mayEnd();
   /// Writes what is not on the disk yet, closes the companion windows and every receiver's link in
   /// order, and saves where the window was. Asks what to do with what cannot be written, unless the
   /// system ends.

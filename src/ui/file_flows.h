@@ -1,10 +1,12 @@
 #pragma once
 
-#include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "base/replaced_file.h"
 #include "ui/message_boxes.h"
 
 namespace kelvane {
@@ -48,9 +50,9 @@ class FileFlows {
   /// file by their extensions, of which the first is added to a name that has none.
   std::optional<std::string> saveFile(const std::string& name, const std::string& extension,
                                       const std::vector<std::string>& others = {});
-  /// The name that was last chosen to write to was not written: a file that was moved to a backup
-  /// for it gets its name back.
-  void putBack();
+  /// The file that made way for the one that was last chosen to write to, if there was one. It
+  /// gets its name back where the caller lets go of this before anything has the name.
+  std::shared_ptr<ReplacedFile> takeReplaced() { return std::move(replaced_); }
 
  private:
   bool mayBeWritten(const std::string& chosen);
@@ -59,7 +61,7 @@ class FileFlows {
 
   FileDialogs& dialogs_;
   MessageBoxes& boxes_;
-  std::filesystem::path moved_;  ///< the file that was last moved to a backup
+  std::shared_ptr<ReplacedFile> replaced_;
 };
 
 }  // namespace kelvane

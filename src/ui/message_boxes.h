@@ -4,8 +4,10 @@
 
 namespace kelvane {
 
-enum class Buttons { Ok, OkCancel };
-enum class Choice { Ok, Cancel };
+/// What a box offers. `SaveOrNot`: Save, Don't save and Cancel, in these words.
+enum class Buttons { Ok, OkCancel, SaveOrNot };
+/// `Ok` is Save too, `No` is Don't save. A box that is closed without a button answers `Cancel`.
+enum class Choice { Ok, Cancel, No };
 
 /// The operator's message boxes. An empty title means the program's own name.
 class MessageBoxes {

@@ -258,8 +258,7 @@ bool PanelWindow::command(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (wParam) unload(Ending::WithSystem);
       return true;
     case WM_CLOSE:
-      unload(Ending::ByOperator);
-      DestroyWindow(window_);
+      endByOperator();
       return true;
     default:
       return false;
@@ -279,6 +278,16 @@ bool PanelWindow::systemCommand(WPARAM command, LPARAM lParam) {
   if ((command & 0xFFF0) != SC_KEYMENU || lParam == ' ') return false;
   panel_->accelerator(static_cast<char32_t>(lParam));
   return true;
+}
+
+void PanelWindow::endByOperator() {
+  if (std::exchange(asking_, true)) return;
+  const bool ends = panel_->mayEnd();
+  asking_ = false;
+  // The system may have ended the program while it was asked.
+  if (!ends || !panel_) return;
+  unload(Ending::ByOperator);
+  DestroyWindow(window_);
 }
 
 void PanelWindow::unload(Ending how) {

@@ -78,6 +78,7 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   void choose(ColourChoice choice);
   void dpiChanged(UINT dpi, const RECT& suggested);
   bool systemCommand(WPARAM command, LPARAM lParam);
+  void endByOperator();
   void unload(Ending how);
   void comeForward();
 
@@ -100,6 +101,7 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   ULONGLONG lastFrame_ = 0;
   bool frameWaits_ = false;
   bool pumping_ = false;
+  bool asking_ = false;  ///< whether the program may end
   bool onTop_ = false;
   ColourChoice choice_ = ColourChoice::AsSystem;
   ScreenColours colours_;

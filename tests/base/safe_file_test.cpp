@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "base/backup_file.h"
+#include "base/replaced_file.h"
 #include "tests/fakes/failing_steps.h"
 #include "tests/fakes/temp_folder.h"
 
@@ -164,6 +165,33 @@ TEST_F(Backups, AreNotTurnedOverForAFileThatIsNotThere) {
   moveToBackup(file);
   EXPECT_TRUE(moveToBackup(file));
   EXPECT_EQ(read(".bak"), "1");
+}
+
+TEST_F(Backups, AreNoneAfterAFailureAndNoOlderOneIsGivenUpForIt) {
+  for (const char* content : {"1", "2", "3"}) {
+    write(content);
+    EXPECT_TRUE(moveToBackup(file, 3));
+  }
+  write("4");
+  for (int tries = 0; tries < 3; ++tries) {
+    const auto replaced = std::make_shared<ReplacedFile>(file);
+    EXPECT_TRUE(replaced->makeWay());
+    FailingSteps full(1, FailingSteps::How::Fail);
+    EXPECT_FALSE(writeInPlaceOf(replaced, file, "5", full));
+    EXPECT_EQ(read(""), "4") << "as soon as that is told";
+  }
+  EXPECT_EQ(read(".bak2") + read(".bak3"), "32");
+  {
+    ReplacedFile abandoned(file);
+    EXPECT_TRUE(abandoned.makeWay());
+    EXPECT_EQ(read(""), "none");
+  }
+  EXPECT_EQ(read(""), "4") << "nobody went on to write it";
+  const auto replaced = std::make_shared<ReplacedFile>(file);
+  EXPECT_TRUE(replaced->makeWay());
+  FileSteps disk;
+  EXPECT_TRUE(writeInPlaceOf(replaced, file, "6", disk));
+  EXPECT_EQ(read("") + read(".bak"), "64");
 }
 
 TEST_F(Backups, LeaveTheFileWhereItWasWhenTheyFail) {

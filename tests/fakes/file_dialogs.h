@@ -22,7 +22,8 @@ class ScriptedDialogs : public FileDialogs, public MessageBoxes {
     return next();
   }
   Choice show(const std::string& text, const std::string& title, Buttons buttons) override {
-    boxes.push_back(title + "|" + text + (buttons == Buttons::Ok ? "|Ok" : "|OkCancel"));
+    constexpr const char* kNames[] = {"|Ok", "|OkCancel", "|SaveOrNot"};
+    boxes.push_back(title + "|" + text + kNames[static_cast<int>(buttons)]);
     return choice;
   }
 

@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "base/folder.h"
@@ -104,25 +105,35 @@ TEST_F(LastWritesTest, TheReceiversThatGoWithoutBeingAskedKeepThemToo) {
   EXPECT_EQ(afterwards(1), 5'000'000);
 }
 
-TEST(UnsavedEdits, GoToTheReceiverOrIntoAFileWhenTheProgramEnds) {
+TEST(UnsavedEdits, GoToTheReceiverOrGoOrStayAsTheOperatorSaysAndIntoAFileWhereNobodySits) {
   struct End {
     Choice answer;
     Ending how;
+    bool ends;
     const char* stored;
     std::size_t files;
   };
-  for (const End& end : {End{Choice::Ok, Ending::ByOperator, "1; 5000000;", 0},
-                         End{Choice::Cancel, Ending::ByOperator, "1; 7000000;", 1},
-                         End{Choice::Cancel, Ending::WithSystem, "1; 7000000;", 1}}) {
+  for (const End& end : {End{Choice::Ok, Ending::ByOperator, true, "1; 5000000;", 0},
+                         End{Choice::No, Ending::ByOperator, true, "1; 7000000;", 0},
+                         End{Choice::Cancel, Ending::ByOperator, false, "1; 7000000;", 0},
+                         End{Choice::Cancel, Ending::WithSystem, true, "1; 7000000;", 1}}) {
     fakes::ChannelRig rig;
     rig.start();
     rig.sondrel.core.SetRxChannel(0, 1, 7'000'000, 0, 0, 6000, 0, 0);
     rig.open();
     rig.enter(1, 1, "5000000");
     rig.fileDialogs.choice = end.answer;
-    rig.panel->unload({}, end.how);
     const bool asked = end.how == Ending::ByOperator;
-    ASSERT_EQ(rig.fileDialogs.boxes.size(), asked ? 1u : 0u);
+    if (asked) {
+      EXPECT_EQ(rig.panel->mayEnd(), end.ends);
+      EXPECT_THAT(rig.fileDialogs.boxes, testing::ElementsAre(testing::EndsWith("|SaveOrNot")));
+    }
+    if (end.ends)
+      rig.panel->unload({}, end.how);
+    else
+      EXPECT_EQ(rig.cell(1, 1) + rig.channelView().caption, "5000000Channels [unsaved edits]");
+    EXPECT_EQ(rig.fileDialogs.boxes.size(), asked ? 1u : 0u) << "asked once";
+    rig.finishWriting();
     const auto memories = rig.sondrel.instanceFolder() / "Memories" / "A.txt";
     EXPECT_NE(rig.content(memories).find(end.stored), std::string::npos) << rig.content(memories);
     const auto kept = entriesIn(rig.folder() / "Backups");

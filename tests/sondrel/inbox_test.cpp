@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <new>
 #include <thread>
 
 namespace kelvane::sondrel {
@@ -46,6 +47,16 @@ TEST(Inbox, DropsWhatIsForAReceiverThatIsGone) {
   threadsOwn.post([&] { ++ran; });
   inbox->run();
   EXPECT_EQ(ran, 10);
+}
+
+TEST(Inbox, OneThatFailsTakesNoneOfTheOthersWithIt) {
+  const auto inbox = std::make_shared<Inbox>([] {});
+  int ran = 0;
+  inbox->post([&] { ++ran; });
+  inbox->post([] { throw std::bad_alloc(); });
+  inbox->post([&] { ++ran; });
+  EXPECT_NO_THROW(inbox->run());
+  EXPECT_EQ(ran, 2);
 }
 
 TEST(Inbox, WakesNobodyOnceItIsShut) {

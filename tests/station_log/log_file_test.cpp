@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <map>
 
 #include "station_log/log_line.h"
 #include "tests/fakes/failing_steps.h"
@@ -286,6 +287,60 @@ TEST_F(LogJournals, ForgetWhatWasDropped) {
     EXPECT_TRUE(dropping.keep(std::array{came(line("2")), came(line("3")), left(line("2"))}));
   }
   EXPECT_EQ(next(), line("3"));
+}
+
+/// A disk that loses what was not flushed when the power fails.
+struct LosingSteps : FileSteps {
+  Result<> append(const fs::path& file, std::string_view content) override {
+    std::error_code none;
+    const auto size = fs::file_size(file, none);
+    safe.try_emplace(file, none ? 0 : size);
+    return FileSteps::append(file, content);
+  }
+  Result<> flush(const fs::path& file) override {
+    safe.erase(file);
+    return FileSteps::flush(file);
+  }
+  void failPower() const {
+    for (const auto& [file, size] : safe) fs::resize_file(file, size);
+  }
+  std::map<fs::path, std::uintmax_t> safe;
+};
+
+TEST_F(LogJournals, KeepWhatWasToldToBeOnTheDiskWhenThePowerFails) {
+  const auto steps = std::make_shared<LosingSteps>();
+  {
+    LogFile cut(path, steps);
+    cut.read();
+    for (const char* record : {"1", "2"}) EXPECT_TRUE(cut.keep(std::array{came(line(record))}));
+    steps->failPower();
+  }
+  EXPECT_EQ(next(), line("1") + line("2"));
+}
+
+/// A disk of which another program lets nothing be removed.
+struct HeldSteps : FileSteps {
+  void remove(const fs::path&) override {}
+};
+
+TEST_F(LogJournals, ThatCannotBeRemovedBringNothingBack) {
+  for (const bool drops : {false, true}) {
+    write(kOld);
+    {
+      LogFile held(path, std::make_shared<HeldSteps>());
+      LogTable log = held.read();
+      LogChanges changes;
+      changes.note(came(line("1")));
+      EXPECT_TRUE(held.keep(std::array{came(line("1"))}));
+      log.apply(changes);
+      EXPECT_TRUE(held.save(log, changes));
+      if (drops) {
+        EXPECT_TRUE(held.keep(std::array{came(line("2"))}));
+        EXPECT_TRUE(held.drop());
+      }
+    }
+    EXPECT_EQ(next(), kOld + line("1")) << drops;
+  }
 }
 
 /// Whichever step of keeping, saving and taking over goes wrong, what was told to be on the disk is

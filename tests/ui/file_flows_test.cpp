@@ -84,7 +84,8 @@ TEST_F(Flows, ReplaceAFileOnlyWhenAskedToAndKeepTheOldOne) {
 
 TEST_F(Flows, SayWhyAFileCannotBeMade) {
   dialogs.choice = Choice::Ok;
-  std::ofstream("old.txt.bak4") << "older";
+  for (const char* older : {"", "2", "3", "4"})
+    std::ofstream(std::string("old.txt.bak") + older) << "older";
   std::filesystem::create_directories("old.txt.bak5/taken");
   const std::pair<std::string, std::string> refused[] = {
       {inFolder("no folder/new.txt"), "There is no folder " + inFolder("no folder")},

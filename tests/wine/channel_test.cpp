@@ -155,7 +155,8 @@ class ChannelTest : public testing::Test {
   fs::path memoryFile() const { return instance_.folder() / L"Memories" / L"K.txt"; }
   fs::path file(const wchar_t* name) const { return instance_.folder() / name; }
   fs::path backup() const {
-    for (const auto& entry : fs::directory_iterator(instance_.folder() / L"Backups")) {
+    std::error_code none;
+    for (const auto& entry : fs::directory_iterator(instance_.folder() / L"Backups", none)) {
       if (entry.path().extension() == L".txt") return entry.path();
     }
     return {};
@@ -216,6 +217,38 @@ TEST_F(ChannelTest, EditsAreTypedChosenAndSavedAndTheFileGoesOutAndInByteForByte
   channels.panel.close();
   EXPECT_EQ(channels.panel.ended(), 0);
   EXPECT_NE(content(memoryFile()).find("\r\n1; 5000000; 0; USB; "), std::string::npos);
+}
+
+TEST_F(ChannelTest, AnEndWithUnsavedEditsIsAskedForByButtonsThatSayWhatTheyDo) {
+  ChannelWindow channels(instance_);
+  ASSERT_TRUE(channels.opened());
+  channels.key(VK_DOWN);
+  channels.type("5000000");
+  channels.key(VK_RETURN);
+  const std::string edited = "Channels, 01, Frequency: 5000000";
+  ASSERT_TRUE(channels.onCell(edited)) << channels.cell();
+  const auto offered = [&] {
+    channels.panel.close();
+    EXPECT_EQ(channels.panel.messageBox(), "Save the unsaved channel edits to K?");
+    const HWND box = channels.panel.findWindow(L"#32770");
+    std::string words;
+    for (const int button : {IDYES, IDNO}) {
+      wchar_t text[30] = L"";
+      GetDlgItemTextW(box, button, text, 30);
+      words += narrow(text) + "|";
+    }
+    return words;
+  };
+  EXPECT_EQ(offered(), "&Save|Do&n't save|");
+  channels.panel.close();
+  channels.panel.answer(IDCANCEL);
+  EXPECT_TRUE(channels.panelLives());
+  EXPECT_TRUE(channels.onCell(edited)) << "the edits are still there: " << channels.cell();
+  EXPECT_EQ(offered(), "&Save|Do&n't save|");
+  channels.panel.answer(IDNO);
+  EXPECT_EQ(channels.panel.ended(), 0);
+  EXPECT_EQ(content(memoryFile()), memories(7));
+  EXPECT_EQ(backup(), fs::path());
 }
 
 TEST_F(ChannelTest, AWrongLineIsSaidInABoxAndTheMainWindowWaitsBeneathIt) {
