@@ -14,8 +14,8 @@ namespace {
 
 constexpr DWORD kList =
     LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOSORTHEADER | WS_TABSTOP;
-/// In ms. It shows what changes by itself all the time while it is open: eight links, how a test goes,
-/// the programs that come and go.
+/// In ms. It shows what changes by itself all the time while it is open: eight links, how a test
+/// goes, the programs that come and go.
 constexpr UINT kLookEvery = 250;
 enum Column : int { kName, kKind, kLink };
 
