@@ -106,7 +106,7 @@ TEST_F(OwnStations, NextHereTellsWhatComesWithinTheHour) {
   EXPECT_EQ(play.core->GetFrqNextHere().value(), "next 0600: Mornings");
   play.setTime(2022, 7, 13, 4, 30);
   EXPECT_EQ(play.name(7000000), "Nights");
-  EXPECT_EQ(play.core->GetFrqNextHere().value(), "next 0500: Dawn, English");
+  EXPECT_EQ(play.core->GetFrqNextHere().value(), "next 0500: Dawn, E");
   play.setTime(2022, 7, 13, 3, 30);
   play.name(7000000);
   EXPECT_EQ(play.core->GetFrqNextHere().value(), "");

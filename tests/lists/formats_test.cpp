@@ -307,6 +307,7 @@ TEST(ListFormats, WhatIsNestedOrDamagedIsRefusedWithItsLine) {
   EXPECT_THAT(readList("<ArrayOfMemoryEntry>\n<MemoryEntry></Wrong>").refusal, HasSubstr("line 2"));
   const Reading cut = readList("kHz,Name,Note\n7000,\"A\",x\n7001,\"B\",\"begun");
   EXPECT_EQ(cut.taken.size(), 1u);
+  ASSERT_EQ(cut.leftOut.size(), 1u);
   EXPECT_THAT(cut.leftOut.front().reason, HasSubstr("cut off"));
   EXPECT_EQ(readList(" \n").refusal, "The file is empty.");
   EXPECT_THAT(readList("no list at all\nof any kind\n").refusal, HasSubstr("frequency"));

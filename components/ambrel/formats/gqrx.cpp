@@ -66,12 +66,12 @@ using Fields = std::vector<std::string_view>;
 /// Where the modulation stands among a bookmark's fields; 0 where they are none. Behind it are the
 /// width, the tags and perhaps a note; in front of it more than a name where that has semicolons.
 std::size_t placeOfModulation(const Fields& fields) {
-  if (fields.size() < 5) return 0;
+  if (fields.size() <= 5) return fields.size() == 5 ? 2 : 0;
   for (const std::size_t behind : {4, 3}) {
     const std::size_t at = fields.size() - behind;
     if (at >= 2 && isModulation(fields[at]) && wholeNumber(fields[at + 1])) return at;
   }
-  return fields.size() <= 6 ? 2 : 0;
+  return fields.size() == 6 ? 2 : 0;
 }
 
 /// What stands in the line from one field to another one, with the signs between them.

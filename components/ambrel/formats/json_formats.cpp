@@ -135,8 +135,7 @@ Result<Hz> frequencyOf(const Json& number, double unit) {
   if (!number.is_number()) return Failure{"there is no frequency"};
   const double hertz = number.get<double>() * unit;
   if (!(hertz >= 0.5)) return Failure{"the frequency is 0"};
-  if (hertz > kHighestHz)
-    return Failure{"the frequency is above 2147 MHz, the highest that can be kept"};
+  if (hertz > kHighestHz) return Failure{"the frequency is above the most, 2147 MHz"};
   return static_cast<Hz>(std::llround(hertz));
 }
 

@@ -131,15 +131,14 @@ Result<Hz> readFrequency(std::string_view text, Unit unit) {
   }
   const auto value = wholeNumber(digits);
   if (!value || *value > std::int64_t{kHighestHz} * 10)
-    return Failure{"the frequency is above 2147 MHz, the highest that can be kept"};
+    return Failure{"the frequency is above the most, 2147 MHz"};
   std::int64_t hertz = *value;
   if (decimals <= power)
     hertz = hertz > kHighestHz / tens(power - decimals) ? std::int64_t{kHighestHz} + 1
                                                         : hertz * tens(power - decimals);
   else
     hertz = (hertz + 5) / 10;
-  if (hertz > kHighestHz)
-    return Failure{"the frequency is above 2147 MHz, the highest that can be kept"};
+  if (hertz > kHighestHz) return Failure{"the frequency is above the most, 2147 MHz"};
   if (hertz <= 0) return Failure{"the frequency is 0"};
   return static_cast<Hz>(hertz);
 }
