@@ -7,8 +7,8 @@
 namespace kelvane {
 
 /// Moves a file out of the way under a backup name beside it: "name.bak", and what was there
-/// becomes "name.bak2" and so on as far as no name is free; the oldest of `generations` is given up.
-/// On failure the file is where it was. There being no such file is a success.
+/// becomes "name.bak2" and so on as far as no name is free; the oldest of `generations` is given
+/// up. On failure the file is where it was. There being no such file is a success.
 Result<> moveToBackup(const std::filesystem::path& file, int generations = 5);
 
 /// Gives a file that was moved so its name back, unless another has it by now.

@@ -40,16 +40,21 @@ TEST(FailedExports, LeaveTheFileThatTheyWereToReplace) {
   DataLog& log = *rig.dialogs.log;
   StationEditor& stations = *rig.dialogs.stations;
   Traces& traces = *rig.dialogs.traces;
-  fails("channels.txt", [&] { rig.editor().clicked(id::ChnExport); }, [&] { return rig.words(); });
+  fails(
+      "channels.txt", [&] { rig.editor().clicked(id::ChnExport); }, [&] { return rig.words(); });
   for (const char* name : {"log.csv", "log.adi"})
-    fails(name, [&] { log.Export_Click(); }, [&] { return log.view().Notice; });
-  fails("levels.csv", [&] { traces.saveCsv(); }, [&] { return traces.statusLine(); });
-  fails("picture.png", [&] { traces.savePicture(traces.askPictureName(), "pixels", ""); },
-        [&] { return traces.statusLine(); });
+    fails(
+        name, [&] { log.Export_Click(); }, [&] { return log.view().Notice; });
+  fails(
+      "levels.csv", [&] { traces.saveCsv(); }, [&] { return traces.statusLine(); });
+  fails(
+      "picture.png", [&] { traces.savePicture(traces.askPictureName(), "pixels", ""); },
+      [&] { return traces.statusLine(); });
   stations.addEmpty();
   rig.run(milliseconds(100));
-  fails("list.csv", [&] { stations.exportAs(formats::Format::Own); },
-        [&] { return stations.view().status; });
+  fails(
+      "list.csv", [&] { stations.exportAs(formats::Format::Own); },
+      [&] { return stations.view().status; });
 }
 
 }  // namespace
