@@ -135,10 +135,11 @@ class SessionStorm {
 
   void checkLine(const std::string& line) {
     if (connection_ == 0) wrong_ = "sent without a connection: " + line;
-    if (!answered_) wrong_ = "a second command was under way: " + line;
+    if (!answered_ && now_ < sent_ + kGivenUp) wrong_ = "a second command was under way: " + line;
     if (line.size() > 200) wrong_ = "too long: " + line;
     if (line.find('\n') != line.size() - 1) wrong_ = "not one line: " + line;
     answered_ = false;
+    sent_ = now_;
     answer_ = rig_.answer(line.substr(0, line.size() - 1));
     const auto words = FakeRig::split(line);
     const auto& command = words[0];
@@ -160,8 +161,11 @@ class SessionStorm {
   sondrel::RigctldSession session_{sondrel::RigctldOptions{}};
   std::shared_ptr<const sondrel::RigctldCapabilities> can_;
   Instant now_ = Instant{} + milliseconds(1000);
+  /// Where late answers can be told from others, the radio is asked on after this time.
+  static constexpr milliseconds kGivenUp{30'000};
   std::uint32_t connection_ = 0;
   bool answered_ = true;
+  Instant sent_{};
   std::string answer_;
   std::string wrong_;
 };

@@ -318,6 +318,39 @@ TEST_F(LogJournals, KeepWhatWasToldToBeOnTheDiskWhenThePowerFails) {
   EXPECT_EQ(next(), line("1") + line("2"));
 }
 
+/// A program that ends in the moment when the log is saved, before it can tidy up.
+struct EndingSteps : FileSteps {
+  Result<> append(const fs::path& file, std::string_view content) override {
+    return ended ? Failure{"it has ended"} : FileSteps::append(file, content);
+  }
+  Result<> swapIn(const fs::path& from, const fs::path& to) override {
+    const Result<> swapped = FileSteps::swapIn(from, to);
+    ended = to.filename() == "scratchpad.txt";
+    return swapped;
+  }
+  void remove(const fs::path& file) override {
+    if (!ended) FileSteps::remove(file);
+  }
+  bool ended = false;
+};
+
+TEST_F(LogJournals, DoubleNothingThatWasSavedWhenTheProgramEnded) {
+  write(kOld);
+  {
+    const auto steps = std::make_shared<EndingSteps>();
+    LogFile ending(path, steps);
+    LogTable log = ending.read();
+    LogChanges changes;
+    changes.note(came(line("1")));
+    EXPECT_TRUE(ending.keep(std::array{came(line("1"))}));
+    log.apply(changes);
+    ending.save(log, changes);
+    EXPECT_TRUE(steps->ended);
+  }
+  EXPECT_TRUE(LogFile(path).mayHaveLeftovers());
+  EXPECT_EQ(next(), kOld + line("1"));
+}
+
 /// A disk of which another program lets nothing be removed.
 struct HeldSteps : FileSteps {
   void remove(const fs::path&) override {}

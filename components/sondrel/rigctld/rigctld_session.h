@@ -32,7 +32,8 @@ struct RigctldOptions {
 /// tick() when nextDue() has come.
 ///
 /// At most one command is under way at any time: servers answer each by a packet of its own, and
-/// together with delayed acknowledgements that makes a row of commands many times slower.
+/// together with delayed acknowledgements that makes a row of commands many times slower. One that
+/// is not answered for half a minute is given up; its answer may still come.
 class RigctldSession {
  public:
   explicit RigctldSession(RigctldOptions options);
