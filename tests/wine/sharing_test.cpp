@@ -56,8 +56,16 @@ TEST_F(Sharing, ServesGenuineClientsAndHoldsThemWhileItsRadioIsGone) {
   EXPECT_EQ(hostOutput(client + "F 14100000 f"), "14100000\n");
   EXPECT_TRUE(shows("14100000")) << panel->digits();
   EXPECT_EQ(radio.ask("f"), "14100000");
-  RealRigctld chain(freePort(), "-m 2 -r 127.0.0.1:" + std::to_string(port));
-  ASSERT_TRUE(chain.start());
+  const int chainPort = freePort();
+  RealRigctld server(chainPort, "-m 2 -r 127.0.0.1:" + std::to_string(port));
+  ASSERT_TRUE(server.start());
+  // It closes its radio as its last client goes, and ends whoever comes in that moment: one stays.
+  std::unique_ptr<LineClient> stays;
+  ASSERT_TRUE(eventually([&] {
+    stays = std::make_unique<LineClient>(chainPort);
+    return stays->ask("f") == "14100000";
+  }));
+  const LineClient& chain = *stays;
   EXPECT_EQ(chain.ask("M CW 500"), "RPRT 0");
   EXPECT_TRUE(eventually([&] { return panel->text(id::ModEvent) == "CW"; }));
   panel->type("3500\r");
