@@ -55,9 +55,10 @@ bool FileFlows::saveFile(std::string& name, const std::string& extension,
   asked.others = others;
   const std::optional<std::string> chosen = dialogs_.save(asked);
   if (!chosen || chosen->empty()) return false;
-  const std::string path = fullPath(asked, *chosen);
+  std::string path = fullPath(asked, *chosen);
   if (!mayBeWritten(path)) return false;
-  name = path;
+  // Where a file has made way, nothing may fail any more before the caller has it.
+  name = std::move(path);
   return true;
 }
 
