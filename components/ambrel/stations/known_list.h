@@ -79,7 +79,6 @@ class KnownList {
   /// The row last asked about: a window asks for the cells of a row one after the other.
   mutable std::size_t detailedRow_ = static_cast<std::size_t>(-1);
   mutable StationDetails details_;
-  std::uint64_t number_ = 0;
   std::shared_ptr<std::atomic<std::uint64_t>> newest_;  ///< number of the newest query
   Background background_;  ///< last, so that its jobs end before what they use
 };
