@@ -161,8 +161,10 @@ WrittenFiles::Found WrittenFiles::look(const SettingsStore* settings) const {
 }
 
 void WrittenFiles::lookAtChannels(Found& found) const {
-  const auto bank =
-      sondrel::ChannelBank::read(contentOf(folder_ / "Kelvane" / "Memories" / "A.txt"));
+  const fs::path file = folder_ / "Kelvane" / "Memories" / "A.txt";
+  // Where all were killed before they had written a channel, there is no file yet.
+  const auto bank = fs::exists(file) ? sondrel::ChannelBank::read(contentOf(file))
+                                     : std::optional(sondrel::ChannelBank());
   found.torn += !bank || bank->unread() > 0 ? 1 : 0;
   for (Channel channel = 0; bank && channel < kChannels; ++channel) {
     const auto known = newest_.find("channel" + std::to_string(channel));
