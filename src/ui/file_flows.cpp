@@ -57,8 +57,9 @@ std::optional<std::string> FileFlows::saveFile(const std::string& name,
   asked.others = others;
   const std::optional<std::string> chosen = dialogs_.save(asked);
   if (!chosen || chosen->empty()) return std::nullopt;
-  const std::string path = fullPath(asked, *chosen);
+  std::string path = fullPath(asked, *chosen);
   if (!mayBeWritten(path)) return std::nullopt;
+  // Where a file has made way, nothing may fail any more before the caller has it: no copy.
   return path;
 }
 
