@@ -1,9 +1,7 @@
 #include "ui/file_flows.h"
 
 #include <filesystem>
-#include <utility>
 
-#include "base/backup_file.h"
 #include "base/safe_file.h"
 #include "base/text.h"
 #include "ui/global.h"
@@ -51,7 +49,7 @@ std::optional<std::string> FileFlows::openFile(const std::string& name,
 std::optional<std::string> FileFlows::saveFile(const std::string& name,
                                                const std::string& extension,
                                                const std::vector<std::string>& others) {
-  moved_.clear();
+  replaced_.reset();
   FileRequest asked =
       request("Select File name to be used ...", "Save", name.empty() ? "*" : name, extension);
   asked.others = others;
@@ -59,7 +57,7 @@ std::optional<std::string> FileFlows::saveFile(const std::string& name,
   if (!chosen || chosen->empty()) return std::nullopt;
   std::string path = fullPath(asked, *chosen);
   if (!mayBeWritten(path)) return std::nullopt;
-  // Where a file has made way, nothing may fail any more before the caller has it: no copy.
+  // Moved: where a file has made way, nothing may fail any more before the caller has it.
   return path;
 }
 
@@ -77,15 +75,11 @@ bool FileFlows::replace(const std::string& chosen) {
   if (boxes_.show("Do you want to replace file ?", "Warning: File already exists",
                   Buttons::OkCancel) != Choice::Ok)
     return false;
-  const std::filesystem::path file = pathFromText(chosen);
-  const Result<> moved = moveToBackup(file);
-  if (moved) moved_ = file;
-  return moved.ok() || refuse("The old file cannot be replaced: " + moved.reason());
-}
-
-void FileFlows::putBack() {
-  const std::filesystem::path file = std::exchange(moved_, {});
-  if (!file.empty()) takeBackupBack(file);
+  auto old = std::make_shared<ReplacedFile>(pathFromText(chosen));
+  const Result<> moved = old->makeWay();
+  if (!moved) return refuse("The old file cannot be replaced: " + moved.reason());
+  replaced_ = std::move(old);
+  return true;
 }
 
 bool FileFlows::refuse(const std::string& why) {
