@@ -111,7 +111,8 @@ class BareServer {
     wchar_t self[MAX_PATH];
     GetModuleFileNameW(nullptr, self, MAX_PATH);
     std::wstring line = L'"' + std::wstring(self) + L"\" bare " + std::to_wstring(port);
-    STARTUPINFOW how{sizeof how};
+    STARTUPINFOW how{};
+    how.cb = sizeof how;
     must(CreateProcessW(self, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &how,
                         &process_) != 0,
          "a bare server");
