@@ -73,6 +73,7 @@ class ChannelsWithoutMemory : public testing::Test {
   void settle() {
     do {
       rig_.editor().tick(rig_.sondrel.clock.now += milliseconds(100));
+      rig_.editor().deliver();
       std::this_thread::yield();
     } while (rig_.channelView().hourglass);
   }
