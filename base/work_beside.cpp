@@ -8,10 +8,9 @@ WorkBeside::WorkBeside(std::function<void()> wake) : wake_(std::move(wake)) {}
 
 void WorkBeside::start(std::string what, Job job, Failed failed) {
   const auto answer = std::make_shared<Answer>();
+  answer->job = std::move(job);
   answer->failed = std::move(failed);
-  std::function<void()> work = [this, what, job = std::move(job), answer] {
-    this->work(what, job, *answer);
-  };
+  std::function<void()> work = [this, what, answer] { this->work(what, *answer); };
   Failed notStarted = [this, answer](const std::string& why) {
     answer->threw = true;
     barrier("starting work beside the window", [&] { answer->words = why; });
@@ -21,13 +20,16 @@ void WorkBeside::start(std::string what, Job job, Failed failed) {
   background_.run(std::move(what), std::move(work), std::move(notStarted));
 }
 
-void WorkBeside::work(const std::string& what, const Job& job, Answer& answer) {
+void WorkBeside::work(const std::string& what, Answer& answer) {
   answer.threw = !barrier(
-      what, [&] { answer.done = job(); }, [&](const std::string& why) { answer.words = why; });
+      what, [&] { answer.done = answer.job(); },
+      [&](const std::string& why) { answer.words = why; });
   end(answer);
 }
 
 void WorkBeside::end(Answer& answer) {
+  // What the job held is let go before its end is told, such as a file that made way for another.
+  answer.job = nullptr;
   {
     const std::lock_guard lock(mutex_);
     answer.ended = true;

@@ -39,6 +39,7 @@ class WorkBeside {
  private:
   /// A job's way back. Nothing needs memory any more once it is under way.
   struct Answer {
+    Job job;
     Done done;
     Failed failed;
     std::string words;  ///< what was thrown
@@ -46,7 +47,7 @@ class WorkBeside {
     bool ended = false;
   };
 
-  void work(const std::string& what, const Job& job, Answer& answer);
+  void work(const std::string& what, Answer& answer);
   void end(Answer& answer);
 
   std::function<void()> wake_;
