@@ -41,6 +41,7 @@ void FileSaver::change(const std::filesystem::path& path, Work work, Ended ended
 FileSaver::Job FileSaver::take(const std::function<bool(const Job&)>& which) {
   const std::lock_guard lock(mutex_);
   const auto found = std::ranges::find_if(waiting_, which);
+  if (found == waiting_.end()) return {};
   Job job = std::move(*found);
   waiting_.erase(found);
   return job;

@@ -38,6 +38,7 @@ class FileSaver {
     Ended ended;
   };
 
+  /// An empty job where none waits any more: its turn came, and had no memory to say how it ended.
   Job take(const std::function<bool(const Job&)>& which);
   void writeNext();
   void end(const Job& job, const Result<>& result);
