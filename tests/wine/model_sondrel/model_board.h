@@ -15,10 +15,11 @@ struct ModelBoard {
   static constexpr std::size_t kLongest = 64;
 
   /// What the radios shall do next; taken when `orders` grows.
-  enum Order : LONG { Happens, LinkUp, LinkDown };
+  enum Order : LONG { Happens, LinkUp, LinkDown, SayInputs };
   std::atomic<LONG> order, mark, number;
   std::atomic<LONG> orders;  ///< given
   std::atomic<LONG> done;    ///< carried out
+  std::atomic<LONG> inputs;  ///< of the hand wait for the window; not 0 where any do
 
   std::atomic<LONG> requests;         ///< how many were made
   char request[kRequests][kLongest];  ///< the newest, each in its place modulo their number

@@ -33,6 +33,9 @@ void ModelObject::carryOut() {
     case ModelBoard::Happens:
       radios_.happens(mark, static_cast<unsigned>(board_->number.load()));
       break;
+    case ModelBoard::SayInputs:
+      board_->inputs = HIWORD(GetQueueStatus(QS_INPUT));
+      break;
     default:
       radios_.link(mark, board_->order == ModelBoard::LinkUp);
   }
