@@ -63,16 +63,17 @@ class Model : public testing::Test {
     board_->number = number;
     ++board_->orders;
     SetEvent(board_.ordered());
-    eventually([this] { return board_->done == board_->orders; });
+    WaitForSingleObject(board_.carriedOut(), 20000);
   }
 
   /// Until the window has taken all inputs: what one of them brings late must not count for the
   /// next.
   void settle() {
-    ASSERT_TRUE(eventually([this] {
+    const ULONGLONG end = GetTickCount64() + 20000;
+    do {
+      ASSERT_LT(GetTickCount64(), end) << "the window left inputs lying";
       order(test::ModelBoard::SayInputs, 0, 0);
-      return board_->inputs == 0;
-    })) << "the window left inputs lying";
+    } while (board_->inputs != 0);
   }
 
   POINT middle(int id) const {

@@ -25,19 +25,23 @@ struct ModelBoard {
   char request[kRequests][kLongest];  ///< the newest, each in its place modulo their number
 };
 
-/// One side's view of the board, and the event that asks the component to look at it.
+/// One side's view of the board, and the events that say that there is an order, and that it was
+/// carried out.
 class SharedModel {
  public:
   SharedModel()
       : file_(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
                                  sizeof(ModelBoard), L"KelvaneModelBoard")),
         board_(static_cast<ModelBoard*>(MapViewOfFile(file_, FILE_MAP_ALL_ACCESS, 0, 0, 0))),
-        ordered_(CreateEventW(nullptr, FALSE, FALSE, L"KelvaneModelOrder")) {
-    if (!board_ || !ordered_) throw std::runtime_error("no memory for the made-up radios");
+        ordered_(CreateEventW(nullptr, FALSE, FALSE, L"KelvaneModelOrder")),
+        carriedOut_(CreateEventW(nullptr, FALSE, FALSE, L"KelvaneModelDone")) {
+    if (!board_ || !ordered_ || !carriedOut_)
+      throw std::runtime_error("no memory for the made-up radios");
   }
   SharedModel(const SharedModel&) = delete;
   SharedModel& operator=(const SharedModel&) = delete;
   ~SharedModel() {
+    CloseHandle(carriedOut_);
     CloseHandle(ordered_);
     UnmapViewOfFile(board_);
     CloseHandle(file_);
@@ -45,6 +49,7 @@ class SharedModel {
 
   ModelBoard* operator->() const { return board_; }
   HANDLE ordered() const { return ordered_; }
+  HANDLE carriedOut() const { return carriedOut_; }
 
   void note(std::string_view request) const {
     char* place = board_->request[board_->requests % ModelBoard::kRequests];
@@ -57,7 +62,7 @@ class SharedModel {
  private:
   HANDLE file_;
   ModelBoard* board_;
-  HANDLE ordered_;
+  HANDLE ordered_, carriedOut_;
 };
 
 }  // namespace kelvane::test

@@ -40,6 +40,7 @@ void ModelObject::carryOut() {
       radios_.link(mark, board_->order == ModelBoard::LinkUp);
   }
   board_->done = board_->orders.load();
+  SetEvent(board_.carriedOut());
 }
 
 void ModelObject::deliverEvents() {
