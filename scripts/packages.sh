@@ -5,6 +5,7 @@
 # fonts, headers and sources.
 declare -A packages_for=(
   ['building the Windows program']='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools googletest nlohmann-json3-dev librapidxml-dev libz-mingw-w64-dev'
+  ['building tests of the Windows program']='lld'
   ['building the 32-bit program']='cmake ninja-build g++-mingw-w64-i686-posix mingw-w64-tools wine64 nlohmann-json3-dev librapidxml-dev libz-mingw-w64-dev'
   ['packing the program']='nsis zip unzip cmark-gfm binutils-mingw-w64-x86-64'
   ['building the native tests']='cmake ninja-build g++ libgtest-dev libgmock-dev nlohmann-json3-dev librapidxml-dev zlib1g-dev'
