@@ -16,23 +16,34 @@ FILETIME fromNow(LONGLONG ms) {
 }  // namespace
 
 PostedWake::PostedWake(HWND window, UINT message, decltype(&PostMessageW) post)
-    : window_(window),
-      message_(message),
-      post_(post),
-      timer_(CreateThreadpoolTimer(again, this, nullptr)) {}
+    : window_(window), message_(message), post_(post) {}
 
 PostedWake::~PostedWake() {
-  if (!timer_) return;
-  SetThreadpoolTimer(timer_, nullptr, 0, 0);
-  WaitForThreadpoolTimerCallbacks(timer_, TRUE);
-  CloseThreadpoolTimer(timer_);
+  PTP_TIMER const timer = timer_;
+  if (!timer) return;
+  SetThreadpoolTimer(timer, nullptr, 0, 0);
+  WaitForThreadpoolTimerCallbacks(timer, TRUE);
+  CloseThreadpoolTimer(timer);
 }
 
 void PostedWake::post() noexcept {
   if (post_(window_, message_, 0, 0)) return;
-  if (GetLastError() == ERROR_INVALID_WINDOW_HANDLE || !timer_) return;
+  if (GetLastError() == ERROR_INVALID_WINDOW_HANDLE) return;
+  PTP_TIMER const timer = repeatingTimer();
+  if (!timer) return;
   FILETIME due = fromNow(kBetweenPosts);
-  SetThreadpoolTimer(timer_, &due, 0, 0);
+  SetThreadpoolTimer(timer, &due, 0, 0);
+}
+
+// Made when a queue was full for the first time: the threads of a timer are a megabyte each where
+// the system does not keep them for all programs.
+PTP_TIMER PostedWake::repeatingTimer() noexcept {
+  if (PTP_TIMER const made = timer_) return made;
+  PTP_TIMER const own = CreateThreadpoolTimer(again, this, nullptr);
+  PTP_TIMER first = nullptr;
+  if (timer_.compare_exchange_strong(first, own)) return own;
+  if (own) CloseThreadpoolTimer(own);
+  return first;
 }
 
 void CALLBACK PostedWake::again(PTP_CALLBACK_INSTANCE, void* self, PTP_TIMER) {

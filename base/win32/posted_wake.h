@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <atomic>
+
 namespace kelvane::win32 {
 
 /// A message that wakes a window, whatever happens: where the thread's queue is full and takes
@@ -20,11 +22,12 @@ class PostedWake {
 
  private:
   static void CALLBACK again(PTP_CALLBACK_INSTANCE, void* self, PTP_TIMER);
+  PTP_TIMER repeatingTimer() noexcept;
 
   const HWND window_;
   const UINT message_;
   const decltype(&PostMessageW) post_;
-  PTP_TIMER timer_;
+  std::atomic<PTP_TIMER> timer_ = nullptr;  ///< none until a post was refused
 };
 
 }  // namespace kelvane::win32
