@@ -54,13 +54,21 @@ end_pids() {
   until_true 30 none_runs "$@" || kill -KILL "$@" 2>/dev/null || true
 }
 
+# end_run FOLDER [PID...]: ends these and what that run started, and then what it still started meanwhile.
+end_run() {
+  local pids _
+  for _ in 1 2 3; do
+    readarray -t pids < <(pids_with "KELVANE_RUN=$1")
+    end_pids "${@:2}" "${pids[@]}"
+  done
+}
+
 # end_leftovers: ends what runs that were killed left behind.
 end_leftovers() {
-  local folder pids
+  local folder
   for folder in "$cache"/runs/*; do
     flock -n "$folder/lock" true 2>/dev/null || continue
-    readarray -t pids < <(pids_with "KELVANE_RUN=$folder")
-    end_pids "${pids[@]}"
+    end_run "$folder"
     rm -rf "$folder"
   done
 }
@@ -70,12 +78,12 @@ on_leaving=()
 
 # leave: a child that was started this very moment does not carry the mark yet.
 leave() {
-  local status=$? action pids
+  local status=$? action children
   trap '' INT TERM HUP PIPE
   trap - EXIT
   for action in "${on_leaving[@]}"; do "$action" || true; done
-  readarray -t pids < <(jobs -rp; pids_with "KELVANE_RUN=$run_folder")
-  end_pids "${pids[@]}"
+  readarray -t children < <(jobs -rp)
+  end_run "$run_folder" "${children[@]}"
   rm -rf "$run_folder"
   exit "$status"
 }
