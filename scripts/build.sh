@@ -9,14 +9,13 @@ build() {
 
 # begin_build PRESET [TARGET...]: the same, but goes on while ninja works; finish_build waits for it.
 begin_build() {
-  local folder=$root/build/$1
+  local quiet=()
   built_preset=$1
-  shift
-  check_owner "$root/build"
-  is_configured "$folder" || configure "$built_preset"
-  say "Building $built_preset."
+  configure "$1"
+  say "Building $1."
   # Without a terminal ninja would write a line for every file.
-  if [[ -t 1 ]]; then start ninja -C "$folder" "$@"; else start ninja --quiet -C "$folder" "$@"; fi
+  [[ -t 1 ]] || quiet=(--quiet)
+  start ninja -C "$root/build/$1" "${quiet[@]}" "${@:2}"
   build_pid=$started_pid
 }
 
@@ -29,15 +28,14 @@ check_owner() {
   fi
 }
 
-# is_configured FOLDER: whether a configuration ended well there, for this place and by these presets.
-is_configured() {
-  [[ -f $1/build.ninja && ! $root/CMakePresets.json -nt $1/CMakeCache.txt ]] && grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$1/CMakeCache.txt"
-}
-
+# configure PRESET: unless that ended well there, for this place and by these presets. What a killed
+# configuration left is not taken up by the next one.
 configure() {
-  local preset=$1 log=$run_folder/cmake.log
-  say "Configuring $preset."
-  # What a killed configuration left is not taken up by the next one.
-  run cmake --fresh -S "$root" --preset "$preset" >"$log" 2>&1 ||
-    fail_showing "$log" "The configuration of $preset failed; see above."
+  local folder=$root/build/$1 log=$run_folder/cmake.log
+  check_owner "$root/build"
+  if [[ -f $folder/build.ninja && ! $root/CMakePresets.json -nt $folder/CMakeCache.txt ]] &&
+    grep -qsxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$folder/CMakeCache.txt"; then return; fi
+  say "Configuring $1."
+  run cmake --fresh -S "$root" --preset "$1" >"$log" 2>&1 ||
+    fail_showing "$log" "The configuration of $1 failed; see above."
 }

@@ -1,4 +1,4 @@
-# The basics that run, test and every other command of this house share: sourced first, by all.
+# The basics: words, failures, the folder for what is kept between runs, locks.
 # shellcheck shell=bash
 set -euo pipefail
 
@@ -20,52 +20,34 @@ fail() {
 
 # fail_showing FILE WORDS...: fails with what a tool left in its log, so that its own words are seen.
 fail_showing() {
-  local log=$1
-  shift
-  if [[ -s $log ]]; then tail -n 40 "$log" >&2; fi
-  fail "$*"
+  if [[ -s $1 ]]; then tail -n 40 "$1" >&2; fi
+  fail "${@:2}"
 }
 
-# The folder for what outlives a run but belongs in no checkout: Wine prefixes, locks, logs.
-cache_folder() {
-  local home=${HOME:-}
-  if [[ ${XDG_CACHE_HOME:-} == /* ]]; then
-    printf '%s/kelvane' "$XDG_CACHE_HOME"
-    return
-  fi
-  # sudo -E and containers leave a HOME of somebody else's, in which Wine refuses to make a prefix.
-  if [[ ! -O $home ]]; then home=$(getent passwd "$EUID" | cut -d: -f6) || home=; fi
-  if [[ -n $home && -O $home ]]; then
-    printf '%s/.cache/kelvane' "$home"
-  else
-    printf '%s/kelvane-cache-%s' "${TMPDIR:-/tmp}" "$EUID"
-  fi
-}
-
-cache=$(cache_folder)
+# The folder for what outlives a run but belongs in no checkout: Wine prefixes, locks, logs. sudo -E
+# and containers leave a HOME of somebody else's, in which Wine refuses to make a prefix.
+home=${HOME:-}
+[[ -O $home ]] || home=$(getent passwd "$EUID" | cut -d: -f6) || true
+if [[ ${XDG_CACHE_HOME:-} == /* ]]; then
+  cache=$XDG_CACHE_HOME/kelvane
+elif [[ -O $home ]]; then
+  cache=$home/.cache/kelvane
+else
+  cache=${TMPDIR:-/tmp}/kelvane-cache-$EUID
+fi
 mkdir -p "$cache" || fail "The folder $cache cannot be made."
 [[ -O $cache ]] || fail "The folder $cache belongs to another user. Set XDG_CACHE_HOME to a folder of your own."
 
 # with_lock NAME WORDS COMMAND...: runs the command while no other run of this user has the lock.
 # When it has to wait it says WORDS. Inside the command descriptor 9 is closed and the shell's own
 # copy is close-on-exec, so that no child, and above all no lasting Wine service, holds the lock.
-locks_held=' '
 with_lock() {
-  local name=$1 words=$2
-  shift 2
-  if [[ $locks_held == *" $name "* ]]; then
-    # A signal ended the command below, and what has to be done on leaving needs the same lock.
-    "$@"
-    return
-  fi
-  exec 9>>"$cache/$name.lock"
+  exec 9>>"$cache/$1.lock"
   if ! flock -n 9; then
-    if [[ -n $words ]]; then say "$words"; fi
+    say "$2"
     # In the background, because bash answers no signal while it waits for a foreground command.
     run flock 9
   fi
-  locks_held+="$name "
-  "$@" 9>&-
-  locks_held=${locks_held/" $name "/ }
+  "${@:3}" 9>&-
   exec 9>&-
 }

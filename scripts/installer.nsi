@@ -1,5 +1,5 @@
 ; The installer: for the user who starts it, without an administrator. make-package gives VERSION,
-; WIDTH (32 or 64), FILES (the folder with what is installed), LISTS (the generated lists) and OUT.
+; WIDTH (32 or 64), FILES (the folder with what is installed), LIST (the generated list of what is removed) and OUT.
 !if ${WIDTH} == 64
   Target amd64-unicode
   !define NAME "Kelvane"
@@ -64,7 +64,8 @@ Section "Kelvane" SectionProgram
   SectionIn RO
   SetShellVarContext current
   !insertmacro refuseWhileRunning
-  !include "${LISTS}\install.nsh"
+  SetOutPath "$INSTDIR"
+  File /r "${FILES}/*"
   WriteUninstaller "$INSTDIR\Uninstall.exe"
   ; The station log lies where the program is started: in a folder of the user's documents.
   CreateDirectory "${LOG_FOLDER}"
@@ -135,7 +136,7 @@ Section "Uninstall"
   ${EndIf}
   Delete "$SMPROGRAMS\${NAME}.lnk"
   ; File by file: what somebody else put into the folder stays.
-  !include "${LISTS}\uninstall.nsh"
+  !include "${LIST}"
   Delete "$INSTDIR\Uninstall.exe"
   RMDir "$INSTDIR"
   DeleteRegKey HKCU "${UNINSTALL_KEY}"

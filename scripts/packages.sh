@@ -24,6 +24,8 @@ declare -A packages_for=(
 # missing_packages PACKAGE...: those of them that are not installed, one a line.
 missing_packages() {
   local installed package
+  [[ -n $(type -P dpkg-query) ]] ||
+    fail "This needs the Debian packages $*, and there is no dpkg here to look for them."
   installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null) || true
   for package; do
     grep -qxF "installed $package" <<<"$installed" || printf '%s\n' "$package"
@@ -36,25 +38,33 @@ install_missing() {
   finish_install
 }
 
+apt_log=$run_folder/apt.log
+apt_pid=
+as_root=()
+lists_are_new=no
+
 # begin_install PURPOSE...: the same, but goes on while apt unpacks; finish_install waits for it.
 begin_install() {
-  local purpose wanted missing all=()
+  local purpose missing all=()
   for purpose; do
-    read -ra wanted <<<"${packages_for[$purpose]}"
-    if [[ -z $(type -P dpkg-query) ]]; then
-      fail "This needs the Debian packages ${wanted[*]}, and there is no dpkg here to look for them."
-    fi
-    readarray -t missing < <(missing_packages "${wanted[@]}")
-    if ((${#missing[@]} > 0)); then
-      say "Missing for $purpose: ${missing[*]}"
-      all+=("${missing[@]}")
-    fi
+    # shellcheck disable=SC2086  # a word for each package
+    missing=$(missing_packages ${packages_for[$purpose]})
+    [[ -n $missing ]] || continue
+    say "Missing for $purpose: ${missing//$'\n'/ }"
+    readarray -t -O ${#all[@]} all <<<"$missing"
   done
   ((${#all[@]} > 0)) || return 0
-  readarray -t all < <(printf '%s\n' "${all[@]}" | sort -u)
-  become_root "${all[@]}"
-  say "Installing ${#all[@]} packages and what they need; the first time it takes about a minute."
-  renew_lists
+  if ((EUID != 0)); then
+    as_root=(sudo)
+    [[ -n $(type -P sudo) ]] || fail "Only root can install them: apt-get install --no-install-recommends ${all[*]}"
+  fi
+  say "Installing these packages and what they need; the first time it takes about a minute."
+  if [[ $lists_are_new == no ]]; then
+    # One package source that fails need not matter: the installation itself tells.
+    apt_get update
+    wait_for_apt || say "The lists of packages could not all be renewed."
+    lists_are_new=yes
+  fi
   apt_get install --no-install-recommends --yes "${all[@]}"
 }
 
@@ -62,44 +72,23 @@ finish_install() {
   wait_for_apt || fail_showing "$apt_log" "The packages could not be installed; see above what apt says."
 }
 
-apt_log=$run_folder/apt.log
-apt_pid=
-as_root=()
-lists_are_new=no
-
-become_root() {
-  ((EUID != 0)) || return 0
-  [[ -n $(type -P sudo) ]] || fail "Only root can install them: apt-get install --no-install-recommends $*"
-  as_root=(sudo)
-}
-
-renew_lists() {
-  [[ $lists_are_new == no ]] || return 0
-  # One package source that fails need not matter: the installation itself tells.
-  apt_get update
-  wait_for_apt || say "The lists of packages could not all be renewed."
-  lists_are_new=yes
-}
-
 # apt_get WORDS...: starts apt-get without questions. It is not started as our other processes are: it
 # belongs to the machine, needs the terminal for sudo's question, and must not be cut off half-way.
 apt_get() {
   env --default-signal=INT "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get -qq -o DPkg::Lock::Timeout=600 -o Dpkg::Use-Pty=0 "$@" </dev/null >"$apt_log" 2>&1 &
+    apt-get -qq -o DPkg::Lock::Timeout=600 -o Dpkg::Use-Pty=0 "$@" </dev/null >"$apt_log" 2>&1 8>&- &
   apt_pid=$!
 }
 
 wait_for_apt() {
-  local status=0
-  [[ -n $apt_pid ]] || return 0
-  wait "$apt_pid" || status=$?
+  local pid=$apt_pid
+  [[ -z $pid ]] || wait "$pid" || return
   apt_pid=
-  return "$status"
 }
 
 # Apt answers an interrupt at once while it downloads, and later when what it unpacks is whole.
 stop_apt() {
-  [[ -n $apt_pid ]] && is_running "$apt_pid" || return 0
+  [[ -n $apt_pid && -d /proc/$apt_pid ]] || return 0
   say "Waiting until apt has come to a safe stop."
   # sudo passes no signal on that comes from its own process group.
   "${as_root[@]}" setsid bash -c "kill -INT $apt_pid" </dev/null 2>/dev/null || true

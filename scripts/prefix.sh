@@ -22,60 +22,37 @@ is_current() {
   [[ -d $1 && (! -e $rules || $(<"$1/.update-timestamp") == "$(stat -Lc %Y "$rules")"*) ]]
 }
 
-# begin_template: starts making the template, if there is none, while the caller does something else.
-begin_template() {
-  template_pid=
-  if is_current "$template"; then return; fi
-  say "Preparing Wine."
-  rm -rf "$template"
-  start "$root/scripts/make-template" "$template" >>"$wine_log" 2>&1
-  template_pid=$started_pid
-}
-
-# finish_template: waits for what begin_template started.
-finish_template() {
-  [[ -n $template_pid ]] || return 0
-  wait "$template_pid" || fail_showing "$wine_log" "Wine could not make its prefix."
+# beside_template COMMAND...: runs the command, and meanwhile makes the template, if there is none.
+beside_template() {
+  local maker=
+  if ! is_current "$template"; then
+    say "Preparing Wine."
+    rm -rf "$template"
+    start "$root/scripts/make-template" "$template" >>"$wine_log" 2>&1
+    maker=$started_pid
+  fi
+  "$@"
+  [[ -z $maker ]] || wait "$maker" || fail_showing "$wine_log" "Wine could not make its prefix."
 }
 
 # make_prefix PREFIX [DPI]: a copy of the template, unless it is there. The settings in it are the
-# user's, so that one of an older Wine is left for Wine to renew.
+# user's, so that one of an older Wine is left for Wine to renew. Windows' own files are never written
+# to, so that links to them will do: each copy takes 700 MB less.
 make_prefix() {
   local prefix=$1 dpi=${2:-96} new=$1.new
   [[ ! -d $prefix ]] || return 0
   rm -rf "$new"
-  copy_template "$new"
-  if ((dpi != 96)); then
-    quiet_wine "$new" wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$dpi" /f ||
-      fail_showing "$wine_log" "Wine could not write to its registry."
-    quiet_wine "$new" wineserver -k || true
-  fi
+  mkdir "$new"
+  cp -al "$template/." "$new" 2>/dev/null || cp -a "$template/." "$new"
+  cp -a --remove-destination "$template"/*.reg "$template/.update-timestamp" "$new"
+  cp -a --remove-destination "$template"/drive_c/{users,ProgramData} "$new/drive_c"
+  ((dpi == 96)) || printf '\n[Control Panel\\\\Desktop]\n"LogPixels"=dword:%08x\n' "$dpi" >>"$new/user.reg"
   mv -T "$new" "$prefix"
-}
-
-# copy_template FOLDER: Windows' own files are never written to, so that links to them will do: each
-# copy takes 700 MB less.
-copy_template() {
-  local part
-  mkdir -p "$1/drive_c"
-  cp -a "$template"/dosdevices "$template"/*.reg "$template"/.update-timestamp "$1"
-  for part in "$template"/drive_c/*; do
-    case ${part##*/} in
-      windows | 'Program Files'*) cp -al "$part" "$1/drive_c" 2>/dev/null || cp -a "$part" "$1/drive_c" ;;
-      *) cp -a "$part" "$1/drive_c" ;;
-    esac
-  done
 }
 
 # keep_from_home PREFIX: Wine links Desktop, Documents and so on to the user's own folders; what a
 # test writes there is to stay in the prefix.
-keep_from_home() {
-  local link
-  while IFS= read -r -d '' link; do
-    rm "$link"
-    mkdir "$link"
-  done < <(find "$1/drive_c/users" -type l -print0)
-}
+keep_from_home() { find "$1/drive_c/users" -type l -exec rm {} \; -exec mkdir {} \; ; }
 
 # start_windows PREFIX [WIDTHxHEIGHT]: an untouched Windows on a display of its own; WINEPREFIX and
 # DISPLAY say where. Wine's services and its desktop are not started by the first program there: they
@@ -90,3 +67,15 @@ start_windows() {
   quiet_wine "$1" wineserver -p || fail_showing "$wine_log" "Wine's server did not start."
   quiet_wine "$1" wine rundll32 user32.dll,GetDesktopWindow || fail_showing "$wine_log" "Wine does not run."
 }
+
+# share_windows PREFIX: sets WINEPREFIX, where programs of several runs may be at the same time. They
+# share Wine's server and services, which therefore carry no run's mark and end with the last run.
+share_windows() {
+  export WINEPREFIX=$1
+  exec 7>>"$1.lock"
+  flock -s 7
+  on_leaving+=(leave_windows)
+  quiet_wine "$1" env -u KELVANE_RUN wine rundll32 user32.dll,GetDesktopWindow || true
+}
+
+leave_windows() { if flock -n 7; then quiet_wine "$WINEPREFIX" wineserver -k; fi; }

@@ -1,33 +1,21 @@
-# The processes that a run starts. Each carries in its environment a mark that names the run, and so
-# does all that it starts in turn: what to end is read from the process table, which is never stale.
-# Process groups and sessions would not do: Wine's server and services leave those of who starts them.
+# The processes that a run starts. Each carries in its environment the folder of the run, and so does
+# all that it starts in turn: what to end is read from the process table, which is never stale. (Process
+# groups and sessions would not do: Wine's server and services leave those of who starts them.) A run
+# lives as long as the lock in its folder is held, and the system lets go of that however the run ends.
 # shellcheck shell=bash
 
-# read_stat PID: puts what the kernel tells of it into the array stat, from its state on; false when
-# it is gone. The program's name before that, in brackets, may hold anything.
-read_stat() {
-  local text=
-  { IFS= read -r -d '' text <"/proc/$1/stat"; } 2>/dev/null || [[ -n $text ]] || return 1
-  read -ra stat <<<"${text##*) }"
-}
-
-# start_time PID: when the process began, in the kernel's ticks; tells it from a later one of that id.
-start_time() {
-  local stat
-  read_stat "$1" && printf '%s' "${stat[19]}"
-}
-
-# A mark is KEY/PID/START of the run. The key is this cache folder and this container, so that runs
-# in another container or for another cache folder are never taken for ours.
-mark_key=$(stat -c '%d.%i' "$cache").$(readlink /proc/self/ns/pid | tr -dc '0-9')
-own_mark=$mark_key/$$/$(start_time $$)
-run_folder=$cache/runs/${own_mark//\//-}
-mkdir -p "$run_folder"
+# A run's folder has its name only once it is locked, so that no other run takes it for a dead one's.
+mkdir -p "$cache/runs"
+unnamed=$(mktemp -d "$cache/runs/.XXXXXX")
+run_folder=$cache/runs/${unnamed##*/.}
+exec 8>"$unnamed/lock"
+flock 8
+mv -T "$unnamed" "$run_folder"
 
 # start COMMAND...: starts it in the background with the mark, in a session of its own, away from the
 # terminal's signals; its id is then in started_pid. Redirections given to start apply to the command.
 start() {
-  env --default-signal=INT,QUIT "KELVANE_RUN=$own_mark" setsid "$@" </dev/null &
+  env --default-signal=INT,QUIT "KELVANE_RUN=$run_folder" setsid "$@" </dev/null 7>&- 8>&- &
   started_pid=$!
 }
 
@@ -37,57 +25,26 @@ run() {
   wait "$started_pid"
 }
 
-is_running() {
-  local stat
-  read_stat "$1" && [[ ${stat[0]} != Z ]]
+# is_running PID: one that has ended and that nobody has asked about has no program any more.
+is_running() { [[ -e /proc/$1/exe ]]; }
+
+none_runs() {
+  local pid
+  for pid; do ! is_running "$pid" || return 1; done
 }
 
 # until_true TENTHS COMMAND...: asks ten times a second; false when the time is over.
 until_true() {
   local left=$1
-  shift
-  while ! "$@"; do
+  while ! "${@:2}"; do
     ((left-- > 0)) || return 1
     sleep 0.1
   done
 }
 
-# variable_of PID NAME: the value in the process's environment, empty if it has none.
-variable_of() {
-  local entry entries
-  { mapfile -d '' -t entries <"/proc/$1/environ"; } 2>/dev/null || return 0
-  for entry in "${entries[@]}"; do
-    if [[ $entry == "$2="* ]]; then
-      printf '%s' "${entry#*=}"
-      return
-    fi
-  done
-}
-
-# run_lives MARK: whether the run that gave this mark is still there; of other containers: presumably.
-run_lives() {
-  local key pid start
-  IFS=/ read -r key pid start <<<"$1"
-  [[ $key != "$mark_key" || $(start_time "$pid") == "$start" ]]
-}
-
 # pids_with NAME=VALUE: the processes with exactly this in their environment.
 pids_with() {
   { grep -lzsxF -e "$1" /proc/[0-9]*/environ || true; } | cut -d/ -f3
-}
-
-# dead_marks: the marks still carried by processes whose run is gone.
-dead_marks() {
-  local mark
-  { grep -hzs "^KELVANE_RUN=$mark_key/" /proc/[0-9]*/environ || true; } | tr '\0' '\n' |
-    cut -d= -f2- | sort -u | while read -r mark; do
-    run_lives "$mark" || printf '%s\n' "$mark"
-  done
-}
-
-none_runs() {
-  local pid
-  for pid; do ! is_running "$pid" || return 1; done
 }
 
 # end_pids PID...: asks them to end, and after three seconds no longer asks.
@@ -97,80 +54,38 @@ end_pids() {
   until_true 30 none_runs "$@" || kill -KILL "$@" 2>/dev/null || true
 }
 
-# prefix_is_shared PREFIX: whether somebody else than this run and dead ones has a program in it.
-# A process without a mark counts: the user may look into the prefix with a tool of his own.
-prefix_is_shared() {
-  local pid mark
-  for pid in $(pids_with "WINEPREFIX=$1"); do
-    ! is_wine_service "$pid" || continue
-    mark=$(variable_of "$pid" KELVANE_RUN)
-    if [[ $mark != "$own_mark" ]] && is_running "$pid"; then
-      if [[ -z $mark ]] || run_lives "$mark"; then return 0; fi
-    fi
-  done
-  return 1
-}
-
-# is_wine_service PID: whether it serves all programs of its prefix, whoever started it.
-is_wine_service() {
-  local command
-  { IFS= read -r -d '' command <"/proc/$1/cmdline"; } 2>/dev/null || true
-  [[ ${command:-} == C:\\windows\\* || ${command:-} == */wineserver* ]]
-}
-
-# end_run MARK: ends every process with the mark, but no Wine service that another run uses too.
+# end_run FOLDER [PID...]: ends these and what that run started, and then what it still started meanwhile.
 end_run() {
-  local pid prefix doomed=()
-  local -A shared=()
-  for pid in $(pids_with "KELVANE_RUN=$1"); do
-    prefix=$(variable_of "$pid" WINEPREFIX)
-    if [[ -z $prefix || -n ${shared[$prefix]:-} ]]; then continue; fi
-    shared[$prefix]=no
-    if prefix_is_shared "$prefix"; then
-      shared[$prefix]=yes
-    else
-      # Wine is ended by its server, which alone saves the registry.
-      WINEPREFIX=$prefix wineserver -k </dev/null >/dev/null 2>&1 || true
-    fi
+  local pids _
+  for _ in 1 2 3; do
+    readarray -t pids < <(pids_with "KELVANE_RUN=$1")
+    end_pids "${@:2}" "${pids[@]}"
   done
-  for pid in $(pids_with "KELVANE_RUN=$1"); do
-    prefix=$(variable_of "$pid" WINEPREFIX)
-    if [[ ${shared[${prefix:-none}]:-} == yes ]] && is_wine_service "$pid"; then continue; fi
-    doomed+=("$pid")
-  done
-  end_pids "${doomed[@]}"
 }
 
-# end_leftovers: ends what runs that were killed left behind. Call it with the lock "processes".
+# end_leftovers: ends what runs that were killed left behind.
 end_leftovers() {
-  local mark folder
-  for mark in $(dead_marks); do end_run "$mark"; done
+  local folder
   for folder in "$cache"/runs/*; do
-    mark=${folder##*/}
-    run_lives "${mark//-/\/}" || rm -rf "$folder"
+    flock -n "$folder/lock" true 2>/dev/null || continue
+    end_run "$folder"
+    rm -rf "$folder"
   done
 }
 
 # What other files add has to happen first when the script leaves.
 on_leaving=()
 
-carries_mark() { [[ $(variable_of "$1" KELVANE_RUN) == "$own_mark" ]]; }
-
+# leave: a child that was started this very moment does not carry the mark yet.
 leave() {
-  local status=$? pid action
+  local status=$? action children
   trap '' INT TERM HUP PIPE
   trap - EXIT
   for action in "${on_leaving[@]}"; do "$action" || true; done
-  # A child that was started this very moment has no mark yet.
-  for pid in $(jobs -p); do until_true 5 carries_mark "$pid" || end_pids "$pid"; done
-  with_lock processes '' end_run_and_leftovers || true
+  readarray -t children < <(jobs -rp)
+  end_run "$run_folder" "${children[@]}"
   rm -rf "$run_folder"
   exit "$status"
-}
-
-end_run_and_leftovers() {
-  end_run "$own_mark"
-  end_leftovers
 }
 
 # A signal ends a run like any other end, with the status that is usual for the signal.
