@@ -11,13 +11,13 @@ ReplacedFile::~ReplacedFile() {
 
 Result<> ReplacedFile::makeWay() {
   const Result<> moved = moveToBackup(file_);
-  away_ = moved.ok();
+  movedAway_ = moved.ok();
   return moved;
 }
 
 void ReplacedFile::putBack() {
-  if (away_) takeBackupBack(file_);
-  away_ = false;
+  if (movedAway_) takeBackupBack(file_);
+  movedAway_ = false;
 }
 
 Result<> writeInPlaceOf(const std::shared_ptr<ReplacedFile>& replaced,

@@ -23,7 +23,7 @@ class ReplacedFile {
 
  private:
   std::filesystem::path file_;
-  bool away_ = false;
+  bool movedAway_ = false;
 };
 
 /// Writes safely. Where that fails, the file that made way is there again before this returns.

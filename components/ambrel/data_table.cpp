@@ -39,8 +39,8 @@ bool DataTable::follow() {
   takeOver();
   const auto& sets = stations_->sets();
   const auto again = std::ranges::find(sets, name, &StationTable::Set::name);
-  const bool there = !name.empty() && again != sets.end();
-  look(there ? static_cast<std::size_t>(again - sets.begin()) + 1 : 0);
+  const bool stillThere = !name.empty() && again != sets.end();
+  look(stillThere ? static_cast<std::size_t>(again - sets.begin()) + 1 : 0);
   return true;
 }
 

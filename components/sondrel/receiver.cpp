@@ -30,7 +30,7 @@ Receiver::~Receiver() { mailbox_.close(); }
 
 Long Receiver::out(Long line) const {
   const auto i = static_cast<std::size_t>(line);
-  return line >= 0 && i < outs_.size() ? outs_[i] : 0;
+  return line >= 0 && i < outputs_.size() ? outputs_[i] : 0;
 }
 
 Hz Receiver::usualFilter(Setting mode) const {
@@ -77,7 +77,7 @@ Outcome Receiver::request(Item item, std::int32_t value, Cause cause, Instant no
     frequencyAsked_ = cause != Cause::Program;
     frequencyUnanswered_ = frequencyUnanswered_ || (replaced && !frequencyAsked_);
   }
-  Request request{.item = item, .value = *accepted, .ticket = ++tickets_, .cause = cause};
+  Request request{.item = item, .value = *accepted, .ticket = ++lastTicket_, .cause = cause};
   values_.await(item, {request.value, request.ticket});
   if (item == Item::Mode) {
     request.filter = usualFilter(request.value);
@@ -265,8 +265,8 @@ void Receiver::remoteIs(bool remote) {
 void Receiver::outIs(Long line, Long state) {
   const auto count = static_cast<std::size_t>(std::abs(can_.lines));
   if (line < 0 || static_cast<std::size_t>(line) >= count) return;
-  outs_.resize(count);
-  outs_[static_cast<std::size_t>(line)] = state;
+  outputs_.resize(count);
+  outputs_[static_cast<std::size_t>(line)] = state;
   raise([rx = index_, line, state](ReceiverListener& l) { l.RxOutUpdated(rx, line, state); });
 }
 

@@ -95,7 +95,7 @@ class Receiver {
   /// Ticket of the request for an item that waits for its answer; 0 where none does.
   std::uint32_t ticketOf(Item item) const { return values_.ticket(item); }
   /// Ticket of the next request that is accepted.
-  std::uint32_t nextTicket() const { return tickets_ + 1; }
+  std::uint32_t nextTicket() const { return lastTicket_ + 1; }
   Outcome connect(bool connect, Instant now);
   Outcome setRemote(bool remote, Instant now);
   Outcome setOut(Long line, Long state, Instant now);
@@ -189,7 +189,7 @@ class Receiver {
   std::array<Instant, kItemCount> countsAt_;
   bool frequencyAsked_ = false;       ///< the newest request was no program's
   bool frequencyUnanswered_ = false;  ///< a program's request took the place of another's
-  std::uint32_t tickets_ = 0;
+  std::uint32_t lastTicket_ = 0;
   bool wanted_ = false;
   bool online_ = false;
   bool remote_ = false;
@@ -198,7 +198,7 @@ class Receiver {
   std::optional<Long> level_;
   bool squelchOpen_ = false;
   std::optional<Long> squelchLevel_;
-  std::vector<Long> outs_;
+  std::vector<Long> outputs_;
 };
 
 }  // namespace kelvane::sondrel

@@ -180,7 +180,7 @@ bool DialogWindow::notified(const NMHDR&, LRESULT&) { return false; }
 bool DialogWindow::keyDown(int, int) { return false; }
 bool DialogWindow::accelerator(wchar_t) { return false; }
 bool DialogWindow::wheel(int) { return false; }
-HBRUSH DialogWindow::ground(int) const { return nullptr; }
+HBRUSH DialogWindow::background(int) const { return nullptr; }
 POINT DialogWindow::place(SIZE, POINT overOwner) const { return overOwner; }
 
 void DialogWindow::prepare() {
@@ -332,7 +332,7 @@ bool DialogWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     }
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN: {
-      const HBRUSH brush = ground(GetDlgCtrlID(reinterpret_cast<HWND>(lParam)));
+      const HBRUSH brush = background(GetDlgCtrlID(reinterpret_cast<HWND>(lParam)));
       if (brush) {
         SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
         SetTextColor(reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_WINDOWTEXT));
@@ -444,10 +444,10 @@ void DialogWindow::dpiChanged(UINT dpi, const RECT& suggested) {
   if (resizable_) size = {suggested.right - suggested.left, suggested.bottom - suggested.top};
   SetWindowPos(window_, nullptr, suggested.left, suggested.top, size.cx, size.cy,
                SWP_NOZORDER | SWP_NOACTIVATE);
-  dress();
+  applyFont();
 }
 
-void DialogWindow::dress() {
+void DialogWindow::applyFont() {
   const HFONT before = std::exchange(font_, messageFont(dpi_));
   for (const Placed& control : controls_)
     SendMessageW(control.window, WM_SETFONT, reinterpret_cast<WPARAM>(font_), TRUE);
@@ -498,11 +498,11 @@ void DialogWindow::placeOverOwner() {
   const bool below = resizable_ && owner_ && room >= least.cy;
   if (below) height = std::min(height, room);
   const LONG beside = resizable_ && owner_ ? work.bottom - height : over.top + scaled(40);
-  const LONG wished = below ? over.bottom : beside;
-  const LONG top = std::max(work.top, std::min(wished, work.bottom - height));
+  const LONG wantedTop = below ? over.bottom : beside;
+  const LONG top = std::max(work.top, std::min(wantedTop, work.bottom - height));
   const POINT at = place({width, height}, {left, top});
   SetWindowPos(window_, nullptr, at.x, at.y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
-  if (!std::exchange(prepared_, false)) dress();
+  if (!std::exchange(prepared_, false)) applyFont();
 }
 
 }  // namespace kelvane::win32

@@ -131,8 +131,8 @@ class DialogWindow : private WindowBase<DialogWindow> {
   void showPointer() const;
   /// Where the dialog, of this size in pixels, is shown first; over its owner if it does not mind.
   virtual POINT place(SIZE size, POINT overOwner) const;
-  /// What a control is painted upon; null for the dialog's own ground.
-  virtual HBRUSH ground(int control) const;
+  /// What a control is painted upon; null for the dialog's own background.
+  virtual HBRUSH background(int control) const;
 
  private:
   struct Placed {
@@ -156,7 +156,7 @@ class DialogWindow : private WindowBase<DialogWindow> {
   SIZE outerSize(int width, int height) const;
   void measure(UINT dpi);
   void dpiChanged(UINT dpi, const RECT& suggested);
-  void dress();
+  void applyFont();
   void placeControls();
   void name(HWND control, const DialogItem& item);
   void placeOverOwner();

@@ -18,9 +18,9 @@ constexpr LONG kOutsideScreen = 30'000;
 
 // The tips' window has no owner: with an owned window above it the main window would lose its own
 // place above other programs' windows under some systems.
-ToolTips::ToolTips(HWND owner, Hears hears)
+ToolTips::ToolTips(HWND owner, Messages messages)
     : owner_(owner),
-      hears_(hears),
+      messages_(messages),
       window_(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
                               WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
                               CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr,
@@ -37,7 +37,7 @@ void ToolTips::set(HWND control, const std::string& text) {
   std::wstring tip = wide(text);
   TTTOOLINFOW tool{};
   tool.cbSize = TTTOOLINFOW_V2_SIZE;
-  tool.uFlags = TTF_IDISHWND | (hears_ == Hears::ByItself ? TTF_SUBCLASS : 0);
+  tool.uFlags = TTF_IDISHWND | (messages_ == Messages::Subclassed ? TTF_SUBCLASS : 0);
   tool.hwnd = owner_;
   tool.uId = reinterpret_cast<UINT_PTR>(control);
   tool.lpszText = tip.data();

@@ -9,11 +9,11 @@ namespace kelvane::win32 {
 /// The tool tips of one window's controls.
 class ToolTips {
  public:
-  /// Who hears of the pointer: the tips by themselves, or through relay, which costs the controls
-  /// nothing with each of their messages.
-  enum class Hears { ByItself, ByRelay };
+  /// How the tips get the pointer's messages: from the controls themselves, or through relay, which
+  /// costs the controls nothing with each of their messages.
+  enum class Messages { Subclassed, Relayed };
 
-  explicit ToolTips(HWND owner, Hears hears = Hears::ByItself);
+  explicit ToolTips(HWND owner, Messages messages = Messages::Subclassed);
   ~ToolTips();
   ToolTips(const ToolTips&) = delete;
   ToolTips& operator=(const ToolTips&) = delete;
@@ -30,7 +30,7 @@ class ToolTips {
                                            UINT_PTR, DWORD_PTR tips);
 
   HWND owner_;
-  Hears hears_;
+  Messages messages_;
   HWND window_;
 };
 

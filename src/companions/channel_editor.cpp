@@ -42,7 +42,7 @@ ChannelEditor::ChannelEditor(ReceiverComponent& component, const FileServices& f
       table_(component, *this),
       grid_(table_, ChannelTable::columns()),
       reading_(component, owner_.LChn),
-      beside_(owner_.wake) {
+      work_(owner_.wake) {
   for (const ChannelButton& row : kButtons) {
     (view_.*row.button).text = row.caption;
     (view_.*row.button).tip = row.tip;
@@ -107,7 +107,7 @@ void ChannelEditor::readingEnded() {
   const auto path = datedFile();
   const std::string kept =
       "They are kept in " + pathText(path) + ": Reload, Import that file and Save bring them back.";
-  start(std::make_unique<WriteTask>(beside_, disk_, path, text(backup_), kept),
+  start(std::make_unique<WriteTask>(work_, disk_, path, text(backup_), kept),
         [this, kept](const ChannelTask& written) {
           if (written.failed())
             say(written.words() + " Nothing was cleared.");
@@ -127,7 +127,7 @@ void ChannelEditor::closeAfterReload(const std::string& why) {
     return changed();
   }
   const auto path = datedFile();
-  start(std::make_unique<WriteTask>(beside_, disk_, path, text(stored(rescue_)),
+  start(std::make_unique<WriteTask>(work_, disk_, path, text(stored(rescue_)),
                                     " The unsaved edits are kept in " + pathText(path) + "."),
         [this, why](const ChannelTask& written) { rescued(why, written); });
 }
@@ -203,13 +203,13 @@ void ChannelEditor::close() {
   grid_.cancel();
   reading_.stop();
   task_.reset();
-  then_ = {};
+  onTaskDone_ = {};
   view_.open = false;
   changed();
 }
 
 void ChannelEditor::deliver() {
-  if (beside_.deliver() && task_ && task_->waits()) runTask();
+  if (work_.deliver() && task_ && task_->waits()) runTask();
 }
 
 void ChannelEditor::tick(Instant now) {
@@ -242,7 +242,7 @@ void ChannelEditor::changed() {
   // Not with each channel that comes or goes: the whole table would be looked at for each.
   if (!working) unsaved_ = view_.open && table_.unsaved();
   view_.caption = unsaved_ ? "Channels [unsaved edits]" : "Channels";
-  if (tell_) tell_();
+  if (listener_) listener_();
 }
 
 Global::Point ChannelEditor::placed(const Global::Area& main, Global::Size own,

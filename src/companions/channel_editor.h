@@ -55,7 +55,7 @@ class ChannelEditor : private ChannelKeys {
   const ChannelView& view() const { return view_; }
   Grid& grid() { return grid_; }
   /// Who shows the values, and is called whenever they change.
-  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
+  void setListener(std::function<void()> listener) { listener_ = std::move(listener); }
 
   /// Opens the window for this receiver and reads its channels. While the window has unsaved edits
   /// or is at work it only comes to the front.
@@ -87,7 +87,7 @@ class ChannelEditor : private ChannelKeys {
   /// A file was written beside the window.
   void deliver();
   /// Returns when no file is being written any more.
-  void finishWriting() { beside_.wait(); }
+  void finishWriting() { work_.wait(); }
   void tick(Instant now);
   Instant nextDue() const;
 
@@ -118,8 +118,8 @@ class ChannelEditor : private ChannelKeys {
   void clearChannels(const std::string& kept);
   void leaveChannel();
   /// What is done when a task has ended; what it says is shown.
-  using Then = std::function<void(const ChannelTask&)>;
-  void start(std::unique_ptr<ChannelTask> task, Then then = {});
+  using OnTaskDone = std::function<void(const ChannelTask&)>;
+  void start(std::unique_ptr<ChannelTask> task, OnTaskDone then = {});
   void runTask();
   void taskEnded();
   void taskStopped(const std::string& why);
@@ -143,7 +143,7 @@ class ChannelEditor : private ChannelKeys {
   ChannelTable table_;
   Grid grid_;
   ChannelReading reading_;
-  std::function<void()> tell_;
+  std::function<void()> listener_;
   Index nReceiver_ = 0;
   std::string name_;      ///< of the receiver
   bool gone_ = false;     ///< the receiver is no longer the one that was opened
@@ -154,9 +154,9 @@ class ChannelEditor : private ChannelKeys {
   bool dropped_ = false;  ///< the operator gave the unsaved edits up when he ended the program
   std::string last_;      ///< what the last file was to hold
   std::unique_ptr<ChannelTask> task_;
-  Then then_;
+  OnTaskDone onTaskDone_;
   Instant taskDue_ = kNever;
-  WorkBeside beside_;  ///< last: its jobs end first
+  WorkBeside work_;  ///< last: its jobs end first
 };
 
 }  // namespace kelvane

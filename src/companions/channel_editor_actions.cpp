@@ -78,7 +78,7 @@ void ChannelEditor::Export_Click() {
   if (!view_.open) return;
   const auto rows = stored(workingRows());
   const std::string done = std::to_string(rows.size()) + " channels exported to " + *name + ".";
-  start(std::make_unique<WriteTask>(beside_, disk_, pathFromText(*name), text(rows), done,
+  start(std::make_unique<WriteTask>(work_, disk_, pathFromText(*name), text(rows), done,
                                     std::move(replaced)));
 }
 
@@ -88,9 +88,9 @@ void ChannelEditor::Import_Click() {
   start(std::make_unique<ImportTask>(pathFromText(*name), table_));
 }
 
-void ChannelEditor::start(std::unique_ptr<ChannelTask> task, Then then) {
+void ChannelEditor::start(std::unique_ptr<ChannelTask> task, OnTaskDone then) {
   task_ = std::move(task);
-  then_ = std::move(then);
+  onTaskDone_ = std::move(then);
   taskDue_ = task_->waits() ? kNever : owner_.now();
   say(task_->words());
 }
@@ -108,15 +108,15 @@ void ChannelEditor::runTask() {
 /// A step that was broken off may not be done again: what it had read is gone.
 void ChannelEditor::taskStopped(const std::string& why) {
   const auto task = std::exchange(task_, nullptr);
-  then_ = {};
+  onTaskDone_ = {};
   say(task->words() + " Stopped: " + why + ".");
 }
 
 void ChannelEditor::taskEnded() {
   // Away first: what comes next may show a message, and time goes on under it.
   const auto task = std::move(task_);
-  const auto then = std::move(then_);
-  then_ = {};
+  const auto then = std::move(onTaskDone_);
+  onTaskDone_ = {};
   say(task->words());
   grid_.refresh();
   if (!task->message().empty())

@@ -40,8 +40,8 @@ bool ChannelEditor::offerToSave() {
 
 std::string ChannelEditor::endFile() {
   if (!task_ || task_->atEnd() != ChannelTask::AtEnd::Waited) return {};
-  beside_.wait();
-  beside_.deliver();
+  work_.wait();
+  work_.deliver();
   if (task_->step()) return {};
   last_ = task_->content();
   const bool rescued = !std::exchange(rescue_, {}).empty();

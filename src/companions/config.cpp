@@ -64,7 +64,7 @@ void Config::ticked(int control, bool on) {
 void Config::All_Click(int tab) {
   if (tab < Drivers || tab > General) return;
   view_.All.selected = tab;
-  if (tell_) tell_();
+  if (listener_) listener_();
   if (tab == Drivers) {
     driversEdited(component_.OpenRxConfig(instance_, 1));
     view_.All.selected = General;

@@ -68,7 +68,7 @@ class Config {
   const ConfigView& view() const { return view_; }
 
   /// Who shows the values, and is called when they change before an operation that takes long.
-  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
+  void setListener(std::function<void()> listener) { listener_ = std::move(listener); }
   /// The dialog is about to be shown: it takes the options as they are.
   void shown();
   /// The hand ticked a check box, or unticked it.
@@ -102,7 +102,7 @@ class Config {
   std::string instance_;
   ConfigView view_;
   bool unsaved_ = false;  ///< the options hold, and could not be saved
-  std::function<void()> tell_;
+  std::function<void()> listener_;
 };
 
 }  // namespace kelvane

@@ -85,7 +85,7 @@ DataLog::DataLog(const DataLogServices& services)
       file_(services.folder / "scratchpad.txt", services.disk),
       view_(firstLogView()),
       PadGrd_(*this, columns()),
-      beside_(services.wake) {
+      work_(services.wake) {
   // What a killed program left comes into the file without being asked for.
   if (file_.mayHaveLeftovers()) read();
 }
@@ -113,14 +113,14 @@ void DataLog::activate() {
   if (busy()) return tellNews();
   PadGrd_.commit();
   // What is not edited shows the file as it is now; one that could not be read may be by now.
-  const bool stale = !read_ || !file_.problem().empty() || (!edited_ && file_.changedElsewhere());
+  const bool stale = !read_ || !file_.readable() || (!edited_ && file_.changedElsewhere());
   if (stale) return read();
   serveActivation();
   tellNews();
 }
 
 void DataLog::tellNews() {
-  if (view_.open && !busy() && !news_.empty()) view_.Notice = std::exchange(news_, {});
+  if (view_.open && !busy() && !notice_.empty()) view_.Notice = std::exchange(notice_, {});
   refresh();
 }
 
@@ -156,9 +156,9 @@ void DataLog::sayKept(const Result<>& kept) {
 void DataLog::record() {
   const LogRecord record = present();
   if (isPositive(record[LogFrequency])) return waiting_.push_back(record);
-  news_ = services_.receiver.IsRxOnline(nReceiver_)
-              ? "Nothing was recorded: the receiver tells no frequency."
-              : "Nothing was recorded: the receiver's link is not up.";
+  notice_ = services_.receiver.IsRxOnline(nReceiver_)
+                ? "Nothing was recorded: the receiver tells no frequency."
+                : "Nothing was recorded: the receiver's link is not up.";
 }
 
 LogRecord DataLog::present() const {
@@ -218,7 +218,7 @@ void DataLog::change(GridRow record, int field, std::string_view bytes) {
 void DataLog::note(const std::vector<LogChange>& changes) {
   for (const LogChange& change : changes) changes_.note(change);
   edited_ = true;
-  beside_.start(
+  work_.start(
       "keeping records",
       [this, changes]() -> WorkBeside::Done {
         return [this, kept = file_.keep(changes)] { kept_ = kept; };
@@ -307,7 +307,7 @@ void DataLog::OK_Click() {
   PadGrd_.commit();
   // What was only looked at is no reason to write a file.
   if (!edited_) return close();
-  if (file_.problem().empty()) return save();
+  if (file_.readable()) return save();
   saveWhenRead_ = true;
   read();
 }
@@ -342,7 +342,7 @@ void DataLog::close() {
 /// has it.
 void DataLog::start(const std::string& words, WorkBeside::Job work) {
   // First, since it may fail: then nothing is under way.
-  beside_.start(
+  work_.start(
       "working on the station log",
       [this, work = std::move(work)]() -> WorkBeside::Done {
         return [this, done = work()] {
@@ -366,14 +366,14 @@ void DataLog::workFailed(const std::string& why) {
 }
 
 void DataLog::deliver() {
-  if (!beside_.deliver()) return;
+  if (!work_.deliver()) return;
   if (!busy()) {
     // Last, since what was typed meanwhile is for the cell that is current now.
     PadGrd_.lock(false);
     if (kept_) sayKept(*std::exchange(kept_, std::nullopt));
   }
   tellNews();
-  if (tell_) tell_();
+  if (listener_) listener_();
 }
 
 void DataLog::read() {
@@ -396,13 +396,13 @@ void DataLog::arrived(LogTable fromFile) {
   PadGrd_.markSorted(-1);
   read_ = true;
   view_.Notice = rejectWords();
-  if (!file_.leftoverWords().empty()) news_ = file_.leftoverWords();
+  if (!file_.leftoverWords().empty()) notice_ = file_.leftoverWords();
 }
 
 void DataLog::readEnded() {
   if (!std::exchange(saveWhenRead_, false)) return;
-  if (file_.problem().empty()) return save();
-  view_.Notice = "Not saved: " + file_.problem();
+  if (file_.readable()) return save();
+  view_.Notice = "Not saved: " + file_.readable().reason();
 }
 
 void DataLog::save() {
@@ -431,7 +431,7 @@ void DataLog::saved(const LogSaved& how) {
 Result<> DataLog::end() {
   PadGrd_.commit();
   for (bool more = true; more;) {
-    beside_.wait();
+    work_.wait();
     deliver();
     more = busy();
   }
@@ -584,7 +584,7 @@ void DataLog::refresh() {
   view_.caption = "Frequency logs [" + std::to_string(log_.size()) + " records]";
   // The file is another thread's while it is worked on.
   if (!idle) return;
-  if (!file_.problem().empty()) view_.caption += " - " + file_.problem();
+  if (!file_.readable()) view_.caption += " - " + file_.readable().reason();
   view_.captionTip = rejectWords();
 }
 

@@ -73,7 +73,7 @@ class DataLog : private GridTable {
   const DataLogView& view() const { return view_; }
   Grid& PadGrd() { return PadGrd_; }
   /// Who shows the window; called when work beside it has changed anything.
-  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
+  void setListener(std::function<void()> listener) { listener_ = std::move(listener); }
 
   /// The receiver that the window serves: its settings are recorded, and records are sent to it.
   void Receiver(Index rx);
@@ -175,13 +175,13 @@ class DataLog : private GridTable {
   LogChanges changes_;            ///< the records by which they differ
   std::optional<Result<>> kept_;  ///< how the last of them came to the disk, not told yet
   bool saveWhenRead_ = false;
-  std::string news_;                ///< for the notice, once the window is open and at rest
+  std::string notice_;              ///< for the notice, once the window is open and at rest
   bool select_ = false;             ///< the record of the present frequency is to be selected
   std::vector<LogRecord> waiting_;  ///< records to be added as soon as the table can be changed
   std::shared_ptr<LogImport> import_;
-  std::function<void()> tell_;
+  std::function<void()> listener_;
   bool working_ = false;  ///< and the table is not to be changed
-  WorkBeside beside_;
+  WorkBeside work_;
 };
 
 }  // namespace kelvane

@@ -22,10 +22,10 @@ Channelized::Channelized(Control& FAlt, clsFrqDigit& row, ReceiverComponent& com
                          ShownReceiver& shown)
     : FAlt_(FAlt), row_(row), component_(component), shown_(shown) {
   FAlt_.back = kBlack;
-  dress();
+  showState();
 }
 
-void Channelized::dress() {
+void Channelized::showState() {
   FAlt_.fore = filterTied_ ? kFilterTied : kFixed;
   FAlt_.tip = filterTied_ ? "Filter tied channelized frequency" : "Fixed channelized frequency";
 }
@@ -41,7 +41,7 @@ void Channelized::show(Hz tuned) {
 
 void Channelized::toggle() {
   filterTied_ = !filterTied_;
-  dress();
+  showState();
   show(component_.GetRxFrequency(shown_.index(), kTuned));
 }
 

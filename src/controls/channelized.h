@@ -17,7 +17,7 @@ class Channelized {
   void toggle();
 
  private:
-  void dress();
+  void showState();
 
   Control& FAlt_;
   clsFrqDigit& row_;

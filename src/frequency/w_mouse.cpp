@@ -6,12 +6,12 @@ namespace kelvane {
 
 int WMouse::turned(int delta) {
   // Turning back starts anew: what was gathered the other way no longer counts.
-  if ((delta > 0) != (gathered_ > 0)) gathered_ = 0;
-  gathered_ += delta;
-  if (std::abs(gathered_) < kNotch) return 0;
-  const int step = gathered_ > 0 ? -1 : 1;
+  if ((delta > 0) != (sinceLastStep_ > 0)) sinceLastStep_ = 0;
+  sinceLastStep_ += delta;
+  if (std::abs(sinceLastStep_) < kNotch) return 0;
+  const int step = sinceLastStep_ > 0 ? -1 : 1;
   // What goes beyond the notch is dropped: one message never tunes twice.
-  gathered_ = 0;
+  sinceLastStep_ = 0;
   return step;
 }
 

@@ -13,7 +13,7 @@ class WMouse {
  private:
   static constexpr int kNotch = 120;
 
-  int gathered_ = 0;
+  int sinceLastStep_ = 0;
 };
 
 }  // namespace kelvane

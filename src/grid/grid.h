@@ -85,7 +85,7 @@ class Grid {
   /// Takes the item into the cell and closes the list.
   void choose(int item);
   /// Closes the list; the cell stays as it is.
-  void fold() { dropped_ = false; }
+  void closeList() { dropped_ = false; }
 
   /// A key, and a typed character. Answer whether it is used up: nobody else may see it then. A key
   /// that is not, goes to the entry's own field while there is one.

@@ -100,7 +100,7 @@ bool Grid::listKey(int keyCode) {
       choose(marked_);
       return true;
     case key::Esc:
-      fold();
+      closeList();
       return true;
     case key::Tab:
       // The list's choice is taken, and the key goes on to the next cell.

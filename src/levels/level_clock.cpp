@@ -26,12 +26,12 @@ LevelTime LevelClock::at(Instant steady, WallTime wall) {
     settings_.push_back({now_, 0});
   } else {
     const WallTime elapsed = wholeMilliseconds(steady);
-    const WallTime skipped = wall - wall_ - elapsed;
+    const WallTime skipped = wall - wallTime_ - elapsed;
     const bool passedOver = skipped > kSkip && skipped <= kLongestSleep;
     now_ += elapsed + (passedOver ? skipped : 0);
     slept_ = passedOver || elapsed > kPause;
   }
-  wall_ = wall;
+  wallTime_ = wall;
   const WallTime difference = wall - now_;
   if (std::abs(difference - settings_.back().difference) > kTolerance)
     settings_.push_back({now_, difference});

@@ -35,7 +35,7 @@ class LevelClock {
 
   std::deque<Setting> settings_;
   Instant steady_{};  ///< up to where it was counted
-  WallTime wall_ = 0;
+  WallTime wallTime_ = 0;
   LevelTime now_ = 0;
   bool slept_ = false;
 };

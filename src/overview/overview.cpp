@@ -95,7 +95,7 @@ std::string Overview::statusLine() const {
   if (!entry_.empty() && exists(focused_))
     return "Frequency for " + name(static_cast<Index>(focused_)) + ": " + entry_ +
            " kHz; Enter tunes it, Escape drops it";
-  if (!said_.empty()) return said_;
+  if (!message_.empty()) return message_;
   return "Digits and arrows tune the marked row; Ctrl+1 to 8 or a click shows a receiver; Ctrl+C, "
          "Ctrl+V or dragging copies a setting";
 }
@@ -113,7 +113,7 @@ void Overview::show(int row) {
 /// Whether a receiver takes no commands now; says why.
 bool Overview::refused(Index rx) {
   const Result<> open = checkTakesCommands(services_.receiver, rx);
-  if (!open) said_ = name(rx) + ": " + open.reason();
+  if (!open) message_ = name(rx) + ": " + open.reason();
   return !open;
 }
 
@@ -121,7 +121,7 @@ void Overview::tune(Index rx, int direction) {
   if (refused(rx)) return;
   const Hz frequency = services_.receiver.GetRxFrequency(rx, kTuned);
   if (frequency < 0) return;
-  said_.clear();
+  message_.clear();
   const double target = static_cast<double>(frequency) +
                         static_cast<double>(direction) * services_.stepping.stepOf(rx);
   services_.receiver.SetRxFrequency(rx, false, nearestLong(target));
@@ -174,7 +174,7 @@ void Overview::markSource() {
   const auto rx = static_cast<Index>(focused_);
   const Hz frequency = services_.receiver.GetRxFrequency(rx, kTuned);
   if (frequency >= 0) services_.clipboard.setText(decimalText(frequency / 1000.0));
-  said_ = name(rx) + ": its setting is ready to be copied; Ctrl+V gives it to another row";
+  message_ = name(rx) + ": its setting is ready to be copied; Ctrl+V gives it to another row";
 }
 
 bool Overview::keyPress(int character) {
@@ -210,11 +210,11 @@ void Overview::commit() {
   const double hertz = std::round(num(entry_) * 1000);
   const Result<> in = checkReaches(services_.receiver, rx, hertz);
   if (!in) {
-    said_ = name(rx) + ": " + entry_ + " kHz is out of reach; " + in.reason();
+    message_ = name(rx) + ": " + entry_ + " kHz is out of reach; " + in.reason();
     return entry_.clear();
   }
   services_.receiver.SetRxFrequency(rx, false, nearestLong(hertz));
-  said_.clear();
+  message_.clear();
   entry_.clear();
 }
 
@@ -233,14 +233,14 @@ void Overview::copy(int from, int to) {
   const Result<std::string> applied =
       applySetting(services_.receiver, target, settingOf(services_.receiver, source));
   if (!applied) {
-    said_ =
+    message_ =
         name(target) + " does not take the setting of " + name(source) + ": " + applied.reason();
     return;
   }
   if (copies_.size() == kMostCopies) copies_.erase(copies_.begin());
   copies_.push_back({target, before});
-  said_ = name(target) + " has the setting of " + name(source) +
-          (applied->empty() ? "" : " without " + *applied) + "; Ctrl+Z takes it back";
+  message_ = name(target) + " has the setting of " + name(source) +
+             (applied->empty() ? "" : " without " + *applied) + "; Ctrl+Z takes it back";
 }
 
 void Overview::takeBack() {
@@ -248,16 +248,16 @@ void Overview::takeBack() {
   const Copied last = copies_.back();
   const Result<std::string> applied = applySetting(services_.receiver, last.rx, last.before);
   if (!applied) {
-    said_ = name(last.rx) + " does not take its setting back: " + applied.reason();
+    message_ = name(last.rx) + " does not take its setting back: " + applied.reason();
     return;
   }
   copies_.pop_back();
-  said_ = name(last.rx) + " has the setting of before";
+  message_ = name(last.rx) + " has the setting of before";
 }
 
 void Overview::receiversChanged(const ReceiverMoves& moves) {
   entry_.clear();
-  said_.clear();
+  message_.clear();
   dragged_.clear();
   const auto moved = [&moves](int row) { return row < 0 ? row : moves(static_cast<Index>(row)); };
   focused_ = moved(focused_);
@@ -273,19 +273,12 @@ void Overview::setOnTop(bool onTop) {
   services_.settings.writeFlag("OverviewOnTop", onTop);
 }
 
-Overview::Place Overview::startPlace(Global::Point owner) const {
-  const SettingsStore& kept = services_.settings;
-  return {{kept.number("OverviewLeft", owner.left), kept.number("OverviewTop", owner.top)},
-          kept.number("OverviewWidth", 0),
-          kept.number("OverviewHeight", 0)};
+WindowPlace Overview::startPlace(Global::Point owner) const {
+  return placeOf(services_.settings, "Overview", owner);
 }
 
-void Overview::leftAt(const Place& place) {
-  SettingsStore& kept = services_.settings;
-  kept.writeNumber("OverviewLeft", place.at.left);
-  kept.writeNumber("OverviewTop", place.at.top);
-  kept.writeNumber("OverviewWidth", place.width);
-  kept.writeNumber("OverviewHeight", place.height);
+void Overview::leftAt(const WindowPlace& place) {
+  keepPlace(services_.settings, "Overview", place);
 }
 
 std::string spokenRow(int number, const OverviewRow& row) {

@@ -9,6 +9,7 @@
 #include "frequency/w_mouse.h"
 #include "overview/receiver_watch.h"
 #include "overview/setting_copy.h"
+#include "overview/window_place.h"
 #include "settings/settings.h"
 #include "ui/clipboard.h"
 #include "ui/colours.h"
@@ -96,13 +97,8 @@ class Overview {
   ColourChoice colours() const { return services_.colours(); }
   bool onTop() const { return onTop_; }
   void setOnTop(bool onTop);
-  /// Where the window was, in twips; width and height 0 where it never was open.
-  struct Place {
-    Global::Point at;
-    int width = 0, height = 0;
-  };
-  Place startPlace(Global::Point owner) const;
-  void leftAt(const Place& place);
+  WindowPlace startPlace(Global::Point owner) const;
+  void leftAt(const WindowPlace& place);
 
  private:
   struct Copied {
@@ -128,7 +124,7 @@ class Overview {
   Services services_;
   int focused_ = -1;
   std::string entry_;
-  std::string said_;
+  std::string message_;
   std::string dragged_;  ///< what letting go would do
   int source_ = -1;      ///< the row that Ctrl+C was pressed on
   std::vector<Copied> copies_;

@@ -204,7 +204,7 @@ void Traces::toggleVisible(Index rx) {
 }
 
 std::string Traces::statusLine() const {
-  if (!said_.empty()) return said_;
+  if (!message_.empty()) return message_;
   const std::string words = std::string(kSpans[span_].words) + " shown";
   if (!end_) return words;
   const WallTime utc = services_.watch.clock().utc(*end_);
@@ -215,7 +215,7 @@ void Traces::zoom(int direction) {
   const auto wanted = static_cast<int>(span_) + direction;
   span_ = static_cast<std::size_t>(std::clamp(wanted, 0, static_cast<int>(kSpans.size()) - 1));
   services_.settings.writeNumber("TracesSpan", static_cast<std::int32_t>(span_));
-  said_.clear();
+  message_.clear();
   ++changes_;
 }
 
@@ -225,7 +225,7 @@ void Traces::pause(bool paused) {
   } else {
     end_.reset();
   }
-  said_.clear();
+  message_.clear();
   ++changes_;
 }
 
@@ -237,7 +237,7 @@ void Traces::scroll(int direction) {
   end_ = std::max(wanted, now - LevelHistory::kKept + span);
   // The present has gone on since he went back: less than a step away is there.
   if (*end_ >= now || (direction > 0 && now - *end_ < step)) end_.reset();
-  said_.clear();
+  message_.clear();
   ++changes_;
 }
 
@@ -422,26 +422,16 @@ void Traces::save(const std::string& file, const std::shared_ptr<ReplacedFile>& 
 }
 
 void Traces::say(std::string words) {
-  said_ = std::move(words);
+  message_ = std::move(words);
   ++changes_;
 }
 
 /// Where it never was open, a little aside of where the overview begins: both open at once.
-Traces::Place Traces::startPlace(Global::Point owner) const {
+WindowPlace Traces::startPlace(Global::Point owner) const {
   constexpr std::int32_t kAside = 480;
-  const SettingsStore& kept = services_.settings;
-  return {{kept.number("TracesLeft", owner.left + kAside),
-           kept.number("TracesTop", owner.top + kAside)},
-          kept.number("TracesWidth", 0),
-          kept.number("TracesHeight", 0)};
+  return placeOf(services_.settings, "Traces", {owner.left + kAside, owner.top + kAside});
 }
 
-void Traces::leftAt(const Place& place) {
-  SettingsStore& kept = services_.settings;
-  kept.writeNumber("TracesLeft", place.at.left);
-  kept.writeNumber("TracesTop", place.at.top);
-  kept.writeNumber("TracesWidth", place.width);
-  kept.writeNumber("TracesHeight", place.height);
-}
+void Traces::leftAt(const WindowPlace& place) { keepPlace(services_.settings, "Traces", place); }
 
 }  // namespace kelvane

@@ -12,6 +12,7 @@
 #include "levels/level_recorder.h"
 #include "overview/receiver_watch.h"
 #include "overview/trace_lines.h"
+#include "overview/window_place.h"
 #include "settings/settings.h"
 #include "ui/clipboard.h"
 #include "ui/colours.h"
@@ -125,12 +126,8 @@ class Traces {
 
   void receiversChanged(const ReceiverMoves& moves);
 
-  struct Place {
-    Global::Point at;
-    int width = 0, height = 0;
-  };
-  Place startPlace(Global::Point owner) const;
-  void leftAt(const Place& place);
+  WindowPlace startPlace(Global::Point owner) const;
+  void leftAt(const WindowPlace& place);
 
  private:
   LevelTime step(int width) const;
@@ -157,7 +154,7 @@ class Traces {
   LevelScale scale_;
   Index reference_ = 0;
   unsigned changes_ = 0;
-  std::string said_;  ///< of what was done, until another time is shown
+  std::string message_;  ///< of what was done, until another time is shown
   /// How a file was saved, told by the thread that wrote it.
   struct Saved {
     std::mutex mutex;

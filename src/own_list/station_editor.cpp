@@ -39,7 +39,7 @@ StationEditor::StationEditor(const StationServices& services)
            [this] { remove(); }, [this] { undo(); }, [this] { redo(); }, [this] { listChanged(); },
            [this](const std::string& why) { say("It stays as it was: " + why + "."); }}),
       grid_(table_, StationGrid::columns()),
-      beside_(services.wake) {
+      work_(services.wake) {
   table_.currentRow = [this] { return grid_.current().row; };
   grid_.markSorted(table_.sortedBy());
   store_.changed = [this] { services_.frequency.ReadFrqOwn(); };
@@ -57,11 +57,11 @@ void StationEditor::open() {
 void StationEditor::close() {
   grid_.commit();
   view_.open = false;
-  if (tell_) tell_();
+  if (listener_) listener_();
 }
 
 void StationEditor::say(std::string words) {
-  said_ = std::move(words);
+  lastMessage_ = std::move(words);
   refresh();
 }
 
@@ -95,15 +95,15 @@ void StationEditor::refresh() {
     view_.status += ", " + std::to_string(table_.marked()) + " marked";
     if (hidden > 0) view_.status += " (" + std::to_string(hidden) + " of them not shown)";
   }
-  for (const std::string& words : {said_, store_.problem(), store_.unread()}) {
+  for (const std::string& words : {lastMessage_, store_.lastAccess().reason(), store_.unread()}) {
     if (!words.empty()) view_.status += ". " + words;
   }
-  if (!store_.ready() && store_.problem().empty()) view_.status = "Reading...";
-  if (tell_) tell_();
+  if (!store_.ready() && store_.lastAccess()) view_.status = "Reading...";
+  if (listener_) listener_();
 }
 
 void StationEditor::listChanged() {
-  said_.clear();
+  lastMessage_.clear();
   store_.deliver();
   refresh();
 }
@@ -142,9 +142,9 @@ void StationEditor::takeShown() {
     else
       entry.name = services_.frequency.GetFrqBandName();
     add(entry);
-    said_ = lists::khzText(entry.frequency) + " kHz is in the list now.";
+    lastMessage_ = lists::khzText(entry.frequency) + " kHz is in the list now.";
   } else {
-    said_ = "The receiver has not told its frequency.";
+    lastMessage_ = "The receiver has not told its frequency.";
   }
   open();
 }
@@ -208,7 +208,7 @@ void StationEditor::importFile(const std::filesystem::path& file) {
   import_ = std::make_unique<StationImport>(file, services_.disk, std::move(own), services_.wake);
   importGrid_ = std::make_unique<Grid>(*import_, StationImport::columns());
   importGrid_->lock(true);
-  said_.clear();
+  lastMessage_.clear();
   refresh();
 }
 
@@ -247,12 +247,12 @@ void StationEditor::letImportsGo() {
     import->deliver();
     if (import->busy()) continue;
     std::shared_ptr<StationImport> gone = std::move(import);
-    beside_.start("letting an import go",
-                  [gone = std::move(gone)]() mutable {
-                    gone.reset();
-                    return WorkBeside::Done();
-                  },
-                  {});
+    work_.start("letting an import go",
+                [gone = std::move(gone)]() mutable {
+                  gone.reset();
+                  return WorkBeside::Done();
+                },
+                {});
   }
   std::erase(leaving_, nullptr);
 }
@@ -272,7 +272,7 @@ void StationEditor::exportAs(formats::Format format) {
   if (exporting_) return say("A list is being written already.");
   lists::Entries entries = chosenEntries();
   if (entries.empty()) return say("There is nothing to export.");
-  beside_.start(
+  work_.start(
       "preparing a list",
       [this, entries = std::move(entries), format]() -> WorkBeside::Done {
         const auto prepared = std::make_shared<const Prepared>(
@@ -296,7 +296,7 @@ void StationEditor::offerExport(const std::shared_ptr<const Prepared>& prepared)
   }
   const auto chosen = services_.files.saveFile(stemOf(form.fileName), extensionOf(form.fileName));
   if (!chosen) return exported({});
-  beside_.start(
+  work_.start(
       "writing a list",
       [this, prepared, name = *chosen, replaced = services_.files.takeReplaced(),
        disk = services_.disk]() -> WorkBeside::Done {
@@ -324,7 +324,7 @@ void StationEditor::deliver() {
     for (const lists::Entry& entry : std::exchange(waiting_, {})) add(entry);
     news = true;
   }
-  news = beside_.deliver() || news;
+  news = work_.deliver() || news;
   letImportsGo();
   if (import_ && import_->deliver()) {
     importGrid_->refresh();
@@ -341,9 +341,9 @@ Result<> StationEditor::end() {
     deliver();
   }
   store_.finish();
-  beside_.wait();
+  work_.wait();
   if (!store_.unsaved() && waiting_.empty()) return {};
-  return resultOf(store_.problem());
+  return store_.lastAccess();
 }
 
 Result<> StationEditor::saveTo(const std::string& file) {

@@ -57,7 +57,7 @@ class StationEditor {
   StationGrid& table() { return table_; }
   lists::OwnStore& store() { return store_; }
   /// Who shows the window; called when anything of it changed.
-  void setListener(std::function<void()> tell) { tell_ = std::move(tell); }
+  void setListener(std::function<void()> listener) { listener_ = std::move(listener); }
 
   void open();
   void close();
@@ -104,8 +104,8 @@ class StationEditor {
   lists::OwnStore store_;
   StationGrid table_;
   Grid grid_;
-  std::function<void()> tell_;
-  std::string said_;                   ///< what happened last
+  std::function<void()> listener_;
+  std::string lastMessage_;            ///< what happened last
   std::vector<lists::Entry> waiting_;  ///< to be added as soon as the list was read
   std::unique_ptr<StationImport> import_;
   std::unique_ptr<Grid> importGrid_;
@@ -122,7 +122,7 @@ class StationEditor {
   void exported(std::string words);
 
   bool exporting_ = false;
-  WorkBeside beside_;
+  WorkBeside work_;
 };
 
 }  // namespace kelvane

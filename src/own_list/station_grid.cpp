@@ -118,13 +118,13 @@ bool StationGrid::placeAnew(const std::vector<Id>& changed) {
 
 bool StationGrid::follow() {
   const std::uint64_t version = store_.list().version();
-  const bool other = version != soughtVersion_ || resort_;
-  if (!other && filter_ == soughtFilter_) return false;
+  const bool listChanged = version != soughtVersion_ || resort_;
+  if (!listChanged && filter_ == soughtFilter_) return false;
   const bool oneStep = version == soughtVersion_ + 1 && !resort_;
   soughtVersion_ = version;
   soughtFilter_ = filter_;
   resort_ = false;
-  if (other && !(oneStep && placeAnew(store_.list().lastStep()))) sort();
+  if (listChanged && !(oneStep && placeAnew(store_.list().lastStep()))) sort();
   seek();
   return true;
 }
@@ -244,11 +244,11 @@ void StationGrid::store(GridCell cell, const std::string& text) {
   for (const Id id : ids) {
     Entry entry = *store_.list().at(id);
     if (const Result<> done = put(entry, cell.column, text); !done)
-      return asks_.refuse(done.reason());
+      return commands_.refuse(done.reason());
     edits.emplace_back(id, std::make_shared<const Entry>(std::move(entry)));
   }
   store_.list().edit(edits);
-  asks_.changed();
+  commands_.changed();
 }
 
 bool StationGrid::accepts(int column, char32_t character) const {
@@ -265,7 +265,7 @@ std::string StationGrid::corrected(GridCell cell, const std::string& text) const
   entry.frequency = 1;
   const Result<> fits = put(entry, cell.column, text);
   if (fits) return text;
-  asks_.refuse(fits.reason());
+  commands_.refuse(fits.reason());
   return this->cell(cell.row, cell.column);
 }
 
@@ -284,7 +284,7 @@ bool StationGrid::keyDown(int keyCode, int shift) {
     return true;
   }
   if (shift == 0 && keyCode == key::Delete) {
-    asks_.remove();
+    commands_.remove();
     return true;
   }
   if (shift == key::CtrlHeld && keyCode == kKeyA) {
@@ -292,15 +292,15 @@ bool StationGrid::keyDown(int keyCode, int shift) {
     marks_.clear();
     marked_ = 0;
     for (const Id id : rows_) mark(id, !all);
-    asks_.changed();
+    commands_.changed();
     return true;
   }
   if (shift == key::CtrlHeld && keyCode == kKeyZ) {
-    asks_.undo();
+    commands_.undo();
     return true;
   }
   if (shift == key::CtrlHeld && keyCode == kKeyY) {
-    asks_.redo();
+    commands_.redo();
     return true;
   }
   return false;
@@ -318,7 +318,7 @@ void StationGrid::mark(Id id, bool marked) {
 
 void StationGrid::toggleMark(GridRow row) {
   mark(rows_[row], !isMarked(rows_[row]));
-  asks_.changed();
+  commands_.changed();
 }
 
 bool StationGrid::clicked(GridCell cell) {
@@ -328,14 +328,14 @@ bool StationGrid::clicked(GridCell cell) {
 }
 
 void StationGrid::recall(GridRow row) {
-  if (row < rows_.size()) asks_.tune(rows_[row]);
+  if (row < rows_.size()) commands_.tune(rows_[row]);
 }
 
 void StationGrid::headerClicked(int column) {
   descending_ = column == sort_ && !descending_;
   sort_ = column;
   resort_ = true;
-  asks_.changed();
+  commands_.changed();
 }
 
 }  // namespace kelvane

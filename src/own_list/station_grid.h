@@ -27,13 +27,14 @@ class StationGrid : public GridTable {
   enum Columns { Mark, Khz, Name, Mode, Width, Group, Tags, Utc, Days, Favourite, Skip, Note };
 
   /// What the grid's keys ask for.
-  struct Asks {
+  struct Commands {
     std::function<void(Id)> tune;
     std::function<void()> remove, undo, redo, changed;
     std::function<void(const std::string& why)> refuse;
   };
 
-  StationGrid(lists::OwnStore& store, Asks asks) : store_(store), asks_(std::move(asks)) {}
+  StationGrid(lists::OwnStore& store, Commands commands)
+      : store_(store), commands_(std::move(commands)) {}
 
   static std::vector<GridColumn> columns();
 
@@ -62,7 +63,7 @@ class StationGrid : public GridTable {
   void recall(GridRow row) override;
   void headerClicked(int column) override;
   bool undo() override {
-    asks_.undo();
+    commands_.undo();
     return true;
   }
 
@@ -83,7 +84,7 @@ class StationGrid : public GridTable {
   static Result<> put(lists::Entry& entry, int column, const std::string& text);
 
   lists::OwnStore& store_;
-  Asks asks_;
+  Commands commands_;
   StationFilter filter_, soughtFilter_;
   std::uint64_t soughtVersion_ = ~std::uint64_t{0};
   int sort_ = Khz;

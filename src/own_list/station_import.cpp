@@ -23,7 +23,7 @@ StationImport::StationImport(fs::path file, std::shared_ptr<FileSteps> disk, lis
     : file_(std::move(file)),
       disk_(std::move(disk)),
       own_(std::make_shared<const lists::Entries>(std::move(own))),
-      beside_(std::move(wake)) {
+      work_(std::move(wake)) {
   start(From::File);
 }
 
@@ -38,10 +38,10 @@ std::vector<GridColumn> StationImport::columns() {
 
 void StationImport::start(From from) {
   if (busy()) {
-    again_ = std::min(again_.value_or(from), from);
+    queued_ = std::min(queued_.value_or(from), from);
     return;
   }
-  beside_.start(
+  work_.start(
       "understanding a list",
       [this, file = file_, disk = disk_, own = own_, known = Found{{}, bytes_, reading_, {}},
        rule = rule_, shape = shape_, delimiter = delimiter_, dropped = dropped_,
@@ -80,7 +80,7 @@ void StationImport::take(Found found) {
   reading_ = std::move(found.reading);
   plan_ = std::move(found.plan);
   refusal_ = std::move(found.refusal);
-  if (again_) start(*std::exchange(again_, std::nullopt));
+  if (queued_) start(*std::exchange(queued_, std::nullopt));
 }
 
 void StationImport::setRule(formats::Rule rule) {
@@ -89,13 +89,13 @@ void StationImport::setRule(formats::Rule rule) {
   start(From::Reading);
 }
 
-void StationImport::shape(const formats::TableShape& shape) {
+void StationImport::setShape(const formats::TableShape& shape) {
   if (!bytes_ || shape == reading_->shape) return;
   shape_ = shape;
   start(From::Bytes);
 }
 
-void StationImport::delimiter(char delimiter) {
+void StationImport::setDelimiter(char delimiter) {
   if (!bytes_) return;
   delimiter_ = delimiter;
   shape_ = {};

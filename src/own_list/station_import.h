@@ -30,8 +30,8 @@ class StationImport : public GridTable {
   /// Nobody wants it any more: what is under way ends early.
   void drop() { *dropped_ = true; }
   /// Answers whether anything that is shown changed.
-  bool deliver() { return beside_.deliver(); }
-  bool busy() const { return beside_.busy(); }
+  bool deliver() { return work_.deliver(); }
+  bool busy() const { return work_.busy(); }
   const std::filesystem::path& file() const { return file_; }
   const formats::Reading& reading() const { return *reading_; }
   const formats::ImportPlan& plan() const { return plan_; }
@@ -43,9 +43,9 @@ class StationImport : public GridTable {
   formats::Rule rule() const { return rule_; }
   void setRule(formats::Rule rule);
   /// Reads a table otherwise than was guessed.
-  void shape(const formats::TableShape& shape);
+  void setShape(const formats::TableShape& shape);
   /// Parts the columns by another sign, and guesses the rest anew.
-  void delimiter(char delimiter);
+  void setDelimiter(char delimiter);
   bool isTable() const { return reading_->format == formats::Format::Csv && !busy(); }
 
   GridRow rows() const override { return static_cast<GridRow>(plan_.rows.size()); }
@@ -76,8 +76,8 @@ class StationImport : public GridTable {
   char delimiter_ = 0;         ///< that the guess is made with; 0: guessed too
   std::string refusal_;
   std::shared_ptr<std::atomic<bool>> dropped_ = std::make_shared<std::atomic<bool>>(false);
-  std::optional<From> again_;  ///< what was asked for while the work before was under way
-  WorkBeside beside_;
+  std::optional<From> queued_;  ///< what was asked for while the work before was under way
+  WorkBeside work_;
 };
 
 }  // namespace kelvane

@@ -23,7 +23,7 @@ Result<> finished(const LastWrite& write) {
 void LastWrites::finish(const LastWrite& write) {
   const Result<> result = finished(write);
   if (result) return;
-  if (how_ == Ending::ByOperator) return ask(write, result);
+  if (ending_ == Ending::ByOperator) return ask(write, result);
   // At once, since there may be no time for the next one.
   note_ += (note_.empty() ? "" : "\n\n") + result.reason();
   settings_.writeText(kNote, note_);

@@ -30,7 +30,7 @@ struct LastWrite {
 class LastWrites {
  public:
   LastWrites(MessageBoxes& boxes, FileFlows& files, SettingsStore& settings, Ending how)
-      : boxes_(boxes), files_(files), settings_(settings), how_(how) {}
+      : boxes_(boxes), files_(files), settings_(settings), ending_(how) {}
 
   void finish(const LastWrite& write);
 
@@ -43,7 +43,7 @@ class LastWrites {
   MessageBoxes& boxes_;
   FileFlows& files_;
   SettingsStore& settings_;
-  Ending how_;
+  Ending ending_;
   std::string note_;
 };
 

@@ -345,8 +345,9 @@ void MAin::announce() {
   const bool online = shown_.online();
   const Hz hertz = online ? services_.receiver.GetRxFrequency(shown_.index(), kTuned).value() : -1;
   // What a program only tries is not spoken of.
-  if (spokenOf_ != shown_.index() || !events_.isPassing(shown_.index(), hertz)) spoken_ = hertz;
-  spokenOf_ = shown_.index();
+  if (spokenReceiver_ != shown_.index() || !events_.isPassing(shown_.index(), hertz))
+    spoken_ = hertz;
+  spokenReceiver_ = shown_.index();
   announcer_.look({spokenCaption(tabs.tabs[tabs.selected].caption),
                    online ? std::string() : spokenFault(), spokenFrequency(spoken_)});
 }

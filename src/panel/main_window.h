@@ -206,8 +206,8 @@ class MAin : public ControlEvents {
   std::unique_ptr<StationViews> views_;
   std::unique_ptr<StationEditor> stations_;
   RxEvents events_;
-  Hz spoken_ = -1;       ///< the frequency to be announced
-  Index spokenOf_ = -1;  ///< and its receiver
+  Hz spoken_ = -1;             ///< the frequency to be announced
+  Index spokenReceiver_ = -1;  ///< and its receiver
   FrqEvents frqEvents_;
   KeyCommands keys_;
   WMouse wheel_;

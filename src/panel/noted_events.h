@@ -15,13 +15,13 @@ class NotedEvents : public ReceiverListener {
  public:
   NotedEvents(LinkHistory& history, ReceiverListener& next, std::function<WallTime()> now,
               std::function<void()> handedOn = {})
-      : history_(history), next_(next), now_(std::move(now)), handedOn_(std::move(handedOn)) {}
+      : history_(history), next_(next), now_(std::move(now)), onHandedOn_(std::move(handedOn)) {}
 
 #define EVENT(name, params, args)                                   \
   void name params override {                                       \
     if constexpr (concernsLinks(#name)) note(#name, firstTwo args); \
     next_.name args;                                                \
-    if (handedOn_) handedOn_();                                     \
+    if (onHandedOn_) onHandedOn_();                                 \
   }
 #include "contract/sondrel_events.inc"
 #undef EVENT
@@ -39,7 +39,7 @@ class NotedEvents : public ReceiverListener {
   LinkHistory& history_;
   ReceiverListener& next_;
   std::function<WallTime()> now_;
-  std::function<void()> handedOn_;
+  std::function<void()> onHandedOn_;
 };
 
 }  // namespace kelvane

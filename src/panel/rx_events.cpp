@@ -9,7 +9,7 @@ namespace kelvane {
 
 void RxEvents::RxConnState(Index rx, Long code) {
   const bool up = code == static_cast<Long>(LinkState::Up);
-  if (rx >= 0 && rx < kMostReceivers) passing_[static_cast<std::size_t>(rx)] = -1;
+  if (rx >= 0 && rx < kMostReceivers) passingFrequency_[static_cast<std::size_t>(rx)] = -1;
   units_.status.reported(rx, code);
   views_.watch().link(rx);
   retry_.reported(rx, code, now_());
@@ -32,22 +32,22 @@ void RxEvents::DrvUpdated(Count) {
   units_.dde.receiversChanged(moves);
   channelEditor_.receiversChanged(moves);
   log_.receiversChanged(moves);
-  passing_.fill(-1);
+  passingFrequency_.fill(-1);
   views_.receiversChanged(moves);
 }
 
 void RxEvents::RxFrqPassing(Index rx, Hz frequency) {
-  if (rx >= 0 && rx < kMostReceivers) passing_[static_cast<std::size_t>(rx)] = frequency;
+  if (rx >= 0 && rx < kMostReceivers) passingFrequency_[static_cast<std::size_t>(rx)] = frequency;
   if (rx == shown_.index() && shown_.online()) units_.entry.arrived(frequency);
 }
 
 bool RxEvents::isPassing(Index rx, Hz frequency) const {
   return rx >= 0 && rx < kMostReceivers && frequency >= 0 &&
-         passing_[static_cast<std::size_t>(rx)] == frequency;
+         passingFrequency_[static_cast<std::size_t>(rx)] == frequency;
 }
 
 void RxEvents::RxFrqUpdated(Index rx, Hz frequency, Long origin) {
-  if (rx >= 0 && rx < kMostReceivers) passing_[static_cast<std::size_t>(rx)] = -1;
+  if (rx >= 0 && rx < kMostReceivers) passingFrequency_[static_cast<std::size_t>(rx)] = -1;
   views_.watch().frequency(rx, frequency, origin != 0);
   if (rx == shown_.index()) {
     if (shown_.online()) refresh_.frequency(frequency, Apply::Automatic);

@@ -33,7 +33,7 @@ class RxEvents : public ReceiverListener {
         views_(views),
         receivers_(component),
         now_(std::move(now)) {
-    passing_.fill(-1);
+    passingFrequency_.fill(-1);
   }
 
   void RxDataError(Index, Long) override {}
@@ -75,7 +75,7 @@ class RxEvents : public ReceiverListener {
   StationViews& views_;
   ReceiverSet receivers_;
   std::function<Instant()> now_;
-  std::array<Hz, kMostReceivers> passing_;  ///< by receiver; -1 for none
+  std::array<Hz, kMostReceivers> passingFrequency_;  ///< by receiver; -1 for none
 };
 
 }  // namespace kelvane

@@ -28,7 +28,7 @@ class Announcer {
   std::string newsOf(const State& now) const;
 
   Control& Announced_;
-  State seen_, said_;
+  State seen_, announced_;
 };
 
 /// A frequency as it is spoken: kHz, without zeros that say nothing; empty for a negative one.

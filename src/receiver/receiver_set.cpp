@@ -36,11 +36,11 @@ Count receiverCount(ReceiverComponent& component) {
 }
 
 ReceiverMoves::ReceiverMoves() {
-  for (Index rx = 0; rx < kMostReceivers; ++rx) to_[rx] = rx;
+  for (Index rx = 0; rx < kMostReceivers; ++rx) newIndex_[rx] = rx;
 }
 
 Index ReceiverMoves::operator()(Index former) const {
-  return former >= 0 && former < kMostReceivers ? to_[former] : Index{-1};
+  return former >= 0 && former < kMostReceivers ? newIndex_[former] : Index{-1};
 }
 
 ReceiverSet::ReceiverSet(ReceiverComponent& component)
@@ -49,10 +49,10 @@ ReceiverSet::ReceiverSet(ReceiverComponent& component)
 ReceiverMoves ReceiverSet::renew() {
   const std::vector<Text> former = std::exchange(known_, receiversOf(component_));
   ReceiverMoves moves;
-  moves.to_.fill(-1);
+  moves.newIndex_.fill(-1);
   for (std::size_t i = 0; i < former.size(); ++i) {
     const auto now = std::ranges::find(known_, former[i]);
-    if (now != known_.end()) moves.to_[i] = static_cast<Index>(now - known_.begin());
+    if (now != known_.end()) moves.newIndex_[i] = static_cast<Index>(now - known_.begin());
   }
   return moves;
 }

@@ -25,14 +25,14 @@ class ReceiverMoves {
     std::array<Value, kMostReceivers> carried;
     carried.fill(fresh);
     for (Index former = 0; former < kMostReceivers; ++former) {
-      if (to_[former] >= 0) carried[to_[former]] = std::move(values[former]);
+      if (newIndex_[former] >= 0) carried[newIndex_[former]] = std::move(values[former]);
     }
     values = std::move(carried);
   }
 
  private:
   friend class ReceiverSet;
-  std::array<Index, kMostReceivers> to_;
+  std::array<Index, kMostReceivers> newIndex_;
 };
 
 /// The receivers that the component serves, each by what it is known by: its `GetRxId`, else its

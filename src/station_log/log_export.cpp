@@ -176,14 +176,6 @@ class UtcMoments {
  private:
   using Seconds = std::chrono::seconds;
 
-  static std::chrono::sys_days dayOf(const DateTime& time) {
-    using namespace std::chrono;
-    return sys_days(year(time.year) / time.month / 1) + days(time.day - 1);
-  }
-  static std::chrono::sys_seconds pointOf(const DateTime& time) {
-    return dayOf(time) + std::chrono::hours(time.hour) + std::chrono::minutes(time.minute) +
-           Seconds(time.second);
-  }
   std::optional<Seconds> behindAllDay(DateTime local) const {
     local.hour = local.minute = local.second = 0;
     const Seconds first = pointOf(calendar_.utc(local)) - pointOf(local);
@@ -194,20 +186,12 @@ class UtcMoments {
   }
   static DateTime moved(const DateTime& local, Seconds by) {
     const int second = 3600 * local.hour + 60 * local.minute + local.second;
-    const auto there = second + static_cast<int>(by.count());
+    const auto secondThere = second + static_cast<int>(by.count());
     // Mostly the day stays the same one.
-    if (there >= 0 && there < 24 * 3600)
-      return {local.year, local.month, local.day, there / 3600, there / 60 % 60, there % 60};
-    const auto point = pointOf(local) + by;
-    const auto day = std::chrono::floor<std::chrono::days>(point);
-    const std::chrono::year_month_day date(day);
-    const std::chrono::hh_mm_ss time(point - day);
-    return {static_cast<int>(date.year()),
-            static_cast<int>(static_cast<unsigned>(date.month())),
-            static_cast<int>(static_cast<unsigned>(date.day())),
-            static_cast<int>(time.hours().count()),
-            static_cast<int>(time.minutes().count()),
-            static_cast<int>(time.seconds().count())};
+    if (secondThere >= 0 && secondThere < 24 * 3600)
+      return {local.year,         local.month,           local.day,
+              secondThere / 3600, secondThere / 60 % 60, secondThere % 60};
+    return dateTimeOf(pointOf(local) + by);
   }
 
   const Calendar& calendar_;
@@ -266,10 +250,10 @@ std::optional<DateTime> recordedAt(std::string_view date, std::string_view time)
   if (century < 0 || yearOfIt < 0 || month < 1 || day < 1 || hour < 0 || minute < 0 || second < 0)
     return std::nullopt;
   const int year = 100 * century + yearOfIt;
-  const std::chrono::year_month_day there{std::chrono::year(year),
-                                          std::chrono::month(static_cast<unsigned>(month)),
-                                          std::chrono::day(static_cast<unsigned>(day))};
-  if (!there.ok() || hour > 23 || minute > 59 || second > 59) return std::nullopt;
+  const std::chrono::year_month_day calendarDay{std::chrono::year(year),
+                                                std::chrono::month(static_cast<unsigned>(month)),
+                                                std::chrono::day(static_cast<unsigned>(day))};
+  if (!calendarDay.ok() || hour > 23 || minute > 59 || second > 59) return std::nullopt;
   return DateTime{year, month, day, hour, minute, second};
 }
 

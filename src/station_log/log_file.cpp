@@ -33,7 +33,7 @@ std::optional<std::string> LogFile::content() {
   rejects_ = {};
   rejectFile_.clear();
   FileReading reading = readWhenFree(path_, kLargestLog, *steps_);
-  problem_ = reading.reason;
+  readable_ = resultOf(reading.reason);
   if (reading.how != FileReading::Whole) return std::nullopt;
   return std::move(reading.content);
 }
@@ -75,7 +75,7 @@ LogFile::TakenOver LogFile::takeOver(Journals& left, LogTable& log, const std::s
 
 void LogFile::bringIn(Journals& left) {
   const auto file = content();
-  if (!problem_.empty()) return;
+  if (!readable_) return;
   LogTable log(file.value_or(""), rejects_);
   const TakenOver came = takeOver(left, log, file.value_or(""));
   if (!came.changed) {
@@ -132,7 +132,7 @@ Result<> LogFile::replace(const std::string& content, Journals& left) {
 }
 
 LogSaved LogFile::save(const LogTable& log, const LogChanges& changes) {
-  if (!problem_.empty()) return Failure{problem_};
+  if (!readable_) return readable_.failure();
   FileLock lock;
   if (const Result<> sole = lockFor(lock); !sole) return sole.failure();
   Journals left;
@@ -140,7 +140,7 @@ LogSaved LogFile::save(const LogTable& log, const LogChanges& changes) {
   std::shared_ptr<LogTable> merged;
   if (changedElsewhere() || !left.empty()) {
     auto file = content();
-    if (!problem_.empty()) return Failure{problem_};
+    if (!readable_) return readable_.failure();
     merged = std::make_shared<LogTable>(file.value_or(""), rejects_);
     // A file that is gone is not one that another program emptied record by record.
     LogRejects none;

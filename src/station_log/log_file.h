@@ -36,8 +36,8 @@ class LogFile {
   bool mayHaveLeftovers() const { return LogJournal::anyThere(path_); }
   /// In words what the last read() did with journals of killed programs; mostly empty.
   const std::string& leftoverWords() const { return leftoverWords_; }
-  /// Why the file that is there could not be read; empty when it could.
-  const std::string& problem() const { return problem_; }
+  /// Whether the file, where there is one, could be read the last time.
+  const Result<>& readable() const { return readable_; }
   /// How many lines of the file that was read are not, or not whole, in its table.
   std::size_t rejected() const { return rejects_.count; }
   /// The file that those lines were kept in by a save; empty before.
@@ -82,7 +82,7 @@ class LogFile {
   std::shared_ptr<FileSteps> steps_;
   LogJournal journal_;
   std::optional<Stamp> known_;
-  std::string problem_;
+  Result<> readable_;
   std::string leftoverWords_;
   LogRejects rejects_;
   std::filesystem::path rejectFile_;

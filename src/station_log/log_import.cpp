@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <map>
 #include <optional>
@@ -22,28 +21,6 @@
 namespace kelvane {
 
 namespace {
-
-namespace chrono = std::chrono;
-
-// Moments.
-
-chrono::sys_seconds pointOfMoment(const DateTime& time) {
-  const chrono::sys_days month = chrono::year(time.year) / time.month / 1;
-  return month + chrono::days(time.day - 1) + chrono::hours(time.hour) +
-         chrono::minutes(time.minute) + chrono::seconds(time.second);
-}
-
-DateTime momentAt(chrono::sys_seconds point) {
-  const auto day = chrono::floor<chrono::days>(point);
-  const chrono::year_month_day date(day);
-  const chrono::hh_mm_ss time(point - day);
-  return {static_cast<int>(date.year()),
-          static_cast<int>(static_cast<unsigned>(date.month())),
-          static_cast<int>(static_cast<unsigned>(date.day())),
-          static_cast<int>(time.hours().count()),
-          static_cast<int>(time.minutes().count()),
-          static_cast<int>(time.seconds().count())};
-}
 
 std::string digitsOf(std::string_view text) {
   std::string digits;
@@ -484,12 +461,11 @@ class RecordsThere {
 }  // namespace
 
 DateTime localTime(const DateTime& utc, const Calendar& calendar) {
-  const auto point = pointOfMoment(utc);
+  const auto point = pointOf(utc);
   // Near a change of the clocks the difference is another one at the first guess.
   auto local = point;
-  for (int round = 0; round < 2; ++round)
-    local += point - pointOfMoment(calendar.utc(momentAt(local)));
-  return momentAt(local);
+  for (int round = 0; round < 2; ++round) local += point - pointOf(calendar.utc(dateTimeOf(local)));
+  return dateTimeOf(local);
 }
 
 LogReading readForeignLog(std::string_view bytes, const Calendar& calendar, LogTimes times) {

@@ -128,7 +128,7 @@ std::vector<std::unique_ptr<LogJournal>> LogJournal::left(const fs::path& log,
     // Its owner may have ended, and cleared it, before the lock was free.
     if (!isFile(file) || !journal->lock_.acquire(lockName(file)) || !isFile(file)) continue;
     journal->file_ = file;
-    journal->torn_ = true;
+    journal->endMayBeCut_ = true;
     journals.push_back(std::move(journal));
   }
   return journals;
@@ -167,12 +167,12 @@ Result<> LogJournal::writeOut() {
   if (unwritten_.empty()) return {};
   Result<> result = take();
   if (!result) return result;
-  const std::string text = (torn_ ? "\r\n" : "") + unwritten_;
-  torn_ = true;
+  const std::string text = (endMayBeCut_ ? "\r\n" : "") + unwritten_;
+  endMayBeCut_ = true;
   result = retryWhileHeld(*steps_, [&] { return steps_->append(file_, text); });
   if (result) result = retryWhileHeld(*steps_, [&] { return steps_->flush(file_); });
   if (!result) return Failure{"Cannot write " + pathText(file_) + ": " + result.reason()};
-  torn_ = false;
+  endMayBeCut_ = false;
   unwritten_.clear();
   return {};
 }
@@ -212,7 +212,7 @@ Result<> LogJournal::clear() {
   if (file_.empty() || !isFile(file_)) return {};
   steps_->remove(file_);
   if (isFile(file_)) return write(kClearedEntry, {});
-  torn_ = false;
+  endMayBeCut_ = false;
   file_.clear();
   lock_.release();
   return {};

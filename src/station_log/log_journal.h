@@ -56,7 +56,7 @@ class LogJournal {
   FileLock lock_;
   std::uint64_t number_ = 0;  ///< of the newest entry
   std::string unwritten_;     ///< entries that the disk has not, or perhaps not
-  bool torn_ = false;         ///< the file may end with a part of an entry
+  bool endMayBeCut_ = false;  ///< the file may end with a part of an entry
 };
 
 }  // namespace kelvane

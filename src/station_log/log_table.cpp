@@ -58,7 +58,7 @@ void LogTable::take(const LogLines& line, LogRejects& rejects) {
   if (line.fields() == 1 && trimmed(line.line()).empty()) return;
   const LogLine kind = judgeLogLine(line);
   if (kind != LogLine::NoRecord) records_.push_back(line.line());
-  inForm_ = inForm_ && (kind == LogLine::InForm || kind == LogLine::NoRecord);
+  wellFormed_ = wellFormed_ && (kind == LogLine::InForm || kind == LogLine::NoRecord);
   if (kind == LogLine::InForm || kind == LogLine::Record) return;
   rejects.lines.append(line.line()).append("\r\n");
   ++rejects.count;
@@ -152,7 +152,7 @@ std::string LogTable::content() const {
   std::string content(encoding_ == LogEncoding::MarkedUtf8 ? kUtf8Mark : "");
   content.reserve(length + content.size());
   for (const GridRow record : order_) {
-    if (inForm_)
+    if (wellFormed_)
       content.append(records_[record]).append("\r\n");
     else
       appendLogLine(content, records_[record]);

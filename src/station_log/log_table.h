@@ -85,7 +85,7 @@ class LogTable {
   std::vector<std::string_view> records_;
   std::vector<GridRow> order_;
   LogEncoding encoding_ = LogEncoding::CodePage;
-  bool inForm_ = true;  ///< every record's line is as the file is to have it
+  bool wellFormed_ = true;  ///< every record's line is as the file is to have it
 };
 
 }  // namespace kelvane

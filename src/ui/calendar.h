@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <string>
 
@@ -13,6 +14,11 @@ struct DateTime {
 
   bool operator==(const DateTime&) const = default;
 };
+
+/// The point in time that it is if it is UTC.
+std::chrono::sys_seconds pointOf(const DateTime& time);
+/// The point in time as UTC.
+DateTime dateTimeOf(std::chrono::sys_seconds point);
 
 /// The computer's clock and its idea of time zones.
 class Calendar {

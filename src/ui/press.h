@@ -13,11 +13,11 @@ class Press {
   void down(MouseButton button) {
     if (button_ == MouseButton::None) {
       button_ = button;
-      over_ = true;
+      isOver_ = true;
     }
   }
   /// The pointer moved while a button is held.
-  void moved(bool overControl) { over_ = overControl; }
+  void moved(bool overControl) { isOver_ = overControl; }
   /// A mouse button came up; answers whether the control is to act.
   bool up(MouseButton button, bool overControl) {
     if (button != button_) return false;
@@ -29,11 +29,11 @@ class Press {
 
   bool held() const { return button_ != MouseButton::None; }
   /// To let go now would make the control act.
-  bool shown() const { return held() && over_; }
+  bool shown() const { return held() && isOver_; }
 
  private:
   MouseButton button_ = MouseButton::None;
-  bool over_ = false;
+  bool isOver_ = false;
 };
 
 }  // namespace kelvane

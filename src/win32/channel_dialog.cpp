@@ -72,11 +72,11 @@ void ChannelDialog::makeButtons() {
 void ChannelDialog::showSoon() {
   // An open window that is not shown yet has no messages to wait for.
   if (!editor_.view().open || !IsWindowVisible(window())) return show();
-  if (!std::exchange(waits_, true)) startTimer(kFrame);
+  if (!std::exchange(changePending_, true)) startTimer(kFrame);
 }
 
 void ChannelDialog::tick() {
-  if (std::exchange(waits_, false)) show();
+  if (std::exchange(changePending_, false)) show();
 }
 
 void ChannelDialog::show() {

@@ -31,8 +31,8 @@ class ChannelDialog : public DialogWindow {
   ChannelEditor& editor_;
   std::unique_ptr<GridWindow> grid_;
   std::string caption_;
-  bool hourglass_ = false;  ///< is shown
-  bool waits_ = false;      ///< a change waits for the next frame
+  bool hourglass_ = false;      ///< is shown
+  bool changePending_ = false;  ///< a change waits for the next frame
 };
 
 }  // namespace kelvane::win32

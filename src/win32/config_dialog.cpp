@@ -148,13 +148,13 @@ void ConfigDialog::showTabs() {
   const HWND strip = item(id::All);
   const TabRow before = std::exchange(shown_, now);
   for (int tab = 0; tab < static_cast<int>(now.tabs.size()); ++tab) {
-    const bool there = tab < static_cast<int>(before.tabs.size());
-    if (there && before.tabs[tab] == now.tabs[tab]) continue;
+    const bool exists = tab < static_cast<int>(before.tabs.size());
+    if (exists && before.tabs[tab] == now.tabs[tab]) continue;
     std::wstring caption = wide(now.tabs[tab].caption);
     TCITEMW text{};
     text.mask = TCIF_TEXT;
     text.pszText = caption.data();
-    SendMessageW(strip, there ? TCM_SETITEMW : TCM_INSERTITEMW, static_cast<WPARAM>(tab),
+    SendMessageW(strip, exists ? TCM_SETITEMW : TCM_INSERTITEMW, static_cast<WPARAM>(tab),
                  reinterpret_cast<LPARAM>(&text));
   }
   SendMessageW(strip, TCM_SETCURSEL, static_cast<WPARAM>(now.selected), 0);
@@ -218,7 +218,7 @@ bool ConfigDialog::hasVisualStyle() {
   return ask && ask();
 }
 
-HBRUSH ConfigDialog::ground(int control) const {
+HBRUSH ConfigDialog::background(int control) const {
   const bool onPage = control != id::cmdOK && control != id::cmdCancel;
   return onPage && hasVisualStyle() && !highContrast() ? GetSysColorBrush(COLOR_WINDOW) : nullptr;
 }

@@ -25,7 +25,7 @@ class ConfigDialog : public DialogWindow {
   bool keyDown(int keyCode, int shift) override;
   bool accelerator(wchar_t character) override;
   static bool hasVisualStyle();
-  HBRUSH ground(int control) const override;
+  HBRUSH background(int control) const override;
   bool makesRoom() const override;
 
   Config& config_;

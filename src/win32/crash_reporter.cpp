@@ -97,12 +97,12 @@ CrashReporter::CrashReporter(const std::filesystem::path& folder, std::string he
   ULONG stack = kStackForFilter;
   SetThreadStackGuarantee(&stack);
   reporter = this;
-  before_ = SetUnhandledExceptionFilter(filter);
+  previousFilter_ = SetUnhandledExceptionFilter(filter);
   std::set_terminate(terminated);
 }
 
 CrashReporter::~CrashReporter() {
-  SetUnhandledExceptionFilter(before_);
+  SetUnhandledExceptionFilter(previousFilter_);
   reporter = nullptr;
   ending_ = true;
   SetEvent(crashed_);

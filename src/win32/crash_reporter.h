@@ -35,7 +35,7 @@ class CrashReporter {
   std::wstring folder_;
   std::string heading_;
   const LinkHistory& history_;
-  LPTOP_LEVEL_EXCEPTION_FILTER before_ = nullptr;
+  LPTOP_LEVEL_EXCEPTION_FILTER previousFilter_ = nullptr;
   HANDLE crashed_, written_, thread_ = nullptr;
   bool ending_ = false;
   EXCEPTION_POINTERS* fault_ = nullptr;

@@ -37,8 +37,8 @@ DdeServers::~DdeServers() {
   DestroyWindow(window_);
 }
 
-void DdeServers::setListener(std::function<void(Index, const std::string&)> take) {
-  take_ = std::move(take);
+void DdeServers::setListener(std::function<void(Index, const std::string&)> listener) {
+  listener_ = std::move(listener);
 }
 
 void DdeServers::link(const std::vector<std::string>& servers) {
@@ -66,15 +66,15 @@ DigitLink DdeServers::state(Index rx) const {
 void DdeServers::deliver() {
   // Whoever takes a key may let events run: keys that come meanwhile must not overtake the rest.
   if (delivering_) {
-    again_ = true;
+    moreCame_ = true;
     return;
   }
   delivering_ = true;
   for (const auto& letter : mail_->collect()) {
-    if (take_) barrier("taking a digit", [&] { take_(letter.first, letter.second); });
+    if (listener_) barrier("taking a digit", [&] { listener_(letter.first, letter.second); });
   }
   delivering_ = false;
-  if (std::exchange(again_, false)) mail_->wake();
+  if (std::exchange(moreCame_, false)) mail_->wake();
 }
 
 bool DdeServers::handle(UINT message, WPARAM, LPARAM, LRESULT&) {

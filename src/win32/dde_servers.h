@@ -19,7 +19,7 @@ class DdeServers : public DigitServers, private WindowBase<DdeServers> {
   DdeServers();
   ~DdeServers() override;
 
-  void setListener(std::function<void(Index, const std::string&)> take) override;
+  void setListener(std::function<void(Index, const std::string&)> listener) override;
   void link(const std::vector<std::string>& servers) override;
   void refresh() override;
   DigitLink state(Index rx) const override;
@@ -31,10 +31,10 @@ class DdeServers : public DigitServers, private WindowBase<DdeServers> {
 
   HWND window_;
   std::shared_ptr<DdeMail> mail_;
-  std::function<void(Index, const std::string&)> take_;
+  std::function<void(Index, const std::string&)> listener_;
   std::vector<std::shared_ptr<DdeConversation>> conversations_;
   bool delivering_ = false;
-  bool again_ = false;  ///< more came while texts were delivered
+  bool moreCame_ = false;  ///< more came while texts were delivered
 };
 
 }  // namespace kelvane::win32

@@ -176,7 +176,7 @@ bool GridWindow::clicked(POINT at, bool twice) {
 
 void GridWindow::foldList() {
   if (!grid_.dropped()) return;
-  grid_.fold();
+  grid_.closeList();
   show();
 }
 

@@ -155,7 +155,7 @@ void HelpWindow::zoom(UINT dpi) {
 }
 
 /// The card fills the window but for a margin in its own colour and the button below it.
-void HelpWindow::spread(int width, int height) {
+void HelpWindow::layOut(int width, int height) {
   const UINT dpi = resolution();
   const int margin = scaled(10, dpi);
   const int strip = button_ ? scaled(26, dpi) + 2 * margin : margin / 2;
@@ -213,7 +213,7 @@ bool HelpWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&) {
   const auto* suggested = reinterpret_cast<const RECT*>(lParam);
   switch (message) {
     case WM_SIZE:
-      spread(LOWORD(lParam), HIWORD(lParam));
+      layOut(LOWORD(lParam), HIWORD(lParam));
       return true;
     case WM_SETFOCUS:
       SetFocus(card_);

@@ -32,7 +32,7 @@ class HelpWindow : private WindowBase<HelpWindow> {
   void place();
   UINT resolution() const;
   void zoom(UINT dpi);
-  void spread(int width, int height);
+  void layOut(int width, int height);
   void escape();
   void makeButton();
   void saveReport();

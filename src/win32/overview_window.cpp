@@ -197,7 +197,7 @@ HWND OverviewWindow::startOfKeys() const {
 }
 
 ViewWindow::Frame OverviewWindow::startFrame(Global::Point owner) const {
-  const Overview::Place place = overview_.startPlace(owner);
+  const WindowPlace place = overview_.startPlace(owner);
   return {place.at, place.width, place.height};
 }
 

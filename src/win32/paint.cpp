@@ -66,7 +66,7 @@ Painting::Painting(HWND window) : window_(window) {
   const RECT& seen = paint_.rcPaint;
   bitmap_ = CreateCompatibleBitmap(paint_.hdc, std::max<int>(seen.right - seen.left, 1),
                                    std::max<int>(seen.bottom - seen.top, 1));
-  before_ = SelectObject(memory_, bitmap_);
+  previous_ = SelectObject(memory_, bitmap_);
   SetWindowOrgEx(memory_, seen.left, seen.top, nullptr);
   SetBkMode(memory_, TRANSPARENT);
 }
@@ -75,7 +75,7 @@ Painting::~Painting() {
   const RECT& seen = paint_.rcPaint;
   BitBlt(paint_.hdc, seen.left, seen.top, seen.right - seen.left, seen.bottom - seen.top, memory_,
          seen.left, seen.top, SRCCOPY);
-  SelectObject(memory_, before_);
+  SelectObject(memory_, previous_);
   DeleteObject(bitmap_);
   DeleteDC(memory_);
   EndPaint(window_, &paint_);

@@ -36,7 +36,7 @@ class Painting {
   RECT area_;
   HDC memory_;
   HBITMAP bitmap_;
-  HGDIOBJ before_;
+  HGDIOBJ previous_;
 };
 
 }  // namespace kelvane::win32

@@ -91,11 +91,11 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
                             0, 0, nullptr, nullptr, instance, this);
   SetPropW(window_, kSelf, this);
   workWake_ = std::make_unique<PostedWake>(window_, kWorkEnded);
-  hands_ = SetWindowsHookExW(WH_GETMESSAGE, noteHand, nullptr, GetCurrentThreadId());
+  inputHook_ = SetWindowsHookExW(WH_GETMESSAGE, noteHand, nullptr, GetCurrentThreadId());
   tabs_ = std::make_unique<TabStrip>(window_);
   // Before the panel that it lies on: what is made later lies beneath.
   meter_ = std::make_unique<MeterStrip>(window_);
-  tips_ = std::make_unique<ToolTips>(window_, ToolTips::Hears::ByRelay);
+  tips_ = std::make_unique<ToolTips>(window_, ToolTips::Messages::Relayed);
   ControlEvents& events = *this;
   const UINT dpi = resolution();
   for (const ControlRow& row : mainControls()) {
@@ -108,7 +108,7 @@ PanelWindow::PanelWindow(HINSTANCE instance) {
 
 PanelWindow::~PanelWindow() {
   panel_ = nullptr;
-  UnhookWindowsHookEx(hands_);
+  UnhookWindowsHookEx(inputHook_);
   if (IsWindow(window_)) DestroyWindow(window_);
 }
 
@@ -126,7 +126,7 @@ void PanelWindow::present(MAin& panel) {
 
 // What only a resting pointer or a screen reader asks for does not hold back what is seen.
 void PanelWindow::explain() {
-  explained_ = true;
+  described_ = true;
   tabs_->speak();
   meter_->speak();
   for (const auto& control : panelControls_) {
@@ -325,7 +325,7 @@ void PanelWindow::show() {
   meter_->show(view.meter, !view.RxWhy.visible);
   for (const auto& control : panelControls_) {
     const Control& next = control->row().of(view, control->element());
-    if (explained_ && next.tip != control->shown().tip) tips_->set(control->window(), next.tip);
+    if (described_ && next.tip != control->shown().tip) tips_->set(control->window(), next.tip);
     control->show(next);
   }
 }
@@ -341,12 +341,12 @@ void PanelWindow::schedule() {
 void PanelWindow::layOut(UINT dpi) {
   // The old fonts go when the controls have the new ones.
   auto fonts = std::make_unique<Fonts>(dpi);
-  dress(dpi, *fonts);
+  applyLook(dpi, *fonts);
   fonts_ = std::move(fonts);
   laidOutAt_ = dpi;
 }
 
-void PanelWindow::dress(UINT dpi, const Fonts& fonts) {
+void PanelWindow::applyLook(UINT dpi, const Fonts& fonts) {
   const Palette& palette = colours_.now();
   tabs_->place(dpi, fonts, palette);
   meter_->place(dpi, fonts, palette);
@@ -377,7 +377,7 @@ void PanelWindow::choose(ColourChoice choice) {
   colours_.choose(choice);
   darkenCaption(window_, colours_.now().dark);
   if (&colours_.now() == &before) return;
-  dress(laidOutAt_, *fonts_);
+  applyLook(laidOutAt_, *fonts_);
   EnumThreadWindows(GetCurrentThreadId(), repaintWhole, 0);
 }
 

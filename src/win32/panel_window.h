@@ -67,7 +67,7 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   void schedule();
   void raiseAboveTabs() const;
   void layOut(UINT dpi);
-  void dress(UINT dpi, const Fonts& fonts);
+  void applyLook(UINT dpi, const Fonts& fonts);
   void erase(HDC to) const;
   void moveToStart();
   void noteMove();
@@ -83,7 +83,7 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   void comeForward();
 
   HWND window_;
-  HHOOK hands_ = nullptr;
+  HHOOK inputHook_ = nullptr;
   RECT place_{};  ///< on the screen, minimised or not
   std::unique_ptr<PostedWake> workWake_;
   std::unique_ptr<Fonts> fonts_;
@@ -94,7 +94,7 @@ class PanelWindow : public WindowCommands, private ControlEvents, private Window
   std::unique_ptr<ToolTips> tips_;
   /// Looked for once: without a wheel its messages are nobody's.
   const bool wheelPresent_ = wheelPresent();
-  bool explained_ = false;  ///< the controls have their tips and names
+  bool described_ = false;  ///< the controls have their tips and names
   MAin* panel_ = nullptr;
   MainView presented_;
   Instant scheduled_ = kNever;

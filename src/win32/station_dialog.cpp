@@ -142,11 +142,11 @@ void ImportDialog::shapeChosen() {
   const char delimiter =
       kDelimiters[static_cast<std::size_t>(choiceOf(item(id::ImpDelimiter)))].first;
   // Other columns mean nothing yet: they are guessed anew.
-  if (delimiter != shape.delimiter) return editor_.import()->delimiter(delimiter);
+  if (delimiter != shape.delimiter) return editor_.import()->setDelimiter(delimiter);
   shape.unit = static_cast<lists::Unit>(choiceOf(item(id::ImpUnit)));
   if (column < shape.fields.size())
     shape.fields[column] = static_cast<formats::Field>(choiceOf(item(id::ImpMeaning)));
-  editor_.import()->shape(shape);
+  editor_.import()->setShape(shape);
 }
 
 void ImportDialog::command(int control, int notice) {

@@ -40,8 +40,9 @@ void TabStrip::show(const TabRow& row) {
                  [](const Tab& a, const Tab& b) { return a.caption == b.caption; });
   if (!sameTabs) rebuild();
   for (int i = 0; i < static_cast<int>(row.tabs.size()); ++i) {
-    const bool there = sameTabs && before.tabs[i].highlighted == row.tabs[i].highlighted;
-    if (!there) SendMessageW(window_, TCM_HIGHLIGHTITEM, i, MAKELPARAM(row.tabs[i].highlighted, 0));
+    const bool isShown = sameTabs && before.tabs[i].highlighted == row.tabs[i].highlighted;
+    if (!isShown)
+      SendMessageW(window_, TCM_HIGHLIGHTITEM, i, MAKELPARAM(row.tabs[i].highlighted, 0));
     if (!sameTabs || before.tabs[i].level == row.tabs[i].level) continue;
     const RECT level = levelArea(areaOf(i));
     InvalidateRect(window_, &level, FALSE);

@@ -61,7 +61,7 @@ ViewWindow::Design tracesDesign() {
 
 void Canvas::release() {
   if (!dc_) return;
-  SelectObject(dc_, before_);
+  SelectObject(dc_, previous_);
   DeleteObject(bitmap_);
   DeleteDC(dc_);
   dc_ = nullptr;
@@ -77,7 +77,7 @@ void Canvas::resize(int width, int height) {
   void* data = nullptr;
   bitmap_ = CreateDIBSection(dc_, &info, DIB_RGB_COLORS, &data, nullptr, 0);
   data_ = static_cast<std::uint32_t*>(data);
-  before_ = SelectObject(dc_, bitmap_);
+  previous_ = SelectObject(dc_, bitmap_);
   SetBkMode(dc_, TRANSPARENT);
 }
 
@@ -180,12 +180,12 @@ void TracesWindow::showResults() {
   std::vector<std::string> lines = traces_.results();
   lines.push_back(status);
   if (lines == results_) return;
-  const bool other = lines.size() != results_.size();
+  const bool countChanged = lines.size() != results_.size();
   results_ = std::move(lines);
   std::string text;
   for (const std::string& line : results_) text += (text.empty() ? "" : "\r\n") + line;
   SetWindowTextW(item(id::TraceResults), wide(text).c_str());
-  if (other) relayOut();
+  if (countChanged) relayOut();
   InvalidateRect(item(id::TraceResults), nullptr, FALSE);
 }
 
@@ -314,7 +314,7 @@ bool TracesWindow::keyPress(int character) {
 }
 
 ViewWindow::Frame TracesWindow::startFrame(Global::Point owner) const {
-  const Traces::Place place = traces_.startPlace(owner);
+  const WindowPlace place = traces_.startPlace(owner);
   return {place.at, place.width, place.height};
 }
 

@@ -30,7 +30,7 @@ class Canvas {
 
   HDC dc_ = nullptr;
   HBITMAP bitmap_ = nullptr;
-  HGDIOBJ before_ = nullptr;
+  HGDIOBJ previous_ = nullptr;
   std::uint32_t* data_ = nullptr;
   int width_ = 0, height_ = 0;
 };

@@ -99,7 +99,7 @@ void ViewWindow::restorePlace() {
       {static_cast<std::int32_t>(size.cx), static_cast<std::int32_t>(size.cy)},
       GetSystemMetrics(SM_CYCAPTION), screens());
   SetWindowPos(window_, nullptr, at.left, at.top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
-  spread();
+  layOutAll();
 }
 
 void ViewWindow::keepPlace() {
@@ -279,11 +279,11 @@ void ViewWindow::changeLook() {
   dpi_ = layoutResolution(window_, GetDpiForWindow(window_), design_.width, design_.height);
   fonts_ = std::make_unique<Fonts>(dpi_);
   lookChanged();
-  spread();
+  layOutAll();
   RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
 }
 
-void ViewWindow::spread() {
+void ViewWindow::layOutAll() {
   RECT area{};
   GetClientRect(window_, &area);
   if (fonts_ && area.right > 0) layOut(area.right, area.bottom);
@@ -304,7 +304,7 @@ bool ViewWindow::handle(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& res
       result = 1;
       return true;
     case WM_SIZE:
-      if (wParam != SIZE_MINIMIZED) spread();
+      if (wParam != SIZE_MINIMIZED) layOutAll();
       return true;
     case WM_GETMINMAXINFO: {
       if (!fonts_) return false;

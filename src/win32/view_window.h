@@ -89,7 +89,7 @@ class ViewWindow : private WindowBase<ViewWindow> {
   void paintItem(const DRAWITEMSTRUCT& draw) const;
   void paintButton(const DRAWITEMSTRUCT& draw) const;
   void changeLook();
-  void spread();
+  void layOutAll();
   void restorePlace();
   void keepPlace();
   bool accelerator(char32_t character);

@@ -244,7 +244,7 @@ TEST_F(Desk, TakesTheFirstProgramThatIsARigctldAndFollowsThePorts) {
   desk.look();
   ASSERT_TRUE(soon(desk, [](const DeskState& state) { return state.models && !state.looking; }));
   EXPECT_EQ(desk.state().version, "Hamlib 4.7.2");
-  EXPECT_EQ(desk.state().problem, "");
+  EXPECT_EQ(desk.state().remark, "");
   EXPECT_EQ(remembered, "good");
   desk.ask(3073);
   EXPECT_TRUE(soon(desk, [](const DeskState& state) {
@@ -259,7 +259,7 @@ TEST_F(Desk, TakesTheFirstProgramThatIsARigctldAndFollowsThePorts) {
   EXPECT_TRUE(soon(desk, [](const DeskState& state) { return state.ports.size() == 2; }));
   desk.show("rubbish");
   EXPECT_TRUE(soon(desk, [](const DeskState& state) {
-    return state.problem == "rubbish is no rigctld." && state.models && state.program == "good";
+    return state.remark == "rubbish is no rigctld." && state.models && state.program == "good";
   })) << "what works stays";
 }
 
@@ -268,7 +268,7 @@ TEST_F(Desk, SaysWhatIsMissingAndEndsWhileAProgramHangs) {
     RadioDesk desk(sources());
     desk.look();
     EXPECT_TRUE(soon(desk, [](const DeskState& state) {
-      return !state.looking && state.problem == noServerProgramWords();
+      return !state.looking && state.remark == noServerProgramWords();
     }));
   }
   programs = {"hangs"};

@@ -58,7 +58,7 @@ struct LogFiles : testing::Test {
 
 TEST_F(LogFiles, AMissingFileIsAnEmptyLogAndTheFirstSaveMakesIt) {
   EXPECT_EQ(file.read().size(), 0u);
-  EXPECT_EQ(file.problem(), "");
+  EXPECT_TRUE(file.readable());
   EXPECT_TRUE(save(file, ""));
   EXPECT_EQ(read(), "");
   EXPECT_EQ(files(), 1u);
@@ -166,7 +166,7 @@ TEST_F(LogFiles, WaitForAnotherProgramThatSaves) {
 TEST_F(LogFiles, NeverReplaceAFileThatCouldNotBeRead) {
   fs::create_directories(path / "in the way");
   EXPECT_EQ(file.read().size(), 0u);
-  EXPECT_NE(file.problem().find("scratchpad.txt"), std::string::npos);
+  EXPECT_NE(file.readable().reason().find("scratchpad.txt"), std::string::npos);
   EXPECT_FALSE(save(file, kNew));
   EXPECT_TRUE(fs::is_directory(path / "in the way"));
 
@@ -175,7 +175,8 @@ TEST_F(LogFiles, NeverReplaceAFileThatCouldNotBeRead) {
   fs::resize_file(path, 1'000'000'000);
   LogFile large(path);
   EXPECT_EQ(large.read().size(), 0u);
-  EXPECT_NE(large.problem().find("too large"), std::string::npos) << large.problem();
+  EXPECT_NE(large.readable().reason().find("too large"), std::string::npos)
+      << large.readable().reason();
   EXPECT_FALSE(save(large, kNew));
   EXPECT_EQ(fs::file_size(path), 1'000'000'000u);
 }

@@ -85,12 +85,12 @@ void OwnStore::write() {
 
 void OwnStore::take(Outcome outcome) {
   if (!outcome.how) {
-    problem_ = std::string("My stations were not ") + (outcome.wrote ? "saved: " : "read: ") +
-               outcome.how.reason();
+    lastAccess_ = Failure{std::string("My stations were not ") +
+                          (outcome.wrote ? "saved: " : "read: ") + outcome.how.reason()};
     refused_ = outcome.wrote;
     return;
   }
-  problem_.clear();
+  lastAccess_ = {};
   const bool first = !std::exchange(ready_, true);
   mark_ = outcome.mark;
   if (outcome.other || first) {

@@ -30,8 +30,8 @@ class OwnStore {
   /// The list is that of the file; before, it must not be edited.
   bool ready() const { return ready_; }
   bool busy() const { return beside_.busy(); }
-  /// Why the list could not be read or written the last time; mostly empty.
-  const std::string& problem() const { return problem_; }
+  /// Whether the list could be read or written the last time.
+  const Result<>& lastAccess() const { return lastAccess_; }
   /// Something was edited that the file does not hold.
   bool unsaved() const { return ready_ && list_.version() != written_; }
   /// Lines of the file that are no stations, in words; mostly empty.
@@ -72,7 +72,8 @@ class OwnStore {
   std::uint64_t written_ = 0, writing_ = 0;  ///< versions of the list
   bool ready_ = false;
   bool refused_ = false;  ///< the last write failed: not tried again before another edit
-  std::string problem_, unread_;
+  Result<> lastAccess_;
+  std::string unread_;
   WorkBeside beside_;
 };
 

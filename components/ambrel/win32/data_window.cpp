@@ -38,25 +38,10 @@ void DataWindow::makeControls() {
        {398, 14, 150, 18},
        "The row where the receiver is is selected as it is tuned",
        MoveRight});
-  addRows({id::Rows,
-           WC_LISTVIEWW,
-           VirtualRows::kStyle,
-           "Frequency database",
-           {12, 44, 536, 202},
-           "",
-           Widen | Heighten},
-          [this](std::size_t row, int column) {
-            return data_.cell(row, static_cast<std::size_t>(column));
-          });
-  add({id::Status,
-       WC_STATICW,
-       SS_NOPREFIX,
-       "",
-       {12, 265, 320, 18},
-       "",
-       Widen | MoveDown,
-       "",
-       true});
+  addRows(id::Rows, "Frequency database", {12, 44, 536, 202}, [this](std::size_t row, int column) {
+    return data_.cell(row, static_cast<std::size_t>(column));
+  });
+  addStatus({12, 265, 320, 18});
   addEnds(
       {352, 260, "&Tune", "Tune the receiver to the selected row", "&Close", MoveRight | MoveDown});
 }

@@ -63,25 +63,11 @@ void KnownListWindow::makeControls() {
        "",
        MoveRight});
   add({id::Descending, WC_BUTTONW, kCheck, "&Descending", {656, 14, 92, 18}, "", MoveRight});
-  addRows({id::Stations,
-           WC_LISTVIEWW,
-           VirtualRows::kStyle,
-           "Known frequencies",
-           {12, 44, 736, 222},
-           "",
-           Widen | Heighten},
+  addRows(id::Stations, "Known frequencies", {12, 44, 736, 222},
           [this](std::size_t row, int column) {
             return list_.cell(row, static_cast<ListColumn>(column));
           });
-  add({id::Status,
-       WC_STATICW,
-       SS_NOPREFIX | SS_ENDELLIPSIS,
-       "",
-       {12, 285, 526, 18},
-       "",
-       Widen | MoveDown,
-       "",
-       true});
+  addStatus({12, 285, 526, 18}, SS_ENDELLIPSIS);
   addEnds({552, 280, "&Tune", "Tune the receiver to the selected station", "&Close",
            MoveRight | MoveDown});
 }

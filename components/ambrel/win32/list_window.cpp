@@ -2,22 +2,31 @@
 
 #include <utility>
 
+#include "components/ambrel/win32/dialog_ids.h"
+
 namespace kelvane::ambrel {
 
 ListWindow::ListWindow(const Frame& frame, AmbrelCore& core)
     : DialogWindow(frame), core_(core), wake_(waker()) {}
 
-void ListWindow::addRows(const win32::DialogItem& list, win32::VirtualRows::Cell cell) {
-  listControl_ = add(list);
+void ListWindow::addRows(int id, const char* name, const win32::DialogArea& area,
+                         win32::VirtualRows::Cell cell) {
+  listControl_ = add({id, WC_LISTVIEWW, win32::VirtualRows::kStyle, name, area, "",
+                      win32::Widen | win32::Heighten});
   rows_.emplace(listControl_, std::move(cell));
 }
 
+void ListWindow::addStatus(const win32::DialogArea& area, DWORD style) {
+  add({id::Status, WC_STATICW, SS_NOPREFIX | style, "", area, "", win32::Widen | win32::MoveDown,
+       "", true});
+}
+
 void ListWindow::follow() {
-  if (window() && !std::exchange(toLook_, true)) wake_();
+  if (window() && !std::exchange(refreshPending_, true)) wake_();
 }
 
 void ListWindow::tick() {
-  toLook_ = false;
+  refreshPending_ = false;
   look();
 }
 

@@ -18,9 +18,12 @@ class ListWindow : public win32::DialogWindow {
  protected:
   ListWindow(const Frame& frame, AmbrelCore& core);
 
-  /// Adds the list, whose texts are asked for by `cell`; to be called once, while the window is
-  /// made.
-  void addRows(const win32::DialogItem& list, win32::VirtualRows::Cell cell);
+  /// Adds the list, which grows with the window and whose texts are asked for by `cell`; to be
+  /// called once, while the window is made.
+  void addRows(int id, const char* name, const win32::DialogArea& area,
+               win32::VirtualRows::Cell cell);
+  /// Adds the text below the list that screen readers say when it changes.
+  void addStatus(const win32::DialogArea& area, DWORD style = 0);
   win32::VirtualRows& rows() { return *rows_; }
 
   /// Shows what is there now.
@@ -38,7 +41,7 @@ class ListWindow : public win32::DialogWindow {
   void tick() final;
 
   std::function<void()> wake_;
-  bool toLook_ = false;  ///< a tick is on its way
+  bool refreshPending_ = false;  ///< a tick is on its way
   HWND listControl_ = nullptr;
   std::optional<win32::VirtualRows> rows_;
 };

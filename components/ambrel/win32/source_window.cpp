@@ -74,13 +74,7 @@ SourceWindow::SourceWindow(HWND owner, AmbrelCore& core)
 void SourceWindow::makeLists() {
   using namespace win32;
   add({id::Label, WC_STATICW, 0, "&Lists and band plans:", {12, 10, 300, 16}});
-  addRows({id::Lists,
-           WC_LISTVIEWW,
-           VirtualRows::kStyle,
-           "Lists and band plans",
-           {12, 28, 656, 118},
-           "",
-           Widen | Heighten},
+  addRows(id::Lists, "Lists and band plans", {12, 28, 656, 118},
           [this](std::size_t row, int column) {
             return row < sources_.size() ? cellOf(sources_[row], column) : std::string();
           });
@@ -100,15 +94,7 @@ void SourceWindow::makeLists() {
        {114, 252, 554, 23},
        "Lists and band plans here are used in the place of shipped ones of the same name",
        Widen | MoveDown});
-  add({id::Status,
-       WC_STATICW,
-       SS_NOPREFIX,
-       "",
-       {12, 280, 656, 32},
-       "",
-       Widen | MoveDown,
-       "",
-       true});
+  addStatus({12, 280, 656, 32});
 }
 
 void SourceWindow::makeButtons() {

@@ -35,9 +35,9 @@ RadioDesk::~RadioDesk() {
   thread_.join();
 }
 
-void RadioDesk::setListener(std::function<void()> tell) {
+void RadioDesk::setListener(std::function<void()> onChange) {
   const std::lock_guard lock(mutex_);
-  tell_ = std::move(tell);
+  onChange_ = std::move(onChange);
 }
 
 DeskState RadioDesk::state() const {
@@ -57,20 +57,20 @@ bool RadioDesk::stopped() const {
 
 void RadioDesk::look() {
   change([this](DeskState& state) {
-    wishes_.look = true;
+    wanted_.look = true;
     state.looking = true;
   });
 }
 
 void RadioDesk::show(const fs::path& program) {
   change([&](DeskState& state) {
-    wishes_.shown = program;
+    wanted_.shown = program;
     state.looking = true;
   });
 }
 
 void RadioDesk::ask(std::int32_t model) {
-  change([&](DeskState&) { wishes_.model = model; });
+  change([&](DeskState&) { wanted_.model = model; });
 }
 
 void RadioDesk::watchPorts(bool watch) {
@@ -83,7 +83,7 @@ void RadioDesk::change(Change change) {
     const std::lock_guard lock(mutex_);
     change(state_);
     ++changes_;
-    if (tell_) tell_();
+    if (onChange_) onChange_();
   }
   wake_.notify_all();
 }
@@ -91,32 +91,32 @@ void RadioDesk::change(Change change) {
 void RadioDesk::run() {
   std::unique_lock lock(mutex_);
   while (!stop_) {
-    const Wishes wishes = std::exchange(wishes_, {});
+    const Wanted wanted = std::exchange(wanted_, {});
     const bool ports = watching_;
     lock.unlock();
     // Ports first: they are there at once.
     if (ports) barrier("looking for ports", [this] { readPorts(); });
-    barrier("asking rigctld", [&] { turn(wishes); });
+    barrier("asking rigctld", [&] { turn(wanted); });
     lock.lock();
-    const auto wished = [this] {
-      return stop_ || wishes_.look || wishes_.shown || wishes_.model != 0;
+    const auto isWanted = [this] {
+      return stop_ || wanted_.look || wanted_.shown || wanted_.model != 0;
     };
     if (watching_) {
-      wake_.wait_for(lock, kPortsEvery, wished);
+      wake_.wait_for(lock, kPortsEvery, isWanted);
     } else {
-      wake_.wait(lock, [&] { return wished() || watching_; });
+      wake_.wait(lock, [&] { return isWanted() || watching_; });
     }
   }
 }
 
-void RadioDesk::turn(const Wishes& wishes) {
-  if (wishes.shown) {
-    said(readProgram(*wishes.shown));
-    if (state().program == pathText(*wishes.shown)) sources_.remember(*wishes.shown);
-  } else if (wishes.look) {
+void RadioDesk::turn(const Wanted& wanted) {
+  if (wanted.shown) {
+    endLooking(readProgram(*wanted.shown));
+    if (state().program == pathText(*wanted.shown)) sources_.remember(*wanted.shown);
+  } else if (wanted.look) {
     readBestProgram();
   }
-  if (wishes.model != 0) readFacts(wishes.model);
+  if (wanted.model != 0) readFacts(wanted.model);
 }
 
 void RadioDesk::readPorts() {
@@ -131,20 +131,20 @@ void RadioDesk::readBestProgram() {
   const auto programs = sources_.programs();
   std::string first;
   for (std::size_t place = 0; place < std::min(programs.size(), kMostTries); ++place) {
-    const std::string problem = readProgram(programs[place]);
+    const std::string remark = readProgram(programs[place]);
     if (state().program == pathText(programs[place])) {
       if (place > 0) sources_.remember(programs[place]);
-      return said(problem);
+      return endLooking(remark);
     }
-    if (place == 0) first = problem;
+    if (place == 0) first = remark;
   }
-  said(programs.empty() ? noServerProgramWords() : first);
+  endLooking(programs.empty() ? noServerProgramWords() : first);
 }
 
-void RadioDesk::said(const std::string& problem) {
+void RadioDesk::endLooking(const std::string& remark) {
   change([&](DeskState& state) {
     state.looking = false;
-    state.problem = problem;
+    state.remark = remark;
   });
 }
 
@@ -152,7 +152,7 @@ void RadioDesk::said(const std::string& problem) {
 std::string RadioDesk::readProgram(const fs::path& program) {
   std::error_code none;
   const auto at = fs::last_write_time(program, none);
-  if (program == readFrom_ && at == readAt_) return state().problem;
+  if (program == readFrom_ && at == readAt_) return state().remark;
   const Result<std::string> taken = takeProgram(program);
   if (!taken) return taken.reason();
   readFrom_ = program;

@@ -30,7 +30,7 @@ struct DeskState {
   bool looking = true;  ///< for a rigctld, or asking it
   std::string program;  ///< the rigctld in use, with its folder; empty where there is none
   std::string version;  ///< "Hamlib 4.7.2"
-  std::string problem;  ///< why there are no models, or what to mind, in words
+  std::string remark;   ///< why there are no models, or what to mind, in words
   std::shared_ptr<const ModelList> models;
   std::int32_t factsOf = 0;  ///< the model that `facts` belong to; 0 for none
   ModelFacts facts;
@@ -60,7 +60,7 @@ class RadioDesk {
 
   /// Called on any thread when the state has changed; it only asks somebody to look. Nobody is
   /// called any more when this returns.
-  void setListener(std::function<void()> tell);
+  void setListener(std::function<void()> onChange);
 
   DeskState state() const;
   /// Counts the changes of the state.
@@ -76,18 +76,18 @@ class RadioDesk {
   void watchPorts(bool watch);
 
  private:
-  struct Wishes {
+  struct Wanted {
     bool look = false;
     std::optional<std::filesystem::path> shown;
     std::int32_t model = 0;
   };
 
   void run();
-  void turn(const Wishes& wishes);
+  void turn(const Wanted& wanted);
   void readPorts();
   void readBestProgram();
   std::string readProgram(const std::filesystem::path& program);
-  void said(const std::string& problem);
+  void endLooking(const std::string& remark);
   Result<std::string> takeProgram(const std::filesystem::path& program);
   void readFacts(std::int32_t model);
   Result<std::string> output(const std::string& program, const std::string& words);
@@ -100,10 +100,10 @@ class RadioDesk {
   std::condition_variable wake_;
   bool stop_ = false;
   bool watching_ = false;
-  Wishes wishes_;
+  Wanted wanted_;
   DeskState state_;
   std::uint32_t changes_ = 0;
-  std::function<void()> tell_;
+  std::function<void()> onChange_;
   // Of the thread alone:
   std::filesystem::path readFrom_;
   std::filesystem::file_time_type readAt_;

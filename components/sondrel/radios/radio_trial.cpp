@@ -147,7 +147,7 @@ bool RadioTrial::askFrequency(ServerTalk& talk, milliseconds limit) {
 void RadioTrial::askRest(ServerTalk& talk) {
   const auto mode = talk.ask("m", kMeterLimit);
   if (mode && !mode->empty() && !mode->starts_with("RPRT")) say("Its mode: " + *mode);
-  talk.rest(milliseconds(100));
+  talk.restOfAnswer(milliseconds(100));
   const auto level = talk.ask("l STRENGTH", kMeterLimit);
   const bool told = level && !level->empty() && !level->starts_with("RPRT");
   if (!stop_) say(told ? "Its meter: " + *level + " dB against S9" : "It tells no meter reading.");

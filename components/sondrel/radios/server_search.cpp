@@ -115,7 +115,7 @@ void ServerSearch::look(const ServerPlace& place, std::size_t rank) {
   if (hertz <= 0 && !answer->starts_with("RPRT")) return;
   FoundServer server{place, {}, hertz > 0 ? decimalText(hertz / 1000) + " kHz" : std::string()};
   const auto first = talk.ask("\\dump_caps", kSearchReply);
-  const std::string text = first.value_or("") + "\n" + talk.rest(kQuietAfter);
+  const std::string text = first.value_or("") + "\n" + talk.restOfAnswer(kQuietAfter);
   const std::string maker = labelled(text, "Mfg name:"), model = labelled(text, "Model name:");
   server.name = maker.empty() || model.empty() ? model : maker + " " + model;
   const std::lock_guard lock(mutex_);

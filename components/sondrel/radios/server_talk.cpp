@@ -53,7 +53,7 @@ std::optional<std::string> ServerTalk::ask(const std::string& question, millisec
   return std::nullopt;
 }
 
-std::string ServerTalk::rest(milliseconds quiet) {
+std::string ServerTalk::restOfAnswer(milliseconds quiet) {
   Instant end = talkNow() + quiet;
   while (open_ && talkNow() < end && !stopped_()) {
     const auto events = client_.wait(talkNow(), std::min(end, talkNow() + kSlice));

@@ -21,7 +21,7 @@ class ServerTalk {
   /// The first line of the answer; none where there is none in time, or the server left.
   std::optional<std::string> ask(const std::string& question, milliseconds limit);
   /// The rest of what came with the last answer, and comes until it is quiet for a while.
-  std::string rest(milliseconds quiet);
+  std::string restOfAnswer(milliseconds quiet);
 
  private:
   TcpClient client_;

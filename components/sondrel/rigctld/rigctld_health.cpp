@@ -52,18 +52,18 @@ std::optional<RigItem> heartbeatOf(const RigctldExperience& experience) {
 
 RigctldHealth::Finding RigctldHealth::judge(const Reply& reply, bool good, bool up,
                                             milliseconds took) {
-  troubles_ = good ? 0 : troubles_ + 1;
+  failuresInARow_ = good ? 0 : failuresInARow_ + 1;
   if (good) return {LinkState::Up, false, false};
   if (const auto trouble = troubleIn(reply)) {
     if (trouble == LinkState::Configuration) return {trouble, false, true};
     // Once is a disturbance, twice is a fault; a radio that is switched off says so itself.
     const bool momentary = !reply.ok() && *reply.report != kPoweredOff && took < kMoment;
-    const bool again = momentary && up && troubles_ == 1;
+    const bool again = momentary && up && failuresInARow_ == 1;
     return again ? Finding{std::nullopt, true, false} : Finding{trouble, false, false};
   }
   // A frequency that is too high for the contract is a value still, and a refusal an answer.
-  const bool sense = !reply.ok() || numberOf(valueOf(reply.lines[0]));
-  if (!sense && troubles_ >= kMostUnreadable) return {LinkState::Error, false, true};
+  const bool understood = !reply.ok() || numberOf(valueOf(reply.lines[0]));
+  if (!understood && failuresInARow_ >= kMostUnreadable) return {LinkState::Error, false, true};
   return {LinkState::Up, false, false};
 }
 

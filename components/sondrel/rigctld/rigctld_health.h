@@ -35,7 +35,7 @@ class RigctldHealth {
   Finding judge(const Reply& reply, bool good, bool up, milliseconds took);
 
  private:
-  int troubles_ = 0;
+  int failuresInARow_ = 0;
 };
 
 }  // namespace kelvane::sondrel

@@ -22,9 +22,9 @@ bool isNear(std::int32_t a, std::int32_t b) { return std::abs(std::int64_t{a} - 
 }  // namespace
 
 void RigctldReadings::restart() {
-  known_ = told_ = {};
+  known_ = wereRead_ = {};
   awaited_ = {};
-  ours_ = {};
+  ownChangeUntil_ = {};
   retune_.reset();
 }
 
@@ -64,7 +64,7 @@ bool RigctldReadings::take(RigItem item, const Reply& reply, Instant now) {
 void RigctldReadings::unreadable(RigItem item) {
   for (auto& awaited : awaited_) {
     if (!awaited || awaited->order.reads != item) continue;
-    const bool told = told_.has(item);
+    const bool told = wereRead_.has(item);
     if (told) {
       value(item == RigItem::Mode ? RigItem::Filter : item) = read_[at(item)];
       if (item == RigItem::Mode) mode_ = modeRead_;
@@ -80,9 +80,9 @@ void RigctldReadings::accepted(const RigOrder& order, bool newerWaits, Instant n
   const auto item = order.request.item;
   if (item == RigItem::Clock) return;
   if (item == RigItem::Mode) {
-    ours_.fill(now + kFollowsWithin);  // radios keep more than the filter with a mode
+    ownChangeUntil_.fill(now + kFollowsWithin);  // radios keep more than the filter with a mode
   } else {
-    ours_[at(order.reads)] = now + kFollowsWithin;
+    ownChangeUntil_[at(order.reads)] = now + kFollowsWithin;
   }
   const bool readable = can_->readable.has(order.reads);
   awaited_[at(item)] = readable && !newerWaits ? awaited(order, false, now) : std::nullopt;
@@ -178,7 +178,7 @@ void RigctldReadings::takeNumber(RigItem item, std::int32_t number, Instant now)
   const auto cause = first ? Cause::Learned : causeOf(item, number, now);
   value(item) = number;
   known_.add(item);
-  told_.add(item);
+  wereRead_.add(item);
   if (answers) {
     settle(requested);
   } else if (bfo) {
@@ -212,7 +212,7 @@ void RigctldReadings::takeMode(const ModeAndWidth& read, Instant now) {
   const auto shown = number(RigItem::Frequency);
   mode_ = read.mode;
   known_.add(RigItem::Mode);
-  told_.add(RigItem::Mode);
+  wereRead_.add(RigItem::Mode);
   if (!stale && (modeNews || widthNews)) value(RigItem::Filter) = read.width;
   if (mode) {
     settle(RigItem::Mode);
@@ -248,7 +248,7 @@ void RigctldReadings::settle(RigItem requested) {
 }
 
 Cause RigctldReadings::causeOf(RigItem item, std::int32_t number, Instant now) const {
-  if (now >= ours_[at(item)]) return Cause::AtReceiver;
+  if (now >= ownChangeUntil_[at(item)]) return Cause::AtReceiver;
   if (item != RigItem::Frequency) return Cause::Request;
   const bool close = isNear(number, tuned_) || isNear(number, values_[at(item)]);
   return close ? Cause::Request : Cause::AtReceiver;

@@ -84,10 +84,10 @@ class RigctldReadings {
   std::string modeRead_;
   std::int32_t offset_ = 0;
   RigItems known_;
-  RigItems told_;  ///< of those: read, and not only accepted
+  RigItems wereRead_;  ///< of those: read, and not only accepted
   std::array<std::optional<Awaited>, kRigItems> awaited_;  ///< by the item of the request
-  std::array<Instant, kRigItems> ours_{};  ///< until when a change is the request's doing
-  std::int32_t tuned_ = 0;                 ///< what the radio was last told to tune to
+  std::array<Instant, kRigItems> ownChangeUntil_{};  ///< until when a change is the request's doing
+  std::int32_t tuned_ = 0;                           ///< what the radio was last told to tune to
   std::int32_t reportedBfo_ = 0;
   std::optional<RigRequest> retune_;
   std::vector<ValueReport> reports_;

@@ -67,34 +67,34 @@ RigctldSession::RigctldSession(RigctldOptions options)
 void RigctldSession::open(bool reopen, Instant now) {
   stateAskedFor_ = true;
   const bool running = phase_ == Phase::Running;
-  const bool up = running && said_ == LinkState::Up;
-  const bool deaf = running && !up && !flight_ && !heartbeatOf(experience_);
+  const bool up = running && toldState_ == LinkState::Up;
+  const bool unansweredConnection = running && !up && !awaited_ && !heartbeatOf(experience_);
   if (phase_ == Phase::Closed && now < lastingFailures_.notBefore()) {
     reopenAt_ = std::min(reopenAt_, lastingFailures_.notBefore());
     return;
   }
-  if (phase_ == Phase::Closed || (up && reopen) || deaf) return startConnection();
+  if (phase_ == Phase::Closed || (up && reopen) || unansweredConnection) return startConnection();
   if (up) return say(LinkState::Up);
-  if (flight_ && flight_->late) flight_->limit = now + kReplyLimit;
+  if (awaited_ && awaited_->late) awaited_->limit = now + kReplyLimit;
   nextAttempt_ = now;
   pump(now);
 }
 
 void RigctldSession::tryAgain() {
-  if (phase_ == Phase::Closed && said_) startConnection();
+  if (phase_ == Phase::Closed && toldState_) startConnection();
 }
 
 void RigctldSession::close() {
   left_ = left_ || phase_ > Phase::Connecting;
   drop();
-  said_.reset();
+  toldState_.reset();
   stateAskedFor_ = false;
   lastingFailures_.forget();
   reports_.clear();
 }
 
 void RigctldSession::request(RigRequest request, Instant now) {
-  if (said_ != LinkState::Up) return;
+  if (toldState_ != LinkState::Up) return;
   requests_.put(std::move(request));
   nextTrialAt_ = std::max(nextTrialAt_, now + kNoTrialsAfterRequest);
   pump(now);
@@ -130,20 +130,20 @@ void RigctldSession::closed(CloseReason reason, Instant now) {
   // A server whose radio is silent or gone ends the connection without an answer, and takes the
   // next one at once: the link is sound, so nobody else will try again.
   const bool connected = phase_ != Phase::Connecting;
-  const bool radioAsked =
-      phase_ == Phase::Greeting ? handshake_.reachedRadio() : said_ == LinkState::NotResponding;
-  const bool mute = connected && radioAsked && flight_ && !reader_.partial();
+  const bool radioAsked = phase_ == Phase::Greeting ? handshake_.reachedRadio()
+                                                    : toldState_ == LinkState::NotResponding;
+  const bool radioSilent = connected && radioAsked && awaited_ && !reader_.partial();
   // Whoever takes connections only to end them is most likely another service.
-  const bool stranger = connected && !handshake_.reachedRadio();
-  if (mute) return failLater(LinkState::NotResponding, now);
-  if (stranger && std::exchange(left_, false)) {
+  const bool otherService = connected && !handshake_.reachedRadio();
+  if (radioSilent) return failLater(LinkState::NotResponding, now);
+  if (otherService && std::exchange(left_, false)) {
     drop();
     reopenAt_ = now + kAfterLeaving;
     return;
   }
   noReply(now);
   fail(stateOf(reason), now);
-  if (stranger) lastingFailures_.failed(now);
+  if (otherService) lastingFailures_.failed(now);
 }
 
 void RigctldSession::tick(Instant now) {
@@ -158,8 +158,8 @@ void RigctldSession::tick(Instant now) {
     if (reader_.quiet() == ReplyReader::Progress::Complete) replied(reader_.take(), now);
   }
   if (phase_ == Phase::Greeting && readyToComeUp(now)) comeUp(now);
-  if (flight_ && now >= flight_->limit) overdue(now);
-  if (flight_ && now >= flight_->sent + kGiveUp) giveUp(now);
+  if (awaited_ && now >= awaited_->limit) overdue(now);
+  if (awaited_ && now >= awaited_->sent + kGiveUp) giveUp(now);
   pump(now);
 }
 
@@ -167,14 +167,14 @@ Instant RigctldSession::nextDue() const {
   if (phase_ == Phase::Closed) return reopenAt_;
   if (phase_ == Phase::Connecting) return kNever;
   Instant due = kNever;
-  if (flight_) {
-    due = std::min({quietAt_, flight_->limit, flight_->sent + kGiveUp});
+  if (awaited_) {
+    due = std::min({quietAt_, awaited_->limit, awaited_->sent + kGiveUp});
     const bool greets = phase_ == Phase::Greeting && handshake_.finished();
     return greets ? std::min(due, greetingSince_ + kGreetingLimit) : due;
   }
-  if (phase_ == Phase::Running && said_ != LinkState::Up && !heartbeatOf(experience_)) {
+  if (phase_ == Phase::Running && toldState_ != LinkState::Up && !heartbeatOf(experience_)) {
     due = kNever;  // nothing is left to ask: the next opening begins anew
-  } else if (phase_ == Phase::Greeting || said_ != LinkState::Up) {
+  } else if (phase_ == Phase::Greeting || toldState_ != LinkState::Up) {
     due = nextAttempt_;
   } else if (!requests_.empty()) {
     due = discardUntil_;
@@ -206,7 +206,7 @@ void RigctldSession::drop() {
   phase_ = Phase::Closed;
   wanted_ = 0;
   reader_ = {};
-  flight_.reset();
+  awaited_.reset();
   requests_.clear();
   output_.clear();
   quietAt_ = kNever;
@@ -232,8 +232,8 @@ void RigctldSession::say(LinkState state) {
   if (state != LinkState::Up) requests_.clear();
   stateAssumed_ = false;
   radioSilent_ = radioSilent_ && state != LinkState::Up;
-  if (said_ == state && !stateAskedFor_) return;
-  said_ = state;
+  if (toldState_ == state && !stateAskedFor_) return;
+  toldState_ = state;
   stateAskedFor_ = false;
   if (state == LinkState::Up) {
     left_ = false;
@@ -253,20 +253,20 @@ void RigctldSession::waitForQuiet(Instant now) {
 
 /// How long its reply may be missing before the link is said to be lost. However slowly a radio
 /// refuses what it never told, that is no sign of a dead one.
-milliseconds RigctldSession::replyLimitOf(const Flight& flight) const {
-  if (flight.purpose == Purpose::Greet) return replyLimit_;
-  if (flight.purpose == Purpose::Order) {
-    return isSetting(flight.order.request.item) ? kGiveUp : kRefusalLimit;
+milliseconds RigctldSession::replyLimitOf(const AwaitedReply& awaited) const {
+  if (awaited.purpose == Purpose::Greet) return replyLimit_;
+  if (awaited.purpose == Purpose::Order) {
+    return isSetting(awaited.order.request.item) ? kGiveUp : kRefusalLimit;
   }
-  if (flight.item == heartbeatOf(experience_)) return replyLimit_;
-  return experience_.tells(flight.item) ? kRefusalLimit : kGiveUp;
+  if (awaited.item == heartbeatOf(experience_)) return replyLimit_;
+  return experience_.tells(awaited.item) ? kRefusalLimit : kGiveUp;
 }
 
 void RigctldSession::overdue(Instant now) {
   if (reader_.partial() && !reader_.endsByQuiet()) return fail(LinkState::Error, now);
-  if (now >= flight_->sent + kGiveUp) return;
-  flight_->late = true;
-  flight_->limit = kNever;
+  if (now >= awaited_->sent + kGiveUp) return;
+  awaited_->late = true;
+  awaited_->limit = kNever;
   // A server of this dialect has a radio behind it. When it was well a moment ago, or has said that
   // its radio is silent, it is the radio that it waits for.
   const bool asksRadio = phase_ == Phase::Running || handshake_.reachedRadio();
@@ -277,13 +277,13 @@ void RigctldSession::overdue(Instant now) {
 
 void RigctldSession::giveUp(Instant now) {
   // Where a late reply can be told from others the server may keep it: the radio is asked on.
-  const bool skips = phase_ == Phase::Running && said_ == LinkState::Up &&
-                     handshake_.headsReplies() && flight_->purpose == Purpose::Read &&
-                     flight_->item != heartbeatOf(experience_) && !reader_.partial();
+  const bool skips = phase_ == Phase::Running && toldState_ == LinkState::Up &&
+                     handshake_.headsReplies() && awaited_->purpose == Purpose::Read &&
+                     awaited_->item != heartbeatOf(experience_) && !reader_.partial();
   noReply(now);
   if (skips) {
     learned(now);
-    holdSettings(*std::exchange(flight_, std::nullopt), now);
+    holdSettings(*std::exchange(awaited_, std::nullopt), now);
     return askHeartbeat();
   }
   if (radioSilent_) return failLater(LinkState::NotResponding, now);
@@ -292,10 +292,10 @@ void RigctldSession::giveUp(Instant now) {
 
 /// What is under way stays without reply: where it is a setting it had better be left alone.
 void RigctldSession::noReply(Instant now) {
-  if (!flight_ || flight_->purpose != Purpose::Read || !isSetting(flight_->item)) return;
-  if (now < flight_->sent + kReplyLimit) return;
-  readings_.unreadable(flight_->item);
-  experience_.unanswered(flight_->item, kGiveUp, now);
+  if (!awaited_ || awaited_->purpose != Purpose::Read || !isSetting(awaited_->item)) return;
+  if (now < awaited_->sent + kReplyLimit) return;
+  readings_.unreadable(awaited_->item);
+  experience_.unanswered(awaited_->item, kGiveUp, now);
 }
 
 bool RigctldSession::slept(Instant now) const {
@@ -304,37 +304,37 @@ bool RigctldSession::slept(Instant now) const {
 }
 
 void RigctldSession::replied(const Reply& reply, Instant now) {
-  const Flight flight = *std::exchange(flight_, std::nullopt);
+  const AwaitedReply awaited = *std::exchange(awaited_, std::nullopt);
   quietAt_ = kNever;
-  holdSettings(flight, now);
-  if (replyLimitOf(flight) == replyLimit_) {
+  holdSettings(awaited, now);
+  if (replyLimitOf(awaited) == replyLimit_) {
     // A server that is slow by nature is not said to be lost at each command.
-    const auto took = std::chrono::duration_cast<milliseconds>(now - flight.sent);
+    const auto took = std::chrono::duration_cast<milliseconds>(now - awaited.sent);
     replyLimit_ = std::clamp(took * 3 / 2, kReplyLimit, kLongestReplyLimit);
   }
   // The small servers write an error twice.
   const bool extended = handshake_.capabilities().dialect == Dialect::Extended;
   if (!reply.ok() && !extended) waitForQuiet(now);
   if (phase_ == Phase::Closed) return;
-  switch (flight.purpose) {
+  switch (awaited.purpose) {
     case Purpose::Greet:
       greeted(reply, now);
       break;
     case Purpose::Read:
-      gotReading(flight, reply, now);
+      gotReading(awaited, reply, now);
       break;
     case Purpose::Order:
-      gotOrder(flight.order, reply, now);
+      gotOrder(awaited.order, reply, now);
       break;
   }
   collect();
 }
 
 /// After a setting that kept the server long, frequency, mode and meter have the line for a while.
-void RigctldSession::holdSettings(const Flight& flight, Instant now) {
-  const auto took = now - flight.sent;
-  const bool setting = flight.purpose == Purpose::Read && isSetting(flight.item);
-  if (!setting || took < kBlink) return plan_.answered(flight.sent, now);
+void RigctldSession::holdSettings(const AwaitedReply& awaited, Instant now) {
+  const auto took = now - awaited.sent;
+  const bool setting = awaited.purpose == Purpose::Read && isSetting(awaited.item);
+  if (!setting || took < kBlink) return plan_.answered(awaited.sent, now);
   const auto hold = std::min<Instant::duration>(took * kShareOfSlow, kLongestHold);
   nextTrialAt_ = std::max(nextTrialAt_, now + hold);
   plan_.holdSettings(now + hold);
@@ -359,7 +359,7 @@ void RigctldSession::greeted(const Reply& reply, Instant now) {
 
 bool RigctldSession::readyToComeUp(Instant now) const {
   if (!handshake_.finished()) return false;
-  return now - greetingSince_ >= kGreetingLimit || (!flight_ && !experience_.due(now, true));
+  return now - greetingSince_ >= kGreetingLimit || (!awaited_ && !experience_.due(now, true));
 }
 
 void RigctldSession::comeUp(Instant now) {
@@ -372,9 +372,9 @@ void RigctldSession::comeUp(Instant now) {
   say(LinkState::Up);
 }
 
-void RigctldSession::gotReading(const Flight& flight, const Reply& reply, Instant now) {
-  const auto item = flight.item;
-  const auto took = std::chrono::duration_cast<milliseconds>(now - flight.sent);
+void RigctldSession::gotReading(const AwaitedReply& awaited, const Reply& reply, Instant now) {
+  const auto item = awaited.item;
+  const auto took = std::chrono::duration_cast<milliseconds>(now - awaited.sent);
   const auto mode = readings_.situation().mode;
   const bool good = readings_.take(item, reply, now);
   if (phase_ == Phase::Greeting) {
@@ -395,7 +395,7 @@ void RigctldSession::gotReading(const Flight& flight, const Reply& reply, Instan
 }
 
 void RigctldSession::judge(const Reply& reply, bool good, milliseconds took, Instant now) {
-  const auto finding = health_.judge(reply, good, said_ == LinkState::Up, took);
+  const auto finding = health_.judge(reply, good, toldState_ == LinkState::Up, took);
   if (finding.drop) return fail(*finding.link, now);
   if (finding.ask) askHeartbeat();
   nextAttempt_ = now + kBetweenAttempts;
@@ -437,10 +437,10 @@ void RigctldSession::askHeartbeat() {
 // --- what to send next
 
 void RigctldSession::pump(Instant now) {
-  if (flight_ || now < discardUntil_) return;
+  if (awaited_ || now < discardUntil_) return;
   if (phase_ == Phase::Greeting) return pumpGreeting(now);
   if (phase_ != Phase::Running) return;
-  if (said_ != LinkState::Up) {
+  if (toldState_ != LinkState::Up) {
     if (const auto beat = heartbeatOf(experience_); beat && now >= nextAttempt_) read(*beat, now);
     return;
   }
@@ -478,10 +478,10 @@ void RigctldSession::read(RigItem item, Instant now) {
   send(handshake_.commands().get(item), {Purpose::Read, item, {}, {}, {}}, now);
 }
 
-void RigctldSession::send(RigCommand command, Flight flight, Instant now) {
-  flight.sent = now;
-  flight.limit = now + replyLimitOf(flight);
-  flight_ = std::move(flight);
+void RigctldSession::send(RigCommand command, AwaitedReply awaited, Instant now) {
+  awaited.sent = now;
+  awaited.limit = now + replyLimitOf(awaited);
+  awaited_ = std::move(awaited);
   quietAt_ = kNever;
   reader_.begin(std::move(command.rule));
   output_ = std::move(command.line);

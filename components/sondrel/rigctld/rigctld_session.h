@@ -71,7 +71,7 @@ class RigctldSession {
  private:
   enum class Phase { Closed, Connecting, Greeting, Running };
   enum class Purpose { Greet, Read, Order };
-  struct Flight {
+  struct AwaitedReply {
     Purpose purpose = Purpose::Read;
     RigItem item = RigItem::Frequency;  ///< for Read
     RigOrder order;                     ///< for Order
@@ -87,7 +87,7 @@ class RigctldSession {
   void say(LinkState state);
 
   void waitForQuiet(Instant now);
-  milliseconds replyLimitOf(const Flight& flight) const;
+  milliseconds replyLimitOf(const AwaitedReply& awaited) const;
   void overdue(Instant now);
   void giveUp(Instant now);
   void noReply(Instant now);
@@ -96,17 +96,17 @@ class RigctldSession {
   void greeted(const Reply& reply, Instant now);
   bool readyToComeUp(Instant now) const;
   void comeUp(Instant now);
-  void gotReading(const Flight& flight, const Reply& reply, Instant now);
+  void gotReading(const AwaitedReply& awaited, const Reply& reply, Instant now);
   void judge(const Reply& reply, bool good, milliseconds took, Instant now);
   void gotOrder(const RigOrder& order, const Reply& reply, Instant now);
   void learned(Instant now);
-  void holdSettings(const Flight& flight, Instant now);
+  void holdSettings(const AwaitedReply& awaited, Instant now);
   void askHeartbeat();
 
   void pump(Instant now);
   void pumpGreeting(Instant now);
   bool sendRequest(Instant now);
-  void send(RigCommand command, Flight flight, Instant now);
+  void send(RigCommand command, AwaitedReply awaited, Instant now);
   void read(RigItem item, Instant now);
   void collect();
   RigctldCapabilities limited() const;
@@ -115,14 +115,14 @@ class RigctldSession {
   Phase phase_ = Phase::Closed;
   std::uint32_t wanted_ = 0;
   std::uint32_t connections_ = 0;
-  std::optional<LinkState> said_;
+  std::optional<LinkState> toldState_;
   bool stateAskedFor_ = false;
-  bool stateAssumed_ = false;  ///< said_ stands only because nothing was answered
+  bool stateAssumed_ = false;  ///< toldState_ stands only because nothing was answered
   bool radioSilent_ = false;   ///< the server said so
   bool left_ = false;          ///< the connection before this one was ended from this side
 
   ReplyReader reader_;
-  std::optional<Flight> flight_;
+  std::optional<AwaitedReply> awaited_;
   Instant quietAt_ = kNever;  ///< end of a reply that ends by quiet
   Instant discardUntil_{};    ///< until then stray bytes may belong to an older command
   Instant discardSince_ = kNever;

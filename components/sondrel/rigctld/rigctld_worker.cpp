@@ -63,7 +63,7 @@ RigctldWorker::~RigctldWorker() {
 
 void RigctldWorker::dismissServer() {
   keeper_.dismiss();
-  sole_.release();
+  placeLock_.release();
   servedElsewhere_ = false;
 }
 
@@ -202,7 +202,7 @@ Result<> RigctldWorker::startServer() {
 /// Two servers at one place would fight for radio and port: the first process that wants one there
 /// starts it, for all.
 Result<> RigctldWorker::startSoleServer() {
-  const Result<> sole = sole_.owned() ? Result<>() : sole_.acquire(serverMark(address_));
+  const Result<> sole = placeLock_.owned() ? Result<>() : placeLock_.acquire(serverMark(address_));
   const bool elsewhere = !sole && sole.held();
   if (elsewhere && !servedElsewhere_) {
     noteFault("starting the server at " + address_.host + ":" + std::to_string(address_.port),
@@ -210,14 +210,14 @@ Result<> RigctldWorker::startSoleServer() {
   }
   servedElsewhere_ = elsewhere;
   const Result<> started = elsewhere ? Result<>() : process_.start(address_.command);
-  if (!started) sole_.release();
+  if (!started) placeLock_.release();
   return started;
 }
 
 /// Another process's server ends with its owner.
 bool RigctldWorker::serverRunsElsewhere() {
-  const bool free = bool(sole_.acquire(serverMark(address_)));
-  sole_.release();
+  const bool free = bool(placeLock_.acquire(serverMark(address_)));
+  placeLock_.release();
   return !free;
 }
 

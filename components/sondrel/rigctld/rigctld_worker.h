@@ -89,7 +89,7 @@ class RigctldWorker {
   Deliver deliver_;
   TcpClient client_;
   ChildProcess process_;
-  FileLock sole_;                 ///< the right to start a server at that place
+  FileLock placeLock_;            ///< the right to start a server at that place
   bool servedElsewhere_ = false;  ///< another process has it, and its server is used
   ServerKeeper keeper_;
   std::uint32_t connection_ = 0;

@@ -148,7 +148,8 @@ void ShareServer::Port::close() {
   reached.clear();
 }
 
-ShareServer::ShareServer(Hears hears) : hears_(std::move(hears)), thread_([this] { run(); }) {}
+ShareServer::ShareServer(Callbacks callbacks)
+    : callbacks_(std::move(callbacks)), thread_([this] { run(); }) {}
 
 ShareServer::~ShareServer() {
   {
@@ -198,7 +199,7 @@ void ShareServer::round() {
   const Instant now = std::chrono::steady_clock::now();
   openPorts(now);
   show();
-  const auto& told = watch_.wait(rest(now));
+  const auto& told = watch_.wait(timeUntilDue(now));
   const Instant then = std::chrono::steady_clock::now();
   for (const SocketHandle socket : told) look(socket, then);
   for (const auto& client : clients_) {
@@ -261,7 +262,7 @@ void ShareServer::openPorts(Instant now) {
   }
 }
 
-std::chrono::nanoseconds ShareServer::rest(Instant now) const {
+std::chrono::nanoseconds ShareServer::timeUntilDue(Instant now) const {
   Instant until = now + std::chrono::hours(1);
   for (const auto& port : ports_) until = std::min(until, port->due());
   for (const auto& client : clients_) until = std::min(until, client->lookAt);
@@ -275,14 +276,14 @@ void ShareServer::accept(Port& port, SocketHandle listener, Instant now) {
     const SocketHandle socket = acceptFrom(listener, peer, refused);
     if (socket == kNoSocket) break;
     stale_ = true;
-    const bool welcome = isLoopbackAddress(peer) || isInNetList(peer, port.place.from);
-    if (!welcome || clients_.size() >= kMostPrograms) {
+    const bool mayConnect = isLoopbackAddress(peer) || isInNetList(peer, port.place.from);
+    if (!mayConnect || clients_.size() >= kMostPrograms) {
       closeSocket(socket);
       continue;
     }
     clients_.push_back(
         std::make_unique<Client>(socket, port, addressText(peer), watch_,
-                                 [this, key = port.place.key] { hears_.ordered(key); }));
+                                 [this, key = port.place.key] { callbacks_.ordered(key); }));
   }
   if (refused) port.pause(now + kAcceptPause);
 }
@@ -335,7 +336,7 @@ void ShareServer::show() {
     if (views == views_) return;
     views_ = std::move(views);
   }
-  hears_.changed();
+  callbacks_.changed();
 }
 
 }  // namespace kelvane::sondrel

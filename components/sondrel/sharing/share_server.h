@@ -44,13 +44,13 @@ struct ShareView {
 /// is tried again every few seconds.
 class ShareServer {
  public:
-  struct Hears {
+  struct Callbacks {
     std::function<void(const std::string& key)> ordered;  ///< orders wait at that receiver
     std::function<void()> changed;                        ///< views() answers something else
   };
 
   /// Both are called on the server's thread and must not block.
-  explicit ShareServer(Hears hears);
+  explicit ShareServer(Callbacks callbacks);
   ~ShareServer();
   ShareServer(const ShareServer&) = delete;
   ShareServer& operator=(const ShareServer&) = delete;
@@ -69,7 +69,7 @@ class ShareServer {
   void round();
   void takeMail();
   void openPorts(Instant now);
-  std::chrono::nanoseconds rest(Instant now) const;
+  std::chrono::nanoseconds timeUntilDue(Instant now) const;
   void look(SocketHandle socket, Instant now);
   void accept(Port& port, SocketHandle listener, Instant now);
   void read(Client& client, Instant now);
@@ -78,7 +78,7 @@ class ShareServer {
   void closeEnded();
   void show();
 
-  Hears hears_;
+  Callbacks callbacks_;
   SocketUse use_;
   SocketWatch watch_;
   std::vector<std::unique_ptr<Port>> ports_;

@@ -46,6 +46,19 @@ bool knowsWhereItIs(const Asked& asked) {
   return asked.facts.known(asked.now) && asked.facts.frequency >= 0;
 }
 
+/// Answers a labelled value.
+template <class Value>
+RigStatus answerValue(Asked& asked, std::string_view label, const Value& value) {
+  asked.reply.value(label, value);
+  return RigStatus::Ok;
+}
+
+/// Answers a line as it stands.
+RigStatus answerLine(Asked& asked, std::string_view line) {
+  asked.reply.bare(line);
+  return RigStatus::Ok;
+}
+
 RigStatus ok(Asked&) { return RigStatus::Ok; }
 RigStatus notAvailable(Asked&) { return RigStatus::NotAvailable; }
 
@@ -58,10 +71,9 @@ RigStatus offOnly(Asked& asked) {
   return off ? RigStatus::Ok : RigStatus::NotAvailable;
 }
 
-template <const std::string_view& label, int number>
-RigStatus fixedNumber(Asked& asked) {
-  asked.reply.value(label, number);
-  return RigStatus::Ok;
+template <const std::string_view& label, const auto& value>
+RigStatus fixedValue(Asked& asked) {
+  return answerValue(asked, label, value);
 }
 
 // Frequency and mode.
@@ -69,8 +81,7 @@ RigStatus fixedNumber(Asked& asked) {
 RigStatus getFrequency(Asked& asked) {
   if (!knowsWhereItIs(asked)) return RigStatus::TimedOut;
   const bool split = asked.command.row->letter == 'i';
-  asked.reply.value(split ? "TX Frequency" : "Frequency", asked.facts.frequency);
-  return RigStatus::Ok;
+  return answerValue(asked, split ? "TX Frequency" : "Frequency", asked.facts.frequency);
 }
 
 RigStatus setFrequency(Asked& asked) {
@@ -88,15 +99,11 @@ RigStatus getMode(Asked& asked) {
   if (!asked.facts.known(asked.now) || name.empty()) return RigStatus::TimedOut;
   const bool split = asked.command.row->letter == 'x';
   asked.reply.value(split ? "TX Mode" : "Mode", name);
-  asked.reply.value(split ? "TX Passband" : "Passband", asked.facts.filter);
-  return RigStatus::Ok;
+  return answerValue(asked, split ? "TX Passband" : "Passband", asked.facts.filter);
 }
 
 RigStatus setMode(Asked& asked) {
-  if (asksForList(asked)) {
-    asked.reply.bare(protocolModes(can(asked)));
-    return RigStatus::Ok;
-  }
+  if (asksForList(asked)) return answerLine(asked, protocolModes(can(asked)));
   if (const RigStatus refused = mayChange(asked); refused != RigStatus::Ok) return refused;
   const auto mode = modeForName(can(asked), argument(asked, 0));
   const std::string_view width = argument(asked, 1);
@@ -118,26 +125,15 @@ RigStatus setMode(Asked& asked) {
 
 // VFO, split, transmitting: a receiver has one VFO and never transmits.
 
-RigStatus getVfo(Asked& asked) {
-  asked.reply.value("VFO", kVfo);
-  return RigStatus::Ok;
-}
-
 RigStatus setVfo(Asked& asked) {
-  if (asksForList(asked)) {
-    asked.reply.bare(asked.reply.extended() ? std::string(kVfo) : std::string(kVfo) + " ");
-    return RigStatus::Ok;
-  }
+  if (asksForList(asked)) return answerLine(asked, asked.reply.extended() ? "VFOA" : "VFOA ");
   for (const std::string_view own : {"VFOA", "VFO", "currVFO", "Main", "MainA", "RX"}) {
     if (equalIgnoringCase(own, argument(asked, 0))) return RigStatus::Ok;
   }
   return isVfoName(argument(asked, 0)) ? RigStatus::NotAvailable : RigStatus::Invalid;
 }
 
-RigStatus checkVfo(Asked& asked) {
-  asked.reply.value("ChkVFO", asked.vfoOption ? 1 : 0);
-  return RigStatus::Ok;
-}
+RigStatus checkVfo(Asked& asked) { return answerValue(asked, "ChkVFO", asked.vfoOption ? 1 : 0); }
 
 RigStatus setVfoOption(Asked& asked) {
   const auto wanted = wholeNumber(argument(asked, 0));
@@ -146,15 +142,9 @@ RigStatus setVfoOption(Asked& asked) {
   return RigStatus::Ok;
 }
 
-RigStatus getVfoList(Asked& asked) {
-  asked.reply.value("VFOs", kVfo);
-  return RigStatus::Ok;
-}
-
 RigStatus getSplit(Asked& asked) {
   asked.reply.value("Split", 0);
-  asked.reply.value("TX VFO", kVfo);
-  return RigStatus::Ok;
+  return answerValue(asked, "TX VFO", kVfo);
 }
 
 RigStatus setSplit(Asked& asked) {
@@ -169,18 +159,14 @@ RigStatus getVfoInfo(Asked& asked) {
   asked.reply.value("Mode", protocolMode(asked.facts.mode));
   asked.reply.value("Width", asked.facts.filter);
   asked.reply.value("Split", 0);
-  asked.reply.value("SatMode", 0);
-  return RigStatus::Ok;
+  return answerValue(asked, "SatMode", 0);
 }
 
 // Levels and functions.
 
 RigStatus getLevel(Asked& asked) {
   const std::string_view name = argument(asked, 0);
-  if (asksForList(asked)) {
-    asked.reply.bare(levelList(can(asked)));
-    return RigStatus::Ok;
-  }
+  if (asksForList(asked)) return answerLine(asked, levelList(can(asked)));
   const bool attenuator = equalIgnoringCase(name, "ATT") && can(asked).attenuator.size() > 1;
   const bool agc = equalIgnoringCase(name, "AGC") && !agcLevelList(can(asked)).empty();
   const bool strength = equalIgnoringCase(name, "STRENGTH");
@@ -194,8 +180,7 @@ RigStatus getLevel(Asked& asked) {
     const Choice* choice = choiceOf(can(asked).agc, asked.facts.agc);
     value = choice ? protocolAgc(choice->name).value_or(0) : 0;
   }
-  asked.reply.bare(std::to_string(value));
-  return RigStatus::Ok;
+  return answerLine(asked, std::to_string(value));
 }
 
 RigStatus orderAttenuator(Asked& asked, double decibels) {
@@ -215,10 +200,7 @@ RigStatus orderAgc(Asked& asked, double code) {
 
 RigStatus setLevel(Asked& asked) {
   const std::string_view name = argument(asked, 0);
-  if (asksForList(asked)) {
-    asked.reply.bare(settableLevelList(can(asked)));
-    return RigStatus::Ok;
-  }
+  if (asksForList(asked)) return answerLine(asked, settableLevelList(can(asked)));
   const bool attenuator = equalIgnoringCase(name, "ATT") && can(asked).attenuator.size() > 1;
   const bool agc = equalIgnoringCase(name, "AGC") && !can(asked).agc.empty();
   if (!attenuator && !agc) return RigStatus::NotAvailable;
@@ -233,21 +215,14 @@ bool isBlanker(const Asked& asked) {
 }
 
 RigStatus getFunction(Asked& asked) {
-  if (asksForList(asked)) {
-    asked.reply.bare(functionList(can(asked)));
-    return RigStatus::Ok;
-  }
+  if (asksForList(asked)) return answerLine(asked, functionList(can(asked)));
   if (!isBlanker(asked)) return RigStatus::NotAvailable;
   if (!asked.facts.known(asked.now)) return RigStatus::TimedOut;
-  asked.reply.bare(asked.facts.blanker > 0 ? "1" : "0");
-  return RigStatus::Ok;
+  return answerLine(asked, asked.facts.blanker > 0 ? "1" : "0");
 }
 
 RigStatus setFunction(Asked& asked) {
-  if (asksForList(asked)) {
-    asked.reply.bare(functionList(can(asked)));
-    return RigStatus::Ok;
-  }
+  if (asksForList(asked)) return answerLine(asked, functionList(can(asked)));
   const auto on = wholeNumber(argument(asked, 1));
   if (!on) return RigStatus::Invalid;
   if (!isBlanker(asked)) return *on == 0 ? RigStatus::Ok : RigStatus::NotAvailable;
@@ -263,22 +238,19 @@ RigStatus setFunction(Asked& asked) {
 
 RigStatus getSquelch(Asked& asked) {
   if (!asked.facts.known(asked.now)) return RigStatus::TimedOut;
-  asked.reply.value("DCD", asked.facts.squelchOpen ? 1 : 0);
-  return RigStatus::Ok;
+  return answerValue(asked, "DCD", asked.facts.squelchOpen ? 1 : 0);
 }
 
 RigStatus listOnly(Asked& asked) {
-  if (!asksForList(asked)) return RigStatus::NotAvailable;
-  asked.reply.bare("");
-  return RigStatus::Ok;
+  return asksForList(asked) ? answerLine(asked, "") : RigStatus::NotAvailable;
 }
 
 // What the receiver is.
 
 RigStatus getInfo(Asked& asked) {
   const SharedTraits& traits = *asked.facts.traits;
-  asked.reply.value("Info", traits.name + (traits.can.type.empty() ? "" : " " + traits.can.type));
-  return RigStatus::Ok;
+  return answerValue(asked, "Info",
+                     traits.name + (traits.can.type.empty() ? "" : " " + traits.can.type));
 }
 
 RigStatus tellState(Asked& asked) {
@@ -324,13 +296,7 @@ RigStatus getRigInfo(Asked& asked) {
   line("App=Hamlib");
   line("Version=Kelvane");
   asked.reply.bare("CRC=" + checksum(all));
-  asked.reply.bare("");
-  return RigStatus::Ok;
-}
-
-RigStatus getTransceive(Asked& asked) {
-  asked.reply.value("Transceive", "OFF");
-  return RigStatus::Ok;
+  return answerLine(asked, "");
 }
 
 RigStatus quit(Asked& asked) {
@@ -340,7 +306,9 @@ RigStatus quit(Asked& asked) {
 
 constexpr std::string_view kPtt = "PTT", kRit = "RIT", kXit = "XIT", kStep = "Tuning Step",
                            kMemory = "Memory#", kLocked = "Locked", kPower = "Power Status",
-                           kCache = "Timeout (msecs)";
+                           kCache = "Timeout (msecs)", kVfoLabel = "VFO", kVfoList = "VFOs",
+                           kTransceive = "Transceive", kOff = "OFF";
+constexpr int kZero = 0, kOne = 1, kCacheTime = 500;
 
 RigStatus setPower(Asked& asked) {
   // On it is; off is not for others.
@@ -356,7 +324,7 @@ constexpr CommandRow kRows[] = {
     {'M', "set_mode", 2, kSet, setMode},
     {'m', "get_mode", 0, kGet, getMode},
     {'V', "set_vfo", 1, kSet, setVfo},
-    {'v', "get_vfo", 0, kGet, getVfo},
+    {'v', "get_vfo", 0, kGet, fixedValue<kVfoLabel, kVfo>},
     {'S', "set_split_vfo", 2, kSet, setSplit},
     {'s', "get_split_vfo", 0, kGet, getSplit},
     {'I', "set_split_freq", 1, kSet, notAvailable},
@@ -366,7 +334,7 @@ constexpr CommandRow kRows[] = {
     {'K', "set_split_freq_mode", 3, kSet, notAvailable},
     {'k', "get_split_freq_mode", 0, kGet, notAvailable},
     {'T', "set_ptt", 1, kSet, offOnly},
-    {'t', "get_ptt", 0, kGet, fixedNumber<kPtt, 0>},
+    {'t', "get_ptt", 0, kGet, fixedValue<kPtt, kZero>},
     {'L', "set_level", 2, kSet, setLevel},
     {'l', "get_level", 1, kGet, getLevel},
     {'U', "set_func", 2, kSet, setFunction},
@@ -376,15 +344,15 @@ constexpr CommandRow kRows[] = {
     {'G', "vfo_op", 1, kSet, listOnly},
     {'g', "scan", 2, kSet, notAvailable},
     {'J', "set_rit", 1, kSet, offOnly},
-    {'j', "get_rit", 0, kGet, fixedNumber<kRit, 0>},
+    {'j', "get_rit", 0, kGet, fixedValue<kRit, kZero>},
     {'Z', "set_xit", 1, kSet, offOnly},
-    {'z', "get_xit", 0, kGet, fixedNumber<kXit, 0>},
+    {'z', "get_xit", 0, kGet, fixedValue<kXit, kZero>},
     {'N', "set_ts", 1, kSet, notAvailable},
-    {'n', "get_ts", 0, kGet, fixedNumber<kStep, 0>},
+    {'n', "get_ts", 0, kGet, fixedValue<kStep, kZero>},
     {'E', "set_mem", 1, kSet, notAvailable},
-    {'e', "get_mem", 0, kGet, fixedNumber<kMemory, 0>},
+    {'e', "get_mem", 0, kGet, fixedValue<kMemory, kZero>},
     {'A', "set_trn", 1, kSet, offOnly},
-    {'a', "get_trn", 0, kGet, getTransceive},
+    {'a', "get_trn", 0, kGet, fixedValue<kTransceive, kOff>},
     {'Y', "set_ant", 2, kSet, notAvailable},
     {'y', "get_ant", 1, kGet, notAvailable},
     {'H', "set_channel", kRestOfLine, kSet, notAvailable},
@@ -405,14 +373,14 @@ constexpr CommandRow kRows[] = {
     {0, "chk_vfo", 0, Closing::Never, checkVfo},
     {0, "set_vfo_opt", 1, kSet, setVfoOption},
     {0, "get_vfo_info", 1, kGet, getVfoInfo},
-    {0, "get_vfo_list", 0, kGet, getVfoList},
+    {0, "get_vfo_list", 0, kGet, fixedValue<kVfoList, kVfo>},
     {0, "get_rig_info", 0, kGet, getRigInfo},
     {0, "get_dcd", 0, kGet, getSquelch},
-    {0, "get_powerstat", 0, kGet, fixedNumber<kPower, 1>},
+    {0, "get_powerstat", 0, kGet, fixedValue<kPower, kOne>},
     {0, "set_powerstat", 1, kSet, setPower},
-    {0, "get_lock_mode", 0, kGet, fixedNumber<kLocked, 0>},
+    {0, "get_lock_mode", 0, kGet, fixedValue<kLocked, kZero>},
     {0, "set_lock_mode", 1, kSet, offOnly},
-    {0, "get_cache", 0, kGet, fixedNumber<kCache, 500>},
+    {0, "get_cache", 0, kGet, fixedValue<kCache, kCacheTime>},
     {0, "set_cache", 1, kSet, ok},
     {0, "stop_morse", 0, kSet, ok},
     {0, "wait_morse", 0, kSet, ok},

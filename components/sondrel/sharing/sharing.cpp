@@ -30,8 +30,8 @@ bool describes(const SharedTraits& traits, const Receiver& receiver, const Share
 
 }  // namespace
 
-Sharing::Sharing(const std::shared_ptr<Inbox>& inbox, Hears hears)
-    : mailbox_(inbox), hears_(std::move(hears)) {}
+Sharing::Sharing(const std::shared_ptr<Inbox>& inbox, Callbacks callbacks)
+    : mailbox_(inbox), callbacks_(std::move(callbacks)) {}
 
 Sharing::~Sharing() {
   server_.reset();
@@ -40,21 +40,21 @@ Sharing::~Sharing() {
 
 void Sharing::configure(const std::filesystem::path& lock, const std::vector<SharedEntry>& entries,
                         Instant now) {
-  auto former = std::exchange(seats_, {});
+  auto former = std::exchange(shares_, {});
   for (const SharedEntry& entry : entries) {
     if (!entry.setup.shared) continue;
     auto place = former.extract(entry.key);
     const bool stays = bool(place);
-    Seat& seat = stays ? seats_.insert(std::move(place)).position->second : seats_[entry.key];
-    if (!stays) seat.openBy = now + kWaitForReceiver;
-    seat.entry = entry;
+    Share& share = stays ? shares_.insert(std::move(place)).position->second : shares_[entry.key];
+    if (!stays) share.openBy = now + kWaitForReceiver;
+    share.entry = entry;
   }
-  if (seats_.empty() || lock != lockFile_) {
+  if (shares_.empty() || lock != lockFile_) {
     server_.reset();
     lock_.release();
   }
   lockFile_ = lock;
-  tryAt_ = seats_.empty() ? kNever : now;
+  tryAt_ = shares_.empty() ? kNever : now;
 }
 
 void Sharing::tick(Instant now) {
@@ -68,22 +68,22 @@ void Sharing::tick(Instant now) {
 void Sharing::startServer(Instant now) {
   if (!server_) {
     server_ = std::make_unique<ShareServer>(
-        ShareServer::Hears{[this, box = mailbox_](const std::string& key) {
-                             box.post([this, key] { takeOrders(key); });
-                           },
-                           [this, box = mailbox_] { box.post([this] { takeViews(); }); }});
+        ShareServer::Callbacks{[this, box = mailbox_](const std::string& key) {
+                                 box.post([this, key] { takeOrders(key); });
+                               },
+                               [this, box = mailbox_] { box.post([this] { takeViews(); }); }});
   }
   tryAt_ = kNever;
   std::vector<SharePlace> places;
-  for (auto& [key, seat] : seats_) {
-    seat.open = seat.open || seat.facts.online || now >= seat.openBy;
-    if (!seat.open) {
-      tryAt_ = std::min(tryAt_, seat.openBy);
+  for (auto& [key, share] : shares_) {
+    share.open = share.open || share.facts.online || now >= share.openBy;
+    if (!share.open) {
+      tryAt_ = std::min(tryAt_, share.openBy);
       continue;
     }
-    const ShareSetup& setup = seat.entry.setup;
+    const ShareSetup& setup = share.entry.setup;
     places.push_back(
-        {key, seat.receiver, setup.address, setup.from, setup.port, seat.entry.firstPort});
+        {key, share.receiver, setup.address, setup.from, setup.port, share.entry.firstPort});
   }
   // In the order of the receivers, so that each finds its own port free.
   std::ranges::sort(places, {}, &SharePlace::firstPort);
@@ -91,31 +91,31 @@ void Sharing::startServer(Instant now) {
 }
 
 void Sharing::takeOrders(const std::string& key) {
-  const auto place = seats_.find(key);
-  if (place == seats_.end()) return;
+  const auto place = shares_.find(key);
+  if (place == shares_.end()) return;
   place->second.orderTaken = true;
   const auto receiver = place->second.receiver;
-  for (const ShareOrder& order : receiver->takeOrders()) hears_.ordered(key, order);
+  for (const ShareOrder& order : receiver->takeOrders()) callbacks_.ordered(key, order);
 }
 
 void Sharing::takeViews() {
   std::vector<std::string> changed;
   for (const ShareView& view : server_ ? server_->views() : std::vector<ShareView>()) {
-    const auto place = seats_.find(view.key);
-    if (place == seats_.end() || place->second.view == view) continue;
+    const auto place = shares_.find(view.key);
+    if (place == shares_.end() || place->second.view == view) continue;
     place->second.view = view;
     changed.push_back(view.key);
   }
-  for (const std::string& key : changed) hears_.changed(key);
+  for (const std::string& key : changed) callbacks_.changed(key);
 }
 
 void Sharing::publish(const std::string& key, const Receiver& receiver, Instant now) {
-  const auto place = seats_.find(key);
-  if (place == seats_.end()) return;
-  Seat& seat = place->second;
-  SharedFacts facts = seat.facts;
-  if (!facts.traits || !describes(*facts.traits, receiver, seat.entry.setup)) {
-    facts.traits = traitsOf(receiver, seat.entry.setup);
+  const auto place = shares_.find(key);
+  if (place == shares_.end()) return;
+  Share& share = place->second;
+  SharedFacts facts = share.facts;
+  if (!facts.traits || !describes(*facts.traits, receiver, share.entry.setup)) {
+    facts.traits = traitsOf(receiver, share.entry.setup);
   }
   if (receiver.online()) {
     facts.lostAt.reset();
@@ -131,25 +131,25 @@ void Sharing::publish(const std::string& key, const Receiver& receiver, Instant 
   facts.agc = receiver.newest(Item::Agc);
   facts.blanker = receiver.newest(Item::Blanker);
   facts.attenuator = receiver.newest(Item::Attenuator);
-  if (facts == seat.facts && !seat.orderTaken) return;
-  seat.orderTaken = false;
-  seat.facts = facts;
-  if (facts.online && !seat.open) tryAt_ = now;
-  seat.receiver->publish(std::move(facts));
+  if (facts == share.facts && !share.orderTaken) return;
+  share.orderTaken = false;
+  share.facts = facts;
+  if (facts.online && !share.open) tryAt_ = now;
+  share.receiver->publish(std::move(facts));
 }
 
 void Sharing::moved(const std::string& key, const std::string& program) {
-  const auto place = seats_.find(key);
-  if (place != seats_.end()) place->second.movedBy = program;
+  const auto place = shares_.find(key);
+  if (place != shares_.end()) place->second.movedBy = program;
 }
 
-const Sharing::Seat* Sharing::seat(const std::string& key) const {
-  const auto place = seats_.find(key);
-  return place == seats_.end() ? nullptr : &place->second;
+const Sharing::Share* Sharing::share(const std::string& key) const {
+  const auto place = shares_.find(key);
+  return place == shares_.end() ? nullptr : &place->second;
 }
 
 std::string Sharing::state(const std::string& key, Instant now) const {
-  const Seat* found = seat(key);
+  const Share* found = share(key);
   if (!found) return {};
   if (!lock_.owned() && lockResult_.held())
     return "Another program has these receivers open and shares them already.";
@@ -173,17 +173,17 @@ std::string Sharing::state(const std::string& key, Instant now) const {
 }
 
 std::string Sharing::address(const std::string& key) const {
-  const Seat* found = seat(key);
+  const Share* found = share(key);
   return found && lock_.owned() ? found->view.address : std::string();
 }
 
 std::vector<std::string> Sharing::programs(const std::string& key) const {
-  const Seat* found = seat(key);
+  const Share* found = share(key);
   return found && lock_.owned() ? found->view.clients : std::vector<std::string>();
 }
 
 std::string Sharing::movedBy(const std::string& key) const {
-  const Seat* found = seat(key);
+  const Share* found = share(key);
   return found ? found->movedBy : std::string();
 }
 

@@ -30,14 +30,14 @@ struct SharedEntry {
 /// have the instance open the first one alone opens the ports.
 class Sharing {
  public:
-  struct Hears {
+  struct Callbacks {
     /// A program asks for a value. The order is not carried out again.
     std::function<void(const std::string& key, const ShareOrder& order)> ordered;
     /// The state or the programs of a receiver have changed.
     std::function<void(const std::string& key)> changed;
   };
 
-  Sharing(const std::shared_ptr<Inbox>& inbox, Hears hears);
+  Sharing(const std::shared_ptr<Inbox>& inbox, Callbacks callbacks);
   ~Sharing();
   Sharing(const Sharing&) = delete;
   Sharing& operator=(const Sharing&) = delete;
@@ -46,7 +46,7 @@ class Sharing {
   /// the file by which processes agree who shares.
   void configure(const std::filesystem::path& lock, const std::vector<SharedEntry>& entries,
                  Instant now);
-  bool shares(const std::string& key) const { return seats_.contains(key); }
+  bool shares(const std::string& key) const { return shares_.contains(key); }
   /// Tells programs what is known of the receiver now.
   void publish(const std::string& key, const Receiver& receiver, Instant now);
   /// Somebody moved the receiver; empty for who is no program.
@@ -66,7 +66,7 @@ class Sharing {
   bool end(const std::string& key, const std::string& program);
 
  private:
-  struct Seat {
+  struct Share {
     SharedEntry entry;
     std::shared_ptr<SharedReceiver> receiver = std::make_shared<SharedReceiver>();
     SharedFacts facts;
@@ -77,14 +77,14 @@ class Sharing {
     std::string movedBy;
   };
 
-  const Seat* seat(const std::string& key) const;
+  const Share* share(const std::string& key) const;
   void startServer(Instant now);
   void takeOrders(const std::string& key);
   void takeViews();
 
   Mailbox mailbox_;
-  Hears hears_;
-  std::map<std::string, Seat> seats_;
+  Callbacks callbacks_;
+  std::map<std::string, Share> shares_;
   std::filesystem::path lockFile_;
   FileLock lock_;
   Result<> lockResult_;     ///< of the last try

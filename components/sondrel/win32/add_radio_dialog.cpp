@@ -151,8 +151,8 @@ void AddRadioDialog::showDesk() {
   if (known_.looking) {
     setText(id::Rigctld, "Looking for rigctld...");
   } else {
-    setText(id::Rigctld, known_.problem.empty() || !works ? works ? program : known_.problem
-                                                          : known_.problem + "\n" + program);
+    setText(id::Rigctld, known_.remark.empty() || !works ? works ? program : known_.remark
+                                                         : known_.remark + "\n" + program);
   }
   if (known_.models != models) showMakers();
   if (known_.ports != ports) showPorts();

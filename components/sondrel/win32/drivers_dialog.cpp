@@ -43,7 +43,7 @@ DriversDialog::DriversDialog(HWND owner, DriversModel& model, LinkOf linkOf, Fou
       foundOf_(std::move(foundOf)),
       deskOf_(std::move(deskOf)),
       programs_(std::move(programs)),
-      before_(model.receivers()),
+      original_(model.receivers()),
       apply_(apply) {
   makeList();
   makeReceiver();
@@ -372,7 +372,7 @@ void DriversDialog::findServers() {
 /// Adds what another dialog has made. Where nothing else was changed here it takes effect at once.
 void DriversDialog::takeIn(const std::optional<ReceiverEntry>& added) {
   if (!added) return;
-  const bool untouched = model_.receivers() == before_;
+  const bool untouched = model_.receivers() == original_;
   const Result<> done = model_.add(*added);
   if (!done) return say(done.reason());
   receiver_ = static_cast<int>(model_.receivers().size()) - 1;

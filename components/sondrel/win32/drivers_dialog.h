@@ -87,7 +87,7 @@ class DriversDialog : public win32::DialogWindow {
   DeskOf deskOf_;
   Programs programs_;
   std::vector<std::string> shownPrograms_;
-  const std::vector<ReceiverEntry> before_;  ///< the receivers when the dialog was opened
+  const std::vector<ReceiverEntry> original_;  ///< the receivers when the dialog was opened
   const std::function<Result<>()>& apply_;
   int receiver_ = 0;
   int parameter_ = 0;
