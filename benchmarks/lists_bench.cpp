@@ -42,7 +42,7 @@ double milliseconds(const std::function<void()>& work) {
   return best;
 }
 
-/// The time that passes: a disk is waited for.
+/// The time that passes.
 double waited(const std::function<void()>& work) {
   const auto start = std::chrono::steady_clock::now();
   work();
@@ -125,9 +125,10 @@ void measureFormat(const lists::Entries& entries, Format format, const fs::path&
   const fs::path file = folder / "list", bareFile = folder / "bare";
   FileSteps disk;
   std::string text;
-  const double made = milliseconds([&] { text = writeList(entries, format).text; });
-  double written = 1e9, bareWrite = 1e9;
+  // Several threads make it, and then it is the disk that is waited for.
+  double made = 1e9, written = 1e9, bareWrite = 1e9;
   for (int run = 0; run < 5; ++run) {
+    made = std::min(made, waited([&] { text = writeList(entries, format).text; }));
     written = std::min(
         written, waited([&] { bench::must(bool(writeFileSafely(file, text)), "the export"); }));
     bareWrite = std::min(bareWrite, waited([&] {

@@ -13,6 +13,7 @@
 #include "base/safe_file.h"
 #include "components/ambrel/ambrel_core.h"
 #include "tests/fakes/temp_folder.h"
+#include "tests/fakes/unwaiting_disk.h"
 
 namespace kelvane::ambrel {
 
@@ -150,7 +151,7 @@ class AmbrelPlay {
   std::chrono::system_clock::time_point now =
       std::chrono::sys_days(std::chrono::year(2022) / 7 / 13);
   NoWindows windows;
-  std::shared_ptr<FileSteps> disk = std::make_shared<FileSteps>();
+  std::shared_ptr<FileSteps> disk = std::make_shared<fakes::UnwaitingDisk>();
   HeardEvents events;
   std::atomic<bool> wakeThrows = false;  ///< the next wake does
   Wakes wakes;

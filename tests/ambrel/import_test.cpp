@@ -190,7 +190,7 @@ TEST(Import, ADiskThatFailsOrStopsLeavesTheOldListsOrTheNewOnesWhole) {
       const std::string lost = play.core->FinishFrqWriting();
       told += lost.empty() ? 0 : 1;
       const bool struck = disk->struck();
-      play.disk = std::make_shared<FileSteps>();
+      play.disk = std::make_shared<fakes::UnwaitingDisk>();
       play.start();
       EXPECT_THAT(play.core->notes(), Not(HasSubstr("schedule-eibi.csv"))) << "step " << step;
       const bool isNew = play.name(7'070'000) == "Other";

@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <span>
 
 #include "base/encoding.h"
 #include "components/ambrel/formats/list_format.h"
@@ -113,6 +115,46 @@ TEST_P(EachFormat, LosesNothingThatIsNotSaid) {
     ASSERT_EQ(read.taken.size(), 1u) << read.refusal << written.text;
     EXPECT_EQ(read.taken[0].entry == *entry, written.losses.empty())
         << written.text << (written.losses.empty() ? "nothing" : written.losses[0]) << " was said";
+  }
+}
+
+/// So many stations, by their frequencies, that several threads write them.
+lists::Entries manyEntries() {
+  const lists::Entries unlike = unlikeEntries();
+  lists::Entries all;
+  for (int i = 0; i < 10'000; ++i) {
+    Entry entry = *unlike[static_cast<std::size_t>(i) % unlike.size()];
+    entry.frequency = 1'000'000 + i;
+    entry.name += " " + std::to_string(i);
+    all.push_back(std::make_shared<Entry>(std::move(entry)));
+  }
+  return all;
+}
+
+lists::Entries byFrequency(lists::Entries entries) {
+  std::ranges::sort(entries, {}, [](const lists::EntryPtr& entry) { return entry->frequency; });
+  return entries;
+}
+
+TEST_P(EachFormat, ALongListIsWrittenLikeItsPieces) {
+  constexpr std::size_t kPieces = 4;  // each by one thread
+  const auto format = static_cast<Format>(GetParam());
+  const lists::Entries all = manyEntries();
+  const std::size_t size = all.size() / kPieces;
+  const Writing whole = writeList(all, format);
+  const lists::Entries read = byFrequency(entriesOf(readList(whole.text)));
+  ASSERT_EQ(read.size(), all.size());
+  for (std::size_t at = 0; at < all.size(); at += size) {
+    const Writing piece = writeList(std::span(all).subspan(at, size), format);
+    const lists::Entries same = byFrequency(entriesOf(readList(piece.text)));
+    ASSERT_EQ(same.size(), size);
+    for (std::size_t i = 0; i < size; ++i) ASSERT_EQ(*read[at + i], *same[i]) << at + i;
+    ASSERT_EQ(piece.losses.size(), whole.losses.size());
+    for (std::size_t i = 0; i < whole.losses.size(); ++i) {
+      const std::string& loss = piece.losses[i];
+      EXPECT_EQ(whole.losses[i],
+                std::to_string(kPieces * std::stoul(loss)) + loss.substr(loss.find(' ')));
+    }
   }
 }
 

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "base/barrier.h"
+#include "components/ambrel/formats/list_format.h"
 #include "tests/ambrel/ambrel_play.h"
 #include "tests/fakes/channel_rig.h"
 #include "tests/fakes/log_rig.h"
@@ -146,6 +147,24 @@ TEST(NoMemory, AnExportOfTheLogIsWholeOrTheOldFileIsThere) {
     rig.settle();
   };
   withEachRequestRefused(work, check);
+}
+
+TEST(NoMemory, AListThatSeveralThreadsWriteIsWholeOrTheLackIsTold) {
+  // Few of them need memory of their own, so that there are not too many requests to refuse.
+  lists::Entries entries;
+  for (int i = 0; i < 10'000; ++i)
+    entries.push_back(std::make_shared<const lists::Entry>(
+        lists::Entry{1'000'000 + i, "A long name of station " + std::to_string(std::max(i, 5)), -1,
+                     0, "A long name of group " + std::to_string(i % 5)}));
+  for (const formats::Format format : {formats::Format::Gqrx, formats::Format::SdrPlusPlus}) {
+    const std::string whole = formats::writeList(entries, format).text;
+    std::string text;
+    const auto check = [&](bool refused, bool thrown) {
+      EXPECT_TRUE(thrown ? refused && text.empty() : text == whole);
+      text.clear();
+    };
+    withEachRequestRefused([&] { text = formats::writeList(entries, format).text; }, check);
+  }
 }
 
 TEST(NoMemory, AnImportOfAScheduleTakesTheNewOneOrLeavesTheOld) {

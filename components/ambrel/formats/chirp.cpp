@@ -9,10 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
-#include "components/ambrel/formats/format_parts.h"
+#include "components/ambrel/formats/list_writing.h"
 #include "contract/modes.h"
 
 namespace kelvane::formats {
@@ -70,43 +69,6 @@ constexpr auto kChirpColumns =
                                 {"RPT1CALL", ChirpField::Usual, ""},
                                 {"RPT2CALL", ChirpField::Usual, ""},
                                 {"DVCODE", ChirpField::Usual, ""}});
-
-/// A value inside the brackets of a comment.
-void appendValue(std::string& text, char key, std::string_view value) {
-  if (value.empty()) return;
-  if (!text.empty()) text += ' ';
-  (text += key) += '=';
-  const bool plain = std::ranges::all_of(value, [](char c) {
-    return isDigit(c) || isCapital(c) || isSmall(c) || c == '-' || c == ',';
-  });
-  if (plain) {
-    text += value;
-    return;
-  }
-  text += '"';
-  for (const char c : value) {
-    if (c == '"' || c == '\\') text += '\\';
-    if (c == '\n')
-      text += "\\n";
-    else
-      text += c;
-  }
-  text += '"';
-}
-
-/// All that CHIRP has no columns for, without the brackets.
-void appendValues(std::string& text, const Entry& entry, bool modeFits) {
-  if (!modeFits) appendValue(text, 'M', modeName(entry.mode));
-  if (entry.width > 0) appendValue(text, 'W', std::to_string(entry.width));
-  appendValue(text, 'G', entry.group);
-  appendValue(text, 'T', entry.tags);
-  if (entry.from >= 0) appendValue(text, 'U', lists::timesText(entry));
-  appendValue(text, 'D', entry.days);
-  appendValue(text, 'F', entry.favourite ? "1" : "");
-  for (const auto& [heading, value] : entry.further) {
-    if (!heading.starts_with("CHIRP ")) appendValue(text, 'X', heading + '=' + value);
-  }
-}
 
 using BracketValues = std::multimap<char, std::string>;
 
@@ -261,16 +223,53 @@ Reading readChirp(std::string_view text) {
 
 namespace {
 
-/// Makes the comment anew, and the values in it.
-void makeComment(std::string& comment, std::string& values, const Entry& entry, bool modeFits) {
-  values.clear();
-  appendValues(values, entry, modeFits);
-  comment = entry.note;
+/// Begins a value inside the brackets of a comment, whose first one begins at a place.
+TextWriter& beginValue(TextWriter& text, std::size_t first, char key) {
+  if (text.view().size() > first) text.add(' ');
+  return text.add(key).add('=');
+}
+
+void addValue(TextWriter& text, std::size_t first, char key, std::string_view value) {
+  static constexpr ByteSet kEscaped("\"\\\n");
+  if (value.empty()) return;
+  beginValue(text, first, key);
+  const bool plain = std::ranges::all_of(value, [](char c) {
+    return isDigit(c) || isCapital(c) || isSmall(c) || c == '-' || c == ',';
+  });
+  if (plain) {
+    text.add(value);
+    return;
+  }
+  text.add('"');
+  text.addReplacing(value, kEscaped, [&text](char c) { text.add('\\').add(c == '\n' ? 'n' : c); });
+  text.add('"');
+}
+
+/// All that CHIRP has no columns for, without the brackets.
+void addValues(TextWriter& text, const Entry& entry, bool modeFits) {
+  const std::size_t first = text.view().size();
+  if (!modeFits) addValue(text, first, 'M', modeName(entry.mode));
+  if (entry.width > 0) beginValue(text, first, 'W').addNumber(entry.width);
+  addValue(text, first, 'G', entry.group);
+  addValue(text, first, 'T', entry.tags);
+  if (entry.from >= 0) lists::addTimes(beginValue(text, first, 'U'), entry);
+  addValue(text, first, 'D', entry.days);
+  addValue(text, first, 'F', entry.favourite ? "1" : "");
+  for (const auto& [heading, value] : entry.further) {
+    if (!heading.starts_with("CHIRP ")) addValue(text, first, 'X', heading + '=' + value);
+  }
+}
+
+/// The note with all that CHIRP has no columns for behind it, made in `room`.
+std::string_view commentOf(const Entry& entry, bool modeFits, TextWriter& room) {
+  room.clear();
+  room.add(entry.note).add(entry.note.empty() ? "[" : " [");
+  const std::size_t first = room.view().size();
+  addValues(room, entry, modeFits);
   // A note that ends as if it were a bracket of ours gets an empty one behind it.
   std::size_t begin = 0;
-  if (values.empty() && !bracketIn(trimmed(entry.note), begin)) return;
-  if (!comment.empty()) comment += ' ';
-  ((comment += '[') += values) += ']';
+  if (room.view().size() == first && !bracketIn(trimmed(entry.note), begin)) return entry.note;
+  return room.add(']').view();
 }
 
 /// A column of a memory, and what stands before its field.
@@ -280,67 +279,74 @@ struct Piece {
 };
 
 /// A memory's columns; with the usual ones among what stands before the others.
-std::vector<Piece> piecesOf(bool withUsual, std::string& behind) {
-  std::vector<Piece> pieces;
-  for (const ChirpColumn& column : kChirpColumns) {
-    if (&column != kChirpColumns.data()) behind += ',';
-    if (withUsual && column.field == ChirpField::Usual)
-      behind += column.usual;
-    else
-      pieces.push_back({std::exchange(behind, {}), &column});
+struct Pieces {
+  explicit Pieces(bool withUsual) {
+    for (const ChirpColumn& column : kChirpColumns) {
+      if (&column != kChirpColumns.data()) behind += ',';
+      if (withUsual && column.field == ChirpField::Usual)
+        behind += column.usual;
+      else
+        all.push_back({std::exchange(behind, {}), &column});
+    }
+    behind += '\n';
   }
-  behind += '\n';
-  return pieces;
+
+  std::vector<Piece> all;
+  std::string behind;
+};
+
+/// The field of a column that is CHIRP's alone.
+std::string_view chirpsOwn(const Entry& entry, const ChirpColumn& column) {
+  const auto value = keptField(entry, kChirp, column.heading);
+  return value.empty() ? column.usual : value;
+}
+
+void addChirpField(ListPart& part, std::size_t i, const Entry& entry, const ChirpColumn& column,
+                   const WordsOfModes::Word& mode) {
+  switch (column.field) {
+    case ChirpField::Location:
+      part.text.addNumber(i);
+      break;
+    case ChirpField::Name:
+      addTableField(part.text, entry.name);
+      break;
+    case ChirpField::Frequency:
+      lists::addMhz(part.text, entry.frequency);
+      break;
+    case ChirpField::Mode:
+      addTableField(part.text, mode.text);
+      break;
+    case ChirpField::Skip:
+      addTableField(part.text, entry.skip ? "S" : keptField(entry, kChirp, "Skip"));
+      break;
+    case ChirpField::Comment:
+      addTableField(part.text, commentOf(entry, mode.fits, part.room));
+      break;
+    case ChirpField::Usual:
+      addTableField(part.text, chirpsOwn(entry, column));
+  }
 }
 
 }  // namespace
 
 Writing writeChirp(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::string& out = writing.text;
-  out.reserve(entries.size() * 130);
-  for (const ChirpColumn& column : kChirpColumns) (out += out.empty() ? "" : ",") += column.heading;
-  out += '\n';
-  std::string behindUsual, behindKept, comment, values;
-  const std::vector<Piece> usual = piecesOf(true, behindUsual), kept = piecesOf(false, behindKept);
-  std::int64_t location = 0;
-  for (const lists::EntryPtr& entry : entries) {
-    losses.countLines(*entry);
-    Losses inBracket;  // the mode itself stands there
-    const std::string_view mode = wordFor(*entry, kChirpModes, kNoMode, inBracket, kChirp);
-    const bool plain = entry->further.empty();
-    for (const auto& [before, column] : plain ? usual : kept) {
-      out += before;
-      switch (column->field) {
-        case ChirpField::Location:
-          appendNumber(out, location++);
-          break;
-        case ChirpField::Name:
-          appendTableField(out, entry->name, ',');
-          break;
-        case ChirpField::Frequency:
-          lists::appendMhz(out, entry->frequency);
-          break;
-        case ChirpField::Mode:
-          appendTableField(out, mode, ',');
-          break;
-        case ChirpField::Skip:
-          appendTableField(out, entry->skip ? "S" : keptField(*entry, kChirp, "Skip"), ',');
-          break;
-        case ChirpField::Comment:
-          makeComment(comment, values, *entry, inBracket.none());
-          appendTableField(out, comment, ',');
-          break;
-        case ChirpField::Usual:
-          const auto value = keptField(*entry, kChirp, column->heading);
-          appendTableField(out, value.empty() ? column->usual : value, ',');
-      }
+  std::string heading;
+  for (const ChirpColumn& column : kChirpColumns)
+    (heading += heading.empty() ? "" : ",") += column.heading;
+  heading += '\n';
+  const Pieces usual(true), kept(false);
+  const WordsOfModes words(kChirpModes, kNoMode, kChirp);
+  return writeLines({heading, 130}, entries.size(), [&](ListPart& part, std::size_t i) {
+    const Entry& entry = *entries[i];
+    part.losses.countLines(entry);
+    const WordsOfModes::Word mode = words.of(entry);  // one that does not fit stands in the bracket
+    const Pieces& pieces = entry.further.empty() ? usual : kept;
+    for (const auto& [before, column] : pieces.all) {
+      part.text.add(before);
+      addChirpField(part, i, entry, *column, mode);
     }
-    out += plain ? behindUsual : behindKept;
-  }
-  writing.losses = losses.words();
-  return writing;
+    part.text.add(pieces.behind);
+  });
 }
 
 }  // namespace kelvane::formats

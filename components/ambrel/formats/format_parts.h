@@ -1,19 +1,20 @@
 #pragma once
 
-#include <array>
-#include <deque>
-#include <functional>
-#include <map>
-#include <memory_resource>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "components/ambrel/formats/list_format.h"
 
 namespace kelvane::formats {
+
+/// Quoted fields of a table run over no more lines than this.
+inline constexpr int kMostLinesOfField = 20;
+
+/// What stands among tags for no group.
+inline constexpr std::string_view kUntagged = "Untagged";
 
 /// Walks through a table row by row and parts each row at its delimiters. Fields may be quoted,
 /// with quotes inside doubled, and hold delimiters and line ends then. A quote that is not closed
@@ -66,13 +67,23 @@ class ColumnsByName {
 void keepField(Entry& entry, std::string_view program, std::string_view field,
                std::string_view value);
 /// What was kept so; empty for nothing.
-std::string_view keptField(const Entry& entry, std::string_view program, std::string_view field);
+std::string_view keptFurther(const Entry& entry, std::string_view program, std::string_view field);
+inline std::string_view keptField(const Entry& entry, std::string_view program,
+                                  std::string_view field) {
+  // Most stations have none of them.
+  return entry.further.empty() ? std::string_view() : keptFurther(entry, program, field);
+}
 
 /// A mode of ours and a program's word for it. Of several rows with one mode the first is written.
 struct ModeWord {
   Setting mode;
   std::string_view word;
 };
+
+/// The field in which a program's own word for the mode is kept.
+inline constexpr std::string_view kModeField = "mode";
+/// What a word means by a program's own words, else by the usual ones.
+std::optional<Setting> meaningOf(std::string_view word, std::span<const ModeWord> words);
 
 /// Takes what a program says of the mode into the entry: by its own words, else by the usual ones.
 /// A word that is unknown leaves the mode open and is remarked upon. A word that says more than our
@@ -86,63 +97,7 @@ void takeWidth(std::string_view text, Taken& taken, Hz narrowest = 0);
 /// Whether a field of a table is ticked: it says something else than no.
 bool isMark(std::string_view text);
 
-/// Counts what cannot be written, by what it is.
-class Losses {
- public:
-  void count(std::string_view what);
-  /// Counts each part of the entry that a format without it loses.
-  enum Part : unsigned {
-    Mode = 1,
-    Width = 2,
-    Group = 4,
-    Tags = 8,
-    Times = 16,
-    Days = 32,
-    Favourite = 64,
-    Skip = 128,
-    Note = 256
-  };
-  void countParts(const Entry& entry, unsigned lacking);
-  /// Counts a note of more lines than a field of a table may have.
-  void countLines(const Entry& entry);
-  /// Counts further columns other than those that were kept for this program.
-  void countFurther(const Entry& entry, std::string_view program);
-  bool none() const;
-  std::vector<std::string> words() const;
-
- private:
-  std::array<std::size_t, 9> parts_{};  ///< of each part
-  std::map<std::string, std::size_t, std::less<>> counts_;
-};
-
-/// The program's word for the entry's mode. Where it has none for that mode the nearest is taken
-/// and counted as a loss; `none` where the entry leaves its mode open.
-/// A word of the program's own that was kept and still means the entry's mode goes before.
-std::string_view wordFor(const Entry& entry, std::span<const ModeWord> words, std::string_view none,
-                         Losses& losses, std::string_view program = {});
-
-/// Gives each name once: a name that was met before gets a number behind it. The names outlive it.
-class UniqueNames {
- public:
-  void reserve(std::size_t names) { met_.reserve(names); }
-  std::string_view unique(std::string_view name);
-
- private:
-  std::pmr::monotonic_buffer_resource room_;  // a hundred thousand small pieces otherwise
-  std::pmr::unordered_map<std::string_view, int> met_{&room_};
-  std::deque<std::string> numbered_;
-};
-
-/// The group first, "Untagged" where there is none but tags are, then the tags, parted by ",".
-void appendGroupAndTags(std::string& text, const Entry& entry, Losses& losses);
 void takeGroupAndTags(std::string_view text, Entry& entry);
-
-void appendJsonText(std::string& text, std::string_view value);
-void appendXmlText(std::string& text, std::string_view value);
-/// A field of a table, in quotes where it needs them.
-void appendTableField(std::string& text, std::string_view value, char delimiter);
-/// The same, always in quotes. Of a text of very many lines the line ends become blanks.
-void appendQuoted(std::string& text, std::string_view value);
 
 // The readers and writers of each format. A text is UTF-8.
 Reading readGqrx(std::string_view text);

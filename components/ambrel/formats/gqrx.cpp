@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <functional>
 #include <set>
 #include <vector>
 
-#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
-#include "components/ambrel/formats/format_parts.h"
+#include "components/ambrel/formats/list_writing.h"
 #include "contract/modes.h"
 
 namespace kelvane::formats {
@@ -32,26 +32,25 @@ constexpr std::array<ModeWord, 11> kGqrxModes = {{{of(Mode::Am), "AM"},
                                                   {of(Mode::Wfm), "WFM (oirt)"},
                                                   {-1, "Demod Off"}}};
 
-/// Appends a text without the sign that parts fields, and blanks up to a width.
-void appendPadded(std::string& line, std::string_view text, std::size_t width, Losses& losses) {
-  const std::size_t begin = line.size();
-  line += text;
+/// Adds a text without the sign that parts fields, and blanks up to a width in characters.
+void addPadded(TextWriter& line, std::string_view text, std::size_t width, Losses& losses) {
+  static constexpr ByteSet kOtherwise(";", ByteSet::Controls::Among);
   bool semicolon = false;
-  for (std::size_t at = begin; at < line.size(); ++at) {
-    char& c = line[at];
+  line.addReplacing(text, kOtherwise, [&](char c) {
     semicolon = semicolon || c == ';';
-    c = c == ';' ? ',' : static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-  }
-  if (semicolon) losses.count("a semicolon, and gets a comma");
-  const std::size_t characters = characterCount(std::string_view(line).substr(begin));
-  if (characters < width) line.append(width - characters, ' ');
+    line.add(c == ';' ? ',' : ' ');
+  });
+  if (semicolon) losses.count(Losses::Semicolon);
+  const std::size_t characters = width > 0 ? characterCount(text) : 0;
+  if (characters < width) line.add(width - characters, ' ');
 }
 
-void appendRight(std::string& line, Hz number, std::size_t width) {
-  const std::size_t begin = line.size();
-  appendNumber(line, number);
-  const std::size_t digits = line.size() - begin;
-  if (digits < width) line.insert(begin, width - digits, ' ');
+void addRight(TextWriter& line, Hz number, std::size_t width) {
+  std::array<char, 12> digits;
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  const auto count = static_cast<std::size_t>(end - digits.data());
+  if (count < width) line.add(width - count, ' ');
+  line.add({digits.data(), count});
 }
 
 bool isModulation(std::string_view word) {
@@ -121,41 +120,64 @@ Reading readGqrx(std::string_view text) {
   return reading;
 }
 
+namespace {
+
+struct GqrxPart : ListPart {
+  std::set<std::string, std::less<>> tags;
+};
+
+/// The tags in a text of a bookmark.
+void collectTags(std::string_view marks, std::set<std::string, std::less<>>& tags) {
+  while (!marks.empty()) {
+    const std::string_view tag = marks.substr(0, marks.find(','));
+    if (!tag.empty() && !tags.contains(tag)) tags.emplace(tag);
+    marks.remove_prefix(std::min(tag.size() + 1, marks.size()));
+  }
+}
+
+void addGqrxLine(GqrxPart& part, const Entry& entry, const WordsOfModes& words) {
+  auto& [line, losses, marks] = static_cast<ListPart&>(part);
+  losses.countParts(entry,
+                    Losses::Times | Losses::Days | Losses::Favourite | Losses::Skip | Losses::Note);
+  losses.countFurther(entry, kGqrx);
+  addRight(line, entry.frequency, 12);
+  addPadded(line.add("; "), entry.name, 25, losses);
+  addPadded(line.add("; "), words.wordFor(entry, losses), 20, losses);
+  addRight(line.add("; "), entry.width, 10);
+  marks.clear();
+  addGroupAndTags(marks, entry, losses);
+  line.add("; ");
+  const std::size_t begin = line.view().size();
+  addPadded(line, marks.view(), 0, losses);
+  collectTags(line.view().substr(begin), part.tags);
+  line.add('\n');
+}
+
+}  // namespace
+
 Writing writeGqrx(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::set<std::string, std::less<>> tags{"Untagged"};
-  std::string lines, marks;
-  lines.reserve(entries.size() * 100);
-  for (const lists::EntryPtr& entry : entries) {
-    losses.countParts(
-        *entry, Losses::Times | Losses::Days | Losses::Favourite | Losses::Skip | Losses::Note);
-    losses.countFurther(*entry, kGqrx);
-    appendRight(lines, entry->frequency, 12);
-    appendPadded(lines += "; ", entry->name, 25, losses);
-    appendPadded(lines += "; ", wordFor(*entry, kGqrxModes, "Demod Off", losses, kGqrx), 20,
-                 losses);
-    appendRight(lines += "; ", entry->width, 10);
-    marks.clear();
-    appendGroupAndTags(marks, *entry, losses);
-    const std::size_t begin = (lines += "; ").size();
-    appendPadded(lines, marks, 0, losses);
-    for (std::string_view left = std::string_view(lines).substr(begin); !left.empty();) {
-      const std::string_view tag = left.substr(0, left.find(','));
-      if (!tag.empty() && !tags.contains(tag)) tags.emplace(tag);
-      left.remove_prefix(std::min(tag.size() + 1, left.size()));
-    }
-    lines += '\n';
+  const WordsOfModes words(kGqrxModes, "Demod Off", kGqrx);
+  const auto parts = writtenParts<GqrxPart>(
+      {{}, 100}, entries.size(),
+      [&](GqrxPart& part, std::size_t i) { addGqrxLine(part, *entries[i], words); });
+  ListPart all;
+  std::set<std::string, std::less<>> tags{std::string(kUntagged)};
+  std::size_t size = 0;
+  for (const GqrxPart& part : parts) {
+    tags.insert(part.tags.begin(), part.tags.end());
+    all.losses.add(part.losses);
+    size += part.text.view().size();
   }
-  std::string& out = writing.text = "# Tag name          ;  color\n";
+  all.text.reserve(size + 1000 + tags.size() * 40);
+  all.text.add("# Tag name          ;  color\n");
   for (const std::string& tag : tags) {
-    appendPadded(out, tag, 20, losses);
-    out += tag == "Untagged" ? "; #c0c0c0\n" : "; #a0c0ff\n";
+    addPadded(all.text, tag, 20, all.losses);
+    all.text.add(tag == kUntagged ? "; #c0c0c0\n" : "; #a0c0ff\n");
   }
-  out += "\n# Frequency ; Name                     ; Modulation          ;  Bandwidth; Tags\n";
-  out += lines;
-  writing.losses = losses.words();
-  return writing;
+  all.text.add(
+      "\n# Frequency ; Name                     ; Modulation          ;  Bandwidth; Tags\n");
+  for (const GqrxPart& part : parts) all.text.add(part.text.view());
+  return {all.text.take(), all.losses.words()};
 }
 
 }  // namespace kelvane::formats

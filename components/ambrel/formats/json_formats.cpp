@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <deque>
+#include <utility>
 
-#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/json_parts.h"
+#include "components/ambrel/formats/list_writing.h"
 #include "contract/modes.h"
 
 namespace kelvane::formats {
@@ -94,14 +96,6 @@ void takeBookmarks(const Json& bookmarks, const std::string& group, Reading& rea
   }
 }
 
-void appendBookmark(std::string& text, const Entry& entry, std::string_view name, Losses& losses) {
-  appendJsonText(text, name);
-  appendNumber(text += ": {\"bandwidth\": ", entry.width);
-  appendNumber(text += ".0, \"frequency\": ", entry.frequency);
-  text += ".0, \"mode\": ";
-  (text += wordFor(entry, kSdrPlusPlusModes, "7", losses)) += '}';
-}
-
 }  // namespace
 
 Json readJson(const std::string& text, Reading& reading) {
@@ -165,55 +159,117 @@ Reading readSdrPlusPlus(const std::string& text) {
 
 namespace {
 
-using Bookmarks = std::vector<const Entry*>;
+constexpr std::string_view kGeneral = "General";
 
-/// Each name once.
-void appendBookmarks(std::string& text, const Bookmarks& bookmarks, Losses& losses) {
-  UniqueNames names;
-  names.reserve(bookmarks.size());
-  for (std::size_t i = 0; i < bookmarks.size(); ++i) {
-    const Entry& entry = *bookmarks[i];
-    const std::string_view name = names.unique(entry.name);
-    if (name != entry.name) losses.count("its name, which is not the only one, and gets a number");
-    text += i == 0 ? "\n    " : ",\n    ";
-    appendBookmark(text, entry, name, losses);
+/// An entry with a name that no other one of its list has.
+struct Bookmark {
+  const Entry* entry;
+  std::string_view name;
+  std::string_view begins;  ///< the name of the list whose first one it is
+};
+
+/// A list of SDR++'s. The one that is exported has no name.
+struct BookmarkList {
+  std::string_view name;
+  UniqueNames names;  ///< keeps those that got a number
+  std::vector<Bookmark> bookmarks;
+
+  void add(const Entry& entry) {
+    const bool first = bookmarks.empty();
+    bookmarks.push_back({&entry, names.unique(entry.name), first ? name : std::string_view()});
   }
+};
+using BookmarkLists = std::deque<BookmarkList>;
+
+BookmarkLists oneList(std::span<const lists::EntryPtr> entries) {
+  BookmarkLists all;
+  BookmarkList& list = all.emplace_back(std::string_view(), UniqueNames(entries.size()));
+  list.bookmarks.reserve(entries.size());
+  for (const lists::EntryPtr& entry : entries) list.add(*entry);
+  return all;
+}
+
+/// A list for each group, by their names.
+BookmarkLists listsOfGroups(std::span<const lists::EntryPtr> entries) {
+  TextNumbers groups;
+  BookmarkLists all;
+  for (const lists::EntryPtr& entry : entries) {
+    const std::string_view group = entry->group.empty() ? kGeneral : entry->group;
+    const TextNumbers::Number number = groups.of(group);
+    if (number.isNew) all.emplace_back(group, UniqueNames());
+    all[number.value].add(*entry);
+  }
+  if (all.empty()) all.emplace_back(kGeneral, UniqueNames());
+  std::ranges::sort(all, {}, &BookmarkList::name);
+  return all;
+}
+
+/// The bookmarks of all lists one behind the other.
+std::vector<Bookmark> joinedLists(BookmarkLists& all) {
+  if (all.size() == 1) return std::move(all.front().bookmarks);
+  std::size_t count = 0;
+  for (const BookmarkList& list : all) count += list.bookmarks.size();
+  std::vector<Bookmark> bookmarks;
+  bookmarks.reserve(count);
+  for (const BookmarkList& list : all)
+    bookmarks.insert(bookmarks.end(), list.bookmarks.begin(), list.bookmarks.end());
+  return bookmarks;
+}
+
+void addListHead(TextWriter& out, std::string_view name) {
+  addJsonText(out.add("\n  "), name);
+  out.add(": {\"bookmarks\": {");
+}
+constexpr std::string_view kListFoot = "\n  }, \"showOnWaterfall\": true}";
+
+void addBookmark(ListPart& part, std::size_t i, const Bookmark& bookmark,
+                 const WordsOfModes& words) {
+  const Entry& entry = *bookmark.entry;
+  TextWriter& out = part.text;
+  if (!bookmark.begins.empty()) {
+    if (i > 0) out.add(kListFoot).add(',');
+    addListHead(out, bookmark.begins);
+  }
+  if (bookmark.name != entry.name) part.losses.count(Losses::NameTwice);
+  out.add(i == 0 || !bookmark.begins.empty() ? "\n    " : ",\n    ");
+  addJsonText(out, bookmark.name);
+  out.add(": {\"bandwidth\": ").addNumber(entry.width);
+  out.add(".0, \"frequency\": ").addNumber(entry.frequency);
+  out.add(".0, \"mode\": ").add(words.wordFor(entry, part.losses)).add('}');
+}
+
+/// What both of SDR++'s files lose of an entry.
+constexpr unsigned kLostInSdrPlusPlus =
+    Losses::Tags | Losses::Times | Losses::Days | Losses::Favourite | Losses::Skip | Losses::Note;
+
+Writing writeBookmarks(BookmarkLists all, const ListFrame& frame, bool settings) {
+  const std::vector<Bookmark> bookmarks = joinedLists(all);
+  const WordsOfModes words(kSdrPlusPlusModes, "7");
+  const unsigned lost = kLostInSdrPlusPlus | (settings ? 0u : Losses::Group);
+  return writeLines(frame, bookmarks.size(), [&](ListPart& part, std::size_t i) {
+    const Entry& entry = *bookmarks[i].entry;
+    part.losses.countParts(entry, lost);
+    part.losses.countFurther(entry, kSdrPlusPlus);
+    if (settings && entry.group.empty()) part.losses.count(Losses::PlaceOutsideOfGroups);
+    addBookmark(part, i, bookmarks[i], words);
+  });
 }
 
 }  // namespace
 
 Writing writeSdrPlusPlus(std::span<const lists::EntryPtr> entries, bool settings) {
-  constexpr std::string_view kGeneral = "General";
-  Writing writing;
-  Losses losses;
-  std::map<std::string_view, Bookmarks> byGroup;
-  if (entries.empty() || !settings) byGroup[settings ? kGeneral : ""].reserve(entries.size());
-  for (const lists::EntryPtr& entry : entries) {
-    losses.countParts(*entry, Losses::Tags | Losses::Times | Losses::Days | Losses::Favourite |
-                                  Losses::Skip | Losses::Note | (settings ? 0u : Losses::Group));
-    losses.countFurther(*entry, kSdrPlusPlus);
-    if (settings && entry->group.empty())
-      losses.count("its place outside of all groups, and gets the list \"General\"");
-    const std::string_view group = entry->group.empty() ? kGeneral : entry->group;
-    byGroup[settings ? group : ""].push_back(entry.get());
-  }
-  std::string& out = writing.text;
-  out.reserve(entries.size() * 90);
-  if (!settings) {
-    appendBookmarks(out += "{\n  \"bookmarks\": {", byGroup.begin()->second, losses);
-    out += "\n  }\n}\n";
-  } else {
-    out += "{\n  \"bookmarkDisplayMode\": 1,\n  \"lists\": {";
-    for (const auto& [group, bookmarks] : byGroup) {
-      appendJsonText(out += out.back() == '{' ? "\n  " : ",\n  ", group);
-      appendBookmarks(out += ": {\"bookmarks\": {", bookmarks, losses);
-      out += "\n  }, \"showOnWaterfall\": true}";
-    }
-    appendJsonText(out += "\n  },\n  \"selectedList\": ", byGroup.begin()->first);
-    out += "\n}\n";
-  }
-  writing.losses = losses.words();
-  return writing;
+  constexpr std::size_t kUsualLine = 90;
+  if (!settings)
+    return writeBookmarks(oneList(entries), {"{\n  \"bookmarks\": {", kUsualLine, "\n  }\n}\n"},
+                          false);
+  BookmarkLists all = listsOfGroups(entries);
+  TextWriter head, foot;
+  head.add("{\n  \"bookmarkDisplayMode\": 1,\n  \"lists\": {");
+  if (entries.empty()) addListHead(head, all.front().name);
+  foot.add(kListFoot).add("\n  },\n  \"selectedList\": ");
+  addJsonText(foot, all.front().name);
+  foot.add("\n}\n");
+  return writeBookmarks(std::move(all), {head.view(), kUsualLine, foot.view()}, true);
 }
 
 Reading readOpenWebRx(const std::string& text) {
@@ -249,27 +305,22 @@ Reading readOpenWebRx(const std::string& text) {
 }
 
 Writing writeOpenWebRx(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::string& out = writing.text = "[";
-  out.reserve(entries.size() * 100);
-  for (const lists::EntryPtr& entry : entries) {
-    losses.countParts(*entry, Losses::Width | Losses::Group | Losses::Tags | Losses::Times |
-                                  Losses::Days | Losses::Favourite);
-    losses.countFurther(*entry, kOpenWebRx);
-    appendJsonText(out += out.size() == 1 ? "\n  {\"name\": " : ",\n  {\"name\": ", entry->name);
-    appendNumber(out += ", \"frequency\": ", entry->frequency);
-    appendJsonText(out += ", \"modulation\": ",
-                   wordFor(*entry, kOpenWebRxModes, "", losses, kOpenWebRx));
-    if (const auto under = keptField(*entry, kOpenWebRx, kUnderlying); !under.empty())
-      appendJsonText(out += ", \"underlying\": ", under);
-    if (!entry->note.empty()) appendJsonText(out += ", \"description\": ", entry->note);
-    if (entry->skip) out += ", \"scannable\": false";
-    out += '}';
-  }
-  out += "\n]\n";
-  writing.losses = losses.words();
-  return writing;
+  const WordsOfModes words(kOpenWebRxModes, "", kOpenWebRx);
+  return writeLines({"[", 100, "\n]\n"}, entries.size(), [&](ListPart& part, std::size_t i) {
+    const Entry& entry = *entries[i];
+    part.losses.countParts(entry, Losses::Width | Losses::Group | Losses::Tags | Losses::Times |
+                                      Losses::Days | Losses::Favourite);
+    part.losses.countFurther(entry, kOpenWebRx);
+    TextWriter& out = part.text;
+    addJsonText(out.add(i == 0 ? "\n  {\"name\": " : ",\n  {\"name\": "), entry.name);
+    out.add(", \"frequency\": ").addNumber(entry.frequency);
+    addJsonText(out.add(", \"modulation\": "), words.wordFor(entry, part.losses));
+    if (const auto under = keptField(entry, kOpenWebRx, kUnderlying); !under.empty())
+      addJsonText(out.add(", \"underlying\": "), under);
+    if (!entry.note.empty()) addJsonText(out.add(", \"description\": "), entry.note);
+    if (entry.skip) out.add(", \"scannable\": false");
+    out.add('}');
+  });
 }
 
 }  // namespace kelvane::formats

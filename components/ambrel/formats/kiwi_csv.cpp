@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
-#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/kiwi_labels.h"
+#include "components/ambrel/formats/list_writing.h"
 
 namespace kelvane::formats {
 
@@ -32,7 +32,7 @@ bool takeKiwiDays(std::string_view text, Entry& entry) {
 std::string kiwiDays(const Entry& entry, Losses& losses) {
   if (entry.days.empty()) return {};
   const auto days = lists::weekdaysOf(entry.days);
-  if (!days) losses.count("its days, which are more than weekdays");
+  if (!days) losses.count(Losses::DaysBeyondWeekdays);
   std::string text(kKiwiDays);
   for (std::size_t day = 0; day < 7; ++day) {
     if (days && !(*days >> day & 1)) text[day] = '_';
@@ -100,51 +100,53 @@ Reading readKiwiCsv(std::string_view text) {
   return reading;
 }
 
-Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::string& out = writing.text =
-      "Freq kHz;\"Mode\";\"Ident\";\"Notes\";\"Extension\";\"Type\";PB low;PB "
-      "high;Offset;\"DOW\";Begin;End;Sig bw\n";
-  const auto quoted = [&out](std::string_view text) { appendQuoted(out += ';', text); };
-  out.reserve(entries.size() * 100);
+namespace {
+
+void addLabel(ListPart& part, const Entry& entry, const WordsOfModes& words) {
+  auto& [out, losses, unused] = part;
   std::string room;
-  for (const Entry* each : inKiwiOrder(entries)) {
-    const Entry& entry = *each;
-    losses.countParts(entry, Losses::Tags | Losses::Favourite | Losses::Skip);
-    losses.countLines(entry);
-    losses.countFurther(entry, kKiwi);
-    if (std::ranges::any_of(entry.further, isOptionOfJsonAlone))
-      losses.count("options that only KiwiSDR's JSON has");
-    lists::appendKhz(out, entry.frequency);
-    quoted(wordFor(entry, kKiwiModes, "IQ", losses, kKiwi));
-    quoted(asKiwiText(entry.name, room));
-    quoted(asKiwiText(entry.note, room));
-    quoted(keptField(entry, kKiwi, kKiwiExtension));
-    const std::string type = kiwiTypeOfGroup(entry.group);
-    if (type.empty() && !entry.group.empty())
-      losses.count("its group, which is no type of KiwiSDR's");
-    quoted(type);
-    const Setting low = kiwiPassbandLow(entry);
-    if (entry.width > 0) {
-      appendNumber(out += ';', low);
-      appendNumber(out += ';', low + entry.width);
-    } else {
-      out += ";;";
-    }
-    appendTableField(out += ';', keptField(entry, kKiwi, kKiwiOffset), ';');
-    quoted(kiwiDays(entry, losses));
-    if (entry.from >= 0) {
-      lists::appendMinute(out += ";'", entry.from);
-      lists::appendMinute(out += ";'", entry.to);
-    } else {
-      out += ";;";
-    }
-    appendTableField(out += ';', keptField(entry, kKiwi, kKiwiSignal), ';');
-    out += '\n';
+  const auto quoted = [&out](std::string_view text) { addQuoted(out.add(';'), text); };
+  const auto kept = [&](std::string_view field) { return keptField(entry, kKiwi, field); };
+  losses.countParts(entry, Losses::Tags | Losses::Favourite | Losses::Skip);
+  losses.countLines(entry);
+  losses.countFurther(entry, kKiwi);
+  if (std::ranges::any_of(entry.further, isOptionOfJsonAlone)) losses.count(Losses::OptionsOfJson);
+  lists::addKhz(out, entry.frequency);
+  quoted(words.wordFor(entry, losses));
+  quoted(asKiwiText(entry.name, room));
+  quoted(asKiwiText(entry.note, room));
+  quoted(kept(kKiwiExtension));
+  const std::string_view type = kiwiTypeOfGroup(entry.group, room);
+  if (type.empty() && !entry.group.empty()) losses.count(Losses::GroupWithoutType);
+  quoted(type);
+  const Setting low = kiwiPassbandLow(entry);
+  if (entry.width > 0)
+    out.add(';').addNumber(low).add(';').addNumber(low + entry.width);
+  else
+    out.add(";;");
+  addTableField(out.add(';'), kept(kKiwiOffset), kSemicolonTable);
+  quoted(kiwiDays(entry, losses));
+  if (entry.from >= 0) {
+    lists::addMinute(out.add(";'"), entry.from);
+    lists::addMinute(out.add(";'"), entry.to);
+  } else {
+    out.add(";;");
   }
-  writing.losses = losses.words();
-  return writing;
+  addTableField(out.add(';'), kept(kKiwiSignal), kSemicolonTable);
+  out.add('\n');
+}
+
+}  // namespace
+
+Writing writeKiwiCsv(std::span<const lists::EntryPtr> entries) {
+  constexpr ListFrame kFrame{
+      "Freq kHz;\"Mode\";\"Ident\";\"Notes\";\"Extension\";\"Type\";PB low;PB "
+      "high;Offset;\"DOW\";Begin;End;Sig bw\n",
+      100};
+  const WordsOfModes words(kKiwiModes, "IQ", kKiwi);
+  const std::vector<const Entry*> sorted = inKiwiOrder(entries);
+  return writeLines(kFrame, sorted.size(),
+                    [&](ListPart& part, std::size_t i) { addLabel(part, *sorted[i], words); });
 }
 
 }  // namespace kelvane::formats

@@ -4,10 +4,10 @@
 #include <array>
 #include <cmath>
 
-#include "base/append_number.h"
 #include "base/text.h"
 #include "components/ambrel/formats/json_parts.h"
 #include "components/ambrel/formats/kiwi_labels.h"
+#include "components/ambrel/formats/list_writing.h"
 
 namespace kelvane::formats {
 
@@ -17,17 +17,6 @@ namespace {
 bool isTakenOption(std::string_view key) {
   constexpr std::array<std::string_view, 5> kTaken = {"lo", "hi", "d0", "b0", "e0"};
   return std::ranges::find(kTaken, key) != kTaken.end();
-}
-
-/// What was kept of an option, as JSON again: only an extension's parameters are a text that looks
-/// like a number.
-void appendKeptOption(std::string& options, std::string_view key, std::string_view value) {
-  appendJsonText(options += ", ", key);
-  options += ": ";
-  if (key != kKiwiExtension && !value.starts_with('"') && Json::accept(value))
-    options += value;
-  else
-    appendJsonText(options, value);
 }
 
 bool takeKiwiOptions(const Json& options, Taken& taken) {
@@ -51,39 +40,6 @@ bool takeKiwiOptions(const Json& options, Taken& taken) {
     return digits.substr(1);
   };
   return lists::readTimesOf(four(begin) + '-' + four(end), entry);
-}
-
-/// Each behind a comma.
-void appendKiwiOptions(std::string& options, const Entry& entry, Losses& losses) {
-  if (const std::string type = kiwiTypeOfGroup(entry.group); !type.empty())
-    ((options += ", \"") += type) += "\": 1";
-  else if (!entry.group.empty())
-    losses.count("its group, which is no type of KiwiSDR's");
-  if (entry.width > 0) {
-    const Setting low = kiwiPassbandLow(entry);
-    appendNumber(options += ", \"lo\": ", low);
-    appendNumber(options += ", \"hi\": ", low + entry.width);
-  }
-  if (!entry.days.empty()) {
-    const auto days = lists::weekdaysOf(entry.days);
-    int bits = 0;
-    for (int day = 0; days && day < 7; ++day) bits |= (*days >> day & 1) << (6 - day);
-    if (days)
-      appendNumber(options += ", \"d0\": ", bits);
-    else
-      losses.count("its days, which are more than weekdays");
-  }
-  if (entry.from >= 0) {
-    const auto plain = [](std::int16_t minute) { return minute / 60 * 100 + minute % 60; };
-    appendNumber(options += ", \"b0\": ", plain(entry.from));
-    appendNumber(options += ", \"e0\": ", plain(entry.to));
-  }
-  losses.countFurther(entry, kKiwi);
-  for (const auto& [name, value] : entry.further) {
-    if (!name.starts_with("KiwiSDR ")) continue;
-    const std::string_view key = std::string_view(name).substr(kKiwi.size() + 1);
-    if (key != kKiwiLow && key != "mode") appendKeptOption(options, key, value);
-  }
 }
 
 }  // namespace
@@ -124,27 +80,81 @@ Reading readKiwiJson(const std::string& text) {
   return reading;
 }
 
-Writing writeKiwiJson(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::string room, options;
-  std::string& out = writing.text = "{\"dx\":[";
-  out.reserve(entries.size() * 100);
-  for (const Entry* entry : inKiwiOrder(entries)) {
-    losses.countParts(*entry, Losses::Tags | Losses::Favourite | Losses::Skip);
-    out += out.back() == '[' ? "\n[" : ",\n[";
-    lists::appendKhz(out, entry->frequency);
-    appendJsonText(out += ", ", wordFor(*entry, kKiwiModes, "IQ", losses, kKiwi));
-    appendJsonText(out += ", ", asKiwiText(entry->name, room));
-    appendJsonText(out += ", ", asKiwiText(entry->note, room));
-    options.clear();
-    appendKiwiOptions(options, *entry, losses);
-    if (!options.empty()) (out += ", {").append(options, 2) += '}';
-    out += ']';
+namespace {
+
+/// What was kept of an option, as JSON again: only an extension's parameters are a text that looks
+/// like a number.
+void addKeptOption(TextWriter& options, std::string_view key, std::string_view value) {
+  addJsonText(options.add(", "), key);
+  options.add(": ");
+  if (key != kKiwiExtension && !value.starts_with('"') && Json::accept(value))
+    options.add(value);
+  else
+    addJsonText(options, value);
+}
+
+/// Monday is the highest of seven bits there.
+int kiwiDayBits(std::uint8_t days) {
+  int bits = 0;
+  for (int day = 0; day < 7; ++day) bits |= (days >> day & 1) << (6 - day);
+  return bits;
+}
+
+/// Each behind a comma.
+void addKiwiOptions(TextWriter& options, const Entry& entry, Losses& losses) {
+  std::string room;
+  if (const auto type = kiwiTypeOfGroup(entry.group, room); !type.empty())
+    options.add(", \"").add(type).add("\": 1");
+  else if (!entry.group.empty())
+    losses.count(Losses::GroupWithoutType);
+  if (entry.width > 0) {
+    const Setting low = kiwiPassbandLow(entry);
+    options.add(", \"lo\": ").addNumber(low);
+    options.add(", \"hi\": ").addNumber(low + entry.width);
   }
-  out += "\n]}\n";
-  writing.losses = losses.words();
-  return writing;
+  if (!entry.days.empty()) {
+    if (const auto days = lists::weekdaysOf(entry.days))
+      options.add(", \"d0\": ").addNumber(kiwiDayBits(*days));
+    else
+      losses.count(Losses::DaysBeyondWeekdays);
+  }
+  if (entry.from >= 0) {
+    const auto plain = [](std::int16_t minute) { return minute / 60 * 100 + minute % 60; };
+    options.add(", \"b0\": ").addNumber(plain(entry.from));
+    options.add(", \"e0\": ").addNumber(plain(entry.to));
+  }
+  losses.countFurther(entry, kKiwi);
+  for (const auto& [name, value] : entry.further) {
+    if (!name.starts_with("KiwiSDR ")) continue;
+    const std::string_view key = std::string_view(name).substr(kKiwi.size() + 1);
+    if (key != kKiwiLow && key != kModeField) addKeptOption(options, key, value);
+  }
+}
+
+void addJsonLabel(ListPart& part, const Entry& entry, const WordsOfModes& words) {
+  auto& [out, losses, options] = part;
+  std::string room;
+  losses.countParts(entry, Losses::Tags | Losses::Favourite | Losses::Skip);
+  lists::addKhz(out.add('['), entry.frequency);
+  addJsonText(out.add(", "), words.wordFor(entry, losses));
+  addJsonText(out.add(", "), asKiwiText(entry.name, room));
+  addJsonText(out.add(", "), asKiwiText(entry.note, room));
+  options.clear();
+  addKiwiOptions(options, entry, losses);
+  if (!options.view().empty()) out.add(", {").add(options.view().substr(2)).add('}');
+  out.add(']');
+}
+
+}  // namespace
+
+Writing writeKiwiJson(std::span<const lists::EntryPtr> entries) {
+  constexpr ListFrame kFrame{"{\"dx\":[", 100, "\n]}\n"};
+  const WordsOfModes words(kKiwiModes, "IQ", kKiwi);
+  const std::vector<const Entry*> sorted = inKiwiOrder(entries);
+  return writeLines(kFrame, sorted.size(), [&](ListPart& part, std::size_t i) {
+    part.text.add(i == 0 ? "\n" : ",\n");
+    addJsonLabel(part, *sorted[i], words);
+  });
 }
 
 }  // namespace kelvane::formats

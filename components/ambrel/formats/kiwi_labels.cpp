@@ -11,10 +11,24 @@ namespace kelvane::formats {
 
 namespace {
 
-/// From T1 on.
-constexpr std::array<std::string_view, 15> kTypes = {
-    "Channel", "Ham", "Bcast", "Utility", "Time",   "ALE", "HFDL",  "Milcom",
-    "CW",      "FSK", "FAX",   "Aero",    "Marine", "Spy", "masked"};
+struct KiwiType {
+  std::string_view type, name;
+};
+constexpr auto kTypes = std::to_array<KiwiType>({{"T1", "Channel"},
+                                                 {"T2", "Ham"},
+                                                 {"T3", "Bcast"},
+                                                 {"T4", "Utility"},
+                                                 {"T5", "Time"},
+                                                 {"T6", "ALE"},
+                                                 {"T7", "HFDL"},
+                                                 {"T8", "Milcom"},
+                                                 {"T9", "CW"},
+                                                 {"T10", "FSK"},
+                                                 {"T11", "FAX"},
+                                                 {"T12", "Aero"},
+                                                 {"T13", "Marine"},
+                                                 {"T14", "Spy"},
+                                                 {"T15", "masked"}});
 
 constexpr std::string_view kTypeBeyond = "Type ";  ///< and its number, of one without a name
 
@@ -49,17 +63,17 @@ std::string groupOfKiwiType(std::string_view type) {
   if (!number) return lists::oneLine(type);
   if (*number <= 0) return {};
   const auto place = static_cast<std::size_t>(*number) - 1;
-  return place < kTypes.size() ? std::string(kTypes[place])
+  return place < kTypes.size() ? std::string(kTypes[place].name)
                                : std::string(kTypeBeyond) + std::to_string(*number);
 }
 
-std::string kiwiTypeOfGroup(std::string_view group) {
-  const auto type = std::ranges::find(kTypes, group);
-  if (type != kTypes.end()) return 'T' + std::to_string(type - kTypes.begin() + 1);
+std::string_view kiwiTypeOfGroup(std::string_view group, std::string& room) {
+  const auto known = std::ranges::find(kTypes, group, &KiwiType::name);
+  if (known != kTypes.end()) return known->type;
   if (!group.starts_with(kTypeBeyond)) return {};
   const std::string_view number = group.substr(kTypeBeyond.size());
-  return !number.empty() && std::ranges::all_of(number, isDigit) ? 'T' + std::string(number)
-                                                                 : std::string();
+  if (number.empty() || !std::ranges::all_of(number, isDigit)) return {};
+  return (room = 'T') += number;
 }
 
 std::string kiwiText(std::string_view text) {
@@ -101,6 +115,7 @@ void takeKiwiPassband(double low, double high, Entry& entry) {
 }
 
 Setting kiwiPassbandLow(const Entry& entry) {
+  if (entry.further.empty()) return usualPassbandLow(entry);
   const auto kept = wholeNumber(keptField(entry, kKiwi, kKiwiLow));
   const bool fits = kept && *kept >= -kWidestPassband && *kept <= kWidestPassband;
   return fits ? static_cast<Setting>(*kept) : usualPassbandLow(entry);

@@ -36,8 +36,8 @@ inline constexpr auto kKiwiModes =
 /// The group that a type of labels ("T13") is, as the community's list names the types; "Type 16"
 /// for one without a name; empty for none.
 std::string groupOfKiwiType(std::string_view type);
-/// The type that a group is; empty where it is none.
-std::string kiwiTypeOfGroup(std::string_view group);
+/// The type that a group is ("T3"); empty where it is none. Seldom made in `room`.
+std::string_view kiwiTypeOfGroup(std::string_view group, std::string& room);
 
 /// A label's text: older files have all but letters and digits as "%20".
 std::string kiwiText(std::string_view text);

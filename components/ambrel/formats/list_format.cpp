@@ -82,12 +82,6 @@ Reading readOwn(const std::string& text) {
   return reading;
 }
 
-Writing writeOwn(std::span<const lists::EntryPtr> entries) {
-  lists::OwnText own;
-  own.entries.assign(entries.begin(), entries.end());
-  return {lists::ownText(own), {}};
-}
-
 Reading readAs(Format format, std::string text) {
   switch (format) {
     case Format::Own:
@@ -184,7 +178,7 @@ Reading readTable(std::string_view bytes, const TableShape& shape) {
 Writing writeList(std::span<const lists::EntryPtr> entries, Format format) {
   switch (format) {
     case Format::Own:
-      return writeOwn(entries);
+      return {lists::ownText(entries), {}};
     case Format::Gqrx:
       return writeGqrx(entries);
     case Format::SdrPlusPlus:

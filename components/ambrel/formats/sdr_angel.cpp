@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "base/append_number.h"
 #include "base/text.h"
-#include "components/ambrel/formats/format_parts.h"
+#include "components/ambrel/formats/list_writing.h"
 
 namespace kelvane::formats {
 
@@ -50,29 +49,25 @@ Reading readSdrAngel(std::string_view text) {
 }
 
 Writing writeSdrAngel(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::string& out = writing.text = "Freq (Hz),Enable,Notes,Channel,Ch BW (Hz),TH (dB),Sq (dB)\n";
-  out.reserve(entries.size() * 60);
-  for (const lists::EntryPtr& entry : entries) {
-    losses.countParts(*entry, Losses::Mode | Losses::Group | Losses::Tags | Losses::Times |
-                                  Losses::Days | Losses::Favourite | Losses::Note);
-    losses.countFurther(*entry, kSdrAngel);
+  constexpr ListFrame kFrame{"Freq (Hz),Enable,Notes,Channel,Ch BW (Hz),TH (dB),Sq (dB)\n", 60};
+  return writeLines(kFrame, entries.size(), [entries](ListPart& part, std::size_t i) {
+    const Entry& entry = *entries[i];
+    part.losses.countParts(entry, Losses::Mode | Losses::Group | Losses::Tags | Losses::Times |
+                                      Losses::Days | Losses::Favourite | Losses::Note);
+    part.losses.countFurther(entry, kSdrAngel);
+    TextWriter& out = part.text;
     const auto kept = [&](std::size_t field) {
-      appendTableField(out += ',', keptField(*entry, kSdrAngel, kScannerFields[field]), ',');
+      addTableField(out.add(','), keptField(entry, kSdrAngel, kScannerFields[field]));
     };
-    appendNumber(out, entry->frequency);
-    out += entry->skip ? ",false," : ",true,";
-    appendTableField(out, entry->name, ',');
+    out.addNumber(entry.frequency).add(entry.skip ? ",false," : ",true,");
+    addTableField(out, entry.name);
     kept(0);
-    out += ',';
-    if (entry->width > 0) appendNumber(out, entry->width);
+    out.add(',');
+    if (entry.width > 0) out.addNumber(entry.width);
     kept(1);
     kept(2);
-    out += '\n';
-  }
-  writing.losses = losses.words();
-  return writing;
+    out.add('\n');
+  });
 }
 
 }  // namespace kelvane::formats

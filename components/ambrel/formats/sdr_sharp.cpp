@@ -6,9 +6,8 @@
 #include <rapidxml/rapidxml.hpp>
 #include <utility>
 
-#include "base/append_number.h"
 #include "base/text.h"
-#include "components/ambrel/formats/format_parts.h"
+#include "components/ambrel/formats/list_writing.h"
 #include "contract/modes.h"
 
 namespace kelvane::formats {
@@ -222,32 +221,28 @@ Reading readSdrSharp(std::string text) {
 }
 
 Writing writeSdrSharp(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::string& out = writing.text =
+  constexpr ListFrame kFrame{
       "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
       "<ArrayOfMemoryEntry xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
-      "xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\">\n";
-  out.reserve(entries.size() * 320);
-  for (const lists::EntryPtr& entry : entries) {
-    losses.countParts(*entry,
-                      Losses::Tags | Losses::Times | Losses::Days | Losses::Skip | Losses::Note);
-    out += "  <MemoryEntry>\n    <IsFavourite>";
-    out += entry->favourite ? "true" : "false";
-    appendXmlText(out += "</IsFavourite>\n    <Name>", entry->name);
-    appendXmlText(out += "</Name>\n    <GroupName>", entry->group);
-    appendNumber(out += "</GroupName>\n    <Frequency>", entry->frequency);
-    losses.countFurther(*entry, kSdrSharp);
-    appendXmlText(out += "</Frequency>\n    <DetectorType>",
-                  wordFor(*entry, kSdrSharpModes, "RAW", losses, kSdrSharp));
-    const auto shift = keptField(*entry, kSdrSharp, "Shift");
-    appendXmlText(out += "</DetectorType>\n    <Shift>", shift.empty() ? "0" : shift);
-    appendNumber(out += "</Shift>\n    <FilterBandwidth>", entry->width);
-    out += "</FilterBandwidth>\n  </MemoryEntry>\n";
-  }
-  out += "</ArrayOfMemoryEntry>\n";
-  writing.losses = losses.words();
-  return writing;
+      "xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\">\n",
+      320, "</ArrayOfMemoryEntry>\n"};
+  const WordsOfModes words(kSdrSharpModes, "RAW", kSdrSharp);
+  return writeLines(kFrame, entries.size(), [entries, &words](ListPart& part, std::size_t i) {
+    const Entry& entry = *entries[i];
+    part.losses.countParts(
+        entry, Losses::Tags | Losses::Times | Losses::Days | Losses::Skip | Losses::Note);
+    part.losses.countFurther(entry, kSdrSharp);
+    TextWriter& out = part.text;
+    out.add("  <MemoryEntry>\n    <IsFavourite>").add(entry.favourite ? "true" : "false");
+    addXmlText(out.add("</IsFavourite>\n    <Name>"), entry.name);
+    addXmlText(out.add("</Name>\n    <GroupName>"), entry.group);
+    out.add("</GroupName>\n    <Frequency>").addNumber(entry.frequency);
+    addXmlText(out.add("</Frequency>\n    <DetectorType>"), words.wordFor(entry, part.losses));
+    const auto shift = keptField(entry, kSdrSharp, "Shift");
+    addXmlText(out.add("</DetectorType>\n    <Shift>"), shift.empty() ? "0" : shift);
+    out.add("</Shift>\n    <FilterBandwidth>").addNumber(entry.width);
+    out.add("</FilterBandwidth>\n  </MemoryEntry>\n");
+  });
 }
 
 }  // namespace kelvane::formats

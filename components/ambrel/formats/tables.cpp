@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <optional>
 #include <set>
 
-#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
-#include "components/ambrel/formats/format_parts.h"
+#include "components/ambrel/formats/list_writing.h"
+#include "components/ambrel/lists/further_columns.h"
 #include "contract/modes.h"
 
 namespace kelvane::formats {
@@ -337,45 +338,31 @@ Reading readAnyTable(std::string_view text, const TableShape& shape) {
 }
 
 Writing writeAnyTable(std::span<const lists::EntryPtr> entries) {
-  Writing writing;
-  Losses losses;
-  std::vector<std::string> further;
-  for (const lists::EntryPtr& entry : entries) {
-    for (const auto& [name, value] : entry->further) {
-      // Few differ: a list's further columns are the same in all its entries.
-      if (std::ranges::find(further, name) == further.end()) further.push_back(name);
-    }
-  }
-  std::string& out = writing.text;
-  out.reserve(entries.size() * 100);
-  for (const std::string_view column : kOwnColumns) (out += out.empty() ? "" : ",") += column;
-  for (const std::string& name : further) appendTableField(out += ',', name, ',');
-  out += "\r\n";
-  for (const lists::EntryPtr& each : entries) {
-    const Entry& entry = *each;
-    losses.countLines(entry);
-    lists::appendKhz(out, entry.frequency);
-    const auto field = [&out](std::string_view text) { appendTableField(out += ',', text, ','); };
+  const std::vector<std::string_view> further = lists::furtherHeadings(entries);
+  TextWriter heading;
+  for (const std::string_view column : kOwnColumns)
+    heading.add(column == kOwnColumns.front() ? "" : ",").add(column);
+  for (const std::string_view name : further) addTableField(heading.add(','), name);
+  heading.add("\r\n");
+  const ListFrame frame{heading.view(), 100};
+  return writeLines(frame, entries.size(), [entries, &further](ListPart& part, std::size_t i) {
+    const Entry& entry = *entries[i];
+    TextWriter& out = part.text;
+    part.losses.countLines(entry);
+    lists::addKhz(out, entry.frequency);
+    const auto field = [&out](std::string_view text) { addTableField(out.add(','), text); };
     field(entry.name);
-    field(modeName(entry.mode));
-    out += ',';
-    if (entry.width > 0) appendNumber(out, entry.width);
+    out.add(',').add(modeName(entry.mode)).add(',');
+    if (entry.width > 0) out.addNumber(entry.width);
     field(entry.group);
     field(entry.tags);
-    field(lists::timesText(entry));
+    lists::addTimes(out.add(','), entry);
     field(entry.days);
-    field(entry.favourite ? "yes" : "");
-    field(entry.skip ? "yes" : "");
+    out.add(entry.favourite ? ",yes" : ",").add(entry.skip ? ",yes" : ",");
     field(entry.note);
-    for (const std::string& name : further) {
-      const auto there =
-          std::ranges::find(entry.further, name, [](const auto& pair) { return pair.first; });
-      field(there == entry.further.end() ? std::string_view() : there->second);
-    }
-    out += "\r\n";
-  }
-  writing.losses = losses.words();
-  return writing;
+    for (const std::string_view name : further) field(lists::furtherField(entry, name));
+    out.add("\r\n");
+  });
 }
 
 }  // namespace kelvane::formats

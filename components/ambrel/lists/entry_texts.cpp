@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
-#include "base/append_number.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "contract/modes.h"
@@ -96,6 +96,26 @@ std::optional<Hz> wholeHertz(std::string_view number, Unit unit) {
   return hertz > 0 ? std::optional(hertz) : std::nullopt;
 }
 
+/// Puts a number's digits from that of a power of ten on; answers where they end.
+char* putDigits(char* to, int number, int power) {
+  for (; power > 0; power /= 10) *to++ = static_cast<char>('0' + number / power % 10);
+  return to;
+}
+
+constexpr std::size_t kLongestKhz = 12;
+
+char* putKhz(char* to, Hz frequency) {
+  to = std::to_chars(to, to + kLongestKhz, frequency / 1000).ptr;
+  Hz rest = frequency % 1000;
+  if (rest == 0) return to;
+  *to++ = '.';
+  for (Hz power = 100; rest > 0; power /= 10) {
+    *to++ = static_cast<char>('0' + rest / power);
+    rest %= power;
+  }
+  return to;
+}
+
 int weekdayNamed(std::string_view two) {
   if (two.size() < 2) return -1;
   const std::string name{static_cast<char>(two[0] & ~0x20), static_cast<char>(two[1] | 0x20)};
@@ -143,27 +163,20 @@ Result<Hz> readFrequency(std::string_view text, Unit unit) {
   return static_cast<Hz>(hertz);
 }
 
-void appendKhz(std::string& text, Hz frequency) {
-  appendNumber(text, frequency / 1000);
-  const Hz rest = frequency % 1000;
-  if (rest == 0) return;
-  const std::size_t point = text.size();
-  appendNumber(text, 1000 + rest);
-  text[point] = '.';
-  while (text.back() == '0') text.pop_back();
+void addKhz(TextWriter& text, Hz frequency) {
+  text.wrote(putKhz(text.room(kLongestKhz), frequency));
 }
 
 std::string khzText(Hz frequency) {
-  std::string text;
-  appendKhz(text, frequency);
-  return text;
+  std::array<char, kLongestKhz> text;
+  return {text.data(), putKhz(text.data(), frequency)};
 }
 
-void appendMhz(std::string& text, Hz frequency) {
-  appendNumber(text, frequency / 1'000'000);
-  const std::size_t point = text.size();
-  appendNumber(text, 1'000'000 + frequency % 1'000'000);
-  text[point] = '.';
+void addMhz(TextWriter& text, Hz frequency) {
+  constexpr Hz kMega = 1'000'000;
+  text.addNumber(frequency / kMega).add('.');
+  constexpr std::size_t kDecimals = 6;
+  text.wrote(putDigits(text.room(kDecimals), frequency % kMega, kMega / 10));
 }
 
 std::optional<std::int16_t> readMinute(std::string_view text) {
@@ -198,17 +211,21 @@ bool readTimesOf(std::string_view text, Entry& entry) {
   return true;
 }
 
-void appendMinute(std::string& text, std::int16_t minute) {
-  const int digits = minute / 60 * 100 + minute % 60;
-  for (const int power : {1000, 100, 10, 1}) text += static_cast<char>('0' + digits / power % 10);
+void addMinute(TextWriter& text, std::int16_t minute) {
+  constexpr std::size_t kDigits = 4;
+  text.wrote(putDigits(text.room(kDigits), minute / 60 * 100 + minute % 60, 1000));
+}
+
+void addTimes(TextWriter& text, const Entry& entry) {
+  if (entry.from < 0) return;
+  addMinute(text, entry.from);
+  addMinute(text.add('-'), entry.to);
 }
 
 std::string timesText(const Entry& entry) {
-  std::string text;
-  if (entry.from < 0) return text;
-  appendMinute(text, entry.from);
-  appendMinute(text += '-', entry.to);
-  return text;
+  TextWriter text;
+  addTimes(text, entry);
+  return text.take();
 }
 
 std::optional<std::uint8_t> weekdaysOf(std::string_view days) {

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "components/ambrel/lists/entry.h"
-
 #include "base/result.h"
+#include "base/text_writer.h"
+#include "components/ambrel/lists/entry.h"
 
 namespace kelvane::lists {
 
@@ -23,19 +23,20 @@ Result<Hz> readFrequency(std::string_view text, Unit unit);
 
 /// "9420", "518.5": kHz without needless decimals.
 std::string khzText(Hz frequency);
-void appendKhz(std::string& text, Hz frequency);
+void addKhz(TextWriter& text, Hz frequency);
 /// "7.100000": MHz with six decimals, worked out in whole numbers.
-void appendMhz(std::string& text, Hz frequency);
+void addMhz(TextWriter& text, Hz frequency);
 
 /// Reads "HHMM", "HH:MM" or "'HHMM" as a minute of the day, 2400 being 1440; none where it is none.
 std::optional<std::int16_t> readMinute(std::string_view text);
 /// "0600"; 1440 is "2400".
-void appendMinute(std::string& text, std::int16_t minute);
+void addMinute(TextWriter& text, std::int16_t minute);
 /// Reads "0600-0800" into the entry; an empty text and "0000-2400" are the whole day. False where
 /// it is anything else; the entry stays then.
 bool readTimesOf(std::string_view text, Entry& entry);
 /// "0600-0800"; empty for the whole day.
 std::string timesText(const Entry& entry);
+void addTimes(TextWriter& text, const Entry& entry);
 
 /// The weekdays that a text names: bit 0 Monday to bit 6 Sunday. An empty text is all of them; none
 /// where the text says more than weekdays.

@@ -2,15 +2,16 @@
 
 #include <algorithm>
 #include <array>
-#include <set>
 #include <unordered_map>
 #include <utility>
 
-#include "base/append_number.h"
 #include "base/encoding.h"
+#include "base/in_parts.h"
 #include "base/number.h"
 #include "base/text.h"
+#include "base/text_writer.h"
 #include "components/ambrel/lists/entry_texts.h"
+#include "components/ambrel/lists/further_columns.h"
 #include "contract/modes.h"
 
 namespace kelvane::lists {
@@ -38,16 +39,11 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Column::Count)> 
 
 constexpr std::string_view kUnreadHead = "# Lines that were not understood:\r\n";
 
-void appendField(std::string& text, std::string_view field) {
-  std::size_t from = 0;
-  for (std::size_t at = 0; at < field.size(); ++at) {
-    const char c = field[at];
-    if (c != ';' && c != '\\' && c != '\n' && c != '\r') continue;
-    text.append(field, from, at - from);
-    from = at + 1;
-    if (c != '\r') text += c == ';' ? "\\:" : c == '\\' ? "\\\\" : "\\n";
-  }
-  text.append(field, from);
+void addField(TextWriter& text, std::string_view field) {
+  static constexpr ByteSet kEscaped(";\\\n\r");
+  text.addReplacing(field, kEscaped, [&text](char c) {
+    if (c != '\r') text.add(c == ';' ? "\\:" : c == '\\' ? "\\\\" : "\\n");
+  });
 }
 
 std::string unescaped(std::string_view field) {
@@ -134,61 +130,52 @@ std::string_view takeUpTo(std::string_view& rest, char end) {
   return part;
 }
 
-/// Headings of columns that this program does not know, of all entries.
-std::vector<std::string> furtherHeadings(const Entries& entries) {
-  std::set<std::string> names;
-  for (const EntryPtr& entry : entries) {
-    for (const auto& [name, value] : entry->further) names.insert(name);
-  }
-  return {names.begin(), names.end()};
-}
-
-void appendEntry(std::string& text, const Entry& entry, const std::vector<std::string>& further) {
+void addEntry(TextWriter& text, const Entry& entry, std::span<const std::string_view> further) {
+  addKhz(text, entry.frequency);
   // Empty fields at the end of a line are left out.
-  int empty = 0;
-  const auto part = [&text, &empty] {
-    for (; empty >= 0; --empty) text += " ; ";
-    empty = 0;
+  std::size_t filled = text.size();
+  const auto field = [&text, &filled](bool there, auto add) {
+    text.add(" ; ");
+    if (!there) return;
+    add();
+    filled = text.size();
   };
-  const auto field = [&text, &empty, &part](std::string_view value) {
-    if (value.empty()) {
-      ++empty;
-    } else {
-      part();
-      appendField(text, value);
-    }
+  const auto words = [&](std::string_view value) {
+    field(!value.empty(), [&] { addField(text, value); });
   };
-  appendKhz(text, entry.frequency);
-  field(entry.name);
-  field(modeName(entry.mode));
-  if (entry.width > 0) {
-    part();
-    appendNumber(text, entry.width);
-  } else {
-    ++empty;
-  }
-  field(entry.group);
-  field(entry.tags);
-  field(timesText(entry));
-  field(entry.days);
-  field(entry.favourite ? "yes" : "");
-  field(entry.skip ? "yes" : "");
-  field(entry.note);
-  for (const std::string& name : further) {
-    const auto there =
-        std::ranges::find(entry.further, name, [](const auto& each) { return each.first; });
-    field(there == entry.further.end() ? std::string_view() : there->second);
-  }
-  text += "\r\n";
+  words(entry.name);
+  words(modeName(entry.mode));
+  field(entry.width > 0, [&] { text.addNumber(entry.width); });
+  words(entry.group);
+  words(entry.tags);
+  field(entry.from >= 0, [&] { addTimes(text, entry); });
+  words(entry.days);
+  words(entry.favourite ? "yes" : "");
+  words(entry.skip ? "yes" : "");
+  words(entry.note);
+  for (const std::string_view name : further) words(furtherField(entry, name));
+  text.cutTo(filled);
+  text.add("\r\n");
 }
 
 std::string lineOf(const Entry& entry) {
-  std::string line;
-  std::vector<std::string> further;
+  std::vector<std::string_view> further;
   for (const auto& [name, value] : entry.further) further.push_back(name);
-  appendEntry(line, entry, further);
-  for (const std::string& name : further) line += name + '\n';
-  return line;
+  TextWriter line;
+  addEntry(line, entry, further);
+  for (const std::string_view name : further) line.add(name).add('\n');
+  return line.take();
+}
+
+/// What stands before the stations.
+void addHead(TextWriter& text, std::span<const std::string> comments,
+             std::span<const std::string_view> further) {
+  text.add(kHead);
+  for (const std::string& comment : comments) text.add(comment).add("\r\n");
+  for (const std::string_view heading : kHeadings)
+    text.add(heading == kHeadings.front() ? "" : " ; ").add(heading);
+  for (const std::string_view name : further) addField(text.add(" ; "), name);
+  text.add("\r\n");
 }
 
 /// How many more of each text one row has than another, by the text.
@@ -303,18 +290,27 @@ OwnText readOwnText(std::string_view bytes) {
   return list;
 }
 
+std::string ownText(std::span<const EntryPtr> entries, std::span<const std::string> comments,
+                    std::span<const std::string> unread) {
+  constexpr std::size_t kWorthAThread = 5'000, kUsualLine = 100;
+  std::vector<std::string_view> further = furtherHeadings(entries);
+  std::ranges::sort(further);
+  const auto write = [&](TextWriter& text, std::size_t i, std::size_t end) {
+    const bool first = i == 0;  // to which the others are joined
+    text.reserve((first ? entries.size() : end - i) * kUsualLine);
+    if (first) addHead(text, comments, further);
+    for (; i < end; ++i) addEntry(text, *entries[i], further);
+  };
+  std::vector<TextWriter> parts = inParts<TextWriter>(entries.size(), kWorthAThread, write);
+  TextWriter& text = parts.front();
+  for (const TextWriter& part : std::span(parts).subspan(1)) text.add(part.view());
+  if (!unread.empty()) text.add(kUnreadHead);
+  for (const std::string& line : unread) text.add(line).add("\r\n");
+  return text.take();
+}
+
 std::string ownText(const OwnText& list) {
-  const std::vector<std::string> further = furtherHeadings(list.entries);
-  std::string text(kHead);
-  text.reserve(text.size() + list.entries.size() * 80);
-  for (const std::string& comment : list.comments) text += comment + "\r\n";
-  for (std::size_t i = 0; i < kHeadings.size(); ++i) (text += i == 0 ? "" : " ; ") += kHeadings[i];
-  for (const std::string& name : further) appendField(text += " ; ", name);
-  text += "\r\n";
-  for (const EntryPtr& entry : list.entries) appendEntry(text, *entry, further);
-  if (!list.unread.empty()) text += kUnreadHead;
-  for (const std::string& line : list.unread) text += line + "\r\n";
-  return text;
+  return ownText(list.entries, list.comments, list.unread);
 }
 
 OwnText merged(const OwnText& base, const OwnText& mine, OwnText theirs) {

@@ -49,6 +49,8 @@ OwnText readOwnText(std::string_view bytes);
 
 /// The text as it is kept: a head that explains it, then a line for each entry in turn.
 std::string ownText(const OwnText& list);
+std::string ownText(std::span<const EntryPtr> entries, std::span<const std::string> comments = {},
+                    std::span<const std::string> unread = {});
 
 /// What the file is to hold when another program changed it meanwhile: what it holds, without what
 /// was removed since `base` was read or written and with what was added since then.
