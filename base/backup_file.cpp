@@ -1,5 +1,9 @@
 #include "base/backup_file.h"
 
+#include <string>
+#include <string_view>
+#include <system_error>
+
 namespace kelvane {
 
 namespace {

@@ -1,6 +1,9 @@
 #include "base/net_filter.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "base/number.h"
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <filesystem>
+#include <string_view>
+
 #include "base/safe_file.h"
 
 namespace kelvane {

@@ -1,5 +1,6 @@
 #include "base/program_output.h"
 
+#include <chrono>
 #include <thread>
 
 #include "base/child_process.h"

@@ -1,5 +1,7 @@
 #include "base/replaced_file.h"
 
+#include <string_view>
+
 #include "base/backup_file.h"
 #include "base/barrier.h"
 

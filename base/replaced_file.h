@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <memory>
+#include <string_view>
+#include <utility>
 
 #include "base/safe_file.h"
 

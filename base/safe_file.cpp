@@ -7,6 +7,7 @@
 #include <functional>
 #include <new>
 #include <thread>
+#include <utility>
 
 #include "base/folder.h"
 #include "base/text.h"

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <string>
+#include <system_error>
 
 #include "base/safe_file.h"
 

@@ -1,4 +1,5 @@
 #include <mutex>
+#include <utility>
 
 #include "base/barrier.h"
 #include "base/name_resolution.h"

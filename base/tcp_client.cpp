@@ -1,6 +1,8 @@
 #include "base/tcp_client.h"
 
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 #include "base/text.h"
 

@@ -2,8 +2,10 @@
 
 #include <dirent.h>
 
+#include <filesystem>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace kelvane {
 

@@ -2,8 +2,13 @@
 
 #include <netdb.h>
 
+#include <functional>
+#include <optional>
+#include <string>
 #include <system_error>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace kelvane {
 

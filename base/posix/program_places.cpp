@@ -1,7 +1,9 @@
 #include "base/program_places.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <mutex>
+#include <system_error>
 
 #include "base/text.h"
 

@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <string>
+#include <system_error>
 
 #include "base/safe_file.h"
 

@@ -9,6 +9,9 @@
 
 #include <cerrno>
 #include <cstring>
+#include <optional>
+#include <span>
+#include <string_view>
 
 namespace kelvane {
 

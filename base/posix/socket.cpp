@@ -9,8 +9,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <ctime>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace kelvane {
 

@@ -6,7 +6,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <memory>
 #include <system_error>
+#include <vector>
 
 namespace kelvane {
 

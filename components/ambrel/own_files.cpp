@@ -1,5 +1,7 @@
 #include "components/ambrel/own_files.h"
 
+#include <string>
+#include <string_view>
 #include <system_error>
 
 #include "base/file_lock.h"

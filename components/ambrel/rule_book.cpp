@@ -1,5 +1,6 @@
 #include "components/ambrel/rule_book.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 

@@ -1,6 +1,7 @@
 #include "components/sondrel/drivers_model.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 #include "components/sondrel/parameter_checks.h"

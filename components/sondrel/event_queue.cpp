@@ -1,6 +1,7 @@
 #include "components/sondrel/event_queue.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kelvane::sondrel {
 

@@ -1,6 +1,8 @@
 #include "components/sondrel/forwarding.h"
 
+#include <cmath>
 #include <cstdlib>
+#include <vector>
 
 namespace kelvane::sondrel {
 

@@ -1,5 +1,7 @@
 #include "components/sondrel/inbox.h"
 
+#include <utility>
+
 #include "base/barrier.h"
 
 namespace kelvane::sondrel {

@@ -1,6 +1,8 @@
 #include "components/sondrel/receiver.h"
 
+#include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "components/sondrel/s_meter.h"
 

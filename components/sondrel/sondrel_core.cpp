@@ -1,6 +1,7 @@
 #include "components/sondrel/sondrel_core.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/instance_name.h"
 #include "base/one_try.h"

@@ -1,5 +1,6 @@
 #include "companions/channel_editor.h"
 
+#include <algorithm>
 #include <array>
 
 #include "base/instance_name.h"

@@ -1,4 +1,7 @@
 #include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <system_error>
 
 #include "base/barrier.h"
 #include "base/code_page.h"

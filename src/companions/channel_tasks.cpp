@@ -1,7 +1,9 @@
 #include "companions/channel_tasks.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
+#include <string_view>
 
 #include "base/barrier.h"
 #include "base/code_page.h"

@@ -1,5 +1,7 @@
 #include "companions/config.h"
 
+#include <utility>
+
 #include "base/text.h"
 #include "ui/key_codes.h"
 

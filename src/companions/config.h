@@ -3,6 +3,8 @@
 #include <array>
 #include <functional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "receiver/shown_receiver.h"
 #include "settings/options.h"

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <exception>
 #include <memory>
+#include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "base/barrier.h"

@@ -1,6 +1,7 @@
 #include "companions/log_import.h"
 
 #include <algorithm>
+#include <array>
 
 namespace kelvane {
 

@@ -1,6 +1,8 @@
 #include "controls/best_setting.h"
 
+#include <cmath>
 #include <cstdlib>
+#include <string>
 
 #include "base/number.h"
 #include "contract/modes.h"

@@ -1,5 +1,7 @@
 #include "controls/channel_step.h"
 
+#include <string>
+
 namespace kelvane {
 
 namespace {

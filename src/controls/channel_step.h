@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "receiver/shown_receiver.h"
 #include "ui/main_view.h"
 

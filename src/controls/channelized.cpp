@@ -1,6 +1,7 @@
 #include "controls/channelized.h"
 
 #include <cstdio>
+#include <string>
 
 namespace kelvane {
 

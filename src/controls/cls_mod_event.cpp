@@ -1,5 +1,7 @@
 #include "controls/cls_mod_event.h"
 
+#include <string>
+
 namespace kelvane {
 
 namespace {

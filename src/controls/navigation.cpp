@@ -1,6 +1,7 @@
 #include "controls/navigation.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace kelvane {

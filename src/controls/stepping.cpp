@@ -1,6 +1,7 @@
 #include "controls/stepping.h"
 
 #include <algorithm>
+#include <string>
 
 #include "base/number.h"
 

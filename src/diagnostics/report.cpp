@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <system_error>
 
 #include "base/barrier.h"
 #include "base/folder.h"

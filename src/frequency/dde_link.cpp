@@ -1,6 +1,7 @@
 #include "frequency/dde_link.h"
 
 #include <utility>
+#include <vector>
 
 namespace kelvane {
 

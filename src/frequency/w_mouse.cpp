@@ -1,5 +1,6 @@
 #include "frequency/w_mouse.h"
 
+#include <cmath>
 #include <cstdlib>
 
 namespace kelvane {

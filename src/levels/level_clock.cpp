@@ -1,7 +1,10 @@
 #include "levels/level_clock.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <cstdlib>
+#include <iterator>
 
 namespace kelvane {
 

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <fstream>
 #include <mutex>
+#include <string_view>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include "base/folder.h"

@@ -1,5 +1,7 @@
 #include "overview/receiver_watch.h"
 
+#include <utility>
+
 #include "controls/forwarding.h"
 
 namespace kelvane {

@@ -1,5 +1,7 @@
 #include "overview/station_views.h"
 
+#include <string>
+
 namespace kelvane {
 
 StationViews::StationViews(const Services& services)

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <filesystem>
+#include <functional>
+#include <string>
+
 #include "overview/overview.h"
 #include "overview/traces.h"
 

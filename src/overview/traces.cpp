@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <map>
+#include <utility>
 
 #include "base/number.h"
 #include "levels/level_csv.h"

@@ -1,6 +1,8 @@
 #include "own_list/station_grid.h"
 
 #include <algorithm>
+#include <iterator>
+#include <memory>
 #include <tuple>
 #include <utility>
 

@@ -1,5 +1,7 @@
 #include "panel/last_writes.h"
 
+#include <string_view>
+
 #include "base/barrier.h"
 
 namespace kelvane {

@@ -1,6 +1,8 @@
 #include "panel/receiver_tabs.h"
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "ui/alt_letters.h"
 #include "ui/control_ids.h"

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <functional>
+#include <utility>
 
 #include "panel/receiver_tabs.h"
 #include "receiver/link_retry.h"

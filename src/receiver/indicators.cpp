@@ -1,6 +1,7 @@
 #include "receiver/indicators.h"
 
 #include <cstdlib>
+#include <string>
 
 namespace kelvane {
 

@@ -1,6 +1,7 @@
 #include "receiver/level_bars.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace kelvane {
 

@@ -1,6 +1,7 @@
 #include "receiver/receiver_set.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace kelvane {

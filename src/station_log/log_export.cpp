@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 #include <unordered_set>
+#include <utility>
 
 #include "base/encoding.h"
 #include "base/number.h"

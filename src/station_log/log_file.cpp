@@ -1,5 +1,8 @@
 #include "station_log/log_file.h"
 
+#include <system_error>
+#include <utility>
+
 #include "base/backup_file.h"
 
 namespace kelvane {

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <set>
 #include <unordered_map>
+#include <utility>
 
 #include "base/encoding.h"
 #include "base/number.h"

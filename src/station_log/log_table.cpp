@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <numeric>
+#include <span>
+#include <utility>
 
 #include "base/code_page.h"
 #include "base/encoding.h"

@@ -1,6 +1,7 @@
 #include "ui/file_flows.h"
 
 #include <filesystem>
+#include <system_error>
 
 #include "base/safe_file.h"
 #include "base/text.h"

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <system_error>
 
 #include "base/safe_file.h"
 

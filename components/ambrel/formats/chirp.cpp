@@ -6,6 +6,9 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <span>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 

@@ -1,5 +1,7 @@
 #include <array>
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "base/encoding.h"
 #include "base/utf8.h"

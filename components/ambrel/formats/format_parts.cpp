@@ -1,6 +1,7 @@
 #include "components/ambrel/formats/format_parts.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/number.h"
 #include "base/text.h"

@@ -5,6 +5,10 @@
 #include <charconv>
 #include <functional>
 #include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/number.h"

@@ -1,8 +1,11 @@
 #include "components/ambrel/formats/import_plan.h"
 
 #include <algorithm>
+#include <functional>
+#include <memory>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "base/text.h"
 

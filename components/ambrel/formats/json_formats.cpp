@@ -4,7 +4,11 @@
 #include <array>
 #include <cmath>
 #include <deque>
+#include <span>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/number.h"
 #include "base/text.h"

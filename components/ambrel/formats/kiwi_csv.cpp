@@ -2,6 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "base/number.h"
 #include "base/text.h"

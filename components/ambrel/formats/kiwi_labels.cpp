@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <span>
+#include <vector>
 
 #include "base/encoding.h"
 #include "base/number.h"

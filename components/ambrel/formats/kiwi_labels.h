@@ -1,8 +1,10 @@
 #pragma once
 
 #include <array>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "components/ambrel/formats/format_parts.h"
 #include "contract/modes.h"

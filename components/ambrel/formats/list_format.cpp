@@ -1,6 +1,7 @@
 #include "components/ambrel/formats/list_format.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 #include "components/ambrel/formats/format_parts.h"

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "base/text.h"
 #include "components/ambrel/formats/list_writing.h"

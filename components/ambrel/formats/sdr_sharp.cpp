@@ -4,6 +4,9 @@
 #include <array>
 #include <memory>
 #include <rapidxml/rapidxml.hpp>
+#include <span>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "base/text.h"

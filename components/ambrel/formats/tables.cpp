@@ -5,6 +5,11 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "base/number.h"
 #include "base/text.h"

@@ -1,5 +1,6 @@
 #include "components/ambrel/lists/own_list.h"
 
+#include <functional>
 #include <unordered_map>
 
 namespace kelvane::lists {

@@ -1,5 +1,7 @@
 #include "components/ambrel/schedule/air_clock.h"
 
+#include <chrono>
+
 namespace kelvane::ambrel {
 
 AirTime::AirTime(const StationTable& table, UtcMinute minute) : table_(&table), minute_(minute) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "components/ambrel/record.h"

@@ -1,5 +1,7 @@
 #include "components/ambrel/schedule/codes_file.h"
 
+#include <string>
+
 #include "base/safe_file.h"
 
 namespace kelvane::ambrel {

@@ -1,5 +1,8 @@
 #include "components/ambrel/schedule/schedule_store.h"
 
+#include <algorithm>
+#include <chrono>
+#include <string_view>
 #include <system_error>
 #include <utility>
 

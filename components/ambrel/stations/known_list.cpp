@@ -1,6 +1,7 @@
 #include "components/ambrel/stations/known_list.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <tuple>
 #include <utility>

@@ -1,5 +1,7 @@
 #include "components/ambrel/stations/own_stations.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <system_error>
 #include <utility>
 

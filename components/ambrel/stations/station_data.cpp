@@ -1,6 +1,8 @@
 #include "components/ambrel/stations/station_data.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <string_view>
 #include <utility>
 
 #include "base/safe_file.h"

@@ -1,6 +1,9 @@
 #include "components/ambrel/stations/station_words.h"
 
 #include <algorithm>
+#include <span>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "components/ambrel/lists/entry_texts.h"

@@ -1,5 +1,8 @@
 #include "components/sondrel/channels/channel_keeper.h"
 
+#include <algorithm>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 #include "base/barrier.h"

@@ -1,6 +1,8 @@
 #include "components/sondrel/channels/receiver_channels.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace kelvane::sondrel {
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "base/answer.h"

@@ -1,5 +1,8 @@
 #include "components/sondrel/config/config_file.h"
 
+#include <optional>
+#include <utility>
+
 #include "base/file_lock.h"
 #include "components/sondrel/config/config_merge.h"
 

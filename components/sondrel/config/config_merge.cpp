@@ -1,6 +1,9 @@
 #include "components/sondrel/config/config_merge.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "base/text.h"
 #include "contract/types.h"

@@ -1,5 +1,7 @@
 #include "components/sondrel/config/receiver_config.h"
 
+#include <utility>
+
 namespace kelvane::sondrel {
 
 namespace {

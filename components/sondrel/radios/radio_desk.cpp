@@ -1,6 +1,7 @@
 #include "components/sondrel/radios/radio_desk.h"
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 #include "base/barrier.h"

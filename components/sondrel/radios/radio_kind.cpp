@@ -2,6 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "base/loopback_port.h"
 #include "base/text.h"

@@ -1,6 +1,7 @@
 #include "components/sondrel/radios/radio_models.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/number.h"
 #include "base/text.h"

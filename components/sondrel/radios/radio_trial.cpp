@@ -1,5 +1,8 @@
 #include "components/sondrel/radios/radio_trial.h"
 
+#include <string_view>
+#include <utility>
+
 #include "base/barrier.h"
 #include "base/number.h"
 #include "base/text.h"

@@ -1,6 +1,8 @@
 #include "components/sondrel/radios/server_program.h"
 
 #include <algorithm>
+#include <system_error>
+#include <utility>
 
 #include "base/folder.h"
 #include "base/number.h"

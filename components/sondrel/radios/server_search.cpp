@@ -1,6 +1,10 @@
 #include "components/sondrel/radios/server_search.h"
 
 #include <algorithm>
+#include <chrono>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 #include "base/barrier.h"
 #include "base/number.h"

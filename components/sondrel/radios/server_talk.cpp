@@ -1,6 +1,9 @@
 #include "components/sondrel/radios/server_talk.h"
 
+#include <algorithm>
+#include <chrono>
 #include <thread>
+#include <utility>
 
 #include "base/number.h"
 #include "base/text.h"

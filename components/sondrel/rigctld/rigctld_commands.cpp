@@ -1,6 +1,7 @@
 #include "components/sondrel/rigctld/rigctld_commands.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 

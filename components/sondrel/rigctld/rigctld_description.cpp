@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <string_view>
 
 #include "base/text.h"
 #include "components/sondrel/rigctld/rigctld_reply.h"

@@ -1,6 +1,7 @@
 #include "components/sondrel/rigctld/rigctld_experience.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "components/sondrel/rigctld/rigctld_health.h"

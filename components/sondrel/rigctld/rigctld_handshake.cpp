@@ -1,5 +1,10 @@
 #include "components/sondrel/rigctld/rigctld_handshake.h"
 
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 #include "components/sondrel/rigctld/rigctld_description.h"
 #include "components/sondrel/rigctld/rigctld_health.h"
 

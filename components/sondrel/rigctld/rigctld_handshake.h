@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "components/sondrel/rigctld/rigctld_capabilities.h"
 #include "components/sondrel/rigctld/rigctld_commands.h"

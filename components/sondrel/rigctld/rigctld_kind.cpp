@@ -1,6 +1,7 @@
 #include "components/sondrel/rigctld/rigctld_kind.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "components/sondrel/sharing/share_setup.h"
 

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdlib>
+#include <utility>
+#include <vector>
 
 #include "components/sondrel/rigctld/rigctld_bfo.h"
 #include "components/sondrel/s_meter.h"

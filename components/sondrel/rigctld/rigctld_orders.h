@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "components/sondrel/rigctld/rigctld_bfo.h"

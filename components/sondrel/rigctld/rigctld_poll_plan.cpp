@@ -1,6 +1,7 @@
 #include "components/sondrel/rigctld/rigctld_poll_plan.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace kelvane::sondrel {
 

@@ -1,6 +1,7 @@
 #include "components/sondrel/rigctld/rigctld_readings.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 

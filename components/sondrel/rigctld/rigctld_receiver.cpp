@@ -1,6 +1,8 @@
 #include "components/sondrel/rigctld/rigctld_receiver.h"
 
 #include <chrono>
+#include <string_view>
+#include <utility>
 
 #include "base/number.h"
 #include "base/text.h"

@@ -1,3 +1,4 @@
+#include <memory>
 #include <mutex>
 
 #include "components/sondrel/rigctld/rigctld_receiver.h"

@@ -1,7 +1,9 @@
 #include "components/sondrel/rigctld/rigctld_report_box.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
+#include <variant>
 
 #include "components/sondrel/rigctld/rigctld_capabilities.h"
 

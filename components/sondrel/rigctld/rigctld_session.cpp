@@ -1,6 +1,7 @@
 #include "components/sondrel/rigctld/rigctld_session.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace kelvane::sondrel {

@@ -1,5 +1,6 @@
 #include "components/sondrel/rigctld/rigctld_words.h"
 
+#include <utility>
 #include <vector>
 
 #include "base/number.h"

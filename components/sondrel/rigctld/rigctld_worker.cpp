@@ -1,7 +1,11 @@
 #include "components/sondrel/rigctld/rigctld_worker.h"
 
 #include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <system_error>
 #include <utility>
+#include <variant>
 
 #include "base/barrier.h"
 #include "base/instance_name.h"

@@ -1,7 +1,9 @@
 #include "components/sondrel/sharing/dump_state.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <string_view>
 
 #include "components/sondrel/sharing/protocol_names.h"
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <utility>
 
 #include "base/barrier.h"
 #include "base/net_filter.h"

@@ -1,5 +1,7 @@
 #include "components/sondrel/sharing/share_session.h"
 
+#include <utility>
+
 #include "components/sondrel/sharing/share_reply.h"
 
 namespace kelvane::sondrel {

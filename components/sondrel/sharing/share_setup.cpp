@@ -1,6 +1,8 @@
 #include "components/sondrel/sharing/share_setup.h"
 
 #include <algorithm>
+#include <chrono>
+#include <string_view>
 
 #include "base/net_filter.h"
 #include "base/text.h"

@@ -1,6 +1,8 @@
 #include "components/sondrel/sharing/sharing.h"
 
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 #include "components/sondrel/receiver.h"
 

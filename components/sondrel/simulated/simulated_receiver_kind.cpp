@@ -1,4 +1,7 @@
 #include <array>
+#include <memory>
+#include <string_view>
+#include <vector>
 
 #include "base/text.h"
 #include "components/sondrel/parameter_checks.h"
