@@ -1,6 +1,9 @@
 #pragma once
 
 #include <atomic>
+#include <mutex>
+#include <string>
+#include <utility>
 
 #include "base/safe_file.h"
 
@@ -16,8 +19,12 @@ class FailingSteps : public FileSteps {
   FailingSteps(int step, How how, int tries = 1) : left_(step), how_(how), tries_(tries) {}
   /// Nothing goes wrong before arm() is called.
   explicit FailingSteps(How how, int tries = 1) : FailingSteps(1 << 30, how, tries) {}
-  /// The n-th step from now on goes wrong.
-  void arm(int step) { left_ = step; }
+  /// The n-th step from now on goes wrong; with a name, the n-th with a file whose name begins so.
+  void arm(int step, std::string name = {}) {
+    const std::lock_guard lock(mutex_);
+    name_ = std::move(name);
+    left_ = step;
+  }
 
   /// Whether the write came as far as the step that goes wrong.
   bool struck() const { return left_ <= 0; }
@@ -26,41 +33,43 @@ class FailingSteps : public FileSteps {
 
   void pause(milliseconds time) override { waited_ += static_cast<int>(time.count()); }
   FileReading read(const std::filesystem::path& file, std::size_t limit) override {
-    if (!strikes()) return FileSteps::read(file, limit);
+    if (!strikes(file)) return FileSteps::read(file, limit);
     return {FileReading::Unreadable, {}, failure().reason, failure().held};
   }
 
   Result<> makeFolders(const std::filesystem::path& folder) override {
-    return strikes() ? failure() : FileSteps::makeFolders(folder);
+    return strikes(folder) ? failure() : FileSteps::makeFolders(folder);
   }
   Result<> write(const std::filesystem::path& file, std::string_view content) override {
     const bool before = struck();
-    if (!strikes()) return FileSteps::write(file, content);
+    if (!strikes(file)) return FileSteps::write(file, content);
     if (!before && how_ != How::Hold) FileSteps::write(file, content.substr(0, content.size() / 2));
     return failure();
   }
   Result<> append(const std::filesystem::path& file, std::string_view content) override {
     const bool before = struck();
-    if (!strikes()) return FileSteps::append(file, content);
+    if (!strikes(file)) return FileSteps::append(file, content);
     if (!before && how_ != How::Hold)
       FileSteps::append(file, content.substr(0, content.size() / 2));
     return failure();
   }
   Result<> flush(const std::filesystem::path& file) override {
-    return strikes() ? failure() : FileSteps::flush(file);
+    return strikes(file) ? failure() : FileSteps::flush(file);
   }
   Result<> swapIn(const std::filesystem::path& from, const std::filesystem::path& to) override {
-    return strikes() ? failure() : FileSteps::swapIn(from, to);
+    return strikes(from) ? failure() : FileSteps::swapIn(from, to);
   }
   Result<> secondName(const std::filesystem::path& from, const std::filesystem::path& to) override {
-    return strikes() ? failure() : FileSteps::secondName(from, to);
+    return strikes(from) ? failure() : FileSteps::secondName(from, to);
   }
   void remove(const std::filesystem::path& file) override {
     if (how_ == How::Fail || !struck()) FileSteps::remove(file);
   }
 
  private:
-  bool strikes() {
+  bool strikes(const std::filesystem::path& file) {
+    const std::lock_guard lock(mutex_);
+    if (!file.filename().string().starts_with(name_)) return false;
     const int left = --left_;
     if (how_ == How::Hold) return left <= 0 && left > -tries_;
     return left == 0 || (left < 0 && how_ == How::Stop);
@@ -70,6 +79,8 @@ class FailingSteps : public FileSteps {
     return {"the disk is full"};
   }
 
+  std::mutex mutex_;
+  std::string name_;
   std::atomic<int> left_;
   How how_;
   int tries_;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 #include <thread>
 
@@ -27,9 +28,11 @@ TEST(FailedExports, LeaveTheFileThatTheyWereToReplace) {
                          const std::function<std::string()>& words) {
     writeFileSafely(rig.file(name), "the old one");
     rig.fileDialogs.script = {pathText(rig.file(name))};
-    disk->arm(1);
+    disk->arm(1, name);  // what else is written meanwhile comes through
     begin();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (words().find("the disk is full") == std::string::npos) {
+      ASSERT_LT(std::chrono::steady_clock::now(), end) << name << ": " << words();
       rig.finishWriting();
       rig.panel->workEnded();
       rig.run(milliseconds(100));

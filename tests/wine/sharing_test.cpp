@@ -117,10 +117,10 @@ TEST_F(Sharing, ShowsWhoIsThereAndEndsOneOfThem) {
   ASSERT_TRUE(drivers.isOpen());
   const auto programs = [&] { return SendMessageW(drivers.item(rx::Programs), LB_GETCOUNT, 0, 0); };
   EXPECT_TRUE(eventually([&] { return programs() == 1; }));
-  const std::string state = drivers.text(rx::ShareState);
-  EXPECT_TRUE(state.starts_with("Shared at 127.0.0.1:" + std::to_string(port) + ": 1 program. " +
-                                "Moved last by 127.0.0.1:"))
-      << state;
+  const std::string state =
+      "Shared at 127.0.0.1:" + std::to_string(port) + ": 1 program. Moved last by 127.0.0.1:";
+  EXPECT_TRUE(eventually([&] { return drivers.text(rx::ShareState).starts_with(state); }))
+      << drivers.text(rx::ShareState);
   drivers.press(rx::CopyAddress);
   const std::string address = "127.0.0.1:" + std::to_string(port);
   EXPECT_TRUE(eventually([&] { return copiedText() == address; })) << copiedText();
