@@ -15,6 +15,12 @@ if "$here/../../scripts/make-package" "$build" 32 "$work/wrong" 2>"$work/words" 
   exit 1
 fi
 
+# What is packed for 32 bits is configured without tests and what belongs to them.
+if ! (cd "$here/../.." && cmake --preset mingw64 -B "$work/untested" -DBUILD_TESTING=OFF) >"$work/words" 2>&1; then
+  cat "$work/words"
+  exit 1
+fi
+
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 setup=$(echo "$work"/dist/*-setup.exe)
 unzip -q "$work"/dist/*.zip -d "$work/a folder of Ärger"
